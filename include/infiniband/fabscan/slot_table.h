@@ -1,0 +1,58 @@
+#ifndef INFINIBAND_FABSCAN_SLOT_TABLE_H
+#define INFINIBAND_FABSCAN_SLOT_TABLE_H
+
+#include <sys/types.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+namespace fabscan {
+
+/// The records of one attribute, by dense creation index. Looking one up takes constant time; a
+/// record stays where it is while others are added; an index without a record costs four bytes.
+template <class Record>
+class SlotTable {
+ public:
+  /// Null when nothing was collected under this index.
+  const Record* find(std::size_t index) const noexcept {
+    if (index >= slots_.size() || slots_[index] == kEmpty) return nullptr;
+    return &at(slots_[index] - 1);
+  }
+
+  /// The record under this index, made zeroed when there is none yet.
+  Record& slot(std::size_t index) {
+    if (index >= slots_.size()) grow(index + 1);
+    if (slots_[index] == kEmpty) {
+      if (count_ % kChunkRecords == 0) chunks_.push_back(std::make_unique<Chunk>());
+      slots_[index] = ++count_;
+    }
+    return const_cast<Record&>(at(slots_[index] - 1));
+  }
+
+  std::size_t size() const noexcept { return count_; }
+
+ private:
+  static constexpr u_int32_t kEmpty = 0;
+  static constexpr std::size_t kChunkRecords = 64;
+  using Chunk = std::array<Record, kChunkRecords>;
+
+  const Record& at(std::size_t position) const noexcept {
+    return (*chunks_[position / kChunkRecords])[position % kChunkRecords];
+  }
+
+  void grow(std::size_t size) {
+    if (size > slots_.capacity()) slots_.reserve(std::max(size, slots_.size() + slots_.size() / 4));
+    slots_.resize(size, kEmpty);
+  }
+
+  std::vector<u_int32_t> slots_;  // position in the chunks plus one
+  std::vector<std::unique_ptr<Chunk>> chunks_;
+  u_int32_t count_ = 0;
+};
+
+}  // namespace fabscan
+
+#endif

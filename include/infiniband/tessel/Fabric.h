@@ -1,0 +1,152 @@
+#ifndef INFINIBAND_TESSEL_FABRIC_H
+#define INFINIBAND_TESSEL_FABRIC_H
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <deque>
+#include <map>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+/// The discovered fabric: nodes and their ports, as discovery or a saved fabric left them.
+///
+/// Nodes and ports are made by `IBFabric` alone, which numbers them densely in the order of their
+/// creation; that number (`createIndex`) is the key of every record in the attribute store.
+
+typedef u_int8_t phys_port_t;
+
+enum IBNodeType : u_int8_t {
+  IB_UNKNOWN_NODE_TYPE = 0,
+  IB_CA_NODE = 1,
+  IB_SW_NODE = 2,
+  IB_RTR_NODE = 3,
+};
+
+enum IBPortState : u_int8_t {
+  IB_UNKNOWN_PORT_STATE = 0,
+  IB_PORT_STATE_DOWN = 1,
+  IB_PORT_STATE_INIT = 2,
+  IB_PORT_STATE_ARM = 3,
+  IB_PORT_STATE_ACTIVE = 4,
+};
+
+enum IBSpecialPortType : u_int8_t {
+  IB_SPECIAL_PORT_AN = 1,
+  IB_SPECIAL_PORT_ROUTER = 2,
+  IB_SPECIAL_PORT_ETH_GATEWAY = 3,
+  IB_NOT_SPECIAL_PORT = 255,
+};
+
+class IBPort {
+ public:
+  IBPort(phys_port_t number, u_int32_t create_index) : num(number), createIndex(create_index) {}
+
+  bool getInSubFabric() const { return in_sub_fabric_; }
+  /// One of the two kinds of fabric-management ports.
+  bool isFNMPort() const { return fnm_; }
+  bool isFNM1Port() const { return fnm1_; }
+  /// A port that serves a special node rather than a link of the fabric.
+  bool isSpecialPort() const { return special_; }
+
+  void setInSubFabric(bool value) { in_sub_fabric_ = value; }
+  void setFNMPort(bool value) { fnm_ = value; }
+  void setFNM1Port(bool value) { fnm1_ = value; }
+  void setSpecialPort(bool value) { special_ = value; }
+
+  IBPortState port_state = IB_UNKNOWN_PORT_STATE;
+  phys_port_t num;
+
+ private:
+  bool in_sub_fabric_ = true;
+  bool fnm_ = false;
+  bool fnm1_ = false;
+  bool special_ = false;
+
+ public:
+  const u_int32_t createIndex;
+};
+
+class IBNode {
+ public:
+  IBNode(std::string node_name, u_int64_t node_guid, IBNodeType node_type, phys_port_t port_count,
+         u_int32_t create_index)
+      : name(std::move(node_name)),
+        guid(node_guid),
+        createIndex(create_index),
+        type(node_type),
+        numPorts(port_count) {}
+
+  /// True for a node that plays a special role (see `getSpecialNodeType`), whatever its type.
+  bool isSpecialNode() const { return special_type_ != IB_NOT_SPECIAL_PORT; }
+  IBSpecialPortType getSpecialNodeType() const { return special_type_; }
+  /// A second name of the node, harmless like `name`; may be empty.
+  const std::string& getAlternativeName() const { return alternative_name_; }
+  /// A switch of the family that reports no link width of its own on regular ports.
+  bool isOpalSwitch() const { return opal_switch_; }
+
+  /// The port with number `number`: null where there is none. Port 0 exists on a switch only.
+  IBPort* getPort(phys_port_t number) const {
+    if (number == 0 && type != IB_SW_NODE) return nullptr;
+    return number < Ports.size() ? Ports[number] : nullptr;
+  }
+
+  void setSpecialNodeType(IBSpecialPortType value) { special_type_ = value; }
+  /// Takes the name as the device gave it, and makes it harmless.
+  void setAlternativeName(std::string_view device_name);
+  void setOpalSwitch(bool value) { opal_switch_ = value; }
+
+  const std::string name;
+  const u_int64_t guid;
+  const u_int32_t createIndex;
+  const IBNodeType type;
+  bool in_sub_fabric = true;
+  phys_port_t numPorts;
+  std::vector<IBPort*> Ports;
+
+ private:
+  bool opal_switch_ = false;
+  IBSpecialPortType special_type_ = IB_NOT_SPECIAL_PORT;
+  std::string alternative_name_;
+};
+
+class IBFabric {
+ public:
+  IBFabric() = default;
+  IBFabric(const IBFabric&) = delete;
+  IBFabric& operator=(const IBFabric&) = delete;
+
+  /// Adds a node. `device_name` is what the device calls itself; it enters the model in its
+  /// harmless form. Throws std::invalid_argument when the name or the GUID is taken.
+  IBNode& makeNode(std::string_view device_name, u_int64_t guid, IBNodeType type,
+                   phys_port_t num_ports);
+  /// Adds port `number` to a node of this fabric. Throws std::invalid_argument when the number is
+  /// taken, above `numPorts`, or 0 on a node that is not a switch.
+  IBPort& makePort(IBNode& node, phys_port_t number);
+
+  /// Null when no node has this GUID.
+  IBNode* getNodeByGuid(u_int64_t guid) const;
+
+  std::size_t nodeCount() const { return nodes_.size(); }
+  std::size_t portCount() const { return ports_.size(); }
+  /// Nodes in the order of their creation: `nodes()[n].createIndex == n`.
+  const std::deque<IBNode>& nodes() const { return nodes_; }
+  std::deque<IBNode>& nodes() { return nodes_; }
+
+  /// Writes what wrote a file and its version, each line beginning with `comment_prefix`.
+  static void WriteFileHeader(std::ostream& out, const char* comment_prefix);
+
+  /// Every node by its name, ascending; the order of the generated file.
+  std::map<std::string, IBNode*> NodeByName;
+
+ private:
+  std::deque<IBNode> nodes_;
+  std::deque<IBPort> ports_;
+  std::unordered_map<u_int64_t, IBNode*> node_by_guid_;
+};
+
+#endif

@@ -1,0 +1,112 @@
+#include "harmless_name.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "utf8.h"
+
+namespace fabscan {
+
+namespace {
+
+constexpr char kDigits[] = "0123456789ABCDEF";
+
+struct CodeRange {
+  char32_t first;
+  char32_t last;
+};
+
+// Characters that a reader does not see, or that change what a reader sees of the others.
+constexpr CodeRange kDeceptive[] = {
+    {0x00, 0x1F},        // control characters
+    {0x7F, 0x9F},        // delete and the second set of controls
+    {0xAD, 0xAD},        // soft hyphen
+    {0x61C, 0x61C},      // Arabic letter mark
+    {0x180E, 0x180E},    // Mongolian vowel separator
+    {0x200B, 0x200F},    // zero-width characters, direction marks
+    {0x2028, 0x202E},    // line and paragraph separators, direction embeddings and overrides
+    {0x2060, 0x206F},    // word joiner, direction isolates, deprecated format characters
+    {0xFEFF, 0xFEFF},    // byte order mark
+    {0xFFF9, 0xFFFB},    // interlinear annotations
+    {0xE0000, 0xE007F},  // tags
+};
+
+constexpr bool IsDeceptive(char32_t code) {
+  for (const CodeRange& range : kDeceptive) {
+    if (code >= range.first && code <= range.last) return true;
+  }
+  return false;
+}
+
+/// The value of an upper-case hexadecimal digit, or -1.
+constexpr int DigitValue(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+bool ReadsAsEscape(std::string_view text) {
+  return text.size() >= 3 && text[0] == '%' && DigitValue(text[1]) >= 0 && DigitValue(text[2]) >= 0;
+}
+
+/// Whether the character at the start of `rest` must not stand in source after `before`.
+bool IsHazard(char before, std::string_view rest, char32_t code) {
+  switch (rest.front()) {
+    case '\\':
+    case '"':
+      return true;
+    case '*':
+      return before == '/';
+    case '?':
+      return before == '?';
+    case '%':
+      return ReadsAsEscape(rest);
+    default:
+      return IsDeceptive(code);
+  }
+}
+
+void AppendEscaped(std::string& to, std::string_view bytes) {
+  for (const char byte : bytes) {
+    const auto value = static_cast<unsigned char>(byte);
+    to += '%';
+    to += kDigits[value >> 4U];
+    to += kDigits[value & 0xFU];
+  }
+}
+
+}  // namespace
+
+std::string HarmlessName(std::string_view device_name) {
+  std::string harmless;
+  harmless.reserve(device_name.size());
+  for (std::string_view rest = device_name; !rest.empty();) {
+    const Utf8Character character = FirstCharacter(rest);
+    const std::size_t length = std::max<std::size_t>(character.length, 1);
+    const char before = harmless.empty() ? '\0' : harmless.back();
+    if (character.length == 0 || IsHazard(before, rest, character.code)) {
+      AppendEscaped(harmless, rest.substr(0, length));
+    } else {
+      harmless.append(rest.substr(0, length));
+    }
+    rest.remove_prefix(length);
+  }
+  return harmless;
+}
+
+std::string OriginalName(std::string_view harmless_name) {
+  std::string original;
+  original.reserve(harmless_name.size());
+  for (std::string_view rest = harmless_name; !rest.empty();) {
+    if (ReadsAsEscape(rest)) {
+      original += static_cast<char>(DigitValue(rest[1]) * 16 + DigitValue(rest[2]));
+      rest.remove_prefix(3);
+    } else {
+      original += rest.front();
+      rest.remove_prefix(1);
+    }
+  }
+  return original;
+}
+
+}  // namespace fabscan
