@@ -1,0 +1,132 @@
+#include "fabscan_sim_info_dump.h"
+
+#include <unistd.h>
+
+#include <cctype>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+
+#include "source_writer.h"
+
+namespace {
+
+using Emitter = void (SimInfoDumpCPP::*)(std::ostream&, const IBNode&) const;
+
+struct GeneratedFunction {
+  std::string_view name;
+  Emitter emitter;
+};
+
+// The functions of a node, in the order of the generated file.
+// clang-format off
+constexpr GeneratedFunction kGeneratedFunctions[] = {
+    {"setNodeInfo",                        &SimInfoDumpCPP::GenerateNodeInfo},
+    {"setPortInfo",                        &SimInfoDumpCPP::GeneratePortInfo},
+    {"setGMPCapability",                   &SimInfoDumpCPP::GenerateGMPCapabilityMask},
+    {"setSMPCapability",                   &SimInfoDumpCPP::GenerateSMPCapabilityMask},
+    {"setFWInfo",                          &SimInfoDumpCPP::GenerateFWInfo},
+    {"setHWInfo",                          &SimInfoDumpCPP::GenerateHWInfo},
+    {"setSWInfo",                          &SimInfoDumpCPP::GenerateSWInfo},
+    {"setPortInfoExtended",                &SimInfoDumpCPP::GeneratePortInfoExtended},
+    {"setExtendedNodeInfo",                &SimInfoDumpCPP::GenerateExtendedNodeInfo},
+    {"setExtendedPortInfo",                &SimInfoDumpCPP::GenerateExtendedPortInfo},
+    {"setArInfo",                          &SimInfoDumpCPP::GenerateARInfo},
+    {"setRouterInfo",                      &SimInfoDumpCPP::GenerateRouterInfo},
+    {"setExtendedSwitchInfo",              &SimInfoDumpCPP::GenerateExtendedSwitchInfo},
+    {"setSwitchInfo",                      &SimInfoDumpCPP::GenerateSwitchInfo},
+    {"setPrivateLftInfo",                  &SimInfoDumpCPP::GeneratePrivateLFTInfo},
+    {"setEnhancedCongestionInfo",          &SimInfoDumpCPP::GenerateEnhancedCongestionInfo},
+    {"setCongestionSwitchGeneralSettings", &SimInfoDumpCPP::GenerateCongestionSwitchGeneralSettings},
+    {"setVSReductionManagerClassPortInfo", &SimInfoDumpCPP::GenerateVSReductionManagerClassPortInfo},
+    {"setWrenReductionPortInfo",           &SimInfoDumpCPP::GenerateWrenReductionPortInfo},
+    {"setWrenReductionInfo",               &SimInfoDumpCPP::GenerateWrenReductionInfo},
+    {"setWrenReductionCounters",           &SimInfoDumpCPP::GenerateWrenReductionCounters},
+    {"setWrenPushReductionCounters",       &SimInfoDumpCPP::GenerateWrenPushReductionCounters},
+};
+// clang-format on
+
+static_assert(std::size(kGeneratedFunctions) == 22);
+
+std::string LowerCased(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<signed char>(c)));
+  return text;
+}
+
+// Not the words of GetDumpedNodeType, which name classes.
+std::string_view TypeWord(const IBNode& node) {
+  switch (node.type) {
+    case IB_SW_NODE:
+      return "SW";
+    case IB_RTR_NODE:
+      return "RTR";
+    case IB_CA_NODE:
+      return "CA";
+    default:
+      return "UNKNOWN";
+  }
+}
+
+void WriteHostLine(std::ostream& out) {
+  char host[1024] = {};
+  static_cast<void>(gethostname(host, sizeof host));
+  host[sizeof host - 1] = '\0';
+  SourceWriter(out).Text("// Host Name: ").Text(host).EndLine().EndLine();
+}
+
+void WriteNodeHeader(std::ostream& out, const IBNode& node) {
+  SourceWriter writer(out);
+  writer.EndLine().EndLine();
+  writer.Text("// Node Type: ").Text(TypeWord(node));
+  if (node.isSpecialNode()) writer.Text("(Special Node)");
+  writer.Text(", Node GUID: 0x").ZeroFilledHex(node.guid);
+  writer.Text(", Ports: ").Decimal(node.numPorts).EndLine();
+  // The quote is not closed after the alternative name.
+  writer.Text("// Name: '").Text(node.name);
+  writer.Text("', Alt: '").Text(node.getAlternativeName()).EndLine();
+}
+
+bool IsSelected(const IBNode* node, const std::set<uint64_t>& guids) {
+  if (node == nullptr || !node->in_sub_fabric) return false;
+  return guids.empty() || guids.count(node->guid) != 0;
+}
+
+void WriteNode(const SimInfoDumpCPP& dump, std::ostream& out, const std::string& prefix,
+               const IBNode& node) {
+  WriteNodeHeader(out, node);
+  const std::string node_class = dump.GetDumpedNodeType(node);
+  for (const GeneratedFunction& function : kGeneratedFunctions) {
+    {
+      SourceWriter writer(out);
+      if (&function != kGeneratedFunctions) writer.EndLine();
+      writer.Text("void ").Text(prefix).Text("::").Text(node_class).Text("::");
+      writer.Text(function.name).Text("() {").EndLine();
+    }
+    (dump.*function.emitter)(out, node);
+    SourceWriter(out).EndLine().Text("}").EndLine();
+  }
+}
+
+}  // namespace
+
+int SimInfoDumpCPP::Generate(const std::string& prefix, const std::set<uint64_t>& guids) {
+  const std::string name = LowerCased(prefix);
+  const OutputControl::Identity identity(name + "_generated.cpp",
+                                         OutputControl::Flags::OutputControl_Flag_CustomFileName);
+  std::ofstream out;
+  const int status = m_fabscan.OpenFile("Simulator generated code", identity, out, false, nullptr);
+  if (status != 0) return status;
+
+  PrintCopyright(out);
+  IBFabric::WriteFileHeader(out, "//");
+  WriteHostLine(out);
+  PrintIncludes(out, name);
+
+  for (const auto& entry : m_fabscan.discovered_fabric.NodeByName) {
+    const IBNode* node = entry.second;
+    if (IsSelected(node, guids)) WriteNode(*this, out, prefix, *node);
+  }
+
+  m_fabscan.CloseFile(out, "//");
+  return 0;
+}
