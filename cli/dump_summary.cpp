@@ -1,0 +1,76 @@
+#include "dump_summary.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <numeric>
+
+#include "guid_options.h"
+
+namespace fabscan {
+
+namespace {
+
+/// Nodes that a warning names before it only counts the rest.
+constexpr std::size_t kMaxNamed = 8;
+
+std::string NamedNodes(const std::vector<u_int64_t>& guids, const IBFabric& fabric) {
+  std::string named;
+  for (std::size_t i = 0; i < std::min(guids.size(), kMaxNamed); ++i) {
+    const IBNode* node = fabric.getNodeByGuid(guids[i]);
+    named += fmt::format("{}{} ({})", i == 0 ? "" : ", ", GuidText(guids[i]),
+                         node == nullptr ? "" : node->name);
+  }
+  if (guids.size() > kMaxNamed) named += fmt::format(" and {} more", guids.size() - kMaxNamed);
+  return named;
+}
+
+}  // namespace
+
+DumpSummary::DumpSummary(std::istream& generated_text) {
+  GeneratedFileReader reader(generated_text);
+  for (GeneratedNode node; reader.Next(node);) {
+    ++nodes_;
+    guids_of_class_[node.class_word].push_back(node.guid);
+    for (const GeneratedFunction& function : node.functions) {
+      ++functions_[static_cast<std::size_t>(function.kind)];
+    }
+  }
+}
+
+std::size_t DumpSummary::functions() const {
+  return std::accumulate(functions_.begin(), functions_.end(), std::size_t{0});
+}
+
+std::size_t DumpSummary::sharedClasses() const {
+  return static_cast<std::size_t>(
+      std::count_if(guids_of_class_.begin(), guids_of_class_.end(),
+                    [](const auto& of_class) { return of_class.second.size() > 1; }));
+}
+
+std::string DumpSummary::text() const {
+  return fmt::format(
+      "  nodes written            {:>8}\n"
+      "  functions with a block   {:>8}\n"
+      "  skipped with a comment   {:>8}\n"
+      "  stopped with #error      {:>8}",
+      nodes_, functions(BodyKind::kBlock), functions(BodyKind::kComment),
+      functions(BodyKind::kError));
+}
+
+std::vector<std::string> DumpSummary::warnings(const std::string& prefix,
+                                               const IBFabric& fabric) const {
+  std::vector<std::string> lines;
+  if (sharedClasses() == 0) return lines;
+  std::string one_of_each;
+  for (const auto& [class_word, guids] : guids_of_class_) {
+    one_of_each += " --guid " + GuidText(guids.front());
+    if (guids.size() < 2) continue;
+    lines.push_back(fmt::format("{} nodes define the class {}::{}: {}", guids.size(), prefix,
+                                class_word, NamedNodes(guids, fabric)));
+  }
+  lines.push_back("such a file does not compile; for one node of each class, add" + one_of_each);
+  return lines;
+}
+
+}  // namespace fabscan

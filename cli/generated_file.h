@@ -1,0 +1,72 @@
+#ifndef FABSCAN_CLI_GENERATED_FILE_H
+#define FABSCAN_CLI_GENERATED_FILE_H
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <istream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace fabscan {
+
+/// What a generated function holds.
+enum class BodyKind {
+  kBlock,    // statements that give the simulated node its values
+  kComment,  // comments only: the node does not serve the attribute, or skipping it is harmless
+  kError,    // an #error line: the file does not compile until someone has looked
+};
+
+/// One function of a generated file.
+struct GeneratedFunction {
+  std::string name;      // setNodeInfo
+  std::string body;      // the lines between the braces, each with its line end
+  std::size_t line = 0;  // of the line that opens the function, counted from 1
+  BodyKind kind = BodyKind::kBlock;
+};
+
+/// What a generated file holds of one node.
+struct GeneratedNode {
+  u_int64_t guid = 0;
+  std::string class_word;  // SW, RTR, HCA, AN or Unknown
+  std::vector<GeneratedFunction> functions;
+};
+
+/// A file that does not have the form of a generated one; `what()` names the line.
+class GeneratedFileError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Reads a generated file node by node.
+class GeneratedFileReader {
+ public:
+  /// `text` outlives the reader.
+  explicit GeneratedFileReader(std::istream& text) : text_(text) {}
+
+  /// Fills `node` with the next one; false at the end of the file. Throws GeneratedFileError.
+  bool Next(GeneratedNode& node);
+
+ private:
+  bool readLine();
+  [[noreturn]] void refuse(const char* expected) const;
+  void readFunction(GeneratedNode& node);
+
+  std::istream& text_;
+  std::string line_;
+  std::size_t number_ = 0;
+  bool at_node_ = false;  // `line_` opens the next node
+};
+
+/// The kind of a function's body.
+BodyKind KindOfBody(std::string_view body);
+
+/// The reason that a body of comments or of an `#error` line gives: its first diagnostic, without
+/// the comment mark, `#error` and quotes. Empty for a block.
+std::string_view ReasonOfBody(std::string_view body);
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,125 @@
+#include <fmt/format.h>
+#include <snapshot.h>
+#include <version.h>
+
+#include <CLI/CLI.hpp>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <map>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "command.h"
+#include "commands.h"
+#include "report.h"
+
+namespace fabscan {
+
+namespace {
+
+/// A closed pipe and a file size limit are errors of the write that meets them, so that what was
+/// begun is cleaned up.
+void LetWritesFail() {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
+[[noreturn]] void RefuseUnknownCommand(const std::string& word) {
+  std::vector<std::string_view> names;
+  for (const Command* command = kCommands; command->name != nullptr; ++command) {
+    names.emplace_back(command->name);
+  }
+  const std::string_view nearest = NearestName(word, names);
+  throw CommandError(
+      nearest.empty()
+          ? fmt::format("there is no subcommand '{}'; 'fabscan --help' lists them", word)
+          : fmt::format("there is no subcommand '{}'; did you mean '{}'?", word, nearest),
+      kWrongUsage);
+}
+
+/// What CLI11 found, with the option that was probably meant and where to read on.
+[[noreturn]] void RefuseUsage(const CLI::App& app, const CLI::ParseError& found) {
+  std::string call = "fabscan";
+  std::string message = found.what();
+  for (const CLI::App* command : app.get_subcommands()) {
+    call += ' ' + command->get_name();
+    const std::vector<std::string> unexpected = command->remaining();
+    if (found.get_name() != "ExtrasError" || unexpected.empty()) continue;
+    message = fmt::format("'{}' was not expected", unexpected.front());
+    std::vector<std::string> names;
+    for (const CLI::Option* option : command->get_options()) {
+      names.push_back(option->get_name());
+    }
+    const std::string_view nearest = NearestName(unexpected.front(), names);
+    if (!nearest.empty()) message += fmt::format("; did you mean '{}'?", nearest);
+  }
+  throw CommandError(fmt::format("{}; see '{} --help'", message, call), kWrongUsage);
+}
+
+ExitStatus Run(int argc, char** argv) {
+  CLI::App app("Turns what an InfiniBand fabric reported into C++ source for a fabric simulator.",
+               "fabscan");
+  app.set_version_flag("--version", fmt::format("fabscan {}", kVersion));
+  app.require_subcommand(1);
+  app.get_formatter()->column_width(32);
+  app.footer("'fabscan SUBCOMMAND --help' tells more, with an example.");
+
+  std::map<const CLI::App*, std::function<ExitStatus()>> actions;
+  for (const Command* command = kCommands; command->name != nullptr; ++command) {
+    CLI::App* subcommand = app.add_subcommand(command->name, command->summary);
+    actions[subcommand] = command->add(*subcommand);
+  }
+
+  if (argc < 2) {
+    throw CommandError("a subcommand is missing; 'fabscan --help' lists them", kWrongUsage);
+  }
+  if (argv[1][0] != '-' && FindCommand(argv[1]) == nullptr) RefuseUnknownCommand(argv[1]);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& answer) {  // --help and --version
+    app.exit(answer, std::cout, std::cerr);
+    return kDone;
+  } catch (const CLI::ParseError& found) {
+    RefuseUsage(app, found);
+  }
+  return actions.at(app.get_subcommands().front())();
+}
+
+ExitStatus RunReportingErrors(int argc, char** argv) {
+  try {
+    return Run(argc, argv);
+  } catch (const CommandError& error) {
+    PrintError(error.what());
+    return error.status();
+  } catch (const SnapshotError& error) {
+    PrintError(error.what());
+  } catch (const std::bad_alloc&) {
+    PrintError("out of memory; choose fewer nodes with --guid, or use a larger machine");
+  } catch (const std::exception& error) {
+    PrintError(fmt::format("unexpected failure: {}", error.what()));
+  }
+  return kFailed;
+}
+
+/// Results that did not reach standard output are a failure, whatever the command thinks.
+ExitStatus FinishStandardOutput(ExitStatus status) {
+  errno = 0;
+  std::cout.flush();
+  const bool written = std::fflush(stdout) == 0 && std::ferror(stdout) == 0 && std::cout.good();
+  if (written || status == kFailed || status == kWrongUsage) return status;
+  PrintError(fmt::format("standard output: cannot write: {}", CauseText(errno ? errno : EIO)));
+  return kFailed;
+}
+
+}  // namespace
+
+}  // namespace fabscan
+
+int main(int argc, char** argv) {
+  fabscan::LetWritesFail();
+  return fabscan::FinishStandardOutput(fabscan::RunReportingErrors(argc, argv));
+}

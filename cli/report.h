@@ -1,0 +1,20 @@
+#ifndef FABSCAN_CLI_REPORT_H
+#define FABSCAN_CLI_REPORT_H
+
+#include <string>
+#include <string_view>
+
+namespace fabscan {
+
+/// One line on standard error, `fabscan: error: MESSAGE`. Control characters in the message, which
+/// may hold text from devices and files, are shown as \xNN.
+void PrintError(std::string_view message);
+/// The same with `fabscan: warning: `.
+void PrintWarning(std::string_view message);
+
+/// What the system says of `error_number` (an errno value).
+std::string CauseText(int error_number);
+
+}  // namespace fabscan
+
+#endif

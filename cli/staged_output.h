@@ -1,0 +1,63 @@
+#ifndef FABSCAN_CLI_STAGED_OUTPUT_H
+#define FABSCAN_CLI_STAGED_OUTPUT_H
+
+#include <fstream>
+#include <ostream>
+#include <string>
+
+namespace fabscan {
+
+/// An output file that appears whole or not at all.
+///
+/// It is written under its own name in a private folder `.fabscan-XXXXXX` beside its place, and
+/// `Commit` moves it there. Until then what stands in its place is untouched; the folder is gone
+/// afterwards, whether `Commit` was reached or not, and also when SIGINT, SIGTERM or SIGHUP ends
+/// the program.
+///
+///     StagedOutput output(path, force);
+///     WriteSnapshot(output.stream(), fabscan, header);
+///     output.Commit();
+///
+/// Every member throws CommandError, with path, cause and what to do.
+class StagedOutput {
+ public:
+  /// `path` "-" is standard output. Refuses a file that exists unless `force`, anything that is no
+  /// file in any case, and a folder that is missing or cannot be written.
+  StagedOutput(const std::string& path, bool force);
+  ~StagedOutput();
+  StagedOutput(const StagedOutput&) = delete;
+  StagedOutput& operator=(const StagedOutput&) = delete;
+
+  /// The private folder, for a writer that opens the file itself; it uses the file's own name.
+  const std::string& folder() const { return folder_; }
+  /// Where the file is until `Commit`.
+  const std::string& stagedPath() const { return staged_path_; }
+  /// Where the file goes.
+  const std::string& path() const { return path_; }
+
+  /// The file, opened for writing when first asked for; or standard output.
+  std::ostream& stream();
+
+  /// Moves the file into its place once all of it is on disk. Without `force` a file that came to
+  /// be there in the meantime is kept, and that is an error.
+  void Commit();
+
+ private:
+  bool isStandardOutput() const { return path_ == "-"; }
+  void refuseTarget() const;
+  void makeFolder();
+  void finishStream();
+  void moveIntoPlace();
+  void removeFolder();
+
+  std::string path_;
+  std::string target_;  // `path_`, with a symbolic link followed
+  bool force_;
+  std::string folder_;
+  std::string staged_path_;
+  std::ofstream file_;
+};
+
+}  // namespace fabscan
+
+#endif
