@@ -3,9 +3,7 @@
 #include <version.h>
 
 #include <CLI/CLI.hpp>
-#include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <map>
@@ -45,10 +43,11 @@ void LetWritesFail() {
 [[noreturn]] void RefuseUsage(const CLI::App& app, const CLI::ParseError& found) {
   std::string call = "fabscan";
   std::string message = found.what();
+  const bool is_extra = dynamic_cast<const CLI::ExtrasError*>(&found) != nullptr;
   for (const CLI::App* command : app.get_subcommands()) {
     call += ' ' + command->get_name();
     const std::vector<std::string> unexpected = command->remaining();
-    if (found.get_name() != "ExtrasError" || unexpected.empty()) continue;
+    if (!is_extra || unexpected.empty()) continue;
     message = fmt::format("'{}' was not expected", unexpected.front());
     std::vector<std::string> names;
     for (const CLI::Option* option : command->get_options()) {
@@ -107,11 +106,10 @@ ExitStatus RunReportingErrors(int argc, char** argv) {
 
 /// Results that did not reach standard output are a failure, whatever the command thinks.
 ExitStatus FinishStandardOutput(ExitStatus status) {
-  errno = 0;
-  std::cout.flush();
-  const bool written = std::fflush(stdout) == 0 && std::ferror(stdout) == 0 && std::cout.good();
-  if (written || status == kFailed || status == kWrongUsage) return status;
-  PrintError(fmt::format("standard output: cannot write: {}", CauseText(errno ? errno : EIO)));
+  const int error_number = FlushStandardOutput();
+  if (error_number == 0 || status == kFailed || status == kWrongUsage) return status;
+  PrintError(fmt::format("standard output: cannot write: {}; free some space, or write elsewhere",
+                         CauseText(error_number)));
   return kFailed;
 }
 

@@ -2,7 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <iostream>
 #include <iterator>
 #include <system_error>
 
@@ -25,7 +27,7 @@ void PrintLine(std::string_view kind, std::string_view message) {
   }
   line += '\n';
   // Results come before what is said of them when both go to the same place.
-  std::fflush(stdout);
+  FlushStandardOutput();
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
@@ -33,6 +35,15 @@ void PrintLine(std::string_view kind, std::string_view message) {
 
 void PrintError(std::string_view message) { PrintLine("error", message); }
 void PrintWarning(std::string_view message) { PrintLine("warning", message); }
+
+int FlushStandardOutput() {
+  static int first_failure = 0;
+  errno = 0;
+  std::cout.flush();
+  const bool written = std::fflush(stdout) == 0 && std::ferror(stdout) == 0 && std::cout.good();
+  if (!written && first_failure == 0) first_failure = errno != 0 ? errno : EIO;
+  return first_failure;
+}
 
 std::string CauseText(int error_number) { return std::generic_category().message(error_number); }
 

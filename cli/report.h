@@ -12,6 +12,9 @@ void PrintError(std::string_view message);
 /// The same with `fabscan: warning: `.
 void PrintWarning(std::string_view message);
 
+/// Writes out what is pending on standard output. 0, or the errno of the first write that failed.
+int FlushStandardOutput();
+
 /// What the system says of `error_number` (an errno value).
 std::string CauseText(int error_number);
 

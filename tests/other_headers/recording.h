@@ -1,0 +1,49 @@
+#ifndef OTHER_HEADERS_RECORDING_H
+#define OTHER_HEADERS_RECORDING_H
+
+#include <infiniband/fabscan/fabscan_types.h>
+
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// What stands behind this tree's classes: the answers that a test sets, and the questions that
+/// were asked, in their order. One of each for the whole program.
+namespace recording {
+
+/// Every question to the facade, the store and the capability module, as it would be written:
+/// `getSMPNodeInfo(3)`, `IsSupportedSMPCapability(S1, 13)`, `GetCapability(S1, SMP)`,
+/// `OpenFile(description, name, 4, 0, null)`, `CloseFile(//)`, `WriteFileHeader(//)`.
+inline std::vector<std::string> questions;
+
+inline void Ask(const std::string& question) { questions.push_back(question); }
+
+struct Answers {
+  int open_status = 0;
+  std::string output_folder = ".";
+  std::set<int> smp_bits, gmp_bits;  // supported by every node
+  int smp_status = 0, gmp_status = 0;
+  capability_mask_t smp_mask = {}, gmp_mask = {};
+};
+inline Answers answers;
+
+/// The records of one type: by index, and for the getters that take a second number, by that too.
+template <class Record>
+inline std::map<std::pair<u_int32_t, u_int32_t>, Record> records;
+
+template <class Record>
+void Put(u_int32_t index, const Record& record, u_int32_t second = 0) {
+  records<Record>[{index, second}] = record;
+}
+
+template <class Record>
+Record* Find(u_int32_t index, u_int32_t second = 0) {
+  const auto found = records<Record>.find({index, second});
+  return found == records<Record>.end() ? nullptr : &found->second;
+}
+
+}  // namespace recording
+
+#endif
