@@ -2,7 +2,10 @@
 #define FABSCAN_ATTRIBUTE_BLOCK_H
 
 #include <cstddef>
+#include <cstring>
+#include <iterator>
 #include <string_view>
+#include <utility>
 
 #include "source_writer.h"
 
@@ -49,17 +52,62 @@ inline void WriteDiagnostic(SourceWriter& writer, std::string_view before, std::
 }
 
 template <class Record>
-void WriteStatement(SourceWriter& writer, const Field<Record>& field, const Record& record,
-                    std::string_view close = ";") {
-  writer.Text(field.text).Hex(field.value(record)).Text(close);
+void WriteStatement(SourceWriter& writer, const Field<Record>& field, const Record& record) {
+  writer.Text(field.text).Hex(field.value(record)).Text(";");
 }
 
-/// Each statement on a line of its own; the line before is ended first.
-template <class Record, std::size_t N>
-void WriteStatements(SourceWriter& writer, int indent, const Field<Record> (&fields)[N],
-                     const Record& record, std::string_view close = ";") {
-  for (const Field<Record>& field : fields) {
-    WriteStatement(writer.Line(indent), field, record, close);
+inline constexpr std::size_t kWidestFastIndent = 16;
+
+/// A line of its own for one statement; the line before is ended first. Unchecked: see `Longest`.
+template <const auto& kFields, std::size_t kRow, class Record>
+char* PutStatement(char* at, char line_end, std::size_t indent, const Record& record,
+                   std::string_view close) {
+  constexpr std::string_view kText = kFields[kRow].text;
+  *at++ = line_end;
+  std::memset(at, ' ', kWidestFastIndent);
+  at += indent;
+  std::memcpy(at, kText.data(), kText.size());
+  at = PutHex(at + kText.size(), kFields[kRow].value(record));
+  for (const char c : close) *at++ = c;
+  return at;
+}
+
+/// The bytes that the statements of a table take at most.
+template <const auto& kFields>
+constexpr std::size_t Longest() {
+  std::size_t longest = 0;
+  for (const auto& field : kFields) {
+    longest += 1 + kWidestFastIndent + field.text.size() + kMostHexDigits + 2;
+  }
+  return longest;
+}
+
+template <const auto& kFields, class Record, std::size_t... kRows>
+char* PutStatements(char* at, char line_end, std::size_t indent, const Record& record,
+                    std::string_view close, std::index_sequence<kRows...> /*rows*/) {
+  ((at = PutStatement<kFields, kRows>(at, line_end, indent, record, close)), ...);
+  return at;
+}
+
+/// Each statement of the table on a line of its own; the line before is ended first.
+///
+/// Most of a generated file is written here, so the table is known when this is compiled: every
+/// row becomes a copy of constant size and a load from the record.
+template <const auto& kFields, class Record>
+void WriteStatements(SourceWriter& writer, int indent, const Record& record,
+                     std::string_view close = ";") {
+  static_assert(Longest<kFields>() < SourceWriter::kCapacity);
+  const auto blanks = static_cast<std::size_t>(indent);
+  if (blanks <= kWidestFastIndent) {
+    const char line_end = writer.LineEnd();
+    writer.Piece(Longest<kFields>(), [&](char* at) {
+      return PutStatements<kFields>(at, line_end, blanks, record, close,
+                                    std::make_index_sequence<std::size(kFields)>());
+    });
+    return;
+  }
+  for (const auto& field : kFields) {
+    writer.Line(indent).Text(field.text).Hex(field.value(record)).Text(close);
   }
 }
 
@@ -83,11 +131,10 @@ inline void WritePack(SourceWriter& writer, int indent, const Target& target) {
 }
 
 /// The block of a node-level attribute.
-template <class Record, std::size_t N>
-void WriteNodeBlock(SourceWriter& writer, const Target& target, const Field<Record> (&fields)[N],
-                    const Record& record) {
+template <const auto& kFields, class Record>
+void WriteNodeBlock(SourceWriter& writer, const Target& target, const Record& record) {
   WriteUnpack(writer, kBodyIndent, target);
-  WriteStatements(writer, kBodyIndent, fields, record);
+  WriteStatements<kFields>(writer, kBodyIndent, record);
   WritePack(writer, kBodyIndent, target);
 }
 

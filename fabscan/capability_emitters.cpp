@@ -45,7 +45,7 @@ void WriteMask(SourceWriter& writer, const MaskKind& kind, const std::vector<con
     writer.Line(kBodyIndent).Text("// ").Text(names[bit]);
   }
   writer.EndLine().EndLine();
-  WriteNodeBlock(writer, kind.target, kWords, mask);
+  WriteNodeBlock<kWords>(writer, kind.target, mask);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "gathering_buffer.h"
 #include "source_writer.h"
 
 namespace {
@@ -113,12 +114,15 @@ int SimInfoDumpCPP::Generate(const std::string& prefix, const std::set<uint64_t>
   const std::string name = LowerCased(prefix);
   const OutputControl::Identity identity(name + "_generated.cpp",
                                          OutputControl::Flags::OutputControl_Flag_CustomFileName);
-  std::ofstream out;
-  const int status = m_fabscan.OpenFile("Simulator generated code", identity, out, false, nullptr);
+  std::ofstream file;
+  const int status = m_fabscan.OpenFile("Simulator generated code", identity, file, false, nullptr);
   if (status != 0) return status;
 
-  PrintCopyright(out);
-  IBFabric::WriteFileHeader(out, "//");
+  PrintCopyright(file);
+  IBFabric::WriteFileHeader(file, "//");
+
+  GatheringBuffer gathered(file);
+  std::ostream out(&gathered);
   WriteHostLine(out);
   PrintIncludes(out, name);
 
@@ -127,6 +131,7 @@ int SimInfoDumpCPP::Generate(const std::string& prefix, const std::set<uint64_t>
     if (IsSelected(node, guids)) WriteNode(*this, out, prefix, *node);
   }
 
-  m_fabscan.CloseFile(out, "//");
+  gathered.HandOver();
+  m_fabscan.CloseFile(file, "//");
   return 0;
 }

@@ -57,7 +57,7 @@ void WriteExtendedPortInfo(SourceWriter& writer, const SMP_TarnExtPortInfo* regu
     return;
   }
   const auto write_branch = [&](unsigned, const SMP_TarnExtPortInfo* record) {
-    WriteStatements(writer, kBranchIndent, kExtendedPortInfoFields, *record);
+    WriteStatements<kExtendedPortInfoFields>(writer, kBranchIndent, *record);
   };
   WritePortLoop(writer, kExtendedPortInfoLoop, kExtendedPortInfo, [&] {
     WritePortSwitch(writer, kLoopIndent, special, write_branch, [&] { write_branch(0, regular); });
@@ -83,7 +83,7 @@ void SimInfoDumpCPP::GeneratePortInfoExtended(std::ostream& out,
     return;
   }
   WritePortLoop(writer, kPortInfoExtendedLoop, kPortInfoExtended,
-                [&] { WriteStatements(writer, kLoopIndent, kPortInfoExtendedFields, *info); });
+                [&] { WriteStatements<kPortInfoExtendedFields>(writer, kLoopIndent, *info); });
 }
 
 void SimInfoDumpCPP::GenerateExtendedPortInfo(std::ostream& out, const IBNode& node) const {
@@ -108,5 +108,5 @@ void SimInfoDumpCPP::GenerateExtendedPortInfo(
 void SimInfoDumpCPP::GenerateExtendedPortInfo(std::ostream& out, int indent,
                                               const SMP_TarnExtPortInfo* info) const {
   SourceWriter writer(out);
-  if (info != nullptr) WriteStatements(writer, indent, kExtendedPortInfoFields, *info);
+  if (info != nullptr) WriteStatements<kExtendedPortInfoFields>(writer, indent, *info);
 }

@@ -63,7 +63,7 @@ void WriteValues(SourceWriter& writer, const SMP_PortInfo& info, int indent, boo
     WriteStatement(writer.Line(indent), kLinkWidthSup, info);
     writer.EndLine();
   }
-  WriteStatements(writer, indent, kSpeedsAndMTU, info);
+  WriteStatements<kSpeedsAndMTU>(writer, indent, info);
 }
 
 template <class Marked>

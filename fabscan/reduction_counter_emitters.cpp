@@ -63,7 +63,7 @@ void WriteCounterSet(SourceWriter& writer, int indent, unsigned port, unsigned i
   writer.Line(inner).Text("ib_wren_reduction_counters_t ctr = *p_ctr;").EndLine();
   WriteConversion(writer, inner, kCounters, "_unpack");
   writer.EndLine();
-  WriteStatements(writer, inner, kCounterFields, record);
+  WriteStatements<kCounterFields>(writer, inner, record);
   WritePack(writer, inner, kCounters);
   writer.EndLine();
   writer.Line(inner).Text("m_node->setWrenReductionCounters(");
@@ -148,7 +148,7 @@ void WritePushCounters(SourceWriter& writer, int indent, const WrenPushReduction
   writer.Decimal(record.port_select).Text(", ").Decimal(record.mlid).Text(");");
   writer.Line(indent).Text("if (p_ctr) {");
   writer.Line(inner).Text("WrenPushReductionCounters_view_t wrapper = *p_ctr;");
-  WriteStatements(writer, inner, kPushCounterSetters, record, ");");
+  WriteStatements<kPushCounterSetters>(writer, inner, record, ");");
   writer.EndLine();
   writer.Line(inner).Text("m_node->setWrenReductionCounters(");
   writer.Decimal(record.port_select).Text(", ").Decimal(record.mlid).Text(", &wrapper);");
@@ -220,7 +220,7 @@ void SimInfoDumpCPP::GenerateWrenReductionCounters(
 void SimInfoDumpCPP::GenerateWrenReductionCounters(std::ostream& out, int indent,
                                                    const WrenReductionCounters* record) const {
   SourceWriter writer(out);
-  if (record != nullptr) WriteStatements(writer, indent, kCounterFields, *record);
+  if (record != nullptr) WriteStatements<kCounterFields>(writer, indent, *record);
 }
 
 void SimInfoDumpCPP::GenerateWrenPushReductionCounters(std::ostream& out,

@@ -79,7 +79,7 @@ void SimInfoDumpCPP::GenerateVSReductionManagerClassPortInfo(std::ostream& out,
                     "#error \"Failed to get VS IB_ClassPortInfo mad for the node=", node.name);
     return;
   }
-  WriteNodeBlock(writer, kClassPortInfo, kClassPortInfoFields, *record);
+  WriteNodeBlock<kClassPortInfoFields>(writer, kClassPortInfo, *record);
 }
 
 void SimInfoDumpCPP::GenerateWrenReductionInfo(std::ostream& out, const IBNode& node) const {
@@ -93,7 +93,7 @@ void SimInfoDumpCPP::GenerateWrenReductionInfo(std::ostream& out, const IBNode& 
                     "#error \"Failed to get WrenReductionInfo mad for the node=", node.name);
     return;
   }
-  WriteNodeBlock(writer, kReductionInfo, kReductionInfoFields, *record);
+  WriteNodeBlock<kReductionInfoFields>(writer, kReductionInfo, *record);
 }
 
 void SimInfoDumpCPP::GenerateWrenReductionPortInfo(std::ostream& out, const IBNode& node) const {

@@ -4,10 +4,32 @@
 #include <sys/types.h>
 
 #include <charconv>
+#include <cstddef>
 #include <cstring>
 #include <exception>
 #include <ostream>
 #include <string_view>
+
+/// Writes the digits of `value`, lower-case and without leading zeros, and returns their end. All
+/// of `kMostHexDigits` bytes may be overwritten. Eight digits at a time, one in each byte of a
+/// word.
+inline constexpr std::size_t kMostHexDigits = 16;
+inline char* PutHex(char* at, u_int64_t value) {
+  const auto put_eight = [](char* to, u_int64_t digits) {
+    digits = ((digits << 16U) | digits) & 0x0000ffff0000ffffU;
+    digits = ((digits << 8U) | digits) & 0x00ff00ff00ff00ffU;
+    digits = ((digits << 4U) | digits) & 0x0f0f0f0f0f0f0f0fU;
+    const u_int64_t letters = ((digits + 0x0606060606060606U) >> 4U) & 0x0101010101010101U;
+    digits += 0x3030303030303030U + letters * ('a' - '0' - 10);
+    digits = __builtin_bswap64(digits);
+    std::memcpy(to, &digits, sizeof digits);
+  };
+  const auto count = static_cast<unsigned>(67 - __builtin_clzll(value | 1U)) / 4;
+  const u_int64_t first = value << (64 - 4 * count);
+  put_eight(at, first >> 32U);
+  if (count > 8) put_eight(at + 8, first & 0xffffffffU);
+  return at + count;
+}
 
 /// Writes generated source to a stream: text, indents, numbers and line ends.
 ///
@@ -38,7 +60,9 @@ class SourceWriter {
   }
 
   /// Lower-case digits without prefix or leading zeros.
-  SourceWriter& Hex(u_int64_t value) { return Number(value, 16); }
+  SourceWriter& Hex(u_int64_t value) {
+    return Piece(kMostHexDigits, [value](char* at) { return PutHex(at, value); });
+  }
   /// All sixteen digits of a GUID.
   SourceWriter& ZeroFilledHex(u_int64_t value) {
     for (int shift = 60; shift >= 0; shift -= 4) Hex((value >> shift) & 0xFU);
@@ -48,10 +72,14 @@ class SourceWriter {
   SourceWriter& SignedDecimal(int value) { return Number(value, 10); }
 
   /// Throws std::bad_cast when the stream has no character-type facet.
-  SourceWriter& EndLine() {
+  char LineEnd() {
     if (line_end_ == '\0') line_end_ = out_.widen('\n');
+    return line_end_;
+  }
+  SourceWriter& EndLine() {
+    const char line_end = LineEnd();
     MakeRoom(1);
-    *next_++ = line_end_;
+    *next_++ = line_end;
     return *this;
   }
 
@@ -65,8 +93,18 @@ class SourceWriter {
     return *this;
   }
 
- private:
+  /// Makes room for up to `size` bytes at once. `put(at)` writes there, without further checks, and
+  /// returns the end of what counts.
+  template <class Put>
+  SourceWriter& Piece(std::size_t size, Put put) {
+    MakeRoom(size);
+    next_ = put(next_);
+    return *this;
+  }
+
   static constexpr std::size_t kCapacity = 16384;
+
+ private:
   static constexpr std::size_t kLongestNumber = 24;
 
   std::size_t Room() const { return static_cast<std::size_t>(buffer_ + kCapacity - next_); }
@@ -77,9 +115,8 @@ class SourceWriter {
 
   template <class Integer>
   SourceWriter& Number(Integer value, int base) {
-    MakeRoom(kLongestNumber);
-    next_ = std::to_chars(next_, buffer_ + kCapacity, value, base).ptr;
-    return *this;
+    return Piece(kLongestNumber,
+                 [=](char* at) { return std::to_chars(at, at + kLongestNumber, value, base).ptr; });
   }
 
   SourceWriter& LongText(std::string_view text);
