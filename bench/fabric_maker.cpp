@@ -1,0 +1,154 @@
+#include "fabric_maker.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <type_traits>
+
+namespace fabscan {
+
+namespace {
+
+constexpr std::uint64_t kFirstSwitchGuid = 0x0c42a10300a00000;
+constexpr std::uint64_t kFirstAdapterGuid = 0x0c42a10300d00000;
+constexpr unsigned kMarkedPorts = 3;  // the last ports of a switch: FNM, FNM1, special
+constexpr unsigned kSpinesPerLeaf = 2;
+
+/// A small generator of numbers that is the same on every machine (splitmix64).
+class Numbers {
+ public:
+  explicit Numbers(std::uint64_t seed) : state_(seed) {}
+
+  std::uint64_t Next() {
+    std::uint64_t z = (state_ += 0x9e3779b97f4a7c15U);
+    z = (z ^ (z >> 30U)) * 0xbf58476d1ce4e5b9U;
+    z = (z ^ (z >> 27U)) * 0x94d049bb133111ebU;
+    return z ^ (z >> 31U);
+  }
+
+  /// A record whose every field holds some number. Records are plain structures of unsigned
+  /// integers, so any bytes are a value; the host's byte order is little-endian wherever this runs.
+  template <class Record>
+  Record Fill() {
+    static_assert(std::is_trivially_copyable_v<Record>);
+    unsigned char bytes[sizeof(Record) + sizeof(std::uint64_t)];
+    for (std::size_t at = 0; at < sizeof(Record); at += sizeof(std::uint64_t)) {
+      const std::uint64_t number = Next();
+      std::memcpy(bytes + at, &number, sizeof number);
+    }
+    Record record;
+    std::memcpy(&record, bytes, sizeof record);
+    return record;
+  }
+
+ private:
+  std::uint64_t state_;
+};
+
+constexpr capability_mask_t kEverything = {{~0U, ~0U, ~0U, ~0U}};
+
+class Maker {
+ public:
+  Maker(const FabricShape& shape, Fabscan& fabscan)
+      : shape_(shape),
+        fabscan_(fabscan),
+        store_(fabscan.fabric_extended_info),
+        numbers_(shape.seed) {}
+
+  void Make() {
+    const unsigned leaves = shape_.switches - shape_.switches / (kSpinesPerLeaf + 1);
+    for (unsigned i = 0; i < shape_.switches; ++i) {
+      const bool leaf = i < leaves;
+      const unsigned number = leaf ? i : i - leaves;
+      AddSwitch(fmt::format("{}-{:05}", leaf ? "leaf" : "spine", number), kFirstSwitchGuid + i);
+    }
+    for (unsigned i = 0; i < shape_.adapters; ++i) {
+      AddAdapter(fmt::format("node{:06} HCA-1", i), kFirstAdapterGuid + i);
+    }
+  }
+
+ private:
+  template <class Record>
+  void PutNode(const IBNode& node) {
+    store_.put(node, numbers_.Fill<Record>());
+  }
+  template <class Record>
+  void PutPort(const IBPort& port) {
+    store_.put(port, numbers_.Fill<Record>());
+  }
+
+  IBNode& AddNode(const std::string& name, std::uint64_t guid, IBNodeType type, unsigned ports) {
+    IBNode& node =
+        fabscan_.discovered_fabric.makeNode(name, guid, type, static_cast<phys_port_t>(ports));
+    fabscan_.capability_module.put(node, false, kEverything);
+    fabscan_.capability_module.put(node, true, kEverything);
+    PutNode<SMP_NodeInfo>(node);
+    PutNode<ib_extended_node_info>(node);
+    PutNode<VendorSpec_GeneralInfo>(node);
+    auto& congestion = store_.put<CC_EnhancedCongestionInfo>(node);
+    congestion = numbers_.Fill<CC_EnhancedCongestionInfo>();
+    congestion.ver0 = 1;
+    return node;
+  }
+
+  IBPort& AddPort(IBNode& node, unsigned number) {
+    IBPort& port = fabscan_.discovered_fabric.makePort(node, static_cast<phys_port_t>(number));
+    port.port_state = IB_PORT_STATE_ACTIVE;
+    PutPort<SMP_PortInfo>(port);
+    if (number == 0) return port;
+    PutPort<SMP_PortInfoExtended>(port);
+    PutPort<SMP_TarnExtPortInfo>(port);
+    return port;
+  }
+
+  void AddSwitch(const std::string& name, std::uint64_t guid) {
+    IBNode& node = AddNode(name, guid, IB_SW_NODE, shape_.ports);
+    PutNode<SMP_SwitchInfo>(node);
+    PutNode<SMP_ExtendedSwitchInfo>(node);
+    PutNode<ib_private_lft_info>(node);
+    PutNode<adaptive_routing_info>(node);
+    PutNode<CC_CongestionSwitchGeneralSettings>(node);
+    PutNode<IB_ClassPortInfo>(node);
+    PutNode<WrenReductionInfo>(node);
+    for (unsigned number = 0; number <= shape_.ports; ++number) {
+      IBPort& port = AddPort(node, number);
+      if (number == 0) continue;
+      const unsigned from_last = shape_.ports - number;
+      port.setFNMPort(from_last == kMarkedPorts - 1);
+      port.setFNM1Port(from_last == kMarkedPorts - 2);
+      port.setSpecialPort(from_last == kMarkedPorts - 3);
+      AddReduction(port, number);
+    }
+  }
+
+  void AddReduction(const IBPort& port, unsigned number) {
+    PutPort<WrenReductionPortInfo>(port);
+    store_.putMonitors(port, 0);
+    store_.putMonitors(port, 1);
+    for (unsigned index = 0; index < TesselExtendedInfo::kCounterSets; ++index) {
+      store_.putCounters(port, index) = numbers_.Fill<WrenReductionCounters>();
+    }
+    auto& push = store_.put<WrenPushReductionCounters>(port);
+    push = numbers_.Fill<WrenPushReductionCounters>();
+    push.port_select = static_cast<u_int16_t>(number);
+  }
+
+  void AddAdapter(const std::string& name, std::uint64_t guid) {
+    constexpr unsigned kAdapterPorts = 2;
+    IBNode& node = AddNode(name, guid, IB_CA_NODE, kAdapterPorts);
+    for (unsigned number = 1; number <= kAdapterPorts; ++number) AddPort(node, number);
+  }
+
+  const FabricShape& shape_;
+  Fabscan& fabscan_;
+  TesselExtendedInfo& store_;
+  Numbers numbers_;
+};
+
+}  // namespace
+
+void MakeFabric(const FabricShape& shape, Fabscan& fabscan) { Maker(shape, fabscan).Make(); }
+
+}  // namespace fabscan
