@@ -1,0 +1,104 @@
+#include "record_fields.h"
+
+#include <gmock/gmock.h>
+
+#include <vector>
+
+namespace fabscan {
+namespace {
+
+using testing::ElementsAre;
+using testing::Pair;
+
+std::vector<std::string> DumpedFields(const RecordTable& table) {
+  std::vector<std::string> names;
+  for (const FieldRow& row : table) {
+    if (row.dumped) names.emplace_back(row.name);
+  }
+  return names;
+}
+
+TEST(RecordFields, KnowsWidthCountAndPlaceOfEveryKindOfField) {
+  const FieldRow* number = FindField(TableOf<SMP_NodeInfo>::value, "revision");
+  ASSERT_NE(number, nullptr);
+  EXPECT_EQ(number->bits(), 32U);
+  EXPECT_EQ(number->largest(), 0xFFFFFFFFU);
+  EXPECT_EQ(number->offset, offsetof(SMP_NodeInfo, revision));
+  EXPECT_FALSE(number->is_array);
+
+  const FieldRow* words = FindField(TableOf<IB_ClassPortInfo>::value, "TrapGID");
+  ASSERT_NE(words, nullptr);
+  EXPECT_TRUE(words->is_array);
+  EXPECT_EQ(words->count, 4U);
+  EXPECT_EQ(words->bits(), 32U);
+
+  const FieldRow* modes = FindField(TableOf<ib_private_lft_info>::value, "Description_Mode");
+  ASSERT_NE(modes, nullptr);
+  EXPECT_EQ(modes->nested, &TableOf<ib_description_mode>::value);
+  EXPECT_EQ(FindField(TableOf<SMP_NodeInfo>::value, "Revision"), nullptr);
+}
+
+TEST(RecordFields, TellsWhichFieldsTheGeneratorWrites) {
+  EXPECT_THAT(DumpedFields(TableOf<SMP_NodeInfo>::value),
+              ElementsAre("ClassVersion", "BaseVersion", "DeviceID", "PartitionCap", "revision",
+                          "VendorID"));
+  EXPECT_THAT(DumpedFields(TableOf<SMP_PortInfo>::value),
+              ElementsAre("CapMsk", "LinkWidthSup", "LinkSpeedSup", "MTUCap", "LinkSpeedExtSup2",
+                          "LinkSpeedExtSup", "CapMsk2"));
+  EXPECT_THAT(DumpedFields(TableOf<VendorSpec_GeneralInfo>::value),
+              ElementsAre("HWInfo", "FWInfo", "SWInfo"));
+  EXPECT_EQ(DumpedFields(TableOf<adaptive_routing_info>::value).size(), 23U);
+  EXPECT_EQ(DumpedFields(TableOf<SMP_TarnExtPortInfo>::value).size(), 19U);
+  EXPECT_EQ(DumpedFields(TableOf<WrenReductionCounters>::value).size(), 20U);
+  // The two arguments of the accessor calls, and 17 counters.
+  EXPECT_EQ(DumpedFields(TableOf<WrenPushReductionCounters>::value).size(), 19U);
+}
+
+TEST(RecordFields, WalksEveryNumberOfARecordWithItsPath) {
+  ib_private_lft_info record{};
+  record.NumPLFTs = 3;
+  record.Description_Mode[2].LFTableSize = 9;
+  std::vector<std::pair<std::string, u_int64_t>> nonzero;
+  std::size_t numbers = 0;
+  ForEachNumber(record, [&](const std::string& path, const FieldRow&, u_int64_t value) {
+    ++numbers;
+    if (value != 0) nonzero.emplace_back(path, value);
+  });
+  EXPECT_EQ(numbers, 12U);
+  EXPECT_THAT(nonzero,
+              ElementsAre(Pair("NumPLFTs", 3), Pair("Description_Mode[2].LFTableSize", 9)));
+}
+
+TEST(RecordFields, WalksTheRecordsOfANodeAndAPort) {
+  IBFabric fabric;
+  TesselExtendedInfo store;
+  IBNode& node = fabric.makeNode("S1", 1, IB_SW_NODE, 2);
+  const IBPort& port = fabric.makePort(node, 1);
+  store.put<WrenReductionInfo>(node);
+  store.put<SMP_NodeInfo>(node);
+  store.putMonitors(port, 1);
+  store.putCounters(port, 6).dropped_pkt = 5;
+  store.put<SMP_PortInfo>(port);
+
+  std::vector<std::string> seen;
+  ForEachRecord(store, node,
+                [&](const RecordTable& table, const void*) { seen.emplace_back(table.name); });
+  ForEachRecord(store, port, [&](const RecordTable& table, int index, const void*) {
+    seen.push_back(std::string(table.name) + ' ' + std::to_string(index));
+  });
+  EXPECT_THAT(seen, ElementsAre("SMP_NodeInfo", "WrenReductionInfo", "SMP_PortInfo -1",
+                                "WrenReductionCounters 6", "WrenReductionConfigureMLIDMonitors 1"));
+}
+
+TEST(RecordFields, LoadsAndStoresEveryWidth) {
+  for (const std::size_t size : {1U, 2U, 4U, 8U}) {
+    u_int64_t room = 0;
+    const u_int64_t largest = ~u_int64_t{0} >> (64 - 8 * size);
+    StoreNumber(&room, size, largest);
+    EXPECT_EQ(LoadNumber(&room, size), largest);
+    EXPECT_EQ(room, largest) << "wrote beyond " << size << " bytes";
+  }
+}
+
+}  // namespace
+}  // namespace fabscan
