@@ -1,0 +1,143 @@
+#include "attribute_decoder.h"
+
+#include "known_keys.h"
+#include "record_decoder.h"
+
+namespace fabscan {
+
+namespace {
+
+enum PortRecordIndex : std::size_t {
+  kCounters = kPortRecords.size(),
+  kMonitors,
+  kPortRecordCount,
+};
+
+constexpr auto NamesOfPortRecords() {
+  std::array<std::string_view, kPortRecordCount> names;
+  for (std::size_t i = 0; i < kPortRecords.size(); ++i) names[i] = kPortRecords[i].table->name;
+  names[kCounters] = kCountersTable.name;
+  names[kMonitors] = kMonitorsTable.name;
+  return names;
+}
+
+constexpr auto kPortRecordNames = NamesOfPortRecords();
+
+constexpr std::array<std::string_view, TesselExtendedInfo::kCounterSets> kCounterIndexes = {
+    "0", "1", "2", "3", "4", "5", "6", "7"};
+
+const auto& RecordsOf(const IBNode*) { return kNodeRecords; }
+const auto& RecordsOf(const IBPort*) { return kPortRecordNames; }
+
+std::string ElsewhereAdvice(const IBNode*, std::string_view key) {
+  return IsPortRecord(key) ? "it is a port's; move it to the port" : "";
+}
+std::string ElsewhereAdvice(const IBPort*, std::string_view key) {
+  return IsNodeRecord(key) ? "it is a node's; move it to the node" : "";
+}
+
+template <class Owner>
+std::string Elsewhere(std::string_view key) {
+  return ElsewhereAdvice(static_cast<const Owner*>(nullptr), key);
+}
+
+std::string CounterAdvice(std::string_view) { return "give counter sets \"0\" to \"7\""; }
+
+void DecodeCounters(json::object sets, const IBPort& port, TesselExtendedInfo& store,
+                    KeyPath& path) {
+  KnownKeys known(kCounterIndexes, "counter set", CounterAdvice);
+  for (auto item : sets) {
+    json::field field = Take(std::move(item));
+    const std::size_t index = known.Find(field);
+    path.Enter(kCounterIndexes[index]);
+    DecodeRecord(TakeObject(field.value()), kCountersTable,
+                 &store.putCounters(port, static_cast<u_int32_t>(index)), path);
+    path.Leave();
+  }
+}
+
+void DecodeMonitors(json::array selectors, const IBPort& port, TesselExtendedInfo& store,
+                    KeyPath& path) {
+  std::size_t element = 0;
+  for (auto item : selectors) {
+    path.EnterElement(element++);
+    const u_int64_t selector = TakeNumber(Take(std::move(item)), 8);
+    if (selector >= TesselExtendedInfo::kMonitorSelectors) {
+      throw Malformed("monitor selector " + std::to_string(selector) +
+                      " is not known; give 0 (reduction counters) or 1 (push reduction counters)");
+    }
+    const auto known = static_cast<u_int8_t>(selector);
+    if (store.getWrenReductionConfigureMLIDMonitors(port.createIndex, known) != nullptr) {
+      throw Malformed("monitor selector " + std::to_string(selector) + " stands twice; keep one");
+    }
+    store.putMonitors(port, known);
+    path.Leave();
+  }
+}
+
+}  // namespace
+
+template <>
+void AttributeDecoder<IBNode>::DecodeAttribute(json::value value, std::size_t index) {
+  const RecordKind<IBNode>& kind = kNodeRecords[index];
+  DecodeRecord(TakeObject(value), *kind.table, kind.put(store_, owner_), path_);
+}
+
+template <>
+void AttributeDecoder<IBPort>::DecodeAttribute(json::value value, std::size_t index) {
+  switch (index) {
+    case kCounters:
+      DecodeCounters(TakeObject(value), owner_, store_, path_);
+      break;
+    case kMonitors:
+      DecodeMonitors(TakeArray(value), owner_, store_, path_);
+      break;
+    default:
+      const RecordKind<IBPort>& kind = kPortRecords[index];
+      DecodeRecord(TakeObject(value), *kind.table, kind.put(store_, owner_), path_);
+  }
+}
+
+template <class Owner>
+void AttributeDecoder<Owner>::DecodeAttributes(json::value value) {
+  const auto& records = RecordsOf(&owner_);
+  KnownKeys known(records, "record", Elsewhere<Owner>);
+  for (auto item : TakeObject(value)) {
+    json::field field = Take(std::move(item));
+    const std::size_t index = known.Find(field);
+    path_.Enter(NameOf(records[index]));
+    DecodeAttribute(field.value(), index);
+    path_.Leave();
+  }
+  present_ = known.seen();
+}
+
+template <class Owner>
+void AttributeDecoder<Owner>::DecodeAbsent(json::value value) {
+  const auto& records = RecordsOf(&owner_);
+  KnownKeys known(records, "record", Elsewhere<Owner>);
+  for (auto item : TakeObject(value)) {
+    json::field field = Take(std::move(item));
+    const std::string_view record = NameOf(records[known.Find(field)]);
+    path_.Enter(record);
+    store_.setAbsent(owner_, record, TakeText(field.value()));
+    path_.Leave();
+  }
+  absent_ = known.seen();
+}
+
+template <class Owner>
+void AttributeDecoder<Owner>::CheckAbsent() {
+  const auto& records = RecordsOf(&owner_);
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    if ((((present_ & absent_) >> i) & 1U) == 0) continue;
+    path_.Enter("absent");
+    path_.Enter(NameOf(records[i]));
+    throw Malformed("the record is there as well, under \"attributes\"; keep one of the two");
+  }
+}
+
+template class AttributeDecoder<IBNode>;
+template class AttributeDecoder<IBPort>;
+
+}  // namespace fabscan

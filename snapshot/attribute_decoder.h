@@ -1,0 +1,44 @@
+#ifndef FABSCAN_SNAPSHOT_ATTRIBUTE_DECODER_H
+#define FABSCAN_SNAPSHOT_ATTRIBUTE_DECODER_H
+
+#include "json_value.h"
+#include "record_fields.h"
+
+namespace fabscan {
+
+/// Takes what a snapshot says of the records of one node or port, the `attributes` and `absent`
+/// objects, into the store.
+template <class Owner>
+class AttributeDecoder {
+ public:
+  AttributeDecoder(TesselExtendedInfo& store, const Owner& owner, KeyPath& path)
+      : store_(store), owner_(owner), path_(path) {}
+
+  // All throw Malformed and simdjson::simdjson_error; the path then tells where.
+
+  void DecodeAttributes(json::value value);
+  void DecodeAbsent(json::value value);
+  /// A record that is there cannot be absent; to be called after the other two.
+  void CheckAbsent();
+
+ private:
+  void DecodeAttribute(json::value value, std::size_t index);
+
+  TesselExtendedInfo& store_;
+  const Owner& owner_;
+  KeyPath& path_;
+  u_int64_t present_ = 0;  // bit i: record i of the owner's kinds
+  u_int64_t absent_ = 0;
+};
+
+template <>
+void AttributeDecoder<IBNode>::DecodeAttribute(json::value value, std::size_t index);
+template <>
+void AttributeDecoder<IBPort>::DecodeAttribute(json::value value, std::size_t index);
+
+extern template class AttributeDecoder<IBNode>;
+extern template class AttributeDecoder<IBPort>;
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,65 @@
+#include "byte_source.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <system_error>
+
+namespace fabscan {
+
+namespace {
+
+std::string Reason(int error_number) { return std::generic_category().message(error_number); }
+
+class FileSource : public ByteSource {
+ public:
+  FileSource(int file, bool owned) : file_(file), owned_(owned) {}
+  ~FileSource() override {
+    if (owned_) ::close(file_);
+  }
+
+  std::size_t Read(char* to, std::size_t size) override {
+    for (;;) {
+      const ssize_t got = ::read(file_, to, size);
+      if (got >= 0) return static_cast<std::size_t>(got);
+      if (errno != EINTR) throw SourceError("cannot read: " + Reason(errno));
+    }
+  }
+
+ private:
+  int file_;
+  bool owned_;
+};
+
+class MemorySource : public ByteSource {
+ public:
+  explicit MemorySource(std::string_view bytes) : rest_(bytes) {}
+
+  std::size_t Read(char* to, std::size_t size) override {
+    const std::size_t taken = std::min(size, rest_.size());
+    std::memcpy(to, rest_.data(), taken);
+    rest_.remove_prefix(taken);
+    return taken;
+  }
+
+ private:
+  std::string_view rest_;
+};
+
+}  // namespace
+
+std::unique_ptr<ByteSource> OpenFileSource(const std::string& path) {
+  if (path == "-") return std::make_unique<FileSource>(STDIN_FILENO, false);
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (file < 0) throw SourceError("cannot open: " + Reason(errno));
+  return std::make_unique<FileSource>(file, true);
+}
+
+std::unique_ptr<ByteSource> MakeMemorySource(std::string_view bytes) {
+  return std::make_unique<MemorySource>(bytes);
+}
+
+}  // namespace fabscan

@@ -1,0 +1,136 @@
+#include "json_value.h"
+
+#include <harmless_name.h>
+
+namespace fabscan {
+
+namespace {
+
+std::string_view TypeName(json::value& value) {
+  switch (Take(value.type())) {
+    case json::json_type::array:
+      return "a list";
+    case json::json_type::object:
+      return "an object";
+    case json::json_type::number:
+      return "a number";
+    case json::json_type::string:
+      return "text";
+    case json::json_type::boolean:
+      return "true or false";
+    case json::json_type::null:
+      break;
+  }
+  return "null";
+}
+
+[[noreturn]] void RefuseType(json::value& value, const std::string& wanted) {
+  throw Malformed("must be " + wanted + ", not " + std::string(TypeName(value)));
+}
+
+/// The value, or the complaint that it is of another type.
+template <class T>
+T TakeTyped(simdjson::simdjson_result<T>&& result, json::value& value, const std::string& wanted) {
+  T taken;
+  const simdjson::error_code error = std::move(result).get(taken);
+  if (error == simdjson::INCORRECT_TYPE) RefuseType(value, wanted);
+  if (error != simdjson::SUCCESS) throw simdjson::simdjson_error(error);
+  return taken;
+}
+
+int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+bool IsHexText(std::string_view text) {
+  return text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X') &&
+         text.find_first_not_of("0123456789abcdefABCDEF", 2) == std::string_view::npos;
+}
+
+std::string_view Token(json::value& value) {
+  std::string_view token = value.raw_json_token();
+  const std::size_t blank = token.find_first_of(" \t\r\n");
+  return token.substr(0, blank);
+}
+
+[[noreturn]] void RefuseWidth(std::string_view given, unsigned bits) {
+  const u_int64_t largest = ~u_int64_t{0} >> (64 - bits);
+  throw Malformed(std::string(given) + " does not fit the field's " + std::to_string(bits) +
+                  " bits; give 0 to " + std::to_string(largest));
+}
+
+}  // namespace
+
+json::object TakeObject(json::value value) {
+  return TakeTyped(value.get_object(), value, "an object, {...}");
+}
+
+json::array TakeArray(json::value value) {
+  return TakeTyped(value.get_array(), value, "a list, [...]");
+}
+
+bool TakeBool(json::value value) { return TakeTyped(value.get_bool(), value, "true or false"); }
+
+std::string_view TakeText(json::value value) {
+  return TakeTyped(value.get_string(), value, "text");
+}
+
+std::string TakeName(json::value value) {
+  const std::string_view token = value.raw_json_token();
+  if (token.empty() || token.front() != '{') return std::string(TakeText(value));
+  std::string name;
+  std::size_t keys = 0;
+  for (auto item : TakeObject(value)) {
+    json::field field = Take(std::move(item));
+    const std::string_view key = Take(field.unescaped_key());
+    if (key != "escaped" || ++keys > 1) {
+      throw Malformed("must be text, or one object {\"escaped\": text}");
+    }
+    name = OriginalName(TakeText(field.value()));
+  }
+  if (keys == 0) throw Malformed("must be text, or one object {\"escaped\": text}");
+  return name;
+}
+
+bool ReadHexText(const char* after_quote, unsigned bits, u_int64_t& number) {
+  const char* at = after_quote;
+  if (at[0] != '0' || (at[1] != 'x' && at[1] != 'X') || HexDigit(at[2]) < 0) return false;
+  u_int64_t value = 0;
+  for (at += 2; *at != '"'; ++at) {
+    const int digit = HexDigit(*at);
+    if (digit < 0 || (value >> 60U) != 0) return false;
+    value = (value << 4U) | static_cast<u_int64_t>(digit);
+  }
+  number = value;
+  return (value & ~(~u_int64_t{0} >> (64 - bits))) == 0;
+}
+
+void RefuseNumber(json::value value, unsigned bits) {
+  const std::string wanted = "a whole number, or \"0x...\" in hexadecimal digits";
+  const json::json_type type = Take(value.type());
+  if (type == json::json_type::string) {
+    const std::string_view text = TakeText(value);
+    if (IsHexText(text)) RefuseWidth(Quoted(text), bits);
+    throw Malformed("must be " + wanted + ", not the text " + Quoted(text));
+  }
+  if (type != json::json_type::number) RefuseType(value, wanted);
+  const std::string_view token = Token(value);
+  const std::string given = token.size() <= 40 ? std::string(token) : "the number";
+  if (token.front() == '-') throw Malformed(given + " is negative; give 0 or more");
+  if (token.find_first_of(".eE") != std::string_view::npos) {
+    throw Malformed(given + " is not written as a whole number; leave fraction and exponent away");
+  }
+  const bool digits = token.find_first_not_of("0123456789") == std::string_view::npos;
+  const bool leading_zero = token.size() > 1 && token.front() == '0';
+  if (!digits || leading_zero) throw simdjson::simdjson_error(simdjson::NUMBER_ERROR);
+  RefuseWidth(given, bits);
+}
+
+void RefuseWord(std::string_view given, const std::vector<std::string_view>& words) {
+  throw Malformed(Quoted(given) + " is not one of " + Alternatives(words));
+}
+
+}  // namespace fabscan

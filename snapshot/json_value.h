@@ -1,0 +1,76 @@
+#ifndef FABSCAN_SNAPSHOT_JSON_VALUE_H
+#define FABSCAN_SNAPSHOT_JSON_VALUE_H
+
+#include <simdjson.h>
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "key_path.h"
+#include "suggestion.h"
+#include "words.h"
+
+namespace fabscan {
+
+namespace json = simdjson::ondemand;
+
+/// The value of a result. Throws simdjson::simdjson_error for text that is not JSON.
+template <class T>
+T Take(simdjson::simdjson_result<T>&& result) {
+  T value;
+  if (const simdjson::error_code error = std::move(result).get(value)) {
+    throw simdjson::simdjson_error(error);
+  }
+  return value;
+}
+
+// Values of the type that the key asks for. All throw Malformed for another type, or where the
+// value is not one that the key can have, and simdjson::simdjson_error for text that is not JSON.
+
+json::object TakeObject(json::value value);
+json::array TakeArray(json::value value);
+bool TakeBool(json::value value);
+/// Valid until the line is rewound.
+std::string_view TakeText(json::value value);
+/// A name as the device gave it: text, or `{"escaped": text}`, where %XX stands for a byte.
+std::string TakeName(json::value value);
+
+/// What a number must be, when `value` is none that fits `bits` bits. Does not return.
+[[noreturn]] void RefuseNumber(json::value value, unsigned bits);
+/// The number of a "0x..." string; false where it is not one, or wider than `bits` bits.
+bool ReadHexText(const char* after_quote, unsigned bits, u_int64_t& number);
+
+/// A number from 0 to what `bits` bits hold, as a JSON number or as a "0x..." string.
+inline u_int64_t TakeNumber(json::value value, unsigned bits) {
+  const u_int64_t largest = ~u_int64_t{0} >> (64 - bits);
+  u_int64_t number = 0;
+  const char* token = value.raw_json_token().data();
+  if (*token == '"') {
+    if (!ReadHexText(token + 1, bits, number)) RefuseNumber(value, bits);
+    static_cast<void>(Take(value.get_raw_json_string()));
+    return number;
+  }
+  if (value.get_uint64().get(number) != simdjson::SUCCESS || number > largest) {
+    RefuseNumber(value, bits);
+  }
+  return number;
+}
+
+[[noreturn]] void RefuseWord(std::string_view given, const std::vector<std::string_view>& words);
+
+template <class Value, std::size_t N>
+Value TakeWord(json::value value, const Word<Value> (&words)[N]) {
+  const std::string_view given = TakeText(value);
+  std::vector<std::string_view> texts;
+  for (const Word<Value>& word : words) {
+    if (word.text == given) return word.value;
+  }
+  for (const Word<Value>& word : words) texts.push_back(word.text);
+  RefuseWord(given, texts);
+}
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,339 @@
+#include "line_decoder.h"
+
+#include <harmless_name.h>
+
+#include "attribute_decoder.h"
+#include "known_keys.h"
+
+namespace fabscan {
+
+namespace {
+
+enum HeaderKey : std::size_t { kVersion, kSource, kCreated };
+constexpr std::array<std::string_view, 3> kHeaderKeys = {"fabscan_snapshot", "source", "created"};
+
+// A node's keys in the order in which they are written; then those that tell the other lines.
+enum NodeKey : std::size_t {
+  kName,
+  kGuid,
+  kType,
+  kNumPorts,
+  kAlternativeName,
+  kNodeInSubFabric,
+  kSpecialNode,
+  kOpalSwitch,
+  kSmpMask,
+  kGmpMask,
+  kNodeAttributes,
+  kNodeAbsent,
+  kPorts,
+  kSecondHeader,
+  kLastLine,
+  kLastLineCount,
+};
+constexpr std::array<std::string_view, 16> kNodeKeys = {
+    "name",        "guid",        "type",       "numPorts",          "alternativeName",
+    "inSubFabric", "specialNode", "opalSwitch", "smpCapabilityMask", "gmpCapabilityMask",
+    "attributes",  "absent",      "ports",      "fabscan_snapshot",  "end",
+    "nodes"};
+constexpr u_int64_t kIdentityKeys = 0xF;
+
+enum PortKey : std::size_t {
+  kNum,
+  kState,
+  kPortInSubFabric,
+  kFnm,
+  kFnm1,
+  kSpecial,
+  kPortAttributes,
+  kPortAbsent,
+};
+constexpr std::array<std::string_view, 8> kPortKeys = {"num",  "state",   "inSubFabric", "fnm",
+                                                       "fnm1", "special", "attributes",  "absent"};
+
+enum EndKey : std::size_t { kIsEnd, kNodeCount };
+constexpr std::array<std::string_view, 2> kEndKeys = {"end", "nodes"};
+
+/// Throws where one of the keys of `wanted` (bit i: key i) was not seen.
+template <class List>
+void RequireKeys(const KnownKeys<List>& known, u_int64_t wanted, const List& keys) {
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    if (((wanted >> i) & 1U) == 0 || known.Has(i)) continue;
+    throw Malformed("the key " + Quoted(keys[i]) + " is missing; add it");
+  }
+}
+
+json::object TakeLine(json::document& line) {
+  json::object object;
+  const simdjson::error_code error = line.get_object().get(object);
+  if (error == simdjson::INCORRECT_TYPE) throw Malformed("the line must be an object, {...}");
+  if (error != simdjson::SUCCESS) throw simdjson::simdjson_error(error);
+  return object;
+}
+
+void RequireEndOfLine(json::document& line) {
+  const bool at_end = line.current_location().error() == simdjson::OUT_OF_BOUNDS;
+  if (!at_end) throw Malformed("more text follows the object; put each on its own line");
+}
+
+std::string GuidText(u_int64_t guid) {
+  char text[2 + 16 + 1];
+  std::snprintf(text, sizeof text, "0x%016llx", static_cast<unsigned long long>(guid));
+  return text;
+}
+
+}  // namespace
+
+SnapshotHeader LineDecoder::DecodeHeader(json::document& line) {
+  path_.Clear();
+  SnapshotHeader header;
+  KnownKeys known(kHeaderKeys, "key");
+  for (auto item : TakeLine(line)) {
+    json::field field = Take(std::move(item));
+    const std::size_t key = known.Find(field);
+    path_.Enter(kHeaderKeys[key]);
+    if (key == kVersion) {
+      const u_int64_t version = TakeNumber(field.value(), 64);
+      if (version != kSnapshotVersion) {
+        throw Malformed("version " + std::to_string(version) +
+                        " is not one that this program reads; it reads version " +
+                        std::to_string(kSnapshotVersion));
+      }
+    } else {
+      (key == kSource ? header.source : header.created) = TakeText(field.value());
+    }
+    path_.Leave();
+  }
+  RequireKeys(known, 1U << kVersion, kHeaderKeys);
+  RequireEndOfLine(line);
+  return header;
+}
+
+bool LineDecoder::DecodeNodeOrEnd(json::document& line) {
+  path_.Clear();
+  Identity identity;
+  if (!FindIdentity(line, identity)) {
+    line.rewind();
+    DecodeEnd(line);
+    return true;
+  }
+  IBNode& node = MakeNode(identity);
+  if (options_.guids != nullptr && options_.guids->count(node.guid) == 0) return false;
+  line.rewind();
+  DecodeNode(line, node);
+  return false;
+}
+
+bool LineDecoder::FindIdentity(json::document& line, Identity& identity) {
+  KnownKeys known(kNodeKeys, "key");
+  for (auto item : TakeLine(line)) {
+    json::field field = Take(std::move(item));
+    const std::size_t key = known.Find(field);
+    if (key == kLastLine || key == kLastLineCount) return false;
+    if (key == kSecondHeader) {
+      throw Malformed("a second header; a snapshot has one, in its first line");
+    }
+    path_.Enter(kNodeKeys[key]);
+    switch (key) {
+      case kName:
+        identity.name = TakeName(field.value());
+        break;
+      case kGuid:
+        identity.guid = TakeNumber(field.value(), 64);
+        break;
+      case kType:
+        identity.type = TakeWord(field.value(), kNodeTypeWords);
+        break;
+      case kNumPorts:
+        identity.num_ports = static_cast<phys_port_t>(TakeNumber(field.value(), 8));
+        break;
+      default:
+        break;
+    }
+    path_.Leave();
+    if ((known.seen() & kIdentityKeys) == kIdentityKeys) return true;
+  }
+  RequireKeys(known, kIdentityKeys, kNodeKeys);
+  return true;
+}
+
+IBNode& LineDecoder::MakeNode(const Identity& identity) {
+  if (fabric_.nodeCount() >= options_.max_nodes) {
+    throw Malformed("more than " + std::to_string(options_.max_nodes) +
+                    " nodes; raise the limit if that is meant");
+  }
+  if (const IBNode* other = fabric_.getNodeByGuid(identity.guid)) {
+    path_.Enter(kNodeKeys[kGuid]);
+    throw Malformed(GuidText(identity.guid) + " is the GUID of node " +
+                    Quoted(OriginalName(other->name)) + " too; give each node its own");
+  }
+  try {
+    return fabric_.makeNode(identity.name, identity.guid, identity.type, identity.num_ports);
+  } catch (const std::invalid_argument&) {
+    path_.Enter(kNodeKeys[kName]);
+    throw Malformed(Quoted(identity.name) + " is the name of another node too; give each its own");
+  }
+}
+
+void LineDecoder::DecodeNode(json::document& line, IBNode& node) {
+  KnownKeys known(kNodeKeys, "key");
+  AttributeDecoder<IBNode> attributes(store_, node, path_);
+  for (auto item : TakeLine(line)) {
+    json::field field = Take(std::move(item));
+    const std::size_t key = known.Find(field);
+    path_.Enter(kNodeKeys[key]);
+    switch (key) {
+      case kAlternativeName:
+        node.setAlternativeName(TakeName(field.value()));
+        break;
+      case kNodeInSubFabric:
+        node.in_sub_fabric = TakeBool(field.value());
+        break;
+      case kSpecialNode:
+        node.setSpecialNodeType(TakeWord(field.value(), kSpecialNodeWords));
+        break;
+      case kOpalSwitch:
+        node.setOpalSwitch(TakeBool(field.value()));
+        break;
+      case kSmpMask:
+      case kGmpMask:
+        DecodeMask(field.value(), node, key == kGmpMask);
+        break;
+      case kNodeAttributes:
+        attributes.DecodeAttributes(field.value());
+        break;
+      case kNodeAbsent:
+        attributes.DecodeAbsent(field.value());
+        break;
+      case kPorts:
+        DecodePorts(field.value(), node);
+        break;
+      case kSecondHeader:
+      case kLastLine:
+      case kLastLineCount:
+        throw Malformed("the key does not belong to a node; remove it");
+      default:
+        break;  // taken already
+    }
+    path_.Leave();
+  }
+  attributes.CheckAbsent();
+  RequireEndOfLine(line);
+}
+
+void LineDecoder::DecodeMask(json::value value, const IBNode& node, bool is_gmp) {
+  constexpr std::size_t kWords = sizeof(capability_mask_t::mask) / sizeof(u_int32_t);
+  capability_mask_t mask{};
+  std::size_t word = 0;
+  for (auto item : TakeArray(value)) {
+    if (word < kWords) {
+      path_.EnterElement(word);
+      mask.mask[word] = static_cast<u_int32_t>(TakeNumber(Take(std::move(item)), 32));
+      path_.Leave();
+    }
+    ++word;
+  }
+  if (word != kWords) {
+    throw Malformed("the mask has " + std::to_string(word) + " words; give " +
+                    std::to_string(kWords) + " of 32 bits, the lowest bits first");
+  }
+  capabilities_.put(node, is_gmp, mask);
+}
+
+void LineDecoder::DecodePorts(json::value value, IBNode& node) {
+  std::size_t element = 0;
+  for (auto item : TakeArray(value)) {
+    path_.EnterElement(element++);
+    DecodePort(TakeObject(Take(std::move(item))), node);
+    path_.Leave();
+  }
+}
+
+IBPort& LineDecoder::MakePort(json::object& port, IBNode& node) {
+  KnownKeys known(kPortKeys, "key");
+  for (auto item : port) {
+    json::field field = Take(std::move(item));
+    if (known.Find(field) != kNum) continue;
+    path_.Enter(kPortKeys[kNum]);
+    const auto number = static_cast<phys_port_t>(TakeNumber(field.value(), 8));
+    if (number > node.numPorts) {
+      throw Malformed("port " + std::to_string(number) + " is above the node's numPorts, " +
+                      std::to_string(node.numPorts) + "; correct one of the two");
+    }
+    if (number == 0 && node.type != IB_SW_NODE) {
+      throw Malformed("port 0 exists on a switch only; number this node's ports from 1");
+    }
+    if (node.getPort(number) != nullptr) {
+      throw Malformed("port " + std::to_string(number) + " stands twice; keep one");
+    }
+    path_.Leave();
+    return fabric_.makePort(node, number);
+  }
+  throw Malformed("the key \"num\" is missing; add it");
+}
+
+void LineDecoder::DecodePort(json::object object, IBNode& node) {
+  IBPort& port = MakePort(object, node);
+  if (const simdjson::error_code error = object.reset().error()) {
+    throw simdjson::simdjson_error(error);
+  }
+  KnownKeys known(kPortKeys, "key");
+  AttributeDecoder<IBPort> attributes(store_, port, path_);
+  for (auto item : object) {
+    json::field field = Take(std::move(item));
+    const std::size_t key = known.Find(field);
+    path_.Enter(kPortKeys[key]);
+    switch (key) {
+      case kState:
+        port.port_state = TakeWord(field.value(), kPortStateWords);
+        break;
+      case kPortInSubFabric:
+        port.setInSubFabric(TakeBool(field.value()));
+        break;
+      case kFnm:
+        port.setFNMPort(TakeBool(field.value()));
+        break;
+      case kFnm1:
+        port.setFNM1Port(TakeBool(field.value()));
+        break;
+      case kSpecial:
+        port.setSpecialPort(TakeBool(field.value()));
+        break;
+      case kPortAttributes:
+        attributes.DecodeAttributes(field.value());
+        break;
+      case kPortAbsent:
+        attributes.DecodeAbsent(field.value());
+        break;
+      default:
+        break;  // taken already
+    }
+    path_.Leave();
+  }
+  RequireKeys(known, 1U << kState, kPortKeys);
+  attributes.CheckAbsent();
+}
+
+void LineDecoder::DecodeEnd(json::document& line) {
+  KnownKeys known(kEndKeys, "key");
+  for (auto item : TakeLine(line)) {
+    json::field field = Take(std::move(item));
+    const std::size_t key = known.Find(field);
+    path_.Enter(kEndKeys[key]);
+    if (key == kIsEnd) {
+      if (!TakeBool(field.value())) throw Malformed("must be true");
+    } else {
+      const u_int64_t nodes = TakeNumber(field.value(), 64);
+      if (nodes != fabric_.nodeCount()) {
+        throw Malformed("the last line counts " + std::to_string(nodes) + " nodes, but " +
+                        std::to_string(fabric_.nodeCount()) +
+                        " came before it; take the whole file, or correct the count");
+      }
+    }
+    path_.Leave();
+  }
+  RequireKeys(known, (1U << kIsEnd) | (1U << kNodeCount), kEndKeys);
+  RequireEndOfLine(line);
+}
+
+}  // namespace fabscan

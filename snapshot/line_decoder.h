@@ -1,0 +1,58 @@
+#ifndef FABSCAN_SNAPSHOT_LINE_DECODER_H
+#define FABSCAN_SNAPSHOT_LINE_DECODER_H
+
+#include <infiniband/fabscan/fabscan.h>
+
+#include <set>
+
+#include "json_value.h"
+#include "key_path.h"
+#include "snapshot.h"
+
+namespace fabscan {
+
+/// Takes one line of a snapshot after another into a model and its store. All operations throw
+/// Malformed and simdjson::simdjson_error; `path` then tells where.
+class LineDecoder {
+ public:
+  LineDecoder(Fabscan& fabscan, const SnapshotReadOptions& options)
+      : fabric_(fabscan.discovered_fabric),
+        store_(fabscan.fabric_extended_info),
+        capabilities_(fabscan.capability_module),
+        options_(options) {}
+
+  SnapshotHeader DecodeHeader(json::document& line);
+  /// A node, or the last line. True when it was the last line.
+  bool DecodeNodeOrEnd(json::document& line);
+
+  const KeyPath& path() const { return path_; }
+
+ private:
+  /// What a node is made of; the rest of its line can only be read once it is known.
+  struct Identity {
+    std::string name;
+    u_int64_t guid = 0;
+    IBNodeType type = IB_UNKNOWN_NODE_TYPE;
+    phys_port_t num_ports = 0;
+  };
+
+  /// False where the line is the last one.
+  bool FindIdentity(json::document& line, Identity& identity);
+  IBNode& MakeNode(const Identity& identity);
+  void DecodeNode(json::document& line, IBNode& node);
+  void DecodeMask(json::value value, const IBNode& node, bool is_gmp);
+  void DecodePorts(json::value value, IBNode& node);
+  void DecodePort(json::object port, IBNode& node);
+  IBPort& MakePort(json::object& port, IBNode& node);
+  void DecodeEnd(json::document& line);
+
+  IBFabric& fabric_;
+  TesselExtendedInfo& store_;
+  CapabilityModule& capabilities_;
+  const SnapshotReadOptions& options_;
+  KeyPath path_;
+};
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,51 @@
+#ifndef FABSCAN_SNAPSHOT_LINE_READER_H
+#define FABSCAN_SNAPSHOT_LINE_READER_H
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "byte_source.h"
+
+namespace fabscan {
+
+/// A line in place: the text without its line end, and how many bytes after it may be read.
+struct Line {
+  std::string_view text;
+  std::size_t readable;  // from the start of the text
+};
+
+/// Cuts a source into lines without copying them: big reads into one buffer, lines shown where
+/// they lie. After each line at least `kPadding` more bytes can be read, as the parser wants it.
+class LineReader {
+ public:
+  static constexpr std::size_t kPadding = 64;
+  static constexpr std::size_t kChunk = std::size_t{1} << 20U;
+
+  /// `chunk`: bytes asked of the source at a time.
+  LineReader(ByteSource& source, std::size_t max_line_bytes, std::size_t chunk = kChunk)
+      : source_(source), max_line_(max_line_bytes), chunk_(chunk) {}
+
+  /// The next line, valid until the next call; nothing at the end. The last line needs no line end.
+  /// Throws SourceError, also where a line is longer than allowed.
+  std::optional<Line> Next();
+  /// Number of the line that `Next` gave last, or failed to give; the first is 1.
+  std::size_t number() const { return number_; }
+
+ private:
+  Line Take(std::size_t length, std::size_t line_end);
+  bool Fill();
+
+  ByteSource& source_;
+  const std::size_t max_line_;
+  const std::size_t chunk_;
+  std::vector<char> buffer_;
+  std::size_t begin_ = 0;  // of what was not given out yet
+  std::size_t end_ = 0;    // of what was read
+  std::size_t number_ = 0;
+};
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,18 @@
+#ifndef FABSCAN_SNAPSHOT_READER_H
+#define FABSCAN_SNAPSHOT_READER_H
+
+#include "byte_source.h"
+#include "line_reader.h"
+#include "snapshot.h"
+
+namespace fabscan {
+
+/// `ReadSnapshot` from any source of uncompressed text. `name` stands in errors; `chunk` bytes are
+/// asked of the source at a time.
+SnapshotHeader ReadSnapshotFrom(ByteSource& source, const std::string& name, Fabscan& fabscan,
+                                const SnapshotReadOptions& options = {},
+                                std::size_t chunk = LineReader::kChunk);
+
+}  // namespace fabscan
+
+#endif

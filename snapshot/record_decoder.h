@@ -1,0 +1,15 @@
+#ifndef FABSCAN_SNAPSHOT_RECORD_DECODER_H
+#define FABSCAN_SNAPSHOT_RECORD_DECODER_H
+
+#include "json_value.h"
+#include "record_table.h"
+
+namespace fabscan {
+
+/// Takes an object of fields into `record`, which is zeroed. Throws Malformed and
+/// simdjson::simdjson_error; `path` then tells where.
+void DecodeRecord(json::object fields, const RecordTable& table, void* record, KeyPath& path);
+
+}  // namespace fabscan
+
+#endif

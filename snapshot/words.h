@@ -1,0 +1,49 @@
+#ifndef FABSCAN_SNAPSHOT_WORDS_H
+#define FABSCAN_SNAPSHOT_WORDS_H
+
+#include <infiniband/tessel/Fabric.h>
+
+#include <string_view>
+
+namespace fabscan {
+
+/// A word of the snapshot and what it stands for.
+template <class Value>
+struct Word {
+  std::string_view text;
+  Value value;
+};
+
+inline constexpr Word<IBNodeType> kNodeTypeWords[] = {
+    {"SW", IB_SW_NODE},
+    {"RTR", IB_RTR_NODE},
+    {"CA", IB_CA_NODE},
+    {"UNKNOWN", IB_UNKNOWN_NODE_TYPE},
+};
+
+inline constexpr Word<IBPortState> kPortStateWords[] = {
+    {"ACTIVE", IB_PORT_STATE_ACTIVE},   {"ARM", IB_PORT_STATE_ARM},
+    {"INIT", IB_PORT_STATE_INIT},       {"DOWN", IB_PORT_STATE_DOWN},
+    {"UNKNOWN", IB_UNKNOWN_PORT_STATE},
+};
+
+inline constexpr Word<IBSpecialPortType> kSpecialNodeWords[] = {
+    {"AN", IB_SPECIAL_PORT_AN},
+    {"ROUTER", IB_SPECIAL_PORT_ROUTER},
+    {"ETH_GATEWAY", IB_SPECIAL_PORT_ETH_GATEWAY},
+};
+
+/// The word for `value`; the last one of the list where there is none.
+template <class Value, std::size_t N>
+constexpr std::string_view WordFor(const Word<Value> (&words)[N], Value value) {
+  for (const Word<Value>& word : words) {
+    if (word.value == value) return word.text;
+  }
+  return words[N - 1].text;
+}
+
+inline constexpr int kSnapshotVersion = 1;
+
+}  // namespace fabscan
+
+#endif

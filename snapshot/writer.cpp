@@ -1,0 +1,269 @@
+#include <harmless_name.h>
+#include <utf8.h>
+
+#include "json_writer.h"
+#include "record_fields.h"
+#include "snapshot.h"
+#include "words.h"
+
+namespace fabscan {
+
+namespace {
+
+bool AllZero(const RecordTable& table, const void* record) {
+  for (const FieldRow& row : table) {
+    for (std::size_t i = 0; i < row.count; ++i) {
+      const void* element = row.element(record, i);
+      if (row.nested != nullptr ? !AllZero(*row.nested, element)
+                                : LoadNumber(element, row.size) != 0) {
+        return false;
+      }
+    }
+  }
+  return true;
+}
+
+bool AllZero(const FieldRow& row, const void* record) {
+  const RecordTable alone{{}, &row, 1, 0, 0, 0};
+  return AllZero(alone, record);
+}
+
+/// The whole fabric, in canonical form: keys in one order, defaults left out.
+class SnapshotWriter {
+ public:
+  SnapshotWriter(std::ostream& out, const Fabscan& fabscan)
+      : json_(out),
+        fabric_(fabscan.discovered_fabric),
+        store_(fabscan.fabric_extended_info),
+        capabilities_(fabscan.capability_module) {}
+
+  void Write(const SnapshotHeader& header) {
+    WriteHeader(header);
+    for (const IBNode& node : fabric_.nodes()) WriteNode(node);
+    json_.BeginObject();
+    json_.Key("end");
+    json_.Bool(true);
+    json_.Key("nodes");
+    json_.Number(fabric_.nodeCount());
+    json_.EndObject();
+    json_.EndLine();
+    json_.Flush();
+  }
+
+ private:
+  void WriteHeader(const SnapshotHeader& header) {
+    json_.BeginObject();
+    json_.Key("fabscan_snapshot");
+    json_.Number(kSnapshotVersion);
+    if (!header.source.empty()) WriteText("source", header.source);
+    if (!header.created.empty()) WriteText("created", header.created);
+    json_.EndObject();
+    json_.EndLine();
+  }
+
+  void WriteNode(const IBNode& node) {
+    json_.BeginObject();
+    WriteName("name", node.name);
+    json_.Key("guid");
+    json_.Hex(node.guid, 16);
+    WriteText("type", WordFor(kNodeTypeWords, node.type));
+    json_.Key("numPorts");
+    json_.Number(node.numPorts);
+    if (!node.getAlternativeName().empty()) {
+      WriteName("alternativeName", node.getAlternativeName());
+    }
+    WriteWhereNot(true, "inSubFabric", node.in_sub_fabric);
+    if (node.isSpecialNode()) {
+      WriteText("specialNode", WordFor(kSpecialNodeWords, node.getSpecialNodeType()));
+    }
+    WriteWhereNot(false, "opalSwitch", node.isOpalSwitch());
+    WriteMask("smpCapabilityMask", capabilities_.find(node, false));
+    WriteMask("gmpCapabilityMask", capabilities_.find(node, true));
+    WriteAttributes(node);
+    WriteAbsent(node);
+    WritePorts(node);
+    json_.EndObject();
+    json_.EndLine();
+  }
+
+  void WritePorts(const IBNode& node) {
+    bool any = false;
+    for (const IBPort* port : node.Ports) {
+      if (port == nullptr) continue;
+      if (!any) {
+        json_.Key("ports");
+        json_.BeginArray();
+        any = true;
+      }
+      WritePort(*port);
+    }
+    if (any) json_.EndArray();
+  }
+
+  void WritePort(const IBPort& port) {
+    json_.BeginObject();
+    json_.Key("num");
+    json_.Number(port.num);
+    WriteText("state", WordFor(kPortStateWords, port.port_state));
+    WriteWhereNot(true, "inSubFabric", port.getInSubFabric());
+    WriteWhereNot(false, "fnm", port.isFNMPort());
+    WriteWhereNot(false, "fnm1", port.isFNM1Port());
+    WriteWhereNot(false, "special", port.isSpecialPort());
+    WriteAttributes(port);
+    WriteAbsent(port);
+    json_.EndObject();
+  }
+
+  void WriteAttributes(const IBNode& node) {
+    attributes_open_ = false;
+    ForEachRecord(store_, node, [this](const RecordTable& table, const void* record) {
+      OpenAttribute(table.name);
+      WriteRecord(table, record);
+    });
+    if (attributes_open_) json_.EndObject();
+  }
+
+  void WriteAttributes(const IBPort& port) {
+    attributes_open_ = false;
+    const RecordTable* open = nullptr;  // the counters or monitors being written
+    ForEachRecord(store_, port, [&](const RecordTable& table, int index, const void* record) {
+      if (open != nullptr && open != &table) CloseIndexed(*open);
+      if (open != &table) OpenAttribute(table.name);
+      if (index == kOnlyOne) {
+        WriteRecord(table, record);
+        return;
+      }
+      if (open != &table) OpenIndexed(table);
+      open = &table;
+      WriteIndexed(table, index, record);
+    });
+    if (open != nullptr) CloseIndexed(*open);
+    if (attributes_open_) json_.EndObject();
+  }
+
+  void OpenAttribute(std::string_view name) {
+    if (!attributes_open_) {
+      json_.Key("attributes");
+      json_.BeginObject();
+      attributes_open_ = true;
+    }
+    json_.Key(name);
+  }
+
+  // Counter sets are an object from index to record, monitors a list of selectors.
+  void OpenIndexed(const RecordTable& table) {
+    &table == &kCountersTable ? json_.BeginObject() : json_.BeginArray();
+  }
+  void CloseIndexed(const RecordTable& table) {
+    &table == &kCountersTable ? json_.EndObject() : json_.EndArray();
+  }
+  void WriteIndexed(const RecordTable& table, int index, const void* record) {
+    if (&table == &kCountersTable) {
+      const char digit = static_cast<char>('0' + index);
+      json_.Key({&digit, 1});
+      WriteRecord(table, record);
+    } else {
+      json_.Number(static_cast<u_int64_t>(index));
+    }
+  }
+
+  void WriteRecord(const RecordTable& table, const void* record) {
+    json_.BeginObject();
+    for (const FieldRow& row : table) {
+      if (!row.dumped && AllZero(row, record)) continue;
+      json_.Key(row.name);
+      if (row.is_array) json_.BeginArray();
+      for (std::size_t i = 0; i < row.count; ++i) WriteElement(row, row.element(record, i));
+      if (row.is_array) json_.EndArray();
+    }
+    json_.EndObject();
+  }
+
+  void WriteElement(const FieldRow& row, const void* element) {
+    if (row.nested != nullptr) {
+      WriteRecord(*row.nested, element);
+    } else if (row.size == sizeof(u_int64_t)) {
+      json_.Hex(LoadNumber(element, row.size));
+    } else {
+      json_.Number(LoadNumber(element, row.size));
+    }
+  }
+
+  void WriteMask(std::string_view key, const capability_mask_t* mask) {
+    if (mask == nullptr) return;
+    json_.Key(key);
+    json_.BeginArray();
+    for (const u_int32_t word : mask->mask) json_.Hex(word);
+    json_.EndArray();
+  }
+
+  /// Reasons for records that are there after all are left out.
+  template <class Owner>
+  void WriteAbsent(const Owner& owner) {
+    bool any = false;
+    for (const auto& [record, reason] : store_.absentReasons(owner)) {
+      if (!IsRecordOf(owner, record) || HasRecord(owner, record)) continue;
+      if (!any) {
+        json_.Key("absent");
+        json_.BeginObject();
+        any = true;
+      }
+      WriteText(record, reason);
+    }
+    if (any) json_.EndObject();
+  }
+
+  static bool IsRecordOf(const IBNode&, std::string_view name) { return IsNodeRecord(name); }
+  static bool IsRecordOf(const IBPort&, std::string_view name) { return IsPortRecord(name); }
+
+  bool HasRecord(const IBNode& node, std::string_view name) const {
+    bool has = false;
+    ForEachRecord(store_, node,
+                  [&](const RecordTable& table, const void*) { has |= table.name == name; });
+    return has;
+  }
+  bool HasRecord(const IBPort& port, std::string_view name) const {
+    bool has = false;
+    ForEachRecord(store_, port,
+                  [&](const RecordTable& table, int, const void*) { has |= table.name == name; });
+    return has;
+  }
+
+  /// A name as the device gave it; one that JSON cannot hold, in its escaped form.
+  void WriteName(std::string_view key, const std::string& harmless) {
+    const std::string original = OriginalName(harmless);
+    if (IsUtf8(original)) {
+      WriteText(key, original);
+      return;
+    }
+    json_.Key(key);
+    json_.BeginObject();
+    WriteText("escaped", harmless);
+    json_.EndObject();
+  }
+
+  void WriteText(std::string_view key, std::string_view text) {
+    json_.Key(key);
+    json_.String(text);
+  }
+
+  void WriteWhereNot(bool usual, std::string_view key, bool value) {
+    if (value == usual) return;
+    json_.Key(key);
+    json_.Bool(value);
+  }
+
+  JsonWriter json_;
+  const IBFabric& fabric_;
+  const TesselExtendedInfo& store_;
+  const CapabilityModule& capabilities_;
+  bool attributes_open_ = false;
+};
+
+}  // namespace
+
+void WriteSnapshot(std::ostream& out, const Fabscan& fabscan, const SnapshotHeader& header) {
+  SnapshotWriter(out, fabscan).Write(header);
+}
+
+}  // namespace fabscan
