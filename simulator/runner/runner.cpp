@@ -1,0 +1,137 @@
+// Calls the functions of generated nodes on simulated nodes that held other values before, and
+// compares every field with what it should be then.
+//
+// usage: runner EXPECTATIONS
+//
+// Prints, separated by tabs, for each unit a line `unit NAME`, and for each function a line
+// `function NAME RECORDS FIELDS DIFFERENCES` followed by a line `differ FIELD HOW` for each of its
+// differences. Ends with `done`, and status 0 when nothing differs.
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <stdexcept>
+
+#include "comparison.h"
+#include "expectations.h"
+#include "storages.h"
+#include "unit.h"
+
+namespace fabscan {
+namespace simulator {
+
+namespace {
+
+/// A generated function that never returns must not keep its caller waiting.
+constexpr unsigned kSecondsToRun = 120;
+
+constexpr u_int32_t kCounterSets = 8;
+/// The lean pipe that generated files name, and one that they must leave alone.
+constexpr u_int8_t kLeanPipes[] = {0x0F, 0x00};
+
+/// Bytes that repeat nowhere near each other, so that no two fields hold the same.
+u_int8_t PatternByte(u_int64_t position) {
+  u_int64_t mixed = (position + 1) * 0x9e3779b97f4a7c15U;
+  mixed = (mixed ^ mixed >> 30U) * 0xbf58476d1ce4e5b9U;
+  return static_cast<u_int8_t>(mixed >> 56U);
+}
+
+/// A node that holds other values before: the pattern, with every bit flipped by `flip`. Of two
+/// nodes with opposite bits at least one holds something else than any value that is assigned.
+Node MakeNode(const UnitExpectations& expected, u_int8_t flip) {
+  Node node(static_cast<phys_port_t>(expected.last_port));
+  const ib_wren_reduction_counters_t counters;
+  for (unsigned port = 1; port < node.numPorts; ++port) {
+    for (u_int32_t index = 0; index < kCounterSets; ++index) {
+      for (const u_int8_t lean_pipe : kLeanPipes) {
+        node.setWrenReductionCounters(static_cast<phys_port_t>(port), index, lean_pipe, &counters);
+      }
+    }
+  }
+  const WrenPushReductionCounters_view_t view;
+  for (const auto& [port, mlid] : expected.push_counters) {
+    node.setWrenReductionCounters(static_cast<u_int16_t>(port), static_cast<u_int16_t>(mlid),
+                                  &view);
+  }
+  u_int64_t position = 0;
+  for (const Storage& storage : StoragesOf(node)) {
+    for (std::size_t i = 0; i < storage.size; ++i) {
+      storage.bytes[i] = static_cast<u_int8_t>(PatternByte(position++) ^ flip);
+    }
+  }
+  node.resizePortPkeyTable(flip == 0 ? 3 : 5);
+  return node;
+}
+
+std::size_t CountFields(const Assignments& assigned) {
+  std::size_t fields = 0;
+  for (const auto& storage : assigned) fields += storage.second.size();
+  return fields;
+}
+
+bool Run(const Unit& unit, const UnitExpectations& expected) {
+  std::map<std::string, Differences> differences;
+  for (const u_int8_t flip : {u_int8_t{0x00}, u_int8_t{0xFF}}) {
+    Node node = MakeNode(expected, flip);
+    for (const Setter& setter : unit.setters) {
+      Node before = node;
+      setter.call(node);
+      const auto assigned = expected.functions.find(setter.name);
+      Compare(before, node, assigned == expected.functions.end() ? Assignments{} : assigned->second,
+              differences[setter.name]);
+    }
+  }
+
+  bool same = true;
+  std::cout << "unit\t" << unit.name << '\n';
+  for (const Setter& setter : unit.setters) {
+    const std::string name = setter.name;
+    const auto assigned = expected.functions.find(name);
+    const bool any = assigned != expected.functions.end();
+    std::cout << "function\t" << name << '\t' << (any ? assigned->second.size() : 0) << '\t'
+              << (any ? CountFields(assigned->second) : 0) << '\t' << differences[name].size()
+              << '\n';
+    for (const auto& [field, how] : differences[name]) {
+      std::cout << "differ\t" << field << '\t' << how << '\n';
+      same = false;
+    }
+  }
+  return same;
+}
+
+int Main(const char* path) {
+  std::ifstream file(path);
+  bool same = true;
+  for (const UnitExpectations& expected : ReadExpectations(file)) {
+    const auto unit = std::find_if(Units().begin(), Units().end(), [&](const Unit* candidate) {
+      return candidate->name == expected.unit;
+    });
+    if (unit == Units().end()) throw std::runtime_error("no such unit: " + expected.unit);
+    if (expected.last_port > Node::kLastPort) throw std::runtime_error("too many ports");
+    same = Run(**unit, expected) && same;
+  }
+  std::cout << "done\n" << std::flush;
+  return same ? 0 : 1;
+}
+
+}  // namespace
+
+}  // namespace simulator
+}  // namespace fabscan
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::cerr << "usage: runner EXPECTATIONS\n";
+    return 2;
+  }
+  alarm(fabscan::simulator::kSecondsToRun);
+  try {
+    return fabscan::simulator::Main(argv[1]);
+  } catch (const std::exception& error) {
+    std::cerr << "runner: " << error.what() << '\n';
+    return 2;
+  }
+}

@@ -1,0 +1,54 @@
+#ifndef SIMULATOR_RUNNER_UNIT_H
+#define SIMULATOR_RUNNER_UNIT_H
+
+#include <array>
+#include <cstddef>
+#include <vector>
+
+#include "../core/device.h"
+
+namespace fabscan {
+namespace simulator {
+
+#define RUNNER_COUNT_SETTER(name) +1
+constexpr std::size_t kSetters = 0 SIMULATOR_SETTERS(RUNNER_COUNT_SETTER);
+
+/// A function of a generated file.
+struct Setter {
+  const char* name;
+  void (*call)(Node&);
+};
+
+/// The functions of one generated node, in the order of the file.
+struct Unit {
+  const char* name;
+  std::array<Setter, kSetters> setters;
+};
+
+/// Every unit that was linked into the program.
+inline std::vector<const Unit*>& Units() {
+  static std::vector<const Unit*> units;
+  return units;
+}
+
+struct AddUnit {
+  explicit AddUnit(const Unit& unit) { Units().push_back(&unit); }
+};
+
+}  // namespace simulator
+}  // namespace fabscan
+
+#define RUNNER_SETTER(name)         \
+  fabscan::simulator::Setter{#name, \
+                             [](fabscan::simulator::Node& node) { RunnerDevice(node).name(); }},
+
+/// Adds the device class `Kind` under the prefix `Prefix` as the unit named by the prefix. Stands
+/// behind the generated file in one source file.
+#define RUNNER_UNIT(Prefix, Kind)                                                          \
+  namespace runner_##Prefix {                                                              \
+    using RunnerDevice = ::Prefix::Kind;                                                   \
+    constexpr fabscan::simulator::Unit kUnit{#Prefix, {SIMULATOR_SETTERS(RUNNER_SETTER)}}; \
+    const fabscan::simulator::AddUnit kAddUnit(kUnit);                                     \
+  }
+
+#endif

@@ -1,0 +1,42 @@
+#ifndef FABSCAN_SIMULATOR_VERIFICATION_EXPECTED_VALUES_H
+#define FABSCAN_SIMULATOR_VERIFICATION_EXPECTED_VALUES_H
+
+#include <infiniband/fabscan/fabscan.h>
+
+#include <map>
+#include <ostream>
+#include <string>
+
+#include "../runner/expectations.h"
+
+namespace fabscan {
+
+/// What a generated function must be.
+enum class Outcome {
+  kAssigns,  // gives the simulated node values
+  kLeaves,   // leaves the simulated node alone
+  kRefuses,  // stops the compiler
+};
+
+struct ExpectedFunction {
+  Outcome outcome = Outcome::kLeaves;
+  simulator::Assignments values;  // only where it assigns
+};
+
+/// What the 22 functions that a fabric's node is dumped as must do to the simulated node: the rules
+/// of the generated file told once more, from the store's records alone. Nothing is shared with the
+/// generator, so that an error there shows.
+std::map<std::string, ExpectedFunction> ExpectedFunctionsOf(const Fabscan& fabscan,
+                                                            const IBNode& node);
+
+/// The same as the runner takes it, for the unit that is named `unit`.
+simulator::UnitExpectations ExpectationsOf(
+    const std::string& unit, const IBNode& node,
+    const std::map<std::string, ExpectedFunction>& functions);
+
+/// Writes what `simulator::ReadExpectations` reads.
+void WriteExpectations(std::ostream& out, const simulator::UnitExpectations& expectations);
+
+}  // namespace fabscan
+
+#endif

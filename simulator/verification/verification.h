@@ -1,0 +1,48 @@
+#ifndef FABSCAN_SIMULATOR_VERIFICATION_VERIFICATION_H
+#define FABSCAN_SIMULATOR_VERIFICATION_VERIFICATION_H
+
+#include <infiniband/fabscan/fabscan.h>
+
+#include <string>
+#include <vector>
+
+#include "expected_values.h"
+#include "generated_text.h"
+#include "program.h"
+
+namespace fabscan {
+
+/// What verifying one node showed.
+struct NodeReport {
+  std::vector<GeneratedLine> refusals;  // lines that stop the compiler on purpose
+  std::vector<HandPlace> hand_places;   // places that need a hand before the file compiles
+  std::vector<FunctionResult> functions;
+
+  /// The generated file compiles as it stands.
+  bool compiles() const { return refusals.empty() && hand_places.empty(); }
+  std::size_t records() const;
+  std::size_t fields() const;
+  std::size_t differences() const;
+};
+
+/// The generated file of one node, to be verified.
+struct GeneratedSource {
+  std::string prefix;
+  std::string text;
+  const IBNode* node = nullptr;
+};
+
+/// Compiles and runs generated files of nodes of `fabscan` as one program of the workspace, and
+/// compares what they do with the store. A report for each node, in their order. Throws
+/// VerificationError.
+std::vector<NodeReport> Verify(const Workspace& workspace, const std::string& program,
+                               const Fabscan& fabscan, const std::vector<GeneratedSource>& nodes);
+
+/// Generates the file of one node, as a device of `prefix`, into the workspace. Not to be called
+/// while another thread generates from the same `fabscan`. Throws VerificationError.
+GeneratedSource Generate(const Workspace& workspace, Fabscan& fabscan, const IBNode& node,
+                         const std::string& prefix);
+
+}  // namespace fabscan
+
+#endif
