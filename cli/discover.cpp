@@ -1,0 +1,93 @@
+#include <fabric_builder.h>
+#include <fmt/format.h>
+#include <live_discovery.h>
+#include <snapshot.h>
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+
+#include "command.h"
+#include "discovery_progress.h"
+#include "discovery_report.h"
+#include "interruption.h"
+#include "report.h"
+#include "staged_output.h"
+
+namespace fabscan {
+
+namespace {
+
+struct DiscoverOptions {
+  LiveOptions live;
+  std::string output;
+  bool force = false;
+};
+
+ExitStatus Discover(const DiscoverOptions& options) {
+  StagedOutput output(options.output, options.force);
+  Interruption interruption;
+  DiscoveryProgress progress;
+
+  LiveOptions live = options.live;
+  live.stopped = [&interruption] { return interruption.requested(); };
+  live.progress = [&progress](const std::string& what, std::size_t done, std::size_t total) {
+    progress.Show(what, done, total);
+  };
+  LiveFindings found;
+  try {
+    found = DiscoverLive(live);
+  } catch (const DiscoveryError& error) {
+    progress.Clear();
+    throw CommandError(error.what());
+  }
+  progress.Clear();
+
+  Fabscan fabscan;
+  const DiscoveryReport report = BuildFabric(found.fabric, fabscan);
+  WriteSnapshot(output.stream(), fabscan, {"fabscan discover, " + found.where, CurrentTime()});
+  output.Commit();
+  const ExitStatus status = Tell(report, output.path());
+  if (!found.stopped) return status;
+  PrintWarning("interrupted; the snapshot holds what was read by then");
+  return kIncomplete;
+}
+
+}  // namespace
+
+std::function<ExitStatus()> AddDiscover(CLI::App& app) {
+  const auto options = std::make_shared<DiscoverOptions>();
+  app.add_option("--output", options->output, "The snapshot to write; - is standard output")
+      ->required()
+      ->type_name("SNAPSHOT");
+  app.add_option("-C", options->live.channel_adapter,
+                 "The adapter of this host to ask through; the first one with a link")
+      ->type_name("CA");
+  app.add_option("-P", options->live.port, "Its port; the first one with a link")
+      ->check(CLI::Range(1, 254))
+      ->type_name("PORT");
+  app.add_option("--timeout-ms", options->live.timeout_ms, "How long to wait for an answer")
+      ->check(CLI::Range(1, 600000))
+      ->capture_default_str()
+      ->type_name("N");
+  app.add_option("--retries", options->live.retries, "How often to ask again without an answer")
+      ->check(CLI::Range(1, 100))
+      ->capture_default_str()
+      ->type_name("N");
+  app.add_option("--outstanding", options->live.outstanding,
+                 "Queries of the scan that are under way at once")
+      ->check(CLI::Range(1, 1000))
+      ->capture_default_str()
+      ->type_name("N");
+  app.add_flag("--keep-partial", options->live.keep_partial,
+               "On Ctrl-C, write what was read by then; the scan takes longer");
+  app.add_flag("--force", options->force, "Replace a file that exists");
+  app.footer(
+      "Only Get queries are sent; nothing in the fabric is changed. Exits 3 when the fabric was "
+      "read in part.\n"
+      "Example: the fabric behind port 1 of adapter mlx5_0\n"
+      "  fabscan discover -C mlx5_0 -P 1 --output fabric.jsonl");
+  return [options] { return Discover(*options); };
+}
+
+}  // namespace fabscan

@@ -1,0 +1,55 @@
+#include "discovery_progress.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace fabscan {
+
+namespace {
+
+constexpr char kEraseLine[] = "\r\x1b[K";
+constexpr std::chrono::milliseconds kPause(100);
+
+/// What is left to do, judged by the pace so far.
+std::string Estimate(std::chrono::duration<double> elapsed, std::size_t done, std::size_t total) {
+  if (done == 0 || done >= total || elapsed.count() < 1) return {};
+  const double pace = elapsed.count() / static_cast<double>(done);
+  return fmt::format(", about {:.0f} s left", pace * static_cast<double>(total - done));
+}
+
+}  // namespace
+
+DiscoveryProgress::DiscoveryProgress() : on_terminal_(::isatty(STDERR_FILENO) == 1) {}
+
+void DiscoveryProgress::Show(const std::string& what, std::size_t done, std::size_t total) {
+  if (!on_terminal_) return;
+  const Clock::time_point now = Clock::now();
+  const bool is_new = what != what_;
+  if (is_new) {
+    what_ = what;
+    begun_ = now;
+  } else if (now - last_ < kPause && done != total) {
+    return;
+  }
+  last_ = now;
+  std::string line = what;
+  if (total != 0) {
+    line += fmt::format(": {} of {}{}", done, total, Estimate(now - begun_, done, total));
+  } else if (done != 0) {
+    line += fmt::format(": {}", done);
+  }
+  std::fputs((kEraseLine + line).c_str(), stderr);
+  std::fflush(stderr);
+  shown_ = true;
+}
+
+void DiscoveryProgress::Clear() {
+  if (!shown_) return;
+  std::fputs(kEraseLine, stderr);
+  std::fflush(stderr);
+  shown_ = false;
+}
+
+}  // namespace fabscan

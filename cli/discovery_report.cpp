@@ -1,0 +1,37 @@
+#include "discovery_report.h"
+
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+
+#include <cstdlib>
+#include <ctime>
+#include <iostream>
+
+#include "report.h"
+
+namespace fabscan {
+
+ExitStatus Tell(const DiscoveryReport& report, const std::string& path) {
+  const bool on_standard_output = path == "-";
+  (on_standard_output ? std::cerr : std::cout)
+      << fmt::format("{}: {} nodes, {} ports; {} of {} attributes\n",
+                     on_standard_output ? "standard output" : path, report.nodes, report.ports,
+                     report.attributes_read, report.attributes_asked);
+  if (report.complete()) return kDone;
+  for (const std::string& gap : report.gaps) PrintWarning(gap);
+  PrintWarning(fmt::format("the fabric was read in part: {} of {} nodes lack something",
+                           report.gaps.size(), report.nodes));
+  return kIncomplete;
+}
+
+std::string CurrentTime() {
+  std::time_t now = std::time(nullptr);
+  if (const char* epoch = std::getenv("SOURCE_DATE_EPOCH")) {
+    char* end = nullptr;
+    const long long seconds = std::strtoll(epoch, &end, 10);
+    if (end != epoch && *end == '\0') now = static_cast<std::time_t>(seconds);
+  }
+  return fmt::format("{:%Y-%m-%dT%H:%M:%SZ}", fmt::gmtime(now));
+}
+
+}  // namespace fabscan

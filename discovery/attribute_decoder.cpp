@@ -1,0 +1,77 @@
+#include "attribute_decoder.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "attribute_fields.h"
+
+namespace fabscan {
+
+namespace {
+
+constexpr u_int32_t kCapabilityMask2Supported = 1U << 15U;  // of CapMsk
+constexpr u_int32_t kPortInfoExtendedSupported = 1U << 1U;  // of CapMsk2
+constexpr u_int32_t kExtendedSpeeds2Supported = 1U << 11U;  // of CapMsk2
+constexpr u_int8_t kLinkUp = 5;                             // of PortPhysicalState
+
+template <class Record, std::size_t kCount>
+Record DecodeAll(const Payload& payload, const WireField<Record> (&fields)[kCount]) {
+  Record record = {};
+  for (const WireField<Record>& field : fields) Decode(payload, field, record);
+  return record;
+}
+
+bool HasCapability2(const SMP_PortInfo& info, u_int32_t bit) {
+  return (info.CapMsk & kCapabilityMask2Supported) != 0 && (info.CapMsk2 & bit) != 0;
+}
+
+}  // namespace
+
+SMP_NodeInfo DecodeNodeInfo(const Payload& payload) { return DecodeAll(payload, kNodeInfoFields); }
+
+SMP_SwitchInfo DecodeSwitchInfo(const Payload& payload) {
+  return DecodeAll(payload, kSwitchInfoFields);
+}
+
+SMP_PortInfo DecodePortInfo(const Payload& payload) { return DecodeAll(payload, kPortInfoFields); }
+
+SMP_PortInfoExtended DecodePortInfoExtended(const Payload& payload) {
+  return DecodeAll(payload, kPortInfoExtendedFields);
+}
+
+std::string DecodeNodeDescription(const Payload& payload) {
+  const auto end = std::find(payload.begin(), payload.end(), u_int8_t{0});
+  std::string text(payload.begin(), end);
+  text.erase(text.find_last_not_of(' ') + 1);
+  return text;
+}
+
+bool HasPortInfoExtended(const SMP_PortInfo& info) {
+  return HasCapability2(info, kPortInfoExtendedSupported);
+}
+
+bool HasSecondExtendedSpeeds(const SMP_PortInfo& info) {
+  return HasCapability2(info, kExtendedSpeeds2Supported);
+}
+
+bool IsLinked(const SMP_PortInfo& info) { return info.PortPhysicalState == kLinkUp; }
+
+IBNodeType NodeTypeOf(unsigned wire_value) {
+  switch (wire_value) {
+    case IB_CA_NODE:
+      return IB_CA_NODE;
+    case IB_SW_NODE:
+      return IB_SW_NODE;
+    case IB_RTR_NODE:
+      return IB_RTR_NODE;
+    default:
+      return IB_UNKNOWN_NODE_TYPE;
+  }
+}
+
+IBPortState PortStateOf(unsigned wire_value) {
+  return wire_value <= IB_PORT_STATE_ACTIVE ? static_cast<IBPortState>(wire_value)
+                                            : IB_UNKNOWN_PORT_STATE;
+}
+
+}  // namespace fabscan

@@ -1,0 +1,33 @@
+#include "cache_cursor.h"
+
+#include <fmt/format.h>
+
+#include <cstring>
+
+#include "cache_reader.h"
+
+namespace fabscan {
+
+void FailAt(std::size_t offset, const std::string& what) {
+  throw CacheError(fmt::format("byte {}: {}", offset, what));
+}
+
+std::string_view CacheCursor::TakeBytes(std::size_t count) {
+  if (bytes_.size() - offset_ < count) FailAt(bytes_.size(), "the file ends too early");
+  offset_ += count;
+  return bytes_.substr(offset_ - count, count);
+}
+
+Payload CacheCursor::TakePayload() {
+  Payload payload;
+  std::memcpy(payload.data(), TakeBytes(payload.size()).data(), payload.size());
+  return payload;
+}
+
+bool CacheCursor::TakeFlag() {
+  const auto value = Take<u_int8_t>();
+  if (value > 1) FailAt(offset_ - 1, fmt::format("a flag is 0 or 1, not {}", value));
+  return value == 1;
+}
+
+}  // namespace fabscan

@@ -1,0 +1,64 @@
+#include "cache_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <system_error>
+
+#include "cache_header.h"
+#include "cache_reader.h"
+
+namespace fabscan {
+
+namespace {
+
+/// Appends up to `count` bytes of `file`, as they come: an announced size is not believed before
+/// the bytes are there.
+void Append(std::FILE* file, u_int64_t count, std::string& bytes) {
+  constexpr u_int64_t kPiece = u_int64_t{1} << 20U;
+  while (count > 0) {
+    const std::size_t old_size = bytes.size();
+    const auto wanted = static_cast<std::size_t>(std::min(count, kPiece));
+    bytes.resize(old_size + wanted);
+    const std::size_t got = std::fread(&bytes[old_size], 1, wanted, file);
+    bytes.resize(old_size + got);
+    if (std::ferror(file) != 0) throw std::system_error(errno, std::generic_category());
+    if (got < wanted) return;
+    count -= got;
+  }
+}
+
+std::string LoadCache(std::FILE* file) {
+  std::string bytes;
+  Append(file, kCacheHeaderBytes, bytes);
+  CacheCursor cursor(bytes);
+  // One byte more, so that a file longer than announced is seen.
+  Append(file, CacheFileBytes(TakeCacheHeader(cursor)) - kCacheHeaderBytes + 1, bytes);
+  return bytes;
+}
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+}  // namespace
+
+FabricFindings ReadCacheFile(const std::string& path) {
+  std::unique_ptr<std::FILE, CloseFile> opened;
+  std::FILE* file = stdin;
+  if (path != "-") {
+    opened.reset(std::fopen(path.c_str(), "rbe"));
+    if (!opened) throw CacheError(path + ": " + std::generic_category().message(errno));
+    file = opened.get();
+  }
+  try {
+    return ReadCache(LoadCache(file));
+  } catch (const CacheError& error) {
+    throw CacheError(path + ": " + error.what());
+  } catch (const std::system_error& error) {
+    throw CacheError(path + ": " + error.code().message());
+  }
+}
+
+}  // namespace fabscan

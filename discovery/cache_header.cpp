@@ -1,0 +1,42 @@
+#include "cache_header.h"
+
+#include <fmt/format.h>
+
+namespace fabscan {
+
+namespace {
+
+constexpr u_int32_t kMagic = 0x8fe7832b;
+constexpr u_int32_t kMagicOfOtherByteOrder = 0x2b83e78f;
+constexpr u_int32_t kVersion = 1;
+
+constexpr u_int64_t kNodeBytes = 207;
+constexpr u_int64_t kPortBytes = 95;
+constexpr u_int64_t kPortKeyBytes = 9;  // each port stands once more with its node
+
+}  // namespace
+
+CacheHeader TakeCacheHeader(CacheCursor& cursor) {
+  const auto magic = cursor.Take<u_int32_t>();
+  if (magic == kMagicOfOtherByteOrder) {
+    FailAt(0, "a discovery cache of a host with the other byte order");
+  }
+  if (magic != kMagic) FailAt(0, "not a discovery cache (as ibnetdiscover --cache writes it)");
+  const auto version = cursor.Take<u_int32_t>();
+  if (version != kVersion) {
+    FailAt(4, fmt::format("discovery cache of version {}; {} is known", version, kVersion));
+  }
+  CacheHeader header;
+  header.nodes = cursor.Take<u_int32_t>();
+  header.ports = cursor.Take<u_int32_t>();
+  cursor.Take<u_int64_t>();  // GUID of the node where the scan began
+  cursor.Take<u_int32_t>();  // hops to the farthest node
+  return header;
+}
+
+u_int64_t CacheFileBytes(const CacheHeader& header) {
+  return kCacheHeaderBytes + header.nodes * kNodeBytes +
+         header.ports * (kPortKeyBytes + kPortBytes);
+}
+
+}  // namespace fabscan

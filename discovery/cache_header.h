@@ -1,0 +1,28 @@
+#ifndef FABSCAN_DISCOVERY_CACHE_HEADER_H
+#define FABSCAN_DISCOVERY_CACHE_HEADER_H
+
+#include <sys/types.h>
+
+#include <cstddef>
+
+#include "cache_cursor.h"
+
+namespace fabscan {
+
+/// The first bytes of a discovery cache.
+struct CacheHeader {
+  u_int32_t nodes = 0;
+  u_int32_t ports = 0;
+};
+
+inline constexpr std::size_t kCacheHeaderBytes = 28;
+
+/// Throws CacheError when this is no discovery cache, or one of another kind.
+CacheHeader TakeCacheHeader(CacheCursor& cursor);
+
+/// How long the file is that begins with this header.
+u_int64_t CacheFileBytes(const CacheHeader& header);
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,145 @@
+#include "fabric_builder.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <map>
+
+#include "attribute_decoder.h"
+#include "node_names.h"
+
+namespace fabscan {
+
+namespace {
+
+constexpr char kRouterInfoReason[] =
+    "not asked for: the public libraries know neither its attribute id nor its layout";
+
+/// Builds one node, and gathers what is missing of it.
+class NodeBuilder {
+ public:
+  NodeBuilder(Fabscan& fabscan, DiscoveryReport& report) : fabscan_(fabscan), report_(report) {}
+
+  void Build(const NodeFindings& findings, const std::string& name) {
+    const SMP_NodeInfo info = DecodeNodeInfo(findings.node_info);
+    IBNode& node = fabscan_.discovered_fabric.makeNode(name, findings.guid,
+                                                       NodeTypeOf(info.NodeType), info.NumPorts);
+    store().put(node, info);
+    Count(true);
+    ++report_.nodes;
+
+    const std::string description = DecodeNodeDescription(findings.description.payload);
+    if (description != name) node.setAlternativeName(description);
+    if (Take(findings.description)) missing_.push_back("NodeDescription (" + reason_ + ")");
+
+    if (node.type == IB_RTR_NODE) store().setAbsent(node, "SMP_RouterInfo", kRouterInfoReason);
+    if (node.type == IB_SW_NODE) AddSwitchInfo(node, findings.switch_info);
+    for (const PortFindings& port : findings.ports) AddPort(node, port);
+    NoteSecondSpeeds();
+    for (const auto& [what, ports] : missing_of_ports_) {
+      missing_.push_back(fmt::format("{} of port{} {}", what, ports.size() == 1 ? "" : "s",
+                                     fmt::join(ports, ", ")));
+    }
+    if (!missing_.empty()) {
+      report_.gaps.push_back(fmt::format("{} ({}) lacks {}", node.name, GuidText(node.guid),
+                                         fmt::join(missing_, "; ")));
+    }
+  }
+
+ private:
+  TesselExtendedInfo& store() { return fabscan_.fabric_extended_info; }
+
+  void Count(bool read) {
+    ++report_.attributes_asked;
+    if (read) ++report_.attributes_read;
+  }
+
+  /// Counts an answer that was asked for. True when it failed; then `reason_` says why.
+  bool Take(const Answer& answer) {
+    if (answer.outcome == Answer::Outcome::kNotAsked) return false;
+    Count(answer.read());
+    reason_ = answer.reason;
+    return !answer.read();
+  }
+
+  void AddSwitchInfo(const IBNode& node, const Answer& answer) {
+    if (Take(answer)) missing_.push_back("SwitchInfo (" + reason_ + ")");
+    if (answer.read()) {
+      store().put(node, DecodeSwitchInfo(answer.payload));
+    } else if (!answer.reason.empty()) {
+      store().setAbsent(node, "SMP_SwitchInfo", answer.reason);
+    }
+  }
+
+  void AddPort(IBNode& node, const PortFindings& findings) {
+    IBPort& port = fabscan_.discovered_fabric.makePort(node, findings.number);
+    ++report_.ports;
+    if (Take(findings.info)) Miss(findings.number, "PortInfo (" + reason_ + ")");
+    if (findings.info.read()) {
+      AddPortInfo(node, port, findings);
+    } else if (!findings.info.reason.empty()) {
+      store().setAbsent(port, "SMP_PortInfo", findings.info.reason);
+    }
+    if (Take(findings.extended)) Miss(findings.number, "PortInfoExtended (" + reason_ + ")");
+    if (findings.extended.read()) {
+      store().put(port, DecodePortInfoExtended(findings.extended.payload));
+    } else if (!findings.extended.reason.empty()) {
+      store().setAbsent(port, "SMP_PortInfoExtended", findings.extended.reason);
+    }
+  }
+
+  void AddPortInfo(const IBNode& node, IBPort& port, const PortFindings& findings) {
+    const SMP_PortInfo info = DecodePortInfo(findings.info.payload);
+    port.port_state = PortStateOf(info.PortState);
+    store().put(port, info);
+    second_speeds_ = second_speeds_ || HasSecondExtendedSpeeds(info);
+
+    const bool external = port.num != 0 || node.type != IB_SW_NODE;
+    if (!external || !findings.scanned || findings.has_peer || !IsLinked(info)) return;
+    const std::string& cause = findings.peer_failure;
+    Miss(port.num, cause.empty() ? "the linked peer" : "the linked peer (" + cause + ")");
+  }
+
+  /// Ports that miss the same are told together.
+  void Miss(unsigned port_number, const std::string& what) {
+    missing_of_ports_[what].push_back(port_number);
+  }
+
+  void NoteSecondSpeeds() {
+    if (!second_speeds_) return;
+    missing_.push_back(
+        "the second set of extended speeds (LinkSpeedExtSup2, LinkSpeedExtEnabled2 and "
+        "LinkSpeedExtActive2): the public libraries cannot read it, so it is 0 here");
+  }
+
+  Fabscan& fabscan_;
+  DiscoveryReport& report_;
+  std::vector<std::string> missing_;
+  std::map<std::string, std::vector<unsigned>> missing_of_ports_;
+  bool second_speeds_ = false;
+  std::string reason_;
+};
+
+}  // namespace
+
+DiscoveryReport BuildFabric(const FabricFindings& findings, Fabscan& fabscan) {
+  std::vector<const NodeFindings*> nodes;
+  for (const NodeFindings& node : findings.nodes) nodes.push_back(&node);
+  std::sort(nodes.begin(), nodes.end(),
+            [](const NodeFindings* a, const NodeFindings* b) { return a->guid < b->guid; });
+
+  std::vector<NodeDescription> descriptions;
+  for (const NodeFindings* node : nodes) {
+    descriptions.push_back({node->guid, DecodeNodeDescription(node->description.payload)});
+  }
+  const std::vector<std::string> names = DistinctNames(descriptions);
+
+  DiscoveryReport report;
+  for (std::size_t i = 0; i < nodes.size(); ++i) {
+    NodeBuilder(fabscan, report).Build(*nodes[i], names[i]);
+  }
+  return report;
+}
+
+}  // namespace fabscan

@@ -1,0 +1,36 @@
+#ifndef FABSCAN_DISCOVERY_FABRIC_BUILDER_H
+#define FABSCAN_DISCOVERY_FABRIC_BUILDER_H
+
+#include <infiniband/fabscan/fabscan.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "findings.h"
+
+namespace fabscan {
+
+/// How complete a fabric is.
+struct DiscoveryReport {
+  std::size_t nodes = 0;
+  std::size_t ports = 0;
+  std::size_t attributes_asked = 0;
+  std::size_t attributes_read = 0;
+  /// What is missing of the fabric, one line a node, each naming its node; empty when it is whole.
+  std::vector<std::string> gaps;
+
+  bool complete() const { return gaps.empty(); }
+};
+
+/// Fills the empty model and store of `fabscan` with what was found: nodes ascending by GUID, with
+/// distinct names, each with all of its ports. What was not read is noted as absent, with its
+/// reason.
+///
+/// Throws std::invalid_argument when the findings contradict each other: a GUID that two nodes
+/// have, a port twice or above the node's number of ports.
+DiscoveryReport BuildFabric(const FabricFindings& findings, Fabscan& fabscan);
+
+}  // namespace fabscan
+
+#endif

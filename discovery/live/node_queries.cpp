@@ -1,0 +1,89 @@
+#include "node_queries.h"
+
+#include "attribute_decoder.h"
+#include "captured_standard_error.h"
+#include "subnet_query.h"
+
+namespace fabscan {
+
+namespace {
+
+/// The questions to one node. A node that does not answer twice in a row is not asked again: each
+/// further silence would cost the whole time-out, for each of its ports.
+class NodeQueries {
+ public:
+  NodeQueries(SubnetQuery& query, const LiveOptions& options, const portid& path,
+              NodeFindings& node)
+      : query_(query), options_(options), path_(path), node_(node) {}
+
+  void AskAll() {
+    const auto type = NodeTypeOf(DecodeNodeInfo(node_.node_info).NodeType);
+    if (!node_.description.read()) node_.description = AskDescription();
+    if (type == IB_SW_NODE && !node_.switch_info.read()) {
+      node_.switch_info = Ask(SubnetAttribute::kSwitchInfo, 0);
+    }
+    for (PortFindings& port : node_.ports) {
+      if (!port.info.read()) AskPort(type, port);
+    }
+    for (PortFindings& port : node_.ports) {
+      if (OffersPortInfoExtended(node_, port)) {
+        port.extended = Ask(SubnetAttribute::kPortInfoExtended, port.number);
+      }
+      if (LacksPeer(type, port)) port.peer_failure = AskPeer(port.number);
+    }
+  }
+
+ private:
+  /// A description may be empty, as the scan left it, and yet be the device's.
+  Answer AskDescription() { return Ask(SubnetAttribute::kNodeDescription, 0); }
+
+  void AskPort(IBNodeType type, PortFindings& port) {
+    port.info = Ask(SubnetAttribute::kPortInfo, port.number);
+    port.scanned = type == IB_SW_NODE;
+  }
+
+  static bool LacksPeer(IBNodeType type, const PortFindings& port) {
+    const bool external = port.number != 0 || type != IB_SW_NODE;
+    return external && port.scanned && !port.has_peer && port.info.read() &&
+           IsLinked(DecodePortInfo(port.info.payload));
+  }
+
+  Answer Ask(SubnetAttribute attribute, unsigned modifier) {
+    if (options_.stopped()) return Answer::Failed("interrupted");
+    if (silences_ >= kSilencesEnough) {
+      return Answer::Failed("not asked: the node had timed out twice in a row");
+    }
+    Answer answer = query_.Get(path_, attribute, modifier);
+    silences_ = answer.reason == kTimedOut ? silences_ + 1 : 0;
+    return answer;
+  }
+
+  std::string AskPeer(unsigned exit) {
+    if (options_.stopped()) return "interrupted";
+    const Answer answer = query_.GetBehind(path_, exit, SubnetAttribute::kNodeInfo);
+    return answer.read() ? "it answers now: discover again" : answer.reason;
+  }
+
+  static constexpr int kSilencesEnough = 2;
+
+  SubnetQuery& query_;
+  const LiveOptions& options_;
+  const portid& path_;
+  NodeFindings& node_;
+  int silences_ = 0;
+};
+
+}  // namespace
+
+void AskWhatTheScanDidNot(const LocalPort& port, const LiveOptions& options,
+                          const std::vector<const portid*>& paths, FabricFindings& fabric) {
+  SubnetQuery query(port, options);
+  for (std::size_t i = 0; i < fabric.nodes.size(); ++i) {
+    options.progress("nodes asked for the rest", i, fabric.nodes.size());
+    const CapturedStandardError captured;
+    NodeQueries(query, options, *paths[i], fabric.nodes[i]).AskAll();
+  }
+  options.progress("nodes asked for the rest", fabric.nodes.size(), fabric.nodes.size());
+}
+
+}  // namespace fabscan

@@ -1,0 +1,47 @@
+#ifndef FABSCAN_DISCOVERY_LIVE_SCANNED_FABRIC_H
+#define FABSCAN_DISCOVERY_LIVE_SCANNED_FABRIC_H
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "findings.h"
+#include "live_discovery.h"
+#include "local_port.h"
+
+// Of the InfiniBand libraries, whose headers define macros that stay in source files.
+struct ibnd_fabric;
+struct portid;
+
+namespace fabscan {
+
+/// What one scan of the fabric met. It knows nothing of why a query failed: what is missing is
+/// simply not there.
+class ScannedFabric {
+ public:
+  /// Scans to `max_hops` from the local port; 0 is as far as it goes. When the scan failed, holds
+  /// nothing, and `failure` tells why.
+  ScannedFabric(const LocalPort& port, const LiveOptions& options, unsigned max_hops);
+
+  bool failed() const { return fabric_ == nullptr; }
+  const std::string& failure() const { return failure_; }
+
+  /// The nodes, each with all ports that it has; ports that the scan did not come by have no
+  /// answers yet.
+  FabricFindings Findings() const;
+  /// The way to each node, in the order of `Findings`; valid as long as this.
+  std::vector<const portid*> Paths() const;
+  std::size_t NodeCount() const;
+
+ private:
+  struct Destroy {
+    void operator()(ibnd_fabric* fabric) const;
+  };
+
+  std::unique_ptr<ibnd_fabric, Destroy> fabric_;
+  std::string failure_;
+};
+
+}  // namespace fabscan
+
+#endif
