@@ -7,10 +7,10 @@
 #include <set>
 #include <utility>
 
-#include "attribute_decoder.h"
 #include "cache_cursor.h"
 #include "cache_header.h"
 #include "node_names.h"
+#include "payload_decoder.h"
 
 namespace fabscan {
 

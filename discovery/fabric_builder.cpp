@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <map>
 
-#include "attribute_decoder.h"
 #include "node_names.h"
+#include "payload_decoder.h"
 
 namespace fabscan {
 

@@ -1,6 +1,6 @@
 #include "findings.h"
 
-#include "attribute_decoder.h"
+#include "payload_decoder.h"
 
 namespace fabscan {
 

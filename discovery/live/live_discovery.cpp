@@ -5,10 +5,10 @@
 #include <memory>
 #include <utility>
 
-#include "attribute_decoder.h"
 #include "captured_standard_error.h"
 #include "local_port.h"
 #include "node_queries.h"
+#include "payload_decoder.h"
 #include "scanned_fabric.h"
 #include "subnet_query.h"
 

@@ -1,7 +1,7 @@
 #include "node_queries.h"
 
-#include "attribute_decoder.h"
 #include "captured_standard_error.h"
+#include "payload_decoder.h"
 #include "subnet_query.h"
 
 namespace fabscan {

@@ -4,8 +4,8 @@
 
 #include <cstring>
 
-#include "attribute_decoder.h"
 #include "captured_standard_error.h"
+#include "payload_decoder.h"
 
 namespace fabscan {
 

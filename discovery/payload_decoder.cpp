@@ -1,4 +1,4 @@
-#include "attribute_decoder.h"
+#include "payload_decoder.h"
 
 #include <algorithm>
 #include <string_view>

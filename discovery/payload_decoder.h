@@ -1,5 +1,5 @@
-#ifndef FABSCAN_DISCOVERY_ATTRIBUTE_DECODER_H
-#define FABSCAN_DISCOVERY_ATTRIBUTE_DECODER_H
+#ifndef FABSCAN_DISCOVERY_PAYLOAD_DECODER_H
+#define FABSCAN_DISCOVERY_PAYLOAD_DECODER_H
 
 #include <infiniband/fabscan/fabscan_types.h>
 #include <infiniband/tessel/Fabric.h>

@@ -1,0 +1,58 @@
+#ifndef FABSCAN_DISCOVERY_CACHE_BUILDER_H
+#define FABSCAN_DISCOVERY_CACHE_BUILDER_H
+
+#include <infiniband/tessel/Fabric.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "payload.h"
+
+namespace fabscan {
+
+/// Sets bits of a payload, as `ReadBits` counts them.
+void WriteBits(Payload& payload, unsigned first_bit, unsigned bits, u_int64_t value);
+
+/// Makes discovery caches for tests, byte by byte as their layout has it.
+class CacheBuilder {
+ public:
+  struct Port {
+    u_int64_t guid;
+    u_int8_t number;
+    u_int64_t node_guid;
+    Payload info;
+    u_int64_t peer_guid = 0;
+    u_int8_t peer_number = 0;
+    bool has_peer = false;
+  };
+  struct Node {
+    u_int64_t guid;
+    IBNodeType type;
+    u_int8_t port_count;
+    std::string description;
+    Payload node_info;
+    Payload switch_info;
+    std::vector<Port> ports;
+  };
+
+  /// A node without ports yet. A switch has a SwitchInfo with LinearFDBCap 0xc000.
+  Node& Add(u_int64_t guid, IBNodeType type, u_int8_t port_count, std::string_view description);
+  /// A port that is down; of a switch its GUID is the node's, else the node's plus its number.
+  Port& AddPort(Node& node, u_int8_t number);
+  /// Links two ports that were added: both are active, and each is the other's peer.
+  static void Link(Port& one, Port& other);
+
+  std::string Bytes() const;
+
+  /// Two switches with a double link, an adapter with one of its two ports linked, and a router.
+  static CacheBuilder Sample();
+
+ private:
+  std::vector<Node> nodes_;
+};
+
+}  // namespace fabscan
+
+#endif

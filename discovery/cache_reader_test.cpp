@@ -1,0 +1,217 @@
+#include "cache_reader.h"
+
+#include <gmock/gmock.h>
+#include <snapshot.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#include "cache_builder.h"
+#include "cache_file.h"
+#include "fabric_builder.h"
+
+namespace fabscan {
+namespace {
+
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+constexpr std::size_t kHeaderBytes = 28;
+constexpr std::size_t kOffsetOfNodeGuid = 68;      // in a node
+constexpr std::size_t kOffsetOfPortCount = 77;     // in a node
+constexpr std::size_t kOffsetOfStoredCount = 206;  // in a node, its ports follow
+
+std::string ErrorOf(const std::string& bytes) {
+  try {
+    ReadCache(bytes);
+  } catch (const CacheError& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+std::string SnapshotOf(const Fabscan& fabscan) {
+  std::ostringstream out;
+  WriteSnapshot(out, fabscan, {});
+  return out.str();
+}
+
+/// The snapshot made of these bytes, or an empty text where they end in a clear error. Anything
+/// else fails the test.
+std::string Outcome(const std::string& bytes) {
+  Fabscan fabscan;
+  try {
+    BuildFabric(ReadCache(bytes), fabscan);
+  } catch (const CacheError& error) {
+    EXPECT_THAT(error.what(), StartsWith("byte "));
+    return {};
+  }
+  return SnapshotOf(fabscan);
+}
+
+TEST(CacheReader, ReadsNodesPortsAndPeers) {
+  const FabricFindings findings = ReadCache(CacheBuilder::Sample().Bytes());
+  ASSERT_EQ(findings.nodes.size(), 4U);
+  const NodeFindings& leaf = findings.nodes[0];
+  EXPECT_EQ(leaf.guid, 0x200000U);
+  EXPECT_TRUE(leaf.switch_info.read());
+  ASSERT_EQ(leaf.ports.size(), 5U);
+  EXPECT_FALSE(leaf.ports[0].has_peer);
+  EXPECT_TRUE(leaf.ports[4].has_peer);
+}
+
+TEST(CacheReader, TellsWhichPortsACacheDoesNotHold) {
+  const FabricFindings findings = ReadCache(CacheBuilder::Sample().Bytes());
+  const NodeFindings& adapter = findings.nodes[2];
+  ASSERT_EQ(adapter.ports.size(), 2U);
+  EXPECT_TRUE(adapter.ports[0].info.read());
+  EXPECT_EQ(adapter.ports[1].info.outcome, Answer::Outcome::kNotAsked);
+  EXPECT_EQ(adapter.ports[1].info.reason,
+            "a discovery cache holds only the ports that the scan came by");
+}
+
+TEST(CacheReader, TakesAMissingPortOfASwitchForAFailedQuery) {
+  CacheBuilder builder;
+  CacheBuilder::Node& node = builder.Add(0x10, IB_SW_NODE, 1, "s");
+  builder.AddPort(node, 0);
+  node.switch_info = {};
+  const FabricFindings findings = ReadCache(builder.Bytes());
+  EXPECT_EQ(findings.nodes[0].ports[1].info.outcome, Answer::Outcome::kFailed);
+  EXPECT_EQ(findings.nodes[0].switch_info.outcome, Answer::Outcome::kFailed);
+}
+
+TEST(CacheReader, ReadsASwitchOf254Ports) {
+  CacheBuilder builder;
+  CacheBuilder::Node& node = builder.Add(0x10, IB_SW_NODE, 254, "s");
+  for (unsigned number = 0; number <= 254; ++number) {
+    builder.AddPort(node, static_cast<u_int8_t>(number));
+  }
+  EXPECT_EQ(ReadCache(builder.Bytes()).nodes[0].ports.size(), 255U);
+}
+
+TEST(CacheReader, RefusesWhatIsNoCache) {
+  EXPECT_EQ(ErrorOf(""), "byte 0: the file ends too early");
+  EXPECT_EQ(ErrorOf(std::string(100, 'x')),
+            "byte 0: not a discovery cache (as ibnetdiscover --cache writes it)");
+  std::string bytes = CacheBuilder::Sample().Bytes();
+  EXPECT_EQ(ErrorOf(bytes + 'x'), "byte " + std::to_string(bytes.size()) +
+                                      ": there is more in the file than its header announces");
+  bytes[4] = 2;
+  EXPECT_EQ(ErrorOf(bytes), "byte 4: discovery cache of version 2; 1 is known");
+  EXPECT_EQ(ErrorOf("\x8f\xe7\x83\x2b"),
+            "byte 0: a discovery cache of a host with the other byte order");
+}
+
+TEST(CacheReader, RefusesContradictions) {
+  const std::string sample = CacheBuilder::Sample().Bytes();
+  std::string bytes = sample;
+  bytes[kHeaderBytes + kOffsetOfPortCount] = 3;
+  EXPECT_EQ(ErrorOf(bytes), "byte 28: the node's number of ports is 0x3, but 0x4 in its NodeInfo");
+
+  bytes = sample;
+  bytes[kHeaderBytes + kOffsetOfNodeGuid] = 1;
+  EXPECT_EQ(ErrorOf(bytes), "byte 28: the node's GUID is 0x200001, but 0x200000 in its NodeInfo");
+
+  bytes = sample;  // the second stored port becomes the first one again
+  bytes[kHeaderBytes + kOffsetOfStoredCount + 1 + 9 + 8] = 0;
+  EXPECT_EQ(ErrorOf(bytes), "byte 28: the node has a port 0 that it cannot have, or has it twice");
+
+  CacheBuilder twice;
+  twice.Add(0x10, IB_CA_NODE, 1, "one");
+  twice.Add(0x10, IB_CA_NODE, 1, "two");
+  EXPECT_THAT(ErrorOf(twice.Bytes()), EndsWith(": a second node with GUID 0x0000000000000010"));
+
+  CacheBuilder alone;
+  CacheBuilder::Port& port = alone.AddPort(alone.Add(0x10, IB_CA_NODE, 1, "one"), 1);
+  port.has_peer = true;
+  port.peer_guid = 0x77;
+  EXPECT_THAT(ErrorOf(alone.Bytes()),
+              HasSubstr("port 0 with port GUID 0x0000000000000077, is not in the file"));
+}
+
+// The ordinary loader writes past the end of its table here.
+TEST(CacheReader, RefusesAPortAboveTheNumberOfPorts) {
+  CacheBuilder builder;
+  CacheBuilder::Node& node = builder.Add(0x10, IB_SW_NODE, 1, "s");
+  builder.AddPort(node, 0);
+  builder.AddPort(node, 200);
+  EXPECT_EQ(ErrorOf(builder.Bytes()),
+            "byte 28: the node has a port 200 that it cannot have, or has it twice");
+}
+
+TEST(CacheReader, MakesAnErrorOfEveryTruncation) {
+  const std::string bytes = CacheBuilder::Sample().Bytes();
+  for (std::size_t length = 0; length < bytes.size(); ++length) {
+    EXPECT_THAT(ErrorOf(bytes.substr(0, length)),
+                StartsWith("byte " + std::to_string(length) + ": the file ends too early"));
+  }
+}
+
+TEST(CacheReader, MakesAnErrorOrFindingsOfEveryChangedByte) {
+  std::string bytes = CacheBuilder::Sample().Bytes();
+  std::size_t readable = 0;
+  for (char& byte : bytes) {
+    const char original = byte;
+    for (unsigned change = 1; change < 256; ++change) {
+      byte = static_cast<char>(static_cast<unsigned char>(original) ^ change);
+      try {
+        ASSERT_EQ(ReadCache(bytes).nodes.size(), 4U);
+        ++readable;
+      } catch (const CacheError& error) {
+        ASSERT_THAT(error.what(), StartsWith("byte "));
+      }
+    }
+    byte = original;
+  }
+  EXPECT_GT(readable, 255U * 500U);  // payloads are most of a cache
+}
+
+TEST(CacheReader, MakesASnapshotThatCanBeReadOfEveryChangedBit) {
+  const std::string path = ::testing::TempDir() + "cache_reader_test.jsonl";
+  std::string bytes = CacheBuilder::Sample().Bytes();
+  std::size_t snapshots = 0;
+  for (std::size_t bit = 0; bit < 8 * bytes.size(); ++bit) {
+    char& byte = bytes[bit / 8];
+    const char original = byte;
+    byte = static_cast<char>(static_cast<unsigned char>(byte) ^ (1U << (bit % 8)));
+    const std::string snapshot = Outcome(bytes);
+    byte = original;
+    if (snapshot.empty()) continue;
+    ++snapshots;
+    std::ofstream(path, std::ios::binary) << snapshot;
+    Fabscan again;
+    ASSERT_NO_THROW(ReadSnapshot(path, again)) << "bit " << bit;
+    ASSERT_EQ(SnapshotOf(again), snapshot) << "bit " << bit;
+  }
+  std::remove(path.c_str());
+  EXPECT_GT(snapshots, 8U * 500U);
+}
+
+TEST(CacheReader, LetsNoManagementKeyThrough) {
+  const std::string snapshot = Outcome(CacheBuilder::Sample().Bytes());
+  EXPECT_THAT(snapshot, HasSubstr("SMP_PortInfo"));
+  EXPECT_EQ(snapshot.find("5ec2e7"), std::string::npos);
+}
+
+TEST(CacheFile, NamesThePathInErrors) {
+  EXPECT_THROW(
+      {
+        try {
+          ReadCacheFile("/nonexistent/fabric.cache");
+        } catch (const CacheError& error) {
+          EXPECT_STREQ(error.what(), "/nonexistent/fabric.cache: No such file or directory");
+          throw;
+        }
+      },
+      CacheError);
+}
+
+TEST(CacheFile, ReadsNoEndlessFile) {
+  EXPECT_THROW(ReadCacheFile("/dev/zero"), CacheError);
+  EXPECT_THROW(ReadCacheFile("/"), CacheError);
+}
+
+}  // namespace
+}  // namespace fabscan

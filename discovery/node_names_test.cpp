@@ -1,0 +1,50 @@
+#include "node_names.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+namespace fabscan {
+namespace {
+
+using ::testing::ElementsAre;
+
+TEST(NodeNames, AreTheDescriptionsWhereTheseAreDistinct) {
+  EXPECT_THAT(DistinctNames({{1, "spine"}, {2, "leaf"}}), ElementsAre("spine", "leaf"));
+}
+
+TEST(NodeNames, OfASharedDescriptionEndInTheGuid) {
+  EXPECT_THAT(DistinctNames({{0x2c90300a1b2c3, "spine"}, {2, "leaf"}, {3, "spine"}}),
+              ElementsAre("spine [0x0002c90300a1b2c3]", "leaf", "spine [0x0000000000000003]"));
+}
+
+TEST(NodeNames, OfAnEmptyDescriptionAreTheGuid) {
+  EXPECT_THAT(DistinctNames({{1, ""}, {2, ""}, {3, "x"}}),
+              ElementsAre("[0x0000000000000001]", "[0x0000000000000002]", "x"));
+}
+
+TEST(NodeNames, StayDistinctWhereADescriptionLooksLikeAMadeName) {
+  EXPECT_THAT(DistinctNames({{1, "x"},
+                             {2, "x"},
+                             {3, "x [0x0000000000000001]"},
+                             {4, "x [0x0000000000000001] [0x0000000000000003]"}}),
+              ElementsAre("x [0x0000000000000001]", "x [0x0000000000000002]",
+                          "x [0x0000000000000001] [0x0000000000000003]",
+                          "x [0x0000000000000001] [0x0000000000000003] [0x0000000000000004]"));
+}
+
+TEST(NodeNames, DoNotDependOnTheOrderOfTheNodes) {
+  std::vector<NodeDescription> nodes = {
+      {1, "x"}, {2, "x"}, {3, "x [0x0000000000000001]"}, {4, ""}, {5, "y"}};
+  const std::vector<std::string> names = DistinctNames(nodes);
+  std::vector<std::size_t> order = {0, 1, 2, 3, 4};
+  do {
+    std::vector<NodeDescription> shuffled;
+    for (const std::size_t i : order) shuffled.push_back(nodes[i]);
+    const std::vector<std::string> again = DistinctNames(shuffled);
+    for (std::size_t i = 0; i < order.size(); ++i) EXPECT_EQ(again[i], names[order[i]]);
+  } while (std::next_permutation(order.begin(), order.end()));
+}
+
+}  // namespace
+}  // namespace fabscan

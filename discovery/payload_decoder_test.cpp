@@ -1,0 +1,148 @@
+#include "payload_decoder.h"
+
+#include <gmock/gmock.h>
+#include <record_fields.h>
+
+#include <algorithm>
+#include <array>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "attribute_fields.h"
+#include "cache_builder.h"
+
+namespace fabscan {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+Payload PayloadOf(std::initializer_list<u_int8_t> bytes) {
+  Payload payload = {};
+  std::copy(bytes.begin(), bytes.end(), payload.begin());
+  return payload;
+}
+
+Payload PayloadOf(std::string_view text) {
+  Payload payload = {};
+  std::copy(text.begin(), text.end(), payload.begin());
+  return payload;
+}
+
+TEST(PayloadDecoder, ReadsNodeInfo) {
+  const SMP_NodeInfo info = DecodeNodeInfo(PayloadOf({
+      0x01, 0x02, 0x03, 0x24,                          // versions, type, ports
+      0x11, 0x12, 0x13, 0x14, 0x15, 0x16, 0x17, 0x18,  // system image
+      0x21, 0x22, 0x23, 0x24, 0x25, 0x26, 0x27, 0x28,  // node
+      0x31, 0x32, 0x33, 0x34, 0x35, 0x36, 0x37, 0x38,  // port
+      0x00, 0x40, 0xd2, 0xf0,                          // partitions, device
+      0x00, 0x00, 0x00, 0xa1,                          // revision
+      0x05, 0x00, 0x02, 0xc9,                          // local port, vendor
+  }));
+  EXPECT_EQ(info.BaseVersion, 1);
+  EXPECT_EQ(info.ClassVersion, 2);
+  EXPECT_EQ(info.NodeType, 3);
+  EXPECT_EQ(info.NumPorts, 0x24);
+  EXPECT_EQ(info.SystemImageGUID, 0x1112131415161718U);
+  EXPECT_EQ(info.NodeGUID, 0x2122232425262728U);
+  EXPECT_EQ(info.PortGUID, 0x3132333435363738U);
+  EXPECT_EQ(info.PartitionCap, 0x40);
+  EXPECT_EQ(info.DeviceID, 0xd2f0);
+  EXPECT_EQ(info.revision, 0xa1U);
+  EXPECT_EQ(info.LocalPortNum, 5);
+  EXPECT_EQ(info.VendorID, 0x2c9U);
+}
+
+TEST(PayloadDecoder, ReadsTheTenNumbersOfPortInfoExtendedInTheirOrder) {
+  Payload payload = {};
+  WriteBits(payload, 0, 32, 0x80000001);
+  for (unsigned i = 0; i < 10; ++i) WriteBits(payload, 32 + 16 * i, 16, 0x101 * (i + 1));
+  const SMP_PortInfoExtended info = DecodePortInfoExtended(payload);
+  EXPECT_EQ(info.CapMsk, 0x80000001U);
+  EXPECT_EQ(info.FECModeActive, 0x101);
+  EXPECT_EQ(info.FDRFECModeSupported, 0x202);
+  EXPECT_EQ(info.FDRFECModeEnabled, 0x303);
+  EXPECT_EQ(info.EDRFECModeSupported, 0x404);
+  EXPECT_EQ(info.EDRFECModeEnabled, 0x505);
+  EXPECT_EQ(info.HDRFECModeSupported, 0x606);
+  EXPECT_EQ(info.HDRFECModeEnabled, 0x707);
+  EXPECT_EQ(info.NDRFECModeSupported, 0x808);
+  EXPECT_EQ(info.NDRFECModeEnabled, 0x909);
+  EXPECT_EQ(info.PartitionTop, 0xa0a);
+}
+
+template <class Record, std::size_t kCount>
+void ExpectNoOverlap(const WireField<Record> (&fields)[kCount]) {
+  std::array<bool, 512> taken = {};
+  for (const WireField<Record>& field : fields) {
+    for (unsigned bit = field.first_bit; bit < field.first_bit + field.bits; ++bit) {
+      ASSERT_LT(bit, taken.size()) << field.name;
+      EXPECT_FALSE(taken[bit]) << field.name;
+      taken[bit] = true;
+    }
+  }
+}
+
+TEST(PayloadDecoder, FieldsDoNotOverlap) {
+  ExpectNoOverlap(kNodeInfoFields);
+  ExpectNoOverlap(kSwitchInfoFields);
+  ExpectNoOverlap(kPortInfoFields);
+  ExpectNoOverlap(kPortInfoExtendedFields);
+}
+
+/// The names of the record's numbers that are 0.
+template <class Record>
+std::vector<std::string> Zeroes(const Record& record) {
+  std::vector<std::string> names;
+  ForEachNumber(record, [&](const std::string& path, const FieldRow&, u_int64_t value) {
+    if (value == 0) names.push_back(path);
+  });
+  return names;
+}
+
+TEST(PayloadDecoder, FillsEveryFieldThatHasAPlace) {
+  Payload ones;
+  ones.fill(0xff);
+  EXPECT_THAT(Zeroes(DecodeNodeInfo(ones)), IsEmpty());
+  EXPECT_THAT(Zeroes(DecodeSwitchInfo(ones)), IsEmpty());
+  EXPECT_THAT(Zeroes(DecodePortInfo(ones)),
+              ElementsAre("LinkSpeedExtActive2", "LinkSpeedExtSup2", "LinkSpeedExtEnabled2"));
+  EXPECT_THAT(Zeroes(DecodePortInfoExtended(ones)), IsEmpty());
+}
+
+TEST(PayloadDecoder, LeavesTheManagementKeyBehind) {
+  Payload payload = {};
+  WriteBits(payload, 0, 64, ~u_int64_t{0});
+  EXPECT_EQ(Zeroes(DecodePortInfo(payload)).size(), TableOf<SMP_PortInfo>::value.numbers);
+}
+
+TEST(PayloadDecoder, EndsADescriptionAtItsZeroByteAndWithoutBlanks) {
+  EXPECT_EQ(DecodeNodeDescription(PayloadOf("host HCA-1")), "host HCA-1");
+  EXPECT_EQ(DecodeNodeDescription(PayloadOf("padded   ")), "padded");
+  EXPECT_EQ(DecodeNodeDescription(PayloadOf(std::string_view("old\0er text", 11))), "old");
+  EXPECT_EQ(DecodeNodeDescription(PayloadOf("")), "");
+  EXPECT_EQ(DecodeNodeDescription(PayloadOf("   ")), "");
+  EXPECT_EQ(DecodeNodeDescription(PayloadOf(std::string(64, 'x'))), std::string(64, 'x'));
+}
+
+TEST(PayloadDecoder, BelievesTheSecondCapabilityMaskOnlyWhereTheFirstAnnouncesIt) {
+  SMP_PortInfo info = {};
+  info.CapMsk2 = 1U << 1U | 1U << 11U;
+  EXPECT_FALSE(HasPortInfoExtended(info));
+  EXPECT_FALSE(HasSecondExtendedSpeeds(info));
+  info.CapMsk = 1U << 15U;
+  EXPECT_TRUE(HasPortInfoExtended(info));
+  EXPECT_TRUE(HasSecondExtendedSpeeds(info));
+}
+
+TEST(PayloadDecoder, HasNoWordForNumbersThatAreReserved) {
+  EXPECT_EQ(NodeTypeOf(2), IB_SW_NODE);
+  EXPECT_EQ(NodeTypeOf(4), IB_UNKNOWN_NODE_TYPE);
+  EXPECT_EQ(PortStateOf(4), IB_PORT_STATE_ACTIVE);
+  EXPECT_EQ(PortStateOf(5), IB_UNKNOWN_PORT_STATE);
+}
+
+}  // namespace
+}  // namespace fabscan
