@@ -160,7 +160,7 @@ TEST(CacheReader, MakesAnErrorOrFindingsOfEveryChangedByte) {
         ASSERT_EQ(ReadCache(bytes).nodes.size(), 4U);
         ++readable;
       } catch (const CacheError& error) {
-        ASSERT_THAT(error.what(), StartsWith("byte "));
+        ASSERT_EQ(std::string_view(error.what()).substr(0, 5), "byte ");
       }
     }
     byte = original;
@@ -168,25 +168,23 @@ TEST(CacheReader, MakesAnErrorOrFindingsOfEveryChangedByte) {
   EXPECT_GT(readable, 255U * 500U);  // payloads are most of a cache
 }
 
-TEST(CacheReader, MakesASnapshotThatCanBeReadOfEveryChangedBit) {
+TEST(CacheReader, MakesASnapshotThatCanBeReadOfEveryByteTurnedOver) {
   const std::string path = ::testing::TempDir() + "cache_reader_test.jsonl";
   std::string bytes = CacheBuilder::Sample().Bytes();
   std::size_t snapshots = 0;
-  for (std::size_t bit = 0; bit < 8 * bytes.size(); ++bit) {
-    char& byte = bytes[bit / 8];
-    const char original = byte;
-    byte = static_cast<char>(static_cast<unsigned char>(byte) ^ (1U << (bit % 8)));
+  for (char& byte : bytes) {
+    byte = static_cast<char>(~byte);
     const std::string snapshot = Outcome(bytes);
-    byte = original;
+    byte = static_cast<char>(~byte);
     if (snapshot.empty()) continue;
     ++snapshots;
     std::ofstream(path, std::ios::binary) << snapshot;
     Fabscan again;
-    ASSERT_NO_THROW(ReadSnapshot(path, again)) << "bit " << bit;
-    ASSERT_EQ(SnapshotOf(again), snapshot) << "bit " << bit;
+    ASSERT_NO_THROW(ReadSnapshot(path, again)) << snapshot;
+    ASSERT_EQ(SnapshotOf(again), snapshot);
   }
   std::remove(path.c_str());
-  EXPECT_GT(snapshots, 8U * 500U);
+  EXPECT_GT(snapshots, 500U);
 }
 
 TEST(CacheReader, LetsNoManagementKeyThrough) {

@@ -42,7 +42,7 @@ class NodeBuilder {
                                      fmt::join(ports, ", ")));
     }
     if (!missing_.empty()) {
-      report_.gaps.push_back(fmt::format("{} ({}) lacks {}", node.name, GuidText(node.guid),
+      report_.gaps.push_back(fmt::format("{} ({}) lacks {}", node.name, PaddedGuid(node.guid),
                                          fmt::join(missing_, "; ")));
     }
   }

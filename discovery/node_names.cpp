@@ -11,12 +11,12 @@ namespace fabscan {
 namespace {
 
 std::string WithGuid(const NodeDescription& node) {
-  return fmt::format("{}{}[{}]", node.text, node.text.empty() ? "" : " ", GuidText(node.guid));
+  return fmt::format("{}{}[{}]", node.text, node.text.empty() ? "" : " ", PaddedGuid(node.guid));
 }
 
 }  // namespace
 
-std::string GuidText(u_int64_t guid) { return fmt::format("0x{:016x}", guid); }
+std::string PaddedGuid(u_int64_t guid) { return fmt::format("0x{:016x}", guid); }
 
 std::vector<std::string> DistinctNames(const std::vector<NodeDescription>& nodes) {
   std::unordered_map<std::string, std::size_t> uses;

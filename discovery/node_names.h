@@ -21,7 +21,7 @@ struct NodeDescription {
 std::vector<std::string> DistinctNames(const std::vector<NodeDescription>& nodes);
 
 /// `0x` and 16 digits.
-std::string GuidText(u_int64_t guid);
+std::string PaddedGuid(u_int64_t guid);
 
 }  // namespace fabscan
 

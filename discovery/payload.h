@@ -15,8 +15,13 @@ using Payload = std::array<u_int8_t, 64>;
 /// most significant bit of byte 0, as the architecture counts; `bits` is 1 to 64.
 constexpr u_int64_t ReadBits(const Payload& payload, unsigned first_bit, unsigned bits) {
   u_int64_t value = 0;
-  for (unsigned bit = first_bit; bit < first_bit + bits; ++bit) {
-    value = value << 1U | (payload[bit / 8] >> (7 - bit % 8) & 1U);
+  const unsigned end = first_bit + bits;
+  for (unsigned bit = first_bit; bit < end;) {
+    const unsigned in_byte = 8 - bit % 8;  // bits from here to the end of the byte
+    const unsigned taken = in_byte < end - bit ? in_byte : end - bit;
+    const unsigned piece = (payload[bit / 8] >> (in_byte - taken)) & ((1U << taken) - 1);
+    value = value << taken | piece;
+    bit += taken;
   }
   return value;
 }
