@@ -38,13 +38,6 @@ T TakeTyped(simdjson::simdjson_result<T>&& result, json::value& value, const std
   return taken;
 }
 
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
 bool IsHexText(std::string_view text) {
   return text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X') &&
          text.find_first_not_of("0123456789abcdefABCDEF", 2) == std::string_view::npos;
@@ -95,23 +88,13 @@ std::string TakeName(json::value value) {
   return name;
 }
 
-bool ReadHexText(const char* after_quote, unsigned bits, u_int64_t& number) {
-  const char* at = after_quote;
-  if (at[0] != '0' || (at[1] != 'x' && at[1] != 'X') || HexDigit(at[2]) < 0) return false;
-  u_int64_t value = 0;
-  for (at += 2; *at != '"'; ++at) {
-    const int digit = HexDigit(*at);
-    if (digit < 0 || (value >> 60U) != 0) return false;
-    value = (value << 4U) | static_cast<u_int64_t>(digit);
-  }
-  number = value;
-  return (value & ~(~u_int64_t{0} >> (64 - bits))) == 0;
-}
-
 void RefuseNumber(json::value value, unsigned bits) {
   const std::string wanted = "a whole number, or \"0x...\" in hexadecimal digits";
   const json::json_type type = Take(value.type());
   if (type == json::json_type::string) {
+    if (Token(value).find('\\') != std::string_view::npos) {
+      throw Malformed("must be " + wanted + ", without escapes");
+    }
     const std::string_view text = TakeText(value);
     if (IsHexText(text)) RefuseWidth(Quoted(text), bits);
     throw Malformed("must be " + wanted + ", not the text " + Quoted(text));

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "hex_number.h"
 #include "key_path.h"
 #include "suggestion.h"
 #include "words.h"
@@ -39,22 +40,22 @@ std::string TakeName(json::value value);
 
 /// What a number must be, when `value` is none that fits `bits` bits. Does not return.
 [[noreturn]] void RefuseNumber(json::value value, unsigned bits);
-/// The number of a "0x..." string; false where it is not one, or wider than `bits` bits.
-bool ReadHexText(const char* after_quote, unsigned bits, u_int64_t& number);
+/// The digits of the token `"0x..."`; empty where it is something else.
+inline std::string_view HexDigitsOf(std::string_view token) {
+  while (!token.empty() && static_cast<unsigned char>(token.back()) <= ' ') token.remove_suffix(1);
+  const bool hex = token.size() > 4 && token[1] == '0' && (token[2] | 0x20) == 'x';
+  return hex ? token.substr(3, token.size() - 4) : std::string_view();
+}
 
 /// A number from 0 to what `bits` bits hold, as a JSON number or as a "0x..." string.
 inline u_int64_t TakeNumber(json::value value, unsigned bits) {
   const u_int64_t largest = ~u_int64_t{0} >> (64 - bits);
   u_int64_t number = 0;
-  const char* token = value.raw_json_token().data();
-  if (*token == '"') {
-    if (!ReadHexText(token + 1, bits, number)) RefuseNumber(value, bits);
-    static_cast<void>(Take(value.get_raw_json_string()));
-    return number;
-  }
-  if (value.get_uint64().get(number) != simdjson::SUCCESS || number > largest) {
-    RefuseNumber(value, bits);
-  }
+  const std::string_view token = value.raw_json_token();
+  const bool taken = token.front() == '"' ? ReadHexDigits(HexDigitsOf(token), number) &&
+                                                !value.get_raw_json_string().error()
+                                          : !value.get_uint64().get(number);
+  if (!taken || number > largest) RefuseNumber(value, bits);
   return number;
 }
 

@@ -49,13 +49,15 @@ class KnownKeys {
 
  private:
   std::size_t Mark(std::size_t index) {
-    if (Has(index)) {
-      throw Malformed("the " + std::string(noun_) + " " +
-                      Quoted(NameOf(*(std::begin(list_) + index))) + " stands twice; keep one");
-    }
+    if (Has(index)) RefuseSecond(index);
     seen_ |= u_int64_t{1} << index;
     next_ = index + 1;
     return index;
+  }
+
+  [[noreturn]] void RefuseSecond(std::size_t index) const {
+    throw Malformed("the " + std::string(noun_) + " " +
+                    Quoted(NameOf(*(std::begin(list_) + index))) + " stands twice; keep one");
   }
 
   std::size_t Search(std::string_view key) const {
