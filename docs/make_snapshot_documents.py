@@ -1,0 +1,156 @@
+"""Makes the snapshot's JSON Schema and the field tables of its description from the program's own
+tables.
+
+    list-record-fields | make_snapshot_documents.py [--check] DOCS
+
+With --check nothing is written: the exit status tells whether a document is stale.
+"""
+
+import json
+import pathlib
+import sys
+
+BEGIN = "<!-- The tables below are made by make_snapshot_documents.py. -->\n"
+COUNTERS = "WrenReductionCounters"
+MONITORS = "WrenReductionConfigureMLIDMonitors"
+
+
+def number(bits):
+    return {"$ref": f"#/$defs/number{bits}"}
+
+
+def number_definition(bits):
+    return {
+        "anyOf": [
+            {"type": "integer", "minimum": 0, "maximum": 2**bits - 1},
+            {"type": "string", "pattern": f"^0[xX]0*[0-9a-fA-F]{{1,{bits // 4}}}$"},
+        ]
+    }
+
+
+def strict(properties, required):
+    schema = {"type": "object", "properties": properties, "additionalProperties": False}
+    if required:
+        schema["required"] = required
+    return schema
+
+
+def record(fields):
+    properties = {}
+    for field in fields:
+        value = number(field["bits"]) if "bits" in field else record(field["fields"])
+        if "count" in field:
+            count = field["count"]
+            value = {"type": "array", "items": value, "minItems": count, "maxItems": count}
+        properties[field["name"]] = value
+    return strict(properties, [f["name"] for f in fields if f["needed"]])
+
+
+def attributes(records):
+    properties = {name: record(fields) for name, fields in records.items()}
+    if COUNTERS in properties:
+        properties[COUNTERS] = strict({str(i): properties[COUNTERS] for i in range(8)}, [])
+        properties[MONITORS] = {"type": "array", "items": {"enum": [0, 1]}, "uniqueItems": True}
+    return strict(properties, [])
+
+
+def absent(records):
+    return strict({name: {"type": "string"} for name in records}, [])
+
+
+def schema(tables):
+    text, flag = {"type": "string"}, {"type": "boolean"}
+    name = {"anyOf": [text, strict({"escaped": text}, ["escaped"])]}
+    mask = {"type": "array", "items": number(32), "minItems": 4, "maxItems": 4}
+    port = strict(
+        {
+            "num": number(8),
+            "state": {"enum": ["ACTIVE", "ARM", "INIT", "DOWN", "UNKNOWN"]},
+            "inSubFabric": flag,
+            "fnm": flag,
+            "fnm1": flag,
+            "special": flag,
+            "attributes": attributes(tables["port"]),
+            "absent": absent(tables["port"]),
+        },
+        ["num", "state"],
+    )
+    node = strict(
+        {
+            "name": name,
+            "guid": number(64),
+            "type": {"enum": ["SW", "RTR", "CA", "UNKNOWN"]},
+            "numPorts": number(8),
+            "alternativeName": name,
+            "inSubFabric": flag,
+            "specialNode": {"enum": ["AN", "ROUTER", "ETH_GATEWAY"]},
+            "opalSwitch": flag,
+            "smpCapabilityMask": mask,
+            "gmpCapabilityMask": mask,
+            "attributes": attributes(tables["node"]),
+            "absent": absent(tables["node"]),
+            "ports": {"type": "array", "items": {"$ref": "#/$defs/port"}},
+        },
+        ["name", "guid", "type", "numPorts"],
+    )
+    header = strict(
+        {"fabscan_snapshot": {"const": 1}, "source": text, "created": text}, ["fabscan_snapshot"]
+    )
+    end = strict({"end": {"const": True}, "nodes": number(64)}, ["end", "nodes"])
+    numbers = {f"number{bits}": number_definition(bits) for bits in (8, 16, 32, 64)}
+    return {
+        "$schema": "https://json-schema.org/draft/2020-12/schema",
+        "title": "One line of a fabscan snapshot",
+        "oneOf": [{"$ref": f"#/$defs/{kind}"} for kind in ("header", "node", "end")],
+        "$defs": {"header": header, "node": node, "end": end, "port": port, **numbers},
+    }
+
+
+def rows(fields, prefix=""):
+    for field in fields:
+        path = prefix + field["name"]
+        count = f"[{field['count']}]" if "count" in field else ""
+        if "bits" in field:
+            needed = "yes" if field["needed"] else ""
+            yield f"| `{path}`{count} | {field['bits']} | {needed} |"
+        else:
+            if not field["needed"]:
+                yield f"| `{path}`{count} | object | |"
+            yield from rows(field["fields"], f"{path}{count}.")
+
+
+def field_tables(tables):
+    lines = []
+    for owner, records in tables.items():
+        lines += ["", f"### Records of a {owner}"]
+        for name, fields in records.items():
+            lines += ["", f"`{name}`", "", "| Field | Bits | Needed |", "|---|---|---|"]
+            lines += rows(fields)
+    return "\n".join(lines) + "\n"
+
+
+def main(arguments):
+    check = "--check" in arguments
+    folder = pathlib.Path(arguments[-1])
+    tables = json.load(sys.stdin)
+    description = folder / "snapshot-format.md"
+    before, marker, _ = description.read_text(encoding="utf-8").partition(BEGIN)
+    if not marker:
+        sys.exit(f"{description}: the line that begins the tables is missing")
+    documents = {
+        description: before + marker + field_tables(tables),
+        folder / "snapshot.schema.json": json.dumps(schema(tables), indent=1) + "\n",
+    }
+    stale = []
+    for path, text in documents.items():
+        if path.exists() and path.read_text(encoding="utf-8") == text:
+            continue
+        stale.append(path.name)
+        if not check:
+            path.write_text(text, encoding="utf-8")
+    if check and stale:
+        sys.exit(f"Stale: {', '.join(stale)}. Build the target update-snapshot-documents.")
+
+
+if __name__ == "__main__":
+    main(sys.argv[1:])
