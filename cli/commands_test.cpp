@@ -21,7 +21,7 @@ TEST(CommandsTest, EveryRowHasANameASummaryAndAnExampleThatParses) {
 
     const std::string footer = subcommand->get_footer();
     const std::size_t example = footer.find(std::string("\n  fabscan ") + command->name + ' ');
-    ASSERT_EQ(footer.rfind("Example", 0), 0U) << command->name;
+    ASSERT_NE(footer.find("Example"), std::string::npos) << command->name;
     ASSERT_NE(example, std::string::npos) << command->name;
     const std::size_t begin = footer.find(command->name, example);
     const std::string line = footer.substr(begin, footer.find('\n', begin) - begin);
