@@ -152,4 +152,12 @@ const std::vector<fabscan::Ratio> kRatios = {
 
 }  // namespace
 
-int main(int argc, char** argv) { return fabscan::RunAndCompare(argc, argv, kRatios); }
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+  fabscan::RatioReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  reporter.PrintTable(kRatios);
+  benchmark::Shutdown();
+  return 0;
+}

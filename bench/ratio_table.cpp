@@ -1,10 +1,8 @@
 #include "ratio_table.h"
 
-#include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <map>
 
 namespace fabscan {
 
@@ -21,15 +19,7 @@ Summary Summarise(std::vector<double> seconds) {
   return {median, (seconds.back() - seconds.front()) / median};
 }
 
-/// Prints the benchmarks as they come, and keeps the time of each repetition.
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override;
-  void PrintTable(const std::vector<Ratio>& ratios) const;
-
- private:
-  std::map<std::string, std::vector<double>> seconds_;
-};
+}  // namespace
 
 void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
   for (const Run& run : runs) {
@@ -52,18 +42,6 @@ void RatioReporter::PrintTable(const std::vector<Ratio>& ratios) const {
     fmt::print("{:<58} {:>8.2f} {:>6.0f}% {:>5.0f}%\n", ratio.what, left.median / right.median,
                100 * left.spread, 100 * right.spread);
   }
-}
-
-}  // namespace
-
-int RunAndCompare(int argc, char** argv, const std::vector<Ratio>& ratios) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
-  RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintTable(ratios);
-  benchmark::Shutdown();
-  return 0;
 }
 
 }  // namespace fabscan

@@ -58,8 +58,10 @@ class Copyist {
   }
 
   void takeAddress(std::string& line) {
-    if (!BeginsWith(line, "    mad_buffer.RedirectGID = 0x0x")) return;
-    addHandPlace(line,
+    constexpr std::string_view kAddress = "    mad_buffer.RedirectGID = 0x0x";
+    if (!BeginsWith(line, kAddress)) return;
+    // Without the address, which is another one every time.
+    addHandPlace(std::string(kAddress) + "...;",
                  "the redirect GID is written as an address; write the GID's two words instead, or "
                  "take the line out");
     line = kTakenOut;

@@ -144,12 +144,14 @@ void Workspace::compile(const std::vector<std::string>& words, const std::string
   const ProcessEnd end = RunProcess(call, log + ".output", errors);
   if (end.start_error != 0) {
     throw VerificationError(compiler_.command + ": cannot run the compiler: " +
-                            CauseOf(end.start_error) + "; --compiler names another");
+                            CauseOf(end.start_error) + "; name another");
   }
   if (end.status != 0) {
-    throw VerificationError(compiler_.command + ": the compiler failed" +
-                                (end.signal != 0 ? ", signal " + std::to_string(end.signal) : ""),
-                            FirstLines(errors));
+    throw VerificationError(
+        compiler_.command + ": the compiler failed" +
+            (end.signal != 0 ? ", signal " + std::to_string(end.signal) : std::string()) +
+            "; see to its errors, or name another",
+        FirstLines(errors));
   }
 }
 

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <numeric>
 
+#include "../core/node.h"
 #include "simulator_sources.h"
 
 namespace fabscan {
@@ -54,6 +55,9 @@ std::vector<NodeReport> Verify(const Workspace& workspace, const std::string& pr
   std::vector<std::map<std::string, ExpectedFunction>> expected;
   std::vector<Workspace::Device> devices;
   for (const GeneratedSource& node : nodes) {
+    if (node.node->numPorts > simulator::Node::kLastPort) {
+      throw VerificationError("has 255 ports; a simulated node has 254 at most");
+    }
     copies.push_back(MakeCompilable(node.text));
     expected.push_back(ExpectedFunctionsOf(fabscan, *node.node));
     for (const auto& function : expected.back()) {

@@ -143,9 +143,9 @@ TEST_F(VerificationTest, ACompilerThatIsMissingOrFailsIsSaid) {
     const Workspace workspace(folder_->path() + "/other", Compiler{"no-such-compiler", "c++17"});
     FAIL();
   } catch (const VerificationError& error) {
-    EXPECT_STREQ(error.what(),
-                 "no-such-compiler: cannot run the compiler: No such file or directory; --compiler "
-                 "names another");
+    EXPECT_STREQ(
+        error.what(),
+        "no-such-compiler: cannot run the compiler: No such file or directory; name another");
   }
 
   GeneratedSource source = GenerateNode(0x11);
@@ -154,7 +154,7 @@ TEST_F(VerificationTest, ACompilerThatIsMissingOrFailsIsSaid) {
     VerifyText(source);
     FAIL();
   } catch (const VerificationError& error) {
-    EXPECT_STREQ(error.what(), "c++: the compiler failed");
+    EXPECT_STREQ(error.what(), "c++: the compiler failed; see to its errors, or name another");
     ASSERT_FALSE(error.details().empty());
     EXPECT_THAT(error.details()[0], HasSubstr("dev_verified.cpp"));
   }

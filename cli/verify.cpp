@@ -1,0 +1,169 @@
+#include <fmt/format.h>
+#include <snapshot.h>
+#include <verification.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+#include "command.h"
+#include "discovery_progress.h"
+#include "guid_options.h"
+#include "verify_folder.h"
+#include "verify_report.h"
+#include "verify_selection.h"
+
+namespace fabscan {
+
+namespace {
+
+struct VerifyOptions {
+  std::string snapshot;
+  GuidOptions guids;
+  Compiler compiler;
+  std::string keep;
+  unsigned jobs = std::max(1U, std::thread::hardware_concurrency());
+};
+
+void PrintDetails(const std::vector<std::string>& lines) {
+  for (const std::string& line : lines) fmt::print(stderr, "  {}\n", line);
+}
+
+/// Verifies nodes on several threads; each compiles and runs a program of its own.
+class Run {
+ public:
+  Run(Fabscan& fabscan, const Workspace& workspace, const std::vector<const IBNode*>& nodes)
+      : fabscan_(fabscan), workspace_(workspace), verified_(nodes.size()) {
+    for (std::size_t i = 0; i < nodes.size(); ++i) verified_[i].node = nodes[i];
+  }
+
+  const std::vector<VerifiedNode>& Verify(unsigned jobs) {
+    std::vector<std::thread> threads;
+    const std::size_t count = std::min<std::size_t>(jobs, verified_.size());
+    for (std::size_t i = 0; i < count; ++i) threads.emplace_back([this] { work(); });
+    for (std::thread& thread : threads) thread.join();
+    progress_.Clear();
+    return verified_;
+  }
+
+ private:
+  void work() {
+    for (std::size_t i = next_++; i < verified_.size() && !VerifyFolder::Interrupted();
+         i = next_++) {
+      verifyNode(verified_[i]);
+      const std::lock_guard lock(mutex_);
+      progress_.Show("nodes verified", ++done_, verified_.size());
+    }
+  }
+
+  void verifyNode(VerifiedNode& verified) {
+    try {
+      const GeneratedSource source = generate(*verified.node);
+      const std::string program = "verify_" + source.prefix;
+      verified.report = fabscan::Verify(workspace_, program, fabscan_, {source}).front();
+    } catch (const VerificationError& error) {
+      verified.failure = error.what();
+      verified.failure_details = error.details();
+    } catch (const std::exception& error) {
+      verified.failure = error.what();
+    }
+  }
+
+  GeneratedSource generate(const IBNode& node) {
+    const std::lock_guard lock(mutex_);
+    return Generate(workspace_, fabscan_, node, fmt::format("Node{:x}", node.guid));
+  }
+
+  Fabscan& fabscan_;
+  const Workspace& workspace_;
+  std::vector<VerifiedNode> verified_;
+  std::atomic<std::size_t> next_{0};
+  std::mutex mutex_;  // of the generator and of what follows
+  std::size_t done_ = 0;
+  DiscoveryProgress progress_;
+};
+
+Workspace MakeWorkspace(const VerifyFolder& folder, const Compiler& compiler) {
+  try {
+    return Workspace(folder.path(), compiler);
+  } catch (const VerificationError& error) {
+    PrintDetails(error.details());
+    throw CommandError(error.what());
+  }
+}
+
+ExitStatus Verify(const VerifyOptions& options) {
+  const std::set<u_int64_t> guids = options.guids.Read();
+  const VerifyFolder folder(options.keep);
+  Fabscan fabscan;
+  SnapshotReadOptions read_options;
+  if (options.guids.given()) read_options.guids = &guids;
+  ReadSnapshot(options.snapshot, fabscan, read_options);
+  const std::vector<const IBNode*> nodes = options.guids.given()
+                                               ? ChosenNodes(fabscan.discovered_fabric, guids)
+                                               : RepresentativeNodes(fabscan);
+  if (nodes.empty()) {
+    throw CommandError(
+        fmt::format("{}: no node to verify: none is in the sub-fabric; choose "
+                    "another snapshot",
+                    options.snapshot));
+  }
+
+  const Workspace workspace = MakeWorkspace(folder, options.compiler);
+  Run run(fabscan, workspace, nodes);
+  VerifyTotals totals;
+  for (const VerifiedNode& node : run.Verify(options.jobs)) {
+    if (VerifyFolder::Interrupted()) return kFailed;
+    totals.Add(node);
+    fmt::print("{}\n", ReportText(node));
+  }
+  fmt::print("{}", totals.text());
+
+  if (totals.failed != 0) {
+    throw CommandError(fmt::format("{}: {} of {} nodes could not be verified; the report says why",
+                                   options.snapshot, totals.failed, totals.nodes));
+  }
+  if (totals.differences != 0) {
+    throw CommandError(fmt::format("{}: {} fields of simulated nodes differ; the report names them",
+                                   options.snapshot, totals.differences),
+                       kIncomplete);
+  }
+  if (totals.refused != 0 || totals.hand_places != 0) {
+    throw CommandError(
+        fmt::format("{}: what was verified agrees, but not every node compiles as it stands; the "
+                    "report names the lines",
+                    options.snapshot),
+        kIncomplete);
+  }
+  return kDone;
+}
+
+}  // namespace
+
+std::function<ExitStatus()> AddVerify(CLI::App& app) {
+  const auto options = std::make_shared<VerifyOptions>();
+  app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
+      ->required();
+  options->guids.AddTo(app);
+  app.add_option("--compiler", options->compiler.command, "The C++ compiler; c++")
+      ->type_name("CXX");
+  app.add_option("--std", options->compiler.standard, "The C++ standard; c++17")
+      ->type_name("STANDARD");
+  app.add_option("--keep", options->keep,
+                 "A new or empty folder, in which everything that is compiled stays")
+      ->type_name("DIR");
+  app.add_option("--jobs", options->jobs, "Nodes that are compiled at a time")
+      ->type_name("COUNT")
+      ->check(CLI::PositiveNumber);
+  app.footer(
+      "Without --guid, one node of each device model is verified.\n"
+      "Example: prove with another compiler that one switch is simulated as it reported itself\n"
+      "  fabscan verify fabric.jsonl --guid 0x2c90000000001 --compiler clang++");
+  return [options] { return Verify(*options); };
+}
+
+}  // namespace fabscan

@@ -1,0 +1,77 @@
+#include "verify_folder.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+#include "command.h"
+#include "report.h"
+
+namespace fabscan {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
+volatile std::sig_atomic_t noted_signal = 0;
+
+void NoteSignal(int signal) { noted_signal = signal; }
+
+[[noreturn]] void Refuse(const std::string& path, const std::string& cause) {
+  throw CommandError(
+      fmt::format("{}: {}; name a new or empty folder that you may write", path, cause));
+}
+
+void MakeKeptFolder(const std::string& path) {
+  std::error_code error;
+  fs::create_directories(path, error);
+  if (error) Refuse(path, "cannot make the folder: " + error.message());
+  const bool empty = fs::is_empty(path, error);
+  if (error) Refuse(path, "cannot read the folder: " + error.message());
+  if (!empty) Refuse(path, "is not empty");
+}
+
+std::string MakeTemporaryFolder() {
+  std::error_code error;
+  std::string path = (fs::temp_directory_path(error) / "fabscan-verify-XXXXXX").string();
+  if (error || ::mkdtemp(path.data()) == nullptr) {
+    throw CommandError(
+        fmt::format("{}: cannot make a temporary folder: {}; set TMPDIR, or use "
+                    "--keep",
+                    path, error ? error.message() : CauseText(errno)));
+  }
+  return path;
+}
+
+}  // namespace
+
+VerifyFolder::VerifyFolder(const std::string& keep) : path_(keep), temporary_(keep.empty()) {
+  if (temporary_) {
+    path_ = MakeTemporaryFolder();
+  } else {
+    MakeKeptFolder(path_);
+  }
+  for (const int signal : kSignals) {
+    // One that is ignored stays ignored.
+    if (std::signal(signal, NoteSignal) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
+}
+
+VerifyFolder::~VerifyFolder() {
+  std::error_code ignored;
+  if (temporary_) fs::remove_all(path_, ignored);
+  for (const int signal : kSignals) {
+    if (std::signal(signal, SIG_DFL) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
+  if (noted_signal != 0) std::raise(noted_signal);
+}
+
+bool VerifyFolder::Interrupted() { return noted_signal != 0; }
+
+}  // namespace fabscan

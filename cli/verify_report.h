@@ -1,0 +1,40 @@
+#ifndef FABSCAN_CLI_VERIFY_REPORT_H
+#define FABSCAN_CLI_VERIFY_REPORT_H
+
+#include <verification.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace fabscan {
+
+/// A node, and what verifying it showed or why it could not be verified.
+struct VerifiedNode {
+  const IBNode* node = nullptr;
+  NodeReport report;
+  std::string failure;  // empty when it was verified
+  std::vector<std::string> failure_details;
+};
+
+/// What the nodes of a run add up to.
+struct VerifyTotals {
+  std::size_t records = 0;
+  std::size_t fields = 0;
+  std::size_t differences = 0;
+  std::size_t nodes = 0;
+  std::size_t refused = 0;      // nodes with #error lines
+  std::size_t hand_places = 0;  // nodes with places that need a hand
+  std::size_t failed = 0;       // nodes that could not be verified
+
+  void Add(const VerifiedNode& node);
+  /// "N records, M fields, D differ", and what keeps nodes from compiling.
+  std::string text() const;
+};
+
+/// The node's lines of the report: each function, with its first differences.
+std::string ReportText(const VerifiedNode& node);
+
+}  // namespace fabscan
+
+#endif
