@@ -21,7 +21,7 @@ struct Line {
 class LineReader {
  public:
   static constexpr std::size_t kPadding = 64;
-  static constexpr std::size_t kChunk = std::size_t{1} << 20U;
+  static constexpr std::size_t kChunk = std::size_t{1} << 18U;
 
   /// `chunk`: bytes asked of the source at a time.
   LineReader(ByteSource& source, std::size_t max_line_bytes, std::size_t chunk = kChunk)
