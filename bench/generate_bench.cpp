@@ -152,12 +152,4 @@ const std::vector<fabscan::Ratio> kRatios = {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
-  fabscan::RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintTable(kRatios);
-  benchmark::Shutdown();
-  return 0;
-}
+int main(int argc, char** argv) { return fabscan::RunAndCompare(argc, argv, kRatios); }

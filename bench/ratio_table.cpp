@@ -1,8 +1,10 @@
 #include "ratio_table.h"
 
+#include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
 
 namespace fabscan {
 
@@ -19,7 +21,15 @@ Summary Summarise(std::vector<double> seconds) {
   return {median, (seconds.back() - seconds.front()) / median};
 }
 
-}  // namespace
+/// Prints the benchmarks as they come, and keeps the time of each repetition.
+class RatioReporter : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override;
+  void PrintTable(const std::vector<Ratio>& ratios) const;
+
+ private:
+  std::map<std::string, std::vector<double>> seconds_;
+};
 
 void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
   for (const Run& run : runs) {
@@ -42,6 +52,18 @@ void RatioReporter::PrintTable(const std::vector<Ratio>& ratios) const {
     fmt::print("{:<58} {:>8.2f} {:>6.0f}% {:>5.0f}%\n", ratio.what, left.median / right.median,
                100 * left.spread, 100 * right.spread);
   }
+}
+
+}  // namespace
+
+int RunAndCompare(int argc, char** argv, const std::vector<Ratio>& ratios) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+  RatioReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  reporter.PrintTable(ratios);
+  benchmark::Shutdown();
+  return 0;
 }
 
 }  // namespace fabscan

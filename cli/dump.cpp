@@ -67,12 +67,17 @@ DumpSummary Summarise(const StagedOutput& output) {
   return summary;
 }
 
-/// Says what was written; returns whether it compiles as it stands.
-bool Report(const DumpOptions& options, const std::string& path, const DumpSummary& summary,
+void Report(const DumpOptions& options, const std::string& path, const DumpSummary& summary,
             const IBFabric& fabric) {
   fmt::print("{}\n{}\n", path, summary.text());
   for (const std::string& line : summary.warnings(options.prefix, fabric)) PrintWarning(line);
-  return summary.functions(BodyKind::kError) == 0 && summary.sharedClasses() == 0;
+  if (!options.strict || summary.compiles()) return;
+  throw CommandError(
+      fmt::format("{}: written, but does not compile: {} functions with #error, {} to finish by "
+                  "hand, {} classes that several nodes define; see to them, or leave --strict away",
+                  path, summary.functions(BodyKind::kError), summary.handPlaces(),
+                  summary.sharedClasses()),
+      kIncomplete);
 }
 
 ExitStatus Dump(const DumpOptions& options) {
@@ -89,13 +94,8 @@ ExitStatus Dump(const DumpOptions& options) {
   const DumpSummary summary = Summarise(output);
   output.Commit();
 
-  if (Report(options, output.path(), summary, fabscan.discovered_fabric)) return kDone;
-  if (!options.strict) return kDone;
-  throw CommandError(
-      fmt::format("{}: written, but does not compile: {} functions with #error, {} classes that "
-                  "several nodes define; see to them, or leave --strict away",
-                  output.path(), summary.functions(BodyKind::kError), summary.sharedClasses()),
-      kIncomplete);
+  Report(options, output.path(), summary, fabscan.discovered_fabric);
+  return kDone;
 }
 
 }  // namespace

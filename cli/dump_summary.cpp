@@ -32,9 +32,14 @@ DumpSummary::DumpSummary(std::istream& generated_text) {
   for (GeneratedNode node; reader.Next(node);) {
     ++nodes_;
     guids_of_class_[node.class_word].push_back(node.guid);
+    const std::size_t places_before = hand_places_;
     for (const GeneratedFunction& function : node.functions) {
       ++functions_[static_cast<std::size_t>(function.kind)];
+      if (!NeedsHand(function)) continue;
+      ++hand_places_;
+      hand_functions_.insert(function.name);
     }
+    if (hand_places_ > places_before) hand_guids_.push_back(node.guid);
   }
 }
 
@@ -61,7 +66,6 @@ std::string DumpSummary::text() const {
 std::vector<std::string> DumpSummary::warnings(const std::string& prefix,
                                                const IBFabric& fabric) const {
   std::vector<std::string> lines;
-  if (sharedClasses() == 0) return lines;
   std::string one_of_each;
   for (const auto& [class_word, guids] : guids_of_class_) {
     one_of_each += " --guid " + GuidText(guids.front());
@@ -69,7 +73,14 @@ std::vector<std::string> DumpSummary::warnings(const std::string& prefix,
     lines.push_back(fmt::format("{} nodes define the class {}::{}: {}", guids.size(), prefix,
                                 class_word, NamedNodes(guids, fabric)));
   }
-  lines.push_back("such a file does not compile; for one node of each class, add" + one_of_each);
+  if (!lines.empty()) {
+    lines.push_back("such a file does not compile; for one node of each class, add" + one_of_each);
+  }
+  if (hand_places_ > 0) {
+    lines.push_back(fmt::format("to finish by hand before the file compiles: {} of {}",
+                                fmt::join(hand_functions_, " and "),
+                                NamedNodes(hand_guids_, fabric)));
+  }
   return lines;
 }
 

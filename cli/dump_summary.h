@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <istream>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -27,15 +28,26 @@ class DumpSummary {
   /// Classes that more than one node defines: such a file does not compile.
   std::size_t sharedClasses() const;
 
+  /// Functions that need a hand before they compile.
+  std::size_t handPlaces() const { return hand_places_; }
+  /// Whether the file compiles as it stands.
+  bool compiles() const {
+    return functions(BodyKind::kError) == 0 && sharedClasses() == 0 && hand_places_ == 0;
+  }
+
   /// The lines for standard output, the last without a line end.
   std::string text() const;
-  /// A line for each shared class that names its nodes, and one with the options that choose one
-  /// node of each class; empty when no class is shared. `prefix` is that of the file.
+  /// What stops a build besides #error lines: a line for each shared class that names its nodes,
+  /// one with the options that choose one node of each class, one for what needs a hand. `prefix`
+  /// is that of the file.
   std::vector<std::string> warnings(const std::string& prefix, const IBFabric& fabric) const;
 
  private:
   std::size_t nodes_ = 0;
   std::array<std::size_t, 3> functions_ = {};
+  std::size_t hand_places_ = 0;
+  std::set<std::string> hand_functions_;
+  std::vector<u_int64_t> hand_guids_;
   std::map<std::string, std::vector<u_int64_t>> guids_of_class_;
 };
 

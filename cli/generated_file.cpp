@@ -16,6 +16,16 @@ constexpr std::string_view kClosesFunction = "}";
 constexpr std::string_view kErrorMark = "#error ";
 constexpr std::string_view kCommentMark = "//";
 
+struct HandPlace {
+  std::string_view function;
+  std::string_view text;
+};
+
+constexpr HandPlace kHandPlaces[] = {
+    {"setVSReductionManagerClassPortInfo", "mad_buffer.RedirectGID = 0x0x"},
+    {"setWrenPushReductionCounters", "SMP_TarnExtPortInfo_pack(&mad_buffer"},
+};
+
 bool StartsWith(std::string_view text, std::string_view start) {
   return text.substr(0, start.size()) == start;
 }
@@ -105,6 +115,15 @@ BodyKind KindOfBody(std::string_view body) {
     has_statement = has_statement || (!line.empty() && !StartsWith(line, kCommentMark));
   }
   return has_statement ? BodyKind::kBlock : BodyKind::kComment;
+}
+
+bool NeedsHand(const GeneratedFunction& function) {
+  for (const HandPlace& place : kHandPlaces) {
+    if (function.name == place.function && function.body.find(place.text) != std::string::npos) {
+      return true;
+    }
+  }
+  return false;
 }
 
 std::string_view ReasonOfBody(std::string_view body) {

@@ -63,6 +63,11 @@ class GeneratedFileReader {
 /// The kind of a function's body.
 BodyKind KindOfBody(std::string_view body);
 
+/// Whether the function holds statements that no compiler takes as they stand: the address in place
+/// of a redirect GID, and the pack of a record that the loop does not declare. Whoever builds the
+/// file finishes them by hand.
+bool NeedsHand(const GeneratedFunction& function);
+
 /// The reason that a body of comments or of an `#error` line gives: its first diagnostic, without
 /// the comment mark, `#error` and quotes. Empty for a block.
 std::string_view ReasonOfBody(std::string_view body);

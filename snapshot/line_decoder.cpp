@@ -86,6 +86,13 @@ std::string GuidText(u_int64_t guid) {
 
 SnapshotHeader LineDecoder::DecodeHeader(json::document& line) {
   path_.Clear();
+  bool is_header = false;
+  for (auto item : TakeLine(line)) {
+    json::field field = Take(std::move(item));
+    is_header |= Take(field.unescaped_key()) == kHeaderKeys[kVersion];
+  }
+  if (!is_header) throw Malformed(kNoSnapshot);
+  line.rewind();
   SnapshotHeader header;
   KnownKeys known(kHeaderKeys, "key");
   for (auto item : TakeLine(line)) {
@@ -104,7 +111,6 @@ SnapshotHeader LineDecoder::DecodeHeader(json::document& line) {
     }
     path_.Leave();
   }
-  RequireKeys(known, 1U << kVersion, kHeaderKeys);
   RequireEndOfLine(line);
   return header;
 }

@@ -11,6 +11,9 @@
 
 namespace fabscan {
 
+inline constexpr char kNoSnapshot[] =
+    "this is no snapshot; the first line of one is its header, {\"fabscan_snapshot\": 1, ...}";
+
 /// Takes one line of a snapshot after another into a model and its store. All operations throw
 /// Malformed and simdjson::simdjson_error; `path` then tells where.
 class LineDecoder {

@@ -43,7 +43,7 @@ class SnapshotReader {
 
   SnapshotHeader Read() {
     const std::optional<Line> first = Next();
-    if (!first) Fail("the file is empty; a snapshot begins with {\"fabscan_snapshot\": 1}");
+    if (!first) Fail(kNoSnapshot);
     SnapshotHeader header;
     Parse(*first, [&](json::document& line) { header = decoder_.DecodeHeader(line); });
     bool ended = false;
@@ -81,6 +81,7 @@ class SnapshotReader {
     } catch (const Malformed& malformed) {
       FailAtKey(malformed.what());
     } catch (const simdjson::simdjson_error& error) {
+      if (lines_.number() == 1) Fail(kNoSnapshot);
       FailAtKey(Complaint(error.error()));
     }
   }

@@ -221,12 +221,23 @@ TEST(ReaderErrors, NodesAndPorts) {
 
 TEST(ReaderErrors, Lines) {
   const std::string node = NodeLine("") + '\n';
+  const std::string no_snapshot =
+      "f:1: this is no snapshot; the first line of one is its header, {\"fabscan_snapshot\": 1, "
+      "...}";
   const std::string not_json =
       "not JSON: brackets, commas or colons are missing or too many; correct them";
   Check({
-      {"", "f:1: the file is empty; a snapshot begins with {\"fabscan_snapshot\": 1}"},
-      {node, "f:1: unknown key \"name\"; remove it"},
-      {"{\"source\":\"s\"}\n", "f:1: the key \"fabscan_snapshot\" is missing; add it"},
+      {"", no_snapshot},
+      {node, no_snapshot},
+      {"{\"source\":\"s\"}\n", no_snapshot},
+      {"\x7F"
+       "ELF\x02\xFF",
+       no_snapshot},
+      {"[1]\n", "f:1: the line must be an object, {...}"},
+      {"{\"fabscan_snapshot\":1,\"sauce\":\"s\"}\n",
+       "f:1: unknown key \"sauce\"; did you mean \"source\"?"},
+      {"{\"fabscan_snapshot\":1,\"fabscan_snapshot\":1}\n",
+       "f:1: the key \"fabscan_snapshot\" stands twice; keep one"},
       {"{\"fabscan_snapshot\":2}\n",
        "f:1: fabscan_snapshot: version 2 is not one that this program reads; it reads version 1"},
       {kHeaderLine + std::string(kHeaderLine) + EndLine(0),
@@ -300,6 +311,30 @@ TEST(Reader, EveryTruncationIsAnError) {
   for (std::size_t size = 0; size + 1 < text.size(); ++size) {
     EXPECT_NE(ReadError(text.substr(0, size)), "") << size;
   }
+}
+
+TEST(Reader, EveryFlippedBitIsAnErrorOrAModelThatRoundTrips) {
+  const std::string text = OneNode(
+      NodeLine(R"(,"alternativeName":{"escaped":"%FF"},"smpCapabilityMask":["0x0",1,2,3],)"
+               R"("attributes":{)" +
+               kInfo + R"(},"ports":[{"num":1,"state":"ARM","attributes":{)" + kPortInfo +
+               R"(,"WrenReductionConfigureMLIDMonitors":[0,1]},"absent":{"SMP_PortInfo":"no"}}])"));
+  ASSERT_EQ(ReadError(text), "");
+  std::size_t errors = 0;
+  for (std::size_t bit = 0; bit < 8 * text.size(); ++bit) {
+    std::string flipped = text;
+    flipped[bit / 8] = static_cast<char>(flipped[bit / 8] ^ (1 << (bit % 8)));
+    Fabscan fabscan;
+    try {
+      const SnapshotHeader header = ReadText(flipped, fabscan);
+      const std::string written = WriteText(fabscan, header);
+      EXPECT_EQ(Rewritten(written), written) << flipped;
+    } catch (const SnapshotError& error) {
+      ++errors;
+      EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos) << error.what();
+    }
+  }
+  EXPECT_GT(errors, 6 * text.size());  // most bits matter
 }
 
 TEST(Reader, ReturnsTheHeader) {

@@ -35,7 +35,8 @@ struct SnapshotReadOptions {
 };
 
 /// Reads a saved fabric into `fabscan`, whose model and store are empty. `path` "-" is standard
-/// input. Throws SnapshotError; what was read by then stays in `fabscan`.
+/// input. What is compressed with zstd is decompressed. Throws SnapshotError; what was read by then
+/// stays in `fabscan`.
 SnapshotHeader ReadSnapshot(const std::string& path, Fabscan& fabscan,
                             const SnapshotReadOptions& options = {});
 

@@ -32,8 +32,7 @@ inline std::string PortLine(const std::string& more) {
 }
 
 inline SnapshotHeader ReadText(const std::string& text, Fabscan& fabscan,
-                               const SnapshotReadOptions& options = {},
-                               std::size_t chunk = LineReader::kChunk) {
+                               const SnapshotReadOptions& options = {}, std::size_t chunk = 4096) {
   const auto source = Decompressed(MakeMemorySource(text));
   return ReadSnapshotFrom(*source, "f", fabscan, options, chunk);
 }
@@ -56,7 +55,7 @@ inline std::string WriteText(const Fabscan& fabscan, const SnapshotHeader& heade
 }
 
 /// What is written of what was read.
-inline std::string Rewritten(const std::string& text, std::size_t chunk = LineReader::kChunk) {
+inline std::string Rewritten(const std::string& text, std::size_t chunk = 4096) {
   Fabscan fabscan;
   const SnapshotHeader header = ReadText(text, fabscan, {}, chunk);
   return WriteText(fabscan, header);

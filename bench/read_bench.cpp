@@ -1,0 +1,141 @@
+// What reading a snapshot costs, against simdjson merely walking the same bytes.
+
+#include <benchmark/benchmark.h>
+#include <simdjson.h>
+#include <snapshot.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "fabric_maker.h"
+#include "ratio_table.h"
+
+namespace {
+
+constexpr unsigned kSwitches = 500;
+constexpr unsigned kAdapters = 4500;
+
+/// The snapshot that is read, removed at the end.
+const std::filesystem::path& Snapshot() {
+  static const struct Scratch {
+    Scratch() {
+      std::string name = (std::filesystem::current_path() / "bench-XXXXXX").string();
+      path = ::mkdtemp(name.data());
+      snapshot = path / "fabric.jsonl";
+      Fabscan fabscan;
+      fabscan::FabricShape shape;
+      shape.switches = kSwitches;
+      shape.adapters = kAdapters;
+      fabscan::MakeFabric(shape, fabscan);
+      std::ofstream out(snapshot, std::ios::binary);
+      fabscan::WriteSnapshot(out, fabscan, {});
+    }
+    ~Scratch() { std::filesystem::remove_all(path); }
+    std::filesystem::path path;
+    std::filesystem::path snapshot;
+  } scratch;
+  return scratch.snapshot;
+}
+
+void CountBytes(benchmark::State& state) {
+  state.SetBytesProcessed(state.iterations() *
+                          static_cast<std::int64_t>(std::filesystem::file_size(Snapshot())));
+}
+
+void Read(benchmark::State& state, const std::set<u_int64_t>* guids) {
+  for (auto _ : state) {
+    Fabscan fabscan;
+    fabscan::SnapshotReadOptions options;
+    options.guids = guids;
+    fabscan::ReadSnapshot(Snapshot().string(), fabscan, options);
+    benchmark::DoNotOptimize(fabscan.discovered_fabric.nodeCount());
+  }
+  CountBytes(state);
+}
+
+void ReadAll(benchmark::State& state) { Read(state, nullptr); }
+
+void ReadThreeNodes(benchmark::State& state) {
+  const std::set<u_int64_t> guids = {0x0c42a10300a00007, 0x0c42a10300d00005, 0x0c42a10300d00f00};
+  Read(state, &guids);
+}
+
+/// Visits every value, and does nothing with it.
+void Walk(simdjson::ondemand::value value) {
+  switch (value.type()) {
+    case simdjson::ondemand::json_type::object:
+      for (auto field : value.get_object()) {
+        benchmark::DoNotOptimize(field.key().raw());
+        Walk(field.value());
+      }
+      break;
+    case simdjson::ondemand::json_type::array:
+      for (auto element : value.get_array()) Walk(element.value());
+      break;
+    case simdjson::ondemand::json_type::string:
+      benchmark::DoNotOptimize(value.get_string().value().data());
+      break;
+    case simdjson::ondemand::json_type::number:
+      benchmark::DoNotOptimize(value.get_uint64().value());
+      break;
+    default:
+      benchmark::DoNotOptimize(value.get_bool().value());
+  }
+}
+
+/// One document after the other, each on its line, of a file that is in memory already.
+template <class Visit>
+void ForEachLine(Visit visit) {
+  simdjson::ondemand::parser parser;
+  static const simdjson::padded_string json = simdjson::padded_string::load(Snapshot().string());
+  const char* const end = json.data() + json.size();
+  for (const char* line = json.data(); line < end;) {
+    const auto left = static_cast<std::size_t>(end - line);
+    const auto* line_end = static_cast<const char*>(std::memchr(line, '\n', left));
+    const auto length = static_cast<std::size_t>((line_end == nullptr ? end : line_end) - line);
+    simdjson::ondemand::document document =
+        parser.iterate(line, length, left + simdjson::SIMDJSON_PADDING);
+    visit(document);
+    line += length + 1;
+  }
+}
+
+void WalkAll(benchmark::State& state) {
+  ForEachLine([](simdjson::ondemand::document&) {});  // has the file in memory
+  for (auto _ : state) {
+    ForEachLine([](simdjson::ondemand::document& document) { Walk(document); });
+  }
+  CountBytes(state);
+}
+
+/// The scan alone: where every document begins and ends.
+void ScanAll(benchmark::State& state) {
+  for (auto _ : state) {
+    std::size_t documents = 0;
+    ForEachLine([&](simdjson::ondemand::document&) { ++documents; });
+    benchmark::DoNotOptimize(documents);
+  }
+  CountBytes(state);
+}
+
+constexpr int kRepetitions = 7;
+
+BENCHMARK(ReadAll)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();
+BENCHMARK(WalkAll)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();
+BENCHMARK(ReadThreeNodes)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();
+BENCHMARK(ScanAll)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();
+
+const std::vector<fabscan::Ratio> kRatios = {
+    {"reading a snapshot, against simdjson walking it", "ReadAll", "WalkAll"},
+    {"reading three nodes of it, against simdjson's scan", "ReadThreeNodes", "ScanAll"},
+};
+
+}  // namespace
+
+int main(int argc, char** argv) { return fabscan::RunAndCompare(argc, argv, kRatios); }

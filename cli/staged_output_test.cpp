@@ -1,0 +1,188 @@
+#include "staged_output.h"
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "command.h"
+
+namespace fabscan {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+class StagedOutputTest : public testing::Test {
+ protected:
+  ~StagedOutputTest() override { fs::remove_all(folder_); }
+
+  void Put(const std::string& name, const std::string& content) const {
+    std::ofstream(folder_ / name) << content;
+  }
+  std::string Content(const std::string& name) const {
+    std::ifstream file(folder_ / name);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  std::size_t EntryCount() const {
+    return static_cast<std::size_t>(
+        std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
+  }
+  /// The message with which making, writing or committing fails; empty when nothing does.
+  static std::string Error(const std::string& path, bool force) {
+    try {
+      StagedOutput output(path, force);
+      output.stream() << "new\n";
+      output.Commit();
+    } catch (const CommandError& error) {
+      EXPECT_EQ(error.status(), kFailed);
+      return error.what();
+    }
+    return "";
+  }
+  static fs::path MakeFolder() {
+    std::string name = testing::TempDir() + "staged-XXXXXX";
+    return ::mkdtemp(name.data());
+  }
+
+  const fs::path folder_ = MakeFolder();
+  const std::string path_ = folder_ / "out";
+};
+
+TEST_F(StagedOutputTest, TheFileAppearsWithCommit) {
+  {
+    StagedOutput output(path_, false);
+    EXPECT_EQ(fs::path(output.folder()).parent_path(), folder_);
+    EXPECT_EQ(fs::path(output.folder()).filename().string().rfind(".fabscan-", 0), 0U);
+    EXPECT_EQ(output.stagedPath(), output.folder() + "/out");
+    output.stream() << "new\n";
+    EXPECT_FALSE(fs::exists(path_));
+    output.Commit();
+    EXPECT_EQ(Content("out"), "new\n");
+    EXPECT_EQ(EntryCount(), 1U);
+  }
+  EXPECT_EQ(EntryCount(), 1U);
+}
+
+TEST_F(StagedOutputTest, WithoutCommitNothingIsLeft) {
+  Put("out", "old\n");
+  {
+    StagedOutput output(path_, true);
+    output.stream() << "new\n" << std::flush;
+  }
+  EXPECT_EQ(Content("out"), "old\n");
+  EXPECT_EQ(EntryCount(), 1U);
+}
+
+TEST_F(StagedOutputTest, AnotherWriterMayMakeTheFile) {
+  StagedOutput output(path_, false);
+  std::ofstream(output.stagedPath()) << "by another\n";
+  output.Commit();
+  EXPECT_EQ(Content("out"), "by another\n");
+}
+
+TEST_F(StagedOutputTest, KeepsAFileThatExistsUnlessForced) {
+  Put("out", "old\n");
+  EXPECT_EQ(Error(path_, false), path_ + ": exists; --force replaces it");
+  EXPECT_EQ(Content("out"), "old\n");
+  EXPECT_EQ(Error(path_, true), "");
+  EXPECT_EQ(Content("out"), "new\n");
+  EXPECT_EQ(EntryCount(), 1U);
+}
+
+TEST_F(StagedOutputTest, KeepsAFileThatCameInTheMeantime) {
+  StagedOutput output(path_, false);
+  output.stream() << "new\n";
+  Put("out", "theirs\n");
+  try {
+    output.Commit();
+    FAIL();
+  } catch (const CommandError& error) {
+    EXPECT_EQ(error.what(), path_ + ": cannot create: File exists; --force replaces it");
+  }
+  EXPECT_EQ(Content("out"), "theirs\n");
+}
+
+TEST_F(StagedOutputTest, FollowsALinkToTheFile) {
+  Put("real", "old\n");
+  fs::create_symlink("real", folder_ / "out");
+  EXPECT_EQ(Error(path_, true), "");
+  EXPECT_TRUE(fs::is_symlink(path_));
+  EXPECT_EQ(Content("real"), "new\n");
+}
+
+TEST_F(StagedOutputTest, RefusesALinkThatLeadsNowhere) {
+  fs::create_symlink("missing", folder_ / "out");
+  EXPECT_EQ(Error(path_, true), path_ +
+                                    ": cannot follow the link: No such file or directory; remove "
+                                    "it, or write elsewhere");
+  EXPECT_EQ(EntryCount(), 1U);
+}
+
+TEST_F(StagedOutputTest, RefusesWhatIsNoFile) {
+  fs::create_directory(path_);
+  EXPECT_EQ(Error(path_, true), path_ + ": exists and is no regular file; write elsewhere");
+  EXPECT_EQ(Error("/dev/null", true), "/dev/null: exists and is no regular file; write elsewhere");
+  EXPECT_EQ(Error(path_ + "/", true), path_ + "/: names a folder; name a file in it");
+  EXPECT_EQ(Error(folder_ / "..", true),
+            (folder_ / "..").string() + ": names a folder; name a file in it");
+}
+
+TEST_F(StagedOutputTest, NamesTheFolderThatIsMissing) {
+  EXPECT_EQ(Error(folder_ / "missing/out", false),
+            (folder_ / "missing").string() +
+                ": cannot write there: No such file or directory; name a folder that exists and "
+                "that you may write");
+}
+
+TEST_F(StagedOutputTest, TellsWhenTheFolderVanishes) {
+  StagedOutput output(path_, false);
+  output.stream() << "new\n";
+  fs::remove_all(folder_);
+  try {
+    output.Commit();
+    FAIL();
+  } catch (const CommandError& error) {
+    EXPECT_THAT(error.what(), HasSubstr("cannot write: No such file or directory"));
+  }
+}
+
+TEST_F(StagedOutputTest, ASignalRemovesTheFolderAndEndsTheProgram) {
+  for (const int signal_number : {SIGINT, SIGTERM, SIGHUP}) {
+    Put("out", "old\n");
+    const pid_t child = ::fork();
+    if (child == 0) {
+      StagedOutput output(path_, true);
+      output.stream() << "new\n" << std::flush;
+      ::raise(signal_number);
+      ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), signal_number);
+    EXPECT_EQ(Content("out"), "old\n");
+    EXPECT_EQ(EntryCount(), 1U);
+  }
+}
+
+TEST_F(StagedOutputTest, AnIgnoredSignalStaysIgnored) {
+  std::signal(SIGHUP, SIG_IGN);
+  {
+    StagedOutput output(path_, false);
+    output.stream() << "new\n";
+    ::raise(SIGHUP);
+    output.Commit();
+  }
+  EXPECT_EQ(Content("out"), "new\n");
+  std::signal(SIGHUP, SIG_DFL);
+}
+
+}  // namespace
+}  // namespace fabscan

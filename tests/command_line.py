@@ -1,0 +1,93 @@
+"""What the end-to-end tests share: a scratch folder, and runs of the built command in it.
+
+A test file ends with `main()`, which takes the command's path as the first argument.
+"""
+
+import json
+import os
+import pathlib
+import resource
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+
+EXAMPLES = pathlib.Path(__file__).resolve().parent.parent / "examples"
+NOBODY = 65534
+
+DONE, FAILED, WRONG_USAGE, INCOMPLETE = range(4)
+
+
+_command = None
+
+
+def switch(name="S1", guid="0x1", **more):
+    """A node line of a snapshot without any record."""
+    return {"name": name, "guid": guid, "type": "SW", "numPorts": 2, **more}
+
+
+def snapshot(*nodes):
+    """The text of a snapshot."""
+    lines = [{"fabscan_snapshot": 1}, *nodes, {"end": True, "nodes": len(nodes)}]
+    return "".join(json.dumps(line) + "\n" for line in lines)
+
+
+class CommandTest(unittest.TestCase):
+    maxDiff = None
+
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="fabscan-test-"))
+        self.addCleanup(self._remove_folder)
+
+    def _remove_folder(self):
+        self.folder.chmod(0o700)
+        shutil.rmtree(self.folder)
+
+    def put(self, name, text):
+        path = self.folder / name
+        path.write_bytes(text if isinstance(text, bytes) else text.encode())
+        return path
+
+    def entries(self, folder="."):
+        return sorted(entry.name for entry in (self.folder / folder).iterdir())
+
+    def run_command(self, *arguments, file_limit=None, as_nobody=False, command=None, **more):
+        """Runs `fabscan ARGUMENTS` in the scratch folder; text in, text out."""
+
+        def prepare():
+            # Python ignores these in its children's name; the command decides itself.
+            signal.signal(signal.SIGPIPE, signal.SIG_DFL)
+            signal.signal(signal.SIGXFSZ, signal.SIG_DFL)
+            if file_limit is not None:
+                resource.setrlimit(resource.RLIMIT_FSIZE, (file_limit, file_limit))
+            if as_nobody and os.geteuid() == 0:
+                os.setgid(NOBODY)
+                os.setuid(NOBODY)
+
+        more.setdefault("stdout", subprocess.PIPE)
+        if "input" not in more:
+            more.setdefault("stdin", subprocess.DEVNULL)
+        return subprocess.run(
+            [command or _command, *map(str, arguments)],
+            cwd=self.folder,
+            stderr=subprocess.PIPE,
+            preexec_fn=prepare,
+            timeout=120,
+            text=True,
+            **more,
+        )
+
+    def assert_fails(self, run, message, status=FAILED):
+        """One line on standard error, no result, the exit status."""
+        self.assertEqual(run.stderr, f"fabscan: error: {message}\n")
+        self.assertEqual(run.returncode, status)
+        if run.stdout is not None:
+            self.assertEqual(run.stdout, "")
+
+
+def main():
+    global _command
+    _command = str(pathlib.Path(sys.argv.pop(1)).resolve())
+    unittest.main(verbosity=2)

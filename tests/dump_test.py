@@ -1,0 +1,404 @@
+"""`fabscan dump` from end to end."""
+
+import json
+import os
+import re
+import resource
+import signal
+import subprocess
+import time
+
+from command_line import (DONE, EXAMPLES, FAILED, INCOMPLETE, WRONG_USAGE, CommandTest, main,
+                          snapshot, switch)
+
+DEMO = EXAMPLES / "demo.fabscan.jsonl"
+OUT = "mydev_generated.cpp"
+
+
+def functions_of(text):
+    return [line for line in text.splitlines() if line.startswith("void ")]
+
+
+def without_addresses(text):
+    """The redirect GID is an address of the running program; it differs from run to run."""
+    return re.sub("(RedirectGID = 0x0x)[0-9a-f]+", r"\1", text)
+
+
+class Selection(CommandTest):
+    def dump(self, *arguments, **more):
+        return self.run_command("dump", DEMO, "--prefix", "MyDev", *arguments, **more)
+
+    def text(self):
+        return (self.folder / OUT).read_text()
+
+    def test_all_nodes(self):
+        run = self.dump()
+        self.assertEqual(run.returncode, DONE)
+        lines = [json.loads(line) for line in DEMO.read_text().splitlines()]
+        nodes = sum("name" in line and line.get("inSubFabric", True) for line in lines)
+        text = self.text()
+        self.assertEqual(text.count("// Node Type: "), nodes)
+        self.assertEqual(len(functions_of(text)), 22 * nodes)
+        self.assertEqual(self.entries(), [OUT])
+
+    def test_summary_counts_what_is_in_the_file(self):
+        run = self.dump()
+        bodies = self.text().split("() {\n")[1:]
+        bodies = [body.split("\n}\n")[0] for body in bodies]
+        error = sum("#error" in body for body in bodies)
+        comment = sum(all(line.startswith("//") for line in body.splitlines()) for body in bodies)
+        block = len(bodies) - error - comment
+        self.assertGreater(block, 0)
+        self.assertGreater(comment, 0)
+        nodes = self.text().count("// Node Type: ")
+        self.assertEqual(
+            run.stdout,
+            f"{OUT}\n"
+            f"  nodes written            {nodes:8}\n"
+            f"  functions with a block   {block:8}\n"
+            f"  skipped with a comment   {comment:8}\n"
+            f"  stopped with #error      {error:8}\n",
+        )
+
+    def test_errors_are_counted(self):
+        run = self.run_command("dump", "-", "--prefix", "P", input=snapshot(switch()))
+        text = (self.folder / "p_generated.cpp").read_text()
+        errors = sum(line.startswith("#error ") for line in text.splitlines())
+        self.assertGreater(errors, 0)
+        self.assertIn(f"  stopped with #error      {errors:8}\n", run.stdout)
+
+    def test_guids_with_and_without_0x_and_from_a_file(self):
+        guids = self.put("guids", "# the router\n\n5a1e0c0000000500 # by hand\n")
+        run = self.dump("--guid", "0x5A1E0C0000000600", "--guid=5a1e0c0000000100",
+                        "--guid-file", guids)
+        self.assertEqual(run.returncode, DONE)
+        heads = [line.split(", ")[1] for line in self.text().splitlines()
+                 if line.startswith("// Node Type: ")]
+        self.assertEqual(heads, ["Node GUID: 0x5a1e0c0000000600", "Node GUID: 0x5a1e0c0000000500",
+                                 "Node GUID: 0x5a1e0c0000000100"])
+
+    def test_a_chosen_node_is_written_as_among_all(self):
+        self.dump()
+        whole = self.text()
+        self.dump("--force", "--guid", "5a1e0c0000000500")
+        section = self.text().split("fabscan_fabric.h>\n")[1]
+        self.assertGreater(len(section), 1000)
+        self.assertIn(section, whole)
+
+    def test_a_missing_guid_is_named(self):
+        run = self.dump("--guid", "1", "--guid", "5a1e0c0000000600")
+        self.assertEqual(run.stderr,
+                         "fabscan: warning: no node has the GUID 0x0000000000000001\n")
+        self.assertEqual(run.returncode, DONE)
+        self.assertEqual(self.text().count("// Node Type: "), 1)
+
+    def test_a_node_outside_the_sub_fabric_is_named(self):
+        text = snapshot(switch(), switch("S2", "0x2", inSubFabric=False))
+        run = self.run_command("dump", "-", "--prefix", "P", "--guid", "1", "--guid", "2",
+                               input=text)
+        self.assertEqual(run.stderr, "fabscan: warning: the node 0x0000000000000002 (S2) is "
+                                     "outside the sub-fabric\n")
+        self.assertEqual(run.returncode, DONE)
+
+    def test_no_node_left(self):
+        run = self.dump("--guid", "1")
+        self.assertEqual(
+            run.stderr,
+            "fabscan: warning: no node has the GUID 0x0000000000000001\n"
+            f"fabscan: error: {DEMO}: no node to write: none of the chosen GUIDs is in the "
+            "sub-fabric; choose others\n")
+        self.assertEqual((run.returncode, run.stdout), (FAILED, ""))
+        self.assertEqual(self.entries(), [])
+        run = self.run_command("dump", "-", "--prefix", "P",
+                               input=snapshot(switch(inSubFabric=False)))
+        self.assert_fails(run, "-: no node to write: none is in the sub-fabric; choose another "
+                               "snapshot")
+        run = self.run_command("dump", "-", "--prefix", "P", input=snapshot())
+        self.assertEqual(run.returncode, FAILED)
+        self.assertEqual(self.entries(), [])
+
+    def test_nodes_that_share_a_class(self):
+        text = snapshot(switch("S1", "0x1"), switch("S2", "0x2"),
+                        {"name": "H", "guid": "0x3", "type": "CA", "numPorts": 1})
+        run = self.run_command("dump", "-", "--prefix", "P", input=text)
+        self.assertEqual(
+            run.stderr,
+            "fabscan: warning: 2 nodes define the class P::SW: 0x0000000000000001 (S1), "
+            "0x0000000000000002 (S2)\n"
+            "fabscan: warning: such a file does not compile; for one node of each class, add "
+            "--guid 0x0000000000000003 --guid 0x0000000000000001\n")
+        advice = run.stderr.split("add ")[1].split()
+        run = self.run_command("dump", "-", "--prefix", "P", "--force", *advice, input=text)
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+
+    def test_strict(self):
+        run = self.dump("--strict")
+        self.assertEqual(run.returncode, INCOMPLETE)
+        self.assertIn("fabscan: error: mydev_generated.cpp: written, but does not compile: ",
+                      run.stderr)
+        self.assertEqual(self.entries(), [OUT])
+        run = self.dump("--strict", "--force", "--guid", "5a1e0c0000000600")
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+        run = self.run_command("dump", "-", "--prefix", "P", "--strict", input=snapshot(switch()))
+        self.assertEqual(run.returncode, INCOMPLETE)
+        self.assertEqual(run.stdout.splitlines()[0], "p_generated.cpp")
+
+    def test_the_same_input_gives_the_same_bytes(self):
+        self.dump()
+        first = self.text()
+        self.dump("--force")
+        self.assertEqual(without_addresses(self.text()), without_addresses(first))
+
+    def test_what_needs_a_hand_is_named(self):
+        run = self.dump("--guid", "5a1e0c0000000100", "--strict")
+        self.assertEqual(
+            run.stderr,
+            "fabscan: warning: to finish by hand before the file compiles: "
+            "setVSReductionManagerClassPortInfo and setWrenPushReductionCounters of "
+            "0x5a1e0c0000000100 (spine-01/U1)\n"
+            f"fabscan: error: {OUT}: written, but does not compile: 0 functions with #error, 2 to "
+            "finish by hand, 0 classes that several nodes define; see to them, or leave --strict "
+            "away\n")
+        self.assertEqual(run.returncode, INCOMPLETE)
+
+    def test_a_device_cannot_write_source_or_to_the_terminal(self):
+        name = "x\nvoid P::SW::stolen() {}\n\x1b[31m"
+        run = self.run_command("dump", "-", "--prefix", "P",
+                               input=snapshot(switch(name), switch("S2", "0x2")))
+        text = (self.folder / "p_generated.cpp").read_text()
+        self.assertNotIn("stolen", " ".join(functions_of(text)))
+        self.assertNotIn("\x1b", text + run.stdout + run.stderr)
+
+
+class Usage(CommandTest):
+    def assert_refused(self, message, *arguments, **more):
+        run = self.run_command("dump", DEMO, *arguments, **more)
+        self.assert_fails(run, message, WRONG_USAGE)
+        self.assertEqual([entry for entry in self.entries() if entry != "guids"], [])
+
+    def test_help_has_an_example_and_goes_to_standard_output(self):
+        run = self.run_command("dump", "--help")
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+        self.assertIn("\nExample", run.stdout)
+
+    def test_version(self):
+        run = self.run_command("--version")
+        self.assertRegex(run.stdout, r"^fabscan \d+\.\d+\.\d+\n$")
+        self.assertEqual(run.returncode, DONE)
+
+    def test_subcommands(self):
+        self.assert_fails(self.run_command(),
+                          "a subcommand is missing; 'fabscan --help' lists them", WRONG_USAGE)
+        self.assert_fails(self.run_command("dmup", DEMO),
+                          "there is no subcommand 'dmup'; did you mean 'dump'?", WRONG_USAGE)
+        self.assert_fails(self.run_command("xyzzy"),
+                          "there is no subcommand 'xyzzy'; 'fabscan --help' lists them",
+                          WRONG_USAGE)
+
+    def test_options(self):
+        self.assert_refused("--prefix is required; see 'fabscan dump --help'")
+        self.assert_refused("'--forse' was not expected; did you mean '--force'?; "
+                            "see 'fabscan dump --help'", "--prefix", "P", "--forse")
+        self.assert_refused("'second' was not expected; see 'fabscan dump --help'",
+                            "second", "--prefix", "P")
+        run = self.run_command("dump", "--prefix", "P")
+        self.assert_fails(run, "SNAPSHOT is required; see 'fabscan dump --help'", WRONG_USAGE)
+
+    def test_a_snapshot_may_have_the_name_of_a_subcommand(self):
+        self.put("dump", snapshot(switch()))
+        self.assertEqual(self.run_command("dump", "dump", "--prefix", "P").returncode, DONE)
+
+    def test_prefixes(self):
+        for prefix, fault in (
+                ("9dev", "begins with a digit"),
+                ("class", "is a C++ keyword"),
+                ("_Dev", "is reserved, since it begins with an underscore"),
+                ("my__dev", "is reserved, since it has two underscores in a row"),
+                ("../x", "has other characters than ASCII letters, digits and underscores"),
+        ):
+            self.assert_refused(f"--prefix: '{prefix}' {fault}; it names a C++ class, such as MyDev",
+                                f"--prefix={prefix}")
+
+    def test_a_long_prefix(self):
+        run = self.run_command("dump", DEMO, "--prefix", "a" * 300)
+        self.assertEqual(run.returncode, FAILED)
+        self.assertIn("File name too long", run.stderr)
+        self.assertEqual(self.entries(), [])
+
+    def test_malformed_guids(self):
+        advice = "a GUID is 1 to 16 hexadecimal digits, with or without 0x"
+        self.assert_refused(f"--guid: '12:34' is no GUID; {advice}",
+                            "--prefix", "P", "--guid", "12:34")
+        guids = self.put("guids", "0x1\n\nspine 3\n")
+        self.assert_refused(f"{guids}:3: 'spine 3' is no GUID; {advice}",
+                            "--prefix", "P", "--guid-file", guids)
+        guids = self.put("guids", "# nothing\n")
+        self.assert_refused(f"{guids}: names no GUID; write one a line",
+                            "--prefix", "P", "--guid-file", guids)
+
+
+class BadInput(CommandTest):
+    """Whatever the input, one line says what is wrong, and an earlier output stays as it was."""
+
+    def setUp(self):
+        super().setUp()
+        self.put(OUT, "earlier\n")
+
+    def assert_refused(self, source, message, **more):
+        run = self.run_command("dump", source, "--prefix", "MyDev", "--force", **more)
+        self.assertEqual(run.returncode, FAILED)
+        self.assertEqual(run.stdout, "")
+        self.assertEqual(run.stderr.count("\n"), 1, run.stderr)
+        self.assertTrue(run.stderr.startswith("fabscan: error: "), run.stderr)
+        self.assertIn(message, run.stderr)
+        self.assertEqual((self.folder / OUT).read_text(), "earlier\n")
+        self.assertEqual([entry for entry in self.entries() if entry.startswith(".")], [])
+
+    def test_unreadable_files(self):
+        self.assert_refused("missing", "missing: cannot open: No such file or directory")
+        self.assert_refused("/", "Is a directory")
+        secret = self.put("secret", snapshot(switch()))
+        secret.chmod(0)
+        self.folder.chmod(0o777)
+        self.assert_refused(secret, "Permission denied", as_nobody=True)
+
+    def test_malformed_snapshots(self):
+        header = '{"fabscan_snapshot":1}\n'
+        node = '{"name":"S1","guid":"0x1","type":"SW","numPorts":2}\n'
+        end = '{"end":true,"nodes":1}\n'
+        for number, text in enumerate((
+                b"",
+                b"not JSON\n",
+                (header + node).encode(),  # cut short
+                (header + node + '{"end":true,"nodes":2}\n').encode(),
+                (header + header + node + end).encode(),
+                (node + end).encode(),
+                (header + node + node + end).encode(),
+                (header + node.replace("numPorts", "ports_") + end).encode(),
+                (header + node.replace(':2}', ':256}') + end).encode(),
+                (header + node.replace('"SW"', '"SWITCH"') + end).encode(),
+                (header + node.replace("S1", "S\xff") + end).encode("latin-1"),
+                (header + node + end + node).encode(),
+        )):
+            with self.subTest(number=number):
+                self.assert_refused(self.put("bad", text), "bad")
+
+    def test_standard_input(self):
+        self.assert_refused("-", "standard input", input="")
+
+    def test_every_cut_of_the_example(self):
+        lines = DEMO.read_bytes().splitlines(keepends=True)
+        for count in range(len(lines)):
+            self.assert_refused(self.put("cut", b"".join(lines[:count])), "cut")
+
+
+class Output(CommandTest):
+    def dump(self, *arguments, **more):
+        return self.run_command("dump", DEMO, "--prefix", "MyDev", *arguments, **more)
+
+    def test_an_existing_file_is_kept_unless_forced(self):
+        self.put(OUT, "earlier\n")
+        self.assert_fails(self.dump(), f"{OUT}: exists; --force replaces it")
+        self.assertEqual((self.folder / OUT).read_text(), "earlier\n")
+        self.assertEqual(self.dump("--force").returncode, DONE)
+        self.assertGreater((self.folder / OUT).stat().st_size, 100_000)
+        self.assertEqual(self.entries(), [OUT])
+
+    def test_an_existing_file_is_refused_before_the_input_is_read(self):
+        self.put(OUT, "earlier\n")
+        run = self.run_command("dump", "missing", "--prefix", "MyDev")
+        self.assert_fails(run, f"{OUT}: exists; --force replaces it")
+
+    def test_output_dir(self):
+        (self.folder / "sub").mkdir()
+        run = self.dump("--output-dir", "sub")
+        self.assertEqual(run.stdout.splitlines()[0], f"sub/{OUT}")
+        self.assertEqual(self.entries("sub"), [OUT])
+        self.assertEqual(self.entries(), ["sub"])
+
+    def test_a_missing_folder(self):
+        self.assert_fails(
+            self.dump("--output-dir", "missing"),
+            "missing: cannot write there: No such file or directory; name a folder that exists "
+            "and that you may write")
+        self.put("file", "")
+        self.assert_fails(
+            self.dump("--output-dir", "file"),
+            "file: cannot write there: Not a directory; name a folder that exists and that you "
+            "may write")
+
+    def test_a_folder_that_cannot_be_written(self):
+        source = self.put("in", DEMO.read_bytes())
+        self.folder.chmod(0o555)
+        run = self.run_command("dump", source, "--prefix", "P", as_nobody=True)
+        self.assert_fails(
+            run, ".: cannot write there: Permission denied; name a folder that exists and that "
+                 "you may write")
+
+    def test_a_full_disk(self):
+        self.put(OUT, "earlier\n")
+        size = 130_000
+        for limit in (0, 1, 4096, 50_000, size // 2):
+            run = self.dump("--force", file_limit=limit)
+            self.assert_fails(run, f"{OUT}: cannot write (Simulator generated code): "
+                                   "File too large; free some space, or write elsewhere")
+            self.assertEqual((self.folder / OUT).read_text(), "earlier\n")
+            self.assertEqual(self.entries(), [OUT])
+
+    def test_one_byte_too_few(self):
+        self.dump()
+        size = (self.folder / OUT).stat().st_size
+        self.assertEqual(self.dump("--force", file_limit=size - 1).returncode, FAILED)
+        self.assertEqual(self.dump("--force", file_limit=size).returncode, DONE)
+
+    def test_results_that_cannot_be_written(self):
+        with open("/dev/full", "w") as full:
+            run = self.dump("--guid", "5a1e0c0000000600", stdout=full)
+        self.assert_fails(run, "standard output: cannot write: No space left on device; free some "
+                               "space, or write elsewhere")
+        reader, writer = os.pipe()
+        os.close(reader)
+        run = self.dump("--force", "--guid", "5a1e0c0000000600", stdout=writer)
+        os.close(writer)
+        self.assertEqual(run.returncode, FAILED)
+        self.assertIn("Broken pipe", run.stderr)
+
+    def test_out_of_memory(self):
+        import command_line
+        run = subprocess.run(
+            [command_line._command, "dump", "-", "--prefix", "P"],
+            input="x" * 60_000_000, text=True, cwd=self.folder, stderr=subprocess.PIPE,
+            stdout=subprocess.PIPE, timeout=120,
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (50_000_000, 50_000_000)))
+        self.assert_fails(run, "out of memory; choose fewer nodes with --guid, or use a larger "
+                               "machine")
+        self.assertEqual(self.entries(), [])
+
+    def test_signals_leave_nothing_behind(self):
+        import command_line
+        self.put(OUT, "earlier\n")
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            run = subprocess.Popen(
+                [command_line._command, "dump", "-", "--prefix", "MyDev", "--force"],
+                stdin=subprocess.PIPE, cwd=self.folder)
+            deadline = time.monotonic() + 60
+            while len(self.entries()) < 2 and time.monotonic() < deadline:
+                time.sleep(0.01)
+            self.assertEqual(len(self.entries()), 2)
+            run.send_signal(number)
+            self.assertEqual(run.wait(60), -number)
+            run.stdin.close()
+            self.assertEqual(self.entries(), [OUT])
+            self.assertEqual((self.folder / OUT).read_text(), "earlier\n")
+
+    def test_two_runs_on_one_output(self):
+        import command_line
+        runs = [subprocess.Popen(
+            [command_line._command, "dump", DEMO, "--prefix", "MyDev"], cwd=self.folder,
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) for _ in range(4)]
+        self.assertEqual(sorted(run.wait(60) for run in runs), [DONE, FAILED, FAILED, FAILED])
+        self.assertEqual(self.entries(), [OUT])
+
+
+if __name__ == "__main__":
+    main()
