@@ -47,7 +47,11 @@ ExitStatus Discover(const DiscoverOptions& options) {
   const DiscoveryReport report = BuildFabric(found.fabric, fabscan);
   WriteSnapshot(output.stream(), fabscan, {"fabscan discover, " + found.where, CurrentTime()});
   output.Commit();
-  const ExitStatus status = Tell(report, output.path());
+  ExitStatus status = Tell(report, output.path());
+  if (report.nodes == 1) {
+    PrintWarning(fmt::format("only this host's adapter was found; has {} a link?", found.where));
+    status = kIncomplete;
+  }
   if (!found.stopped) return status;
   PrintWarning("interrupted; the snapshot holds what was read by then");
   return kIncomplete;

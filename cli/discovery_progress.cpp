@@ -21,10 +21,18 @@ std::string Estimate(std::chrono::duration<double> elapsed, std::size_t done, st
 
 }  // namespace
 
-DiscoveryProgress::DiscoveryProgress() : on_terminal_(::isatty(STDERR_FILENO) == 1) {}
+DiscoveryProgress::DiscoveryProgress() {
+  // A terminal of its own: the libraries' chatter on standard error is taken away meanwhile.
+  if (::isatty(STDERR_FILENO) == 1) terminal_ = ::fdopen(::dup(STDERR_FILENO), "w");
+}
+
+DiscoveryProgress::~DiscoveryProgress() {
+  Clear();
+  if (terminal_ != nullptr) std::fclose(terminal_);
+}
 
 void DiscoveryProgress::Show(const std::string& what, std::size_t done, std::size_t total) {
-  if (!on_terminal_) return;
+  if (terminal_ == nullptr) return;
   const Clock::time_point now = Clock::now();
   const bool is_new = what != what_;
   if (is_new) {
@@ -39,16 +47,19 @@ void DiscoveryProgress::Show(const std::string& what, std::size_t done, std::siz
     line += fmt::format(": {} of {}{}", done, total, Estimate(now - begun_, done, total));
   } else if (done != 0) {
     line += fmt::format(": {}", done);
+  } else if (now != begun_) {
+    line += fmt::format(", {} s",
+                        std::chrono::duration_cast<std::chrono::seconds>(now - begun_).count());
   }
-  std::fputs((kEraseLine + line).c_str(), stderr);
-  std::fflush(stderr);
+  std::fputs((kEraseLine + line).c_str(), terminal_);
+  std::fflush(terminal_);
   shown_ = true;
 }
 
 void DiscoveryProgress::Clear() {
   if (!shown_) return;
-  std::fputs(kEraseLine, stderr);
-  std::fflush(stderr);
+  std::fputs(kEraseLine, terminal_);
+  std::fflush(terminal_);
   shown_ = false;
 }
 

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdio>
 #include <string>
 
 namespace fabscan {
@@ -12,7 +13,7 @@ namespace fabscan {
 class DiscoveryProgress {
  public:
   DiscoveryProgress();
-  ~DiscoveryProgress() { Clear(); }
+  ~DiscoveryProgress();
   DiscoveryProgress(const DiscoveryProgress&) = delete;
   DiscoveryProgress& operator=(const DiscoveryProgress&) = delete;
 
@@ -24,7 +25,7 @@ class DiscoveryProgress {
  private:
   using Clock = std::chrono::steady_clock;
 
-  bool on_terminal_;
+  std::FILE* terminal_ = nullptr;
   bool shown_ = false;
   std::string what_;
   Clock::time_point begun_;  // of `what_`

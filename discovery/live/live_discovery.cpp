@@ -2,15 +2,17 @@
 
 #include <fmt/format.h>
 
+#include <chrono>
+#include <csignal>
+#include <future>
 #include <memory>
+#include <thread>
 #include <utility>
 
 #include "captured_standard_error.h"
 #include "local_port.h"
 #include "node_queries.h"
-#include "payload_decoder.h"
 #include "scanned_fabric.h"
-#include "subnet_query.h"
 
 namespace fabscan {
 
@@ -18,33 +20,71 @@ namespace {
 
 constexpr unsigned kMostHops = 63;  // as far as a directed route goes
 constexpr unsigned kNoLimit = 0;
+constexpr std::chrono::milliseconds kPause(50);
 
 std::string Text(const LocalPort& port) {
   return fmt::format("{} port {}", port.channel_adapter, port.number);
 }
 
-std::unique_ptr<ScannedFabric> Scan(const LocalPort& port, const LiveOptions& options,
-                                    unsigned max_hops) {
-  auto scan = std::make_unique<ScannedFabric>(port, options, max_hops);
-  if (!scan->failed() || options.stopped()) return scan;
-  throw DiscoveryError(fmt::format(
-      "{}: the scan failed{}{}; is the port up, and may this user send subnet-management queries?",
-      Text(port), scan->failure().empty() ? "" : ": ", scan->failure()));
+/// The library's message without the place in its source that it begins with.
+std::string WithoutPlace(const std::string& message) {
+  const std::size_t end = message.find("; ");
+  return end == std::string::npos ? message : message.substr(end + 2);
 }
 
-/// The scan is one call that gives nothing before its end. To have something at hand when it is
-/// stopped, it is made again and again, a hop farther each time, until no more nodes come up.
-std::unique_ptr<ScannedFabric> ScanHopByHop(const LocalPort& port, const LiveOptions& options) {
-  std::unique_ptr<ScannedFabric> farthest;
+using Scan = std::unique_ptr<ScannedFabric>;
+
+/// Scans in a thread of its own, which no signal reaches. There is no way to break off a scan: when
+/// the discovery is stopped, the thread is left to itself, and ends with the program.
+std::future<Scan> BeginScan(const LocalPort& port, const LiveOptions& options, unsigned max_hops) {
+  std::packaged_task<Scan()> task([port, options, max_hops] {
+    return std::make_unique<ScannedFabric>(port, options, max_hops);
+  });
+  std::future<Scan> scan = task.get_future();
+  sigset_t all;
+  sigset_t before;
+  ::sigfillset(&all);
+  ::pthread_sigmask(SIG_SETMASK, &all, &before);
+  std::thread(std::move(task)).detach();
+  ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  return scan;
+}
+
+/// The fabric as far as `max_hops`; null when the discovery was stopped meanwhile.
+Scan ScanFabric(const LocalPort& port, const LiveOptions& options, unsigned max_hops) {
+  const CapturedStandardError captured;
+  std::future<Scan> begun = BeginScan(port, options, max_hops);
+  while (begun.wait_for(kPause) != std::future_status::ready) {
+    if (options.stopped()) return nullptr;
+    options.progress("scanning the fabric from " + Text(port), 0, 0);
+  }
+  Scan scan = begun.get();
+  if (!scan->failed()) return scan;
+  const std::string cause = WithoutPlace(captured.LastLine());
+  throw DiscoveryError(fmt::format(
+      "{}: the scan failed{}{}; is the port up, and may this user send subnet-management queries?",
+      Text(port), cause.empty() ? "" : ": ", cause));
+}
+
+/// A scan gives nothing before its end. To have something at hand when it is stopped, it is made
+/// again and again, a hop farther each time, until no more nodes come up.
+Scan ScanHopByHop(const LocalPort& port, const LiveOptions& options) {
+  Scan farthest;
   for (unsigned hops = 1; hops <= kMostHops; ++hops) {
-    auto scan = Scan(port, options, hops);
-    if (scan->failed()) break;  // stopped
+    Scan scan = ScanFabric(port, options, hops);
+    if (scan == nullptr) break;
     const bool whole = farthest != nullptr && scan->NodeCount() == farthest->NodeCount();
     farthest = std::move(scan);
-    if (whole || options.stopped()) break;
+    if (whole) break;
     options.progress("nodes found so far", farthest->NodeCount(), 0);
   }
   return farthest;
+}
+
+[[noreturn]] void GiveUp(const LiveOptions& options) {
+  throw DiscoveryError(options.keep_partial
+                           ? "interrupted before anything was read"
+                           : "interrupted; nothing is kept (--keep-partial keeps what was read)");
 }
 
 }  // namespace
@@ -52,22 +92,16 @@ std::unique_ptr<ScannedFabric> ScanHopByHop(const LocalPort& port, const LiveOpt
 LiveFindings DiscoverLive(const LiveOptions& options) {
   const LocalPort port = ChooseLocalPort(options.channel_adapter, options.port);
   options.progress("scanning the fabric from " + Text(port), 0, 0);
-  const auto scan =
-      options.keep_partial ? ScanHopByHop(port, options) : Scan(port, options, kNoLimit);
-  if (options.stopped() && (scan == nullptr || scan->failed() || !options.keep_partial)) {
-    throw DiscoveryError(options.keep_partial
-                             ? "interrupted before anything was read"
-                             : "interrupted; nothing is kept (--keep-partial keeps what was read)");
-  }
+  const Scan scan =
+      options.keep_partial ? ScanHopByHop(port, options) : ScanFabric(port, options, kNoLimit);
+  if (scan == nullptr) GiveUp(options);
 
   LiveFindings found;
   found.where = Text(port);
   found.fabric = scan->Findings();
   AskWhatTheScanDidNot(port, options, scan->Paths(), found.fabric);
   found.stopped = options.stopped();
-  if (found.stopped && !options.keep_partial) {
-    throw DiscoveryError("interrupted; nothing is kept (--keep-partial keeps what was read)");
-  }
+  if (found.stopped && !options.keep_partial) GiveUp(options);
   return found;
 }
 

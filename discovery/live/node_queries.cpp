@@ -1,5 +1,7 @@
 #include "node_queries.h"
 
+#include <optional>
+
 #include "captured_standard_error.h"
 #include "payload_decoder.h"
 #include "subnet_query.h"
@@ -12,7 +14,8 @@ namespace {
 /// further silence would cost the whole time-out, for each of its ports.
 class NodeQueries {
  public:
-  NodeQueries(SubnetQuery& query, const LiveOptions& options, const portid& path,
+  /// `query` is null when the discovery was stopped before.
+  NodeQueries(SubnetQuery* query, const LiveOptions& options, const portid& path,
               NodeFindings& node)
       : query_(query), options_(options), path_(path), node_(node) {}
 
@@ -49,24 +52,24 @@ class NodeQueries {
   }
 
   Answer Ask(SubnetAttribute attribute, unsigned modifier) {
-    if (options_.stopped()) return Answer::Failed("interrupted");
+    if (query_ == nullptr || options_.stopped()) return Answer::Failed("interrupted");
     if (silences_ >= kSilencesEnough) {
       return Answer::Failed("not asked: the node had timed out twice in a row");
     }
-    Answer answer = query_.Get(path_, attribute, modifier);
+    Answer answer = query_->Get(path_, attribute, modifier);
     silences_ = answer.reason == kTimedOut ? silences_ + 1 : 0;
     return answer;
   }
 
   std::string AskPeer(unsigned exit) {
-    if (options_.stopped()) return "interrupted";
-    const Answer answer = query_.GetBehind(path_, exit, SubnetAttribute::kNodeInfo);
+    if (query_ == nullptr || options_.stopped()) return "interrupted";
+    const Answer answer = query_->GetBehind(path_, exit, SubnetAttribute::kNodeInfo);
     return answer.read() ? "it answers now: discover again" : answer.reason;
   }
 
   static constexpr int kSilencesEnough = 2;
 
-  SubnetQuery& query_;
+  SubnetQuery* query_;
   const LiveOptions& options_;
   const portid& path_;
   NodeFindings& node_;
@@ -77,11 +80,13 @@ class NodeQueries {
 
 void AskWhatTheScanDidNot(const LocalPort& port, const LiveOptions& options,
                           const std::vector<const portid*>& paths, FabricFindings& fabric) {
-  SubnetQuery query(port, options);
+  // A scan that was left to itself still uses the port.
+  std::optional<SubnetQuery> query;
+  if (!options.stopped()) query.emplace(port, options);
   for (std::size_t i = 0; i < fabric.nodes.size(); ++i) {
     options.progress("nodes asked for the rest", i, fabric.nodes.size());
     const CapturedStandardError captured;
-    NodeQueries(query, options, *paths[i], fabric.nodes[i]).AskAll();
+    NodeQueries(query ? &*query : nullptr, options, *paths[i], fabric.nodes[i]).AskAll();
   }
   options.progress("nodes asked for the rest", fabric.nodes.size(), fabric.nodes.size());
 }

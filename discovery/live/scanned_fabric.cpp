@@ -4,7 +4,6 @@
 
 #include <cstring>
 
-#include "captured_standard_error.h"
 #include "payload_decoder.h"
 
 namespace fabscan {
@@ -58,9 +57,7 @@ ScannedFabric::ScannedFabric(const LocalPort& port, const LiveOptions& options, 
   config.timeout_ms = options.timeout_ms;
   config.retries = options.retries;
   std::string adapter = port.channel_adapter;
-  const CapturedStandardError captured;
   fabric_.reset(ibnd_discover_fabric(adapter.data(), port.number, nullptr, &config));
-  if (failed()) failure_ = captured.LastLine();
 }
 
 FabricFindings ScannedFabric::Findings() const {

@@ -2,7 +2,6 @@
 #define FABSCAN_DISCOVERY_LIVE_SCANNED_FABRIC_H
 
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "findings.h"
@@ -19,12 +18,12 @@ namespace fabscan {
 /// simply not there.
 class ScannedFabric {
  public:
-  /// Scans to `max_hops` from the local port; 0 is as far as it goes. When the scan failed, holds
-  /// nothing, and `failure` tells why.
+  /// Scans to `max_hops` from the local port; 0 is as far as it goes. A signal must not break off
+  /// the wait for an answer: the library then frees what it still uses.
   ScannedFabric(const LocalPort& port, const LiveOptions& options, unsigned max_hops);
 
+  /// The scan failed; then this holds nothing, and the library has written why to standard error.
   bool failed() const { return fabric_ == nullptr; }
-  const std::string& failure() const { return failure_; }
 
   /// The nodes, each with all ports that it has; ports that the scan did not come by have no
   /// answers yet.
@@ -39,7 +38,6 @@ class ScannedFabric {
   };
 
   std::unique_ptr<ibnd_fabric, Destroy> fabric_;
-  std::string failure_;
 };
 
 }  // namespace fabscan

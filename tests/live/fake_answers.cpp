@@ -1,0 +1,157 @@
+// A preload for tests: answers chosen subnet-management queries in the place of the devices, or
+// withholds the answers. It stands between the InfiniBand libraries and libibumad.
+//
+// FABSCAN_FAKE_RULES     rules ATTRIBUTE:MODIFIER:WHAT separated by commas; ATTRIBUTE in hex,
+//                        MODIFIER a number or *, WHAT one of answer, refuse, silence, wait (which
+//                        is a silence that lasts); the first rule that fits counts
+// FABSCAN_FAKE_HOPS      the rules are for devices that are this many hops away, or more
+// FABSCAN_FAKE_OFFER     set: every PortInfo says that PortInfoExtended is supported
+// FABSCAN_FAKE_FORBID    set: no port can be opened, for want of permission
+// FABSCAN_FAKE_CONSOLE   "FIFO COMMAND": before the first NodeInfo query over two hops or more,
+//                        gives the simulator this console command, and time to follow it
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <infiniband/umad.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <deque>
+#include <string>
+
+namespace {
+
+constexpr std::size_t kMadBytes = 256;
+constexpr std::size_t kPayload = 64;  // where it begins, and its length
+constexpr unsigned kNodeInfo = 0x11;
+constexpr unsigned kPortInfo = 0x15;
+constexpr unsigned char kGetResponse = 0x81;
+constexpr unsigned char kOnTheWayBack = 0x80;
+constexpr unsigned char kRefusal = 0x0c;  // method or attribute not supported
+constexpr unsigned kWaitSeconds = 20;
+constexpr useconds_t kConsoleMicroseconds = 300000;
+
+struct Reply {
+  int agent = 0;
+  unsigned status = 0;  // of the user MAD: 0, or ETIMEDOUT
+  unsigned wait = 0;    // in seconds
+  unsigned char mad[kMadBytes] = {};
+};
+
+std::deque<Reply> waiting;
+
+template <class Function>
+Function* Next(Function*, const char* name) {
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+unsigned AttributeOf(const unsigned char* mad) { return mad[16] * 256U + mad[17]; }
+unsigned ModifierOf(const unsigned char* mad) { return mad[22] * 256U + mad[23]; }
+unsigned HopsOf(const unsigned char* mad) { return mad[7]; }
+
+/// What the rules say of this query; empty where they say nothing.
+std::string FindRule(const unsigned char* mad) {
+  const char* hops = std::getenv("FABSCAN_FAKE_HOPS");
+  if (hops != nullptr && HopsOf(mad) < static_cast<unsigned>(std::atoi(hops))) return {};
+  const char* rules = std::getenv("FABSCAN_FAKE_RULES");
+  while (rules != nullptr && *rules != '\0') {
+    unsigned attribute = 0;
+    char modifier[16];
+    char what[16];
+    if (std::sscanf(rules, "%x:%15[^:]:%15[^,]", &attribute, modifier, what) == 3 &&
+        attribute == AttributeOf(mad) &&
+        (modifier[0] == '*' || std::to_string(ModifierOf(mad)) == modifier)) {
+      return what;
+    }
+    rules = std::strchr(rules, ',');
+    if (rules != nullptr) ++rules;
+  }
+  return {};
+}
+
+/// The payload of an answer of ours: in each 16 bits, their number from 1 on, then the port's.
+void FillPayload(unsigned char* mad) {
+  for (std::size_t word = 0; word < kPayload / 2; ++word) {
+    mad[kPayload + 2 * word] = static_cast<unsigned char>(word + 1);
+    mad[kPayload + 2 * word + 1] = static_cast<unsigned char>(ModifierOf(mad));
+  }
+}
+
+void QueueReply(const unsigned char* query, int agent, const std::string& what) {
+  Reply reply;
+  reply.agent = agent;
+  std::memcpy(reply.mad, query, kMadBytes);
+  if (what == "silence" || what == "wait") {
+    reply.status = ETIMEDOUT;
+    reply.wait = what == "wait" ? kWaitSeconds : 0;
+  } else {
+    reply.mad[3] = kGetResponse;
+    reply.mad[4] = kOnTheWayBack;
+    if (what == "refuse") {
+      reply.mad[5] = kRefusal;
+    } else {
+      FillPayload(reply.mad);
+    }
+  }
+  waiting.push_back(reply);
+}
+
+void UseConsoleOnce(const unsigned char* mad) {
+  static bool used = false;
+  const char* console = std::getenv("FABSCAN_FAKE_CONSOLE");
+  if (used || console == nullptr || AttributeOf(mad) != kNodeInfo || HopsOf(mad) < 2) return;
+  used = true;
+  const std::string text = console;
+  const std::size_t blank = text.find(' ');
+  const int file = open(text.substr(0, blank).c_str(), O_WRONLY);
+  if (file < 0) return;
+  dprintf(file, "%s\n", text.c_str() + blank + 1);
+  close(file);
+  usleep(kConsoleMicroseconds);
+}
+
+}  // namespace
+
+extern "C" int umad_open_port(const char* ca_name, int portnum) {
+  if (std::getenv("FABSCAN_FAKE_FORBID") == nullptr) {
+    return Next(&umad_open_port, "umad_open_port")(ca_name, portnum);
+  }
+  errno = EACCES;
+  return -EIO;
+}
+
+extern "C" int umad_send(int portid, int agentid, void* umad, int length, int timeout_ms,
+                         int retries) {
+  const auto* mad = static_cast<const unsigned char*>(umad_get_mad(umad));
+  UseConsoleOnce(mad);
+  const std::string what = FindRule(mad);
+  if (what.empty()) {
+    return Next(&umad_send, "umad_send")(portid, agentid, umad, length, timeout_ms, retries);
+  }
+  QueueReply(mad, agentid, what);
+  return 0;
+}
+
+extern "C" int umad_recv(int portid, void* umad, int* length, int timeout_ms) {
+  auto* mad = static_cast<unsigned char*>(umad_get_mad(umad));
+  if (!waiting.empty()) {
+    if (sleep(waiting.front().wait) != 0) return -EINTR;
+    const Reply reply = waiting.front();
+    waiting.pop_front();
+    auto* header = static_cast<ib_user_mad_t*>(umad);
+    header->agent_id = static_cast<unsigned>(reply.agent);
+    header->status = reply.status;
+    std::memcpy(mad, reply.mad, kMadBytes);
+    *length = static_cast<int>(kMadBytes);
+    return reply.agent;
+  }
+  const int agent = Next(&umad_recv, "umad_recv")(portid, umad, length, timeout_ms);
+  if (agent >= 0 && std::getenv("FABSCAN_FAKE_OFFER") != nullptr && AttributeOf(mad) == kPortInfo) {
+    mad[kPayload + 22] |= 0x80;  // CapMsk: CapMsk2 is supported
+    mad[kPayload + 61] |= 0x02;  // CapMsk2: PortInfoExtended is supported
+  }
+  return agent;
+}

@@ -1,0 +1,174 @@
+"""What `fabscan discover` makes of fabrics that answer in part, and of wrong calls."""
+
+import signal
+import subprocess
+import time
+import unittest
+
+import nets
+from simulated_fabric import FABSCAN, LiveTestCase
+
+PARTLY = "fabscan: warning: the fabric was read in part: "
+
+
+class IncompleteTest(LiveTestCase):
+    def setUp(self):
+        self.fabric = self.serve(nets.two_switches(), nets.HERE)
+
+    def test_names_the_node_whose_peer_is_silent(self):
+        self.fabric.command(f'Error "{nets.THERE}" 100')
+        done = self.discover(self.fabric, expect=3)
+        self.assertEqual(done.stderr,
+                         "fabscan: warning: spine (0x0002c90000200100) lacks the linked peer "
+                         f"(timed out) of port 3\n{PARTLY}1 of 4 nodes lack something\n")
+        self.assertEqual(len(self.fabric.snapshot().nodes), 4)
+
+    def test_names_the_node_whose_peer_goes_half_way(self):
+        console = f'{self.fabric.console_path} Unlink "{nets.SPINE}"'
+        done = self.discover(self.fabric, expect=3, FABSCAN_FAKE_CONSOLE=console)
+        self.assertIn("leaf (0x0002c90000200000) lacks the linked peer", done.stderr)
+        self.assertIn(PARTLY, done.stderr)
+        snapshot = self.fabric.snapshot()
+        self.assertNotIn(0x2C90000200100, snapshot.nodes)
+        self.assertIn(0x2C90000300000, snapshot.nodes)
+
+    def test_reads_what_is_left_when_a_node_has_gone_before(self):
+        self.fabric.command(f'Unlink "{nets.SPINE}"')
+        self.discover(self.fabric)
+        self.assertEqual(sorted(self.fabric.snapshot().nodes),
+                         [0x2C90000100000, 0x2C90000200000, 0x2C90000300000])
+
+    def test_warns_when_the_local_port_has_no_link(self):
+        self.fabric.command(f'Unlink "{nets.HERE}"')
+        done = self.discover(self.fabric, expect=3)
+        self.assertEqual(done.stderr, "fabscan: warning: only this host's adapter was found; has "
+                                      "ibsim0 port 1 a link?\n")
+        self.assertEqual(len(self.fabric.snapshot().nodes), 1)
+
+    def test_notes_time_outs_and_refusals_as_absent(self):
+        done = self.discover(self.fabric, expect=3,
+                             FABSCAN_FAKE_RULES="12:*:silence,15:2:refuse")
+        self.assertIn("23 of 30 attributes", done.stdout)  # without 2 SwitchInfo, 5 PortInfo
+        self.assertIn("leaf (0x0002c90000200000) lacks SwitchInfo (timed out); "
+                      "PortInfo (status 0x000c) of port 2\n", done.stderr)
+        snapshot = self.fabric.snapshot()
+        self.assertEqual(snapshot.node(nets.LEAF)["absent"], {"SMP_SwitchInfo": "timed out"})
+        self.assertEqual(snapshot.port(nets.LEAF, 2),
+                         {"num": 2, "state": "UNKNOWN",
+                          "absent": {"SMP_PortInfo": "status 0x000c"}})
+
+    def test_names_a_node_by_its_guid_when_its_description_is_not_read(self):
+        done = self.discover(self.fabric, expect=3, FABSCAN_FAKE_RULES="10:*:silence")
+        self.assertIn("[0x0002c90000200000] (0x0002c90000200000) lacks NodeDescription "
+                      "(timed out)\n", done.stderr)
+
+    def test_reads_port_info_extended_where_it_is_offered(self):
+        done = self.discover(self.fabric, expect=3, FABSCAN_FAKE_OFFER="1",
+                             FABSCAN_FAKE_RULES="33:1:answer,33:2:refuse,33:*:silence")
+        self.assertIn("leaf (0x0002c90000200000) lacks PortInfoExtended (not asked: the node had "
+                      "timed out twice in a row) of ports 5, 6; PortInfoExtended (status 0x000c) "
+                      "of port 2; PortInfoExtended (timed out) of ports 3, 4\n", done.stderr)
+        snapshot = self.fabric.snapshot()
+        self.assertNotIn("SMP_PortInfoExtended", snapshot.port(nets.LEAF, 0)["attributes"])
+        # The answer's words of 16 bits are 0x0101, 0x0201 and so on, the low byte being the port.
+        self.assertEqual(
+            snapshot.port(nets.LEAF, 1)["attributes"]["SMP_PortInfoExtended"],
+            {"CapMsk": 0x01010201, "FECModeActive": 0x0301, "FDRFECModeSupported": 0x0401,
+             "FDRFECModeEnabled": 0x0501, "EDRFECModeSupported": 0x0601,
+             "EDRFECModeEnabled": 0x0701, "HDRFECModeSupported": 0x0801,
+             "HDRFECModeEnabled": 0x0901, "NDRFECModeSupported": 0x0A01,
+             "NDRFECModeEnabled": 0x0B01, "PartitionTop": 0x0C01})
+        self.assertEqual(snapshot.port(nets.LEAF, 2)["absent"],
+                         {"SMP_PortInfoExtended": "status 0x000c"})
+        self.assertEqual(snapshot.port(nets.LEAF, 3)["absent"],
+                         {"SMP_PortInfoExtended": "timed out"})
+
+    def test_does_not_ask_for_port_info_extended_where_it_is_not_offered(self):
+        self.discover(self.fabric, FABSCAN_FAKE_RULES="33:*:answer")
+        self.assertFalse([line for line in self.fabric.snapshot().lines
+                          if "SMP_PortInfoExtended" in line])
+
+    def refused(self, *arguments, status=1, **more):
+        done = self.fabric.fabscan("discover", *arguments, **more)
+        self.assertEqual(done.returncode, status, done.stderr)
+        self.assertEqual(done.stdout, "")
+        self.assertEqual(done.stderr.count("\n"), 1)
+        self.assertEqual(list(self.fabric.folder.glob("*.jsonl")), [])
+        return done.stderr
+
+    def test_says_which_adapters_and_ports_there_are(self):
+        self.assertEqual(self.refused("--output", "x.jsonl", "-C", "mlx5_0"),
+                         "fabscan: error: no adapter 'mlx5_0' on this host; there is: "
+                         "ibsim0 port 1\n")
+        self.assertEqual(self.refused("--output", "x.jsonl", "-C", "ibsim0", "-P", "7"),
+                         "fabscan: error: no port 7 on ibsim0; there is: "
+                         "ibsim0 port 1\n")
+
+    def test_says_that_there_is_no_adapter(self):
+        self.assertIn("fabscan: error: no InfiniBand adapter on this host",
+                      self.refused("--output", "x.jsonl", LD_PRELOAD=""))
+
+    def test_says_that_it_may_not(self):
+        self.assertEqual(self.refused("--output", "x.jsonl", FABSCAN_FAKE_FORBID="1"),
+                         "fabscan: error: ibsim0 port 1: cannot open: Permission denied; run as "
+                         "root, or as someone who may use the umad devices in /dev/infiniband\n")
+
+    def test_says_that_nobody_answers(self):
+        message = self.refused("--output", "x.jsonl", "--timeout-ms", "50", "--retries", "1",
+                               FABSCAN_FAKE_RULES="11:*:silence")
+        self.assertEqual(message, "fabscan: error: ibsim0 port 1: the scan failed: Failed to resolve "
+                                  "self; is the port up, and may this user send subnet-management "
+                                  "queries?\n")
+
+    def test_refuses_wrong_numbers(self):
+        self.refused("--output", "x.jsonl", "--timeout-ms", "0", status=2)
+        self.refused("--output", "x.jsonl", "-P", "255", status=2)
+        self.refused(status=2)
+
+    def test_keeps_an_output_that_exists(self):
+        output = self.fabric.folder / "fabric.jsonl"
+        output.write_text("precious")
+        done = self.fabric.fabscan("discover", "--output", "fabric.jsonl")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("fabric.jsonl", done.stderr)
+        self.assertEqual(output.read_text(), "precious")
+
+
+class InterruptedTest(LiveTestCase):
+    """Ctrl-C while the scan waits for a device three hops away."""
+
+    def interrupt(self, *arguments):
+        fabric = self.serve(nets.two_switches(), nets.HERE)
+        run = subprocess.Popen(
+            [FABSCAN, "discover", "--output", "fabric.jsonl", *arguments],
+            cwd=fabric.folder, stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE, stdin=subprocess.DEVNULL, text=True,
+            env=fabric.environment(FABSCAN_FAKE_RULES="11:*:wait", FABSCAN_FAKE_HOPS="3"))
+        try:
+            time.sleep(1)
+            self.assertIsNone(run.poll(), "the discovery was over too early")
+            run.send_signal(signal.SIGINT)
+            out, err = run.communicate(timeout=60)
+        finally:
+            if run.poll() is None:
+                run.kill()
+                run.wait()
+        return fabric, run.returncode, out, err
+
+    def test_keeps_nothing(self):
+        fabric, status, out, err = self.interrupt()
+        self.assertEqual((status, out), (1, ""))
+        self.assertEqual(err, "fabscan: error: interrupted; nothing is kept "
+                              "(--keep-partial keeps what was read)\n")
+        self.assertEqual(list(fabric.folder.glob("*.jsonl")), [])
+
+    def test_keeps_what_was_read_when_asked_to(self):
+        fabric, status, _, err = self.interrupt("--keep-partial")
+        self.assertEqual(status, 3)
+        self.assertIn("fabscan: warning: interrupted; the snapshot holds what was read by then\n",
+                      err)
+        self.assertIn(0x2C90000200000, fabric.snapshot().nodes)
+
+
+if __name__ == "__main__":
+    unittest.main()
