@@ -1,0 +1,14 @@
+// Makes a fabric of one switch, and writes the simulated device of it.
+
+#include <fabscan_sim_info_dump.h>
+
+#include <iostream>
+
+int main() {
+  Fabscan fabscan;
+  IBNode& node = fabscan.discovered_fabric.makeNode("a switch", 0x2c9, IB_SW_NODE, 4);
+  fabscan.fabric_extended_info.put<SMP_NodeInfo>(node).VendorID = 0x1234;
+  const int status = SimInfoDumpCPP(fabscan).Generate("Made", {});
+  std::cout << fabscan.outputPath() << '\n';
+  return status;
+}
