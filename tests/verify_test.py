@@ -1,0 +1,184 @@
+"""`fabscan verify` and `fabscan scaffold` from end to end.
+
+Arguments: the command's path, then the compilers that every verification is done with.
+"""
+
+import json
+import os
+import re
+import stat
+import sys
+import unittest
+
+import command_line
+from command_line import DONE, EXAMPLES, FAILED, INCOMPLETE, WRONG_USAGE, CommandTest
+
+DEMO = EXAMPLES / "demo.fabscan.jsonl"
+PARTIAL = EXAMPLES / "partial.fabscan.jsonl"
+ADAPTER = "0x5a1e0c0000000600"
+REDUCTION_SWITCH = "0x5a1e0c0000000100"
+
+COMPILERS = sys.argv[2:]
+del sys.argv[2:]
+
+
+def node_of(path, guid):
+    for line in path.read_text().splitlines():
+        node = json.loads(line)
+        if node.get("guid") == guid:
+            return node
+    raise KeyError(guid)
+
+
+class Verify(CommandTest):
+    def test_the_example_agrees_with_every_compiler_and_standard(self):
+        models = set()
+        for line in DEMO.read_text().splitlines():
+            node = json.loads(line)
+            if "guid" not in node or not node.get("inSubFabric", True):
+                continue
+            general = node["attributes"].get("VendorSpec_GeneralInfo", {}).get("FWInfo", {})
+            info = node["attributes"]["SMP_NodeInfo"]
+            models.add(json.dumps([node["type"], node.get("specialNode"), info["VendorID"],
+                                   info["DeviceID"], info["revision"], general.get("PSID"),
+                                   [general.get(name) for name in (
+                                       "Major", "Minor", "SubMinor", "Extended_Major",
+                                       "Extended_Minor", "Extended_SubMinor")]]))
+        for compiler in COMPILERS:
+            for standard in ("c++17", "c++20"):
+                with self.subTest(compiler=compiler, standard=standard):
+                    run = self.run_command("verify", DEMO, "--compiler", compiler,
+                                           "--std", standard)
+                    # The reduction switch does not compile as it stands.
+                    self.assertEqual(run.returncode, INCOMPLETE, run.stdout + run.stderr)
+                    total = re.search(
+                        r"^(\d+) nodes: (\d+) records, (\d+) fields, 0 differ$", run.stdout, re.M)
+                    self.assertIsNotNone(total, run.stdout)
+                    self.assertEqual(int(total[1]), len(models))
+                    self.assertGreater(int(total[3]), 1000)
+                    self.assertIn("to be changed by hand before compiling: 1 node\n", run.stdout)
+                    self.assertNotIn("not verified", run.stdout)
+
+    def test_an_adapter_compiles_as_it_stands(self):
+        run = self.run_command("verify", DEMO, "--guid", ADAPTER)
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+        self.assertIn("setNodeInfo                         2 records, 7 fields, 0 differ\n",
+                      run.stdout)
+        self.assertEqual(run.stdout.count("compute-001"), 1)
+
+    def test_the_places_for_a_hand_are_named(self):
+        run = self.run_command("verify", DEMO, "--guid", REDUCTION_SWITCH)
+        self.assertEqual(run.returncode, INCOMPLETE)
+        self.assertIn("setVSReductionManagerClassPortInfo, the redirect GID is written as an "
+                      "address", run.stdout)
+        self.assertIn("\n      SMP_TarnExtPortInfo_pack(&mad_buffer, ", run.stdout)
+        self.assertIn("the branches declare the same names", run.stdout)
+        # No address reaches the report.
+        self.assertEqual(run.stdout,
+                         self.run_command("verify", DEMO, "--guid", REDUCTION_SWITCH).stdout)
+
+    def test_refusing_lines_are_named(self):
+        run = self.run_command("verify", PARTIAL)
+        self.assert_incomplete(run)
+        self.assertIn("  setPortInfo                         refused: #error \"Failed to dump "
+                      "PortInfo MAD. Zero and a regular ports must be provided.\"\n", run.stdout)
+        self.assertIn("refused to compile: 2 nodes\n", run.stdout)
+
+    def assert_incomplete(self, run):
+        self.assertEqual(run.returncode, INCOMPLETE)
+        self.assertRegex(run.stderr, r"^fabscan: error: [^\n]*\n$")
+
+    def test_a_value_that_no_device_can_hold_is_a_difference(self):
+        node = node_of(DEMO, ADAPTER)
+        for port in node["ports"]:
+            if "SMP_PortInfo" in port.get("attributes", {}):
+                port["attributes"]["SMP_PortInfo"]["MTUCap"] = 0x15
+        run = self.run_command("verify", self.put("wide.jsonl", command_line.snapshot(node)))
+        self.assert_incomplete(run)
+        self.assertIn("nodePortsInfo[1].MTUCap is 0x5, should be 0x15, which the 4 bits of the "
+                      "attribute cannot hold\n", run.stdout)
+        self.assertRegex(run.stdout, r"\n1 node: \d+ records, \d+ fields, [1-9]\d* differ\n")
+
+    def test_a_kept_folder_holds_what_was_compiled(self):
+        run = self.run_command("verify", DEMO, "--guid", ADAPTER, "--keep", "kept")
+        self.assertEqual(run.returncode, DONE, run.stderr)
+        name = f"node{int(ADAPTER, 16):x}"
+        self.assertEqual(self.entries(f"kept/devices/{name}"),
+                         [f"{name}.h", f"{name}_generated.cpp", f"{name}_verified.cpp"])
+        again = self.run_command("verify", DEMO, "--guid", ADAPTER, "--keep", "kept")
+        self.assert_fails(again, "kept: is not empty; name a new or empty folder that you may write")
+
+    def test_a_missing_compiler(self):
+        run = self.run_command("verify", DEMO, "--compiler", "no-such-compiler")
+        self.assert_fails(run, "no-such-compiler: cannot run the compiler: No such file or "
+                               "directory; name another")
+
+    def test_a_failing_compiler_shows_its_first_errors(self):
+        compiler = self.put("compiler", "#!/bin/sh\necho 'x.cpp:1: error: no mood' >&2\nexit 1\n")
+        compiler.chmod(compiler.stat().st_mode | stat.S_IXUSR)
+        run = self.run_command("verify", DEMO, "--compiler", compiler)
+        self.assertEqual(run.returncode, FAILED)
+        self.assertEqual(run.stderr, "  x.cpp:1: error: no mood\n"
+                                     f"fabscan: error: {compiler}: the compiler failed; see to "
+                                     "its errors, or name another\n")
+
+    def test_an_unknown_guid(self):
+        run = self.run_command("verify", DEMO, "--guid", "0x77")
+        self.assert_fails(run, "no node has the GUID 0x0000000000000077; choose one of the "
+                               "snapshot's")
+
+    def test_a_folder_that_cannot_be_written(self):
+        self.folder.chmod(0o555)
+        run = self.run_command("verify", DEMO, "--keep", "kept", as_nobody=True)
+        self.assert_fails(run, "kept: cannot make the folder: Permission denied; name a new or "
+                               "empty folder that you may write")
+
+    def test_a_missing_snapshot(self):
+        run = self.run_command("verify", "none.jsonl")
+        self.assertEqual(run.returncode, FAILED)
+        self.assertRegex(run.stderr, r"^fabscan: error: none.jsonl: [^\n]*\n$")
+
+    def test_a_temporary_folder_goes(self):
+        temporary = self.folder / "temporary"
+        temporary.mkdir()
+        run = self.run_command("verify", DEMO, "--guid", ADAPTER,
+                               env={**os.environ, "TMPDIR": str(temporary)})
+        self.assertEqual(run.returncode, DONE)
+        self.assertEqual(self.entries("temporary"), [])
+
+
+class Scaffold(CommandTest):
+    def test_writes_the_header_and_the_build_lines(self):
+        run = self.run_command("scaffold", "--prefix", "MyDev")
+        self.assertEqual((run.returncode, run.stdout, run.stderr),
+                         (DONE, "mydev.h\nCMakeLists.txt\n", ""))
+        header = (self.folder / "mydev.h").read_text()
+        self.assertIn("namespace MyDev {", header)
+        self.assertNotRegex(header.lower(), "example")
+        for kind in ("SW", "RTR", "HCA", "AN", "Unknown"):
+            self.assertIn(f"SIMULATOR_DEVICE({kind});", header)
+        self.assertNotRegex((self.folder / "CMakeLists.txt").read_text().lower(), "example")
+
+    def test_keeps_what_exists_unless_forced(self):
+        self.put("CMakeLists.txt", "mine\n")
+        run = self.run_command("scaffold", "--prefix", "MyDev")
+        self.assert_fails(run, "CMakeLists.txt: exists; --force replaces it")
+        self.assertEqual(self.entries(), ["CMakeLists.txt"])
+        self.assertEqual((self.folder / "CMakeLists.txt").read_text(), "mine\n")
+        run = self.run_command("scaffold", "--prefix", "MyDev", "--force")
+        self.assertEqual(run.returncode, DONE)
+        self.assertIn("mydev_generated.cpp", (self.folder / "CMakeLists.txt").read_text())
+
+    def test_a_prefix_that_is_no_class_name(self):
+        run = self.run_command("scaffold", "--prefix", "class")
+        self.assert_fails(run, "--prefix: 'class' is a C++ keyword; it names a C++ class, such as "
+                               "MyDev", WRONG_USAGE)
+
+    def test_a_missing_folder(self):
+        run = self.run_command("scaffold", "--prefix", "MyDev", "--output-dir", "none")
+        self.assertEqual(run.returncode, FAILED)
+        self.assertRegex(run.stderr, r"^fabscan: error: none: [^\n]*\n$")
+
+
+if __name__ == "__main__":
+    command_line.main()
