@@ -1,0 +1,90 @@
+#include <fmt/format.h>
+#include <snapshot.h>
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "command.h"
+#include "merge_fabrics.h"
+#include "staged_output.h"
+
+namespace fabscan {
+
+namespace {
+
+struct MergeOptions {
+  std::string base;
+  std::string extra;
+  std::string output;
+  Prefer prefer = Prefer::kNeither;
+  bool force = false;
+};
+
+MergeResult MergeOrRefuse(const MergeOptions& options, const Fabscan& base, const Fabscan& extra,
+                          Fabscan& merged) {
+  MergeResult result;
+  try {
+    result = MergeFabrics(base, extra, options.prefer, merged);
+  } catch (const std::invalid_argument& error) {
+    throw CommandError(fmt::format("{} and {} do not fit together: {}; are they of one fabric?",
+                                   options.base, options.extra, error.what()));
+  }
+  if (result.conflicts == 0 || options.prefer != Prefer::kNeither) return result;
+  throw CommandError(fmt::format(
+      "{} and {} contradict each other in {} value{}: {}; choose with --prefer base or --prefer "
+      "extra",
+      options.base, options.extra, result.conflicts, result.conflicts == 1 ? "" : "s, the first",
+      result.first_conflict));
+}
+
+ExitStatus Merge(const MergeOptions& options) {
+  StagedOutput output(options.output, options.force);
+  Fabscan base;
+  Fabscan extra;
+  const SnapshotHeader header = ReadSnapshot(options.base, base);
+  ReadSnapshot(options.extra, extra);
+  Fabscan merged;
+  const MergeResult result = MergeOrRefuse(options, base, extra, merged);
+  WriteSnapshot(output.stream(), merged, header);
+  output.Commit();
+
+  std::ostream& out = output.path() == "-" ? std::cerr : std::cout;
+  out << fmt::format("{}: {} nodes, {} of them added; {} records added", output.path(),
+                     merged.discovered_fabric.nodeCount(), result.added_nodes,
+                     result.added_records);
+  if (result.conflicts != 0) {
+    out << fmt::format("; {} conflicting values taken from {}", result.conflicts,
+                       options.prefer == Prefer::kBase ? options.base : options.extra);
+  }
+  out << '\n';
+  return kDone;
+}
+
+}  // namespace
+
+std::function<ExitStatus()> AddMerge(CLI::App& app) {
+  const auto options = std::make_shared<MergeOptions>();
+  const std::map<std::string, Prefer> words = {{"base", Prefer::kBase}, {"extra", Prefer::kExtra}};
+  app.add_option("BASE", options->base, "The snapshot to start from; - is standard input")
+      ->required();
+  app.add_option("EXTRA", options->extra, "The one that fills what BASE lacks")->required();
+  app.add_option("--output", options->output, "The snapshot to write; - is standard output")
+      ->required()
+      ->type_name("OUT");
+  app.add_option("--prefer", options->prefer, "Whose values stand where the two differ")
+      ->transform(CLI::CheckedTransformer(words).description(""))
+      ->type_name("base|extra");
+  app.add_flag("--force", options->force, "Replace a file that exists");
+  app.footer(
+      "Nodes are joined by GUID, ports by number. Without --prefer, values that differ are an "
+      "error.\n"
+      "Example: a discovery, and what a collector of vendor attributes wrote\n"
+      "  fabscan merge fabric.jsonl vendor.jsonl --output whole.jsonl");
+  return [options] { return Merge(*options); };
+}
+
+}  // namespace fabscan

@@ -1,0 +1,230 @@
+#include "merge_fabrics.h"
+
+#include <fmt/format.h>
+#include <harmless_name.h>
+#include <record_fields.h>
+
+#include <cstring>
+
+#include "guid_options.h"
+
+namespace fabscan {
+
+namespace {
+
+/// Joins values, and keeps the account of conflicts.
+class ValueMerger {
+ public:
+  ValueMerger(Prefer prefer, MergeResult& result) : prefer_(prefer), result_(result) {}
+
+  void SetPlace(std::string place) { place_ = std::move(place); }
+
+  /// `unsaid`: the value that says nothing.
+  template <class Value>
+  Value Join(const std::string& what, Value base, Value extra, Value unsaid) {
+    if (extra == unsaid) return base;
+    if (base == unsaid) return extra;
+    return JoinSaid(what, base, extra);
+  }
+
+  template <class Value>
+  Value JoinSaid(const std::string& what, Value base, Value extra) {
+    if (base == extra) return base;
+    if (++result_.conflicts == 1) {
+      result_.first_conflict =
+          fmt::format("{}: {} is {:#x} and {:#x}", place_, what, static_cast<u_int64_t>(base),
+                      static_cast<u_int64_t>(extra));
+    }
+    return prefer_ == Prefer::kExtra ? extra : base;
+  }
+
+  /// Fills `to`, a record of this kind, from what the two have; one of them may be null.
+  void JoinRecord(const RecordTable& table, const void* base, const void* extra, void* to) {
+    if (base == nullptr) ++result_.added_records;
+    if (base == nullptr || extra == nullptr) {
+      std::memcpy(to, base == nullptr ? extra : base, table.size);
+    } else {
+      JoinRows(table, base, extra, to, std::string(table.name) + '.');
+    }
+  }
+
+  void JoinMask(const std::string& what, const capability_mask_t* base,
+                const capability_mask_t* extra, capability_mask_t& to) {
+    if (base == nullptr) ++result_.added_records;
+    to = base == nullptr ? *extra : *base;
+    if (base == nullptr || extra == nullptr) return;
+    for (std::size_t i = 0; i < std::size(to.mask); ++i) {
+      to.mask[i] = JoinSaid(fmt::format("{}[{}]", what, i), base->mask[i], extra->mask[i]);
+    }
+  }
+
+ private:
+  void JoinRows(const RecordTable& table, const void* base, const void* extra, void* to,
+                const std::string& prefix) {
+    for (const FieldRow& row : table) {
+      for (std::size_t i = 0; i < row.count; ++i) {
+        std::string path = prefix + std::string(row.name);
+        if (row.is_array) path += fmt::format("[{}]", i);
+        const void* of_base = row.element(base, i);
+        const void* of_extra = row.element(extra, i);
+        if (row.nested != nullptr) {
+          JoinRows(*row.nested, of_base, of_extra, row.element(to, i), path + '.');
+          continue;
+        }
+        const u_int64_t one = LoadNumber(of_base, row.size);
+        const u_int64_t other = LoadNumber(of_extra, row.size);
+        StoreNumber(row.element(to, i), row.size,
+                    row.dumped ? JoinSaid(path, one, other) : Join(path, one, other, u_int64_t{0}));
+      }
+    }
+  }
+
+  Prefer prefer_;
+  MergeResult& result_;
+  std::string place_;
+};
+
+class FabricMerger {
+ public:
+  FabricMerger(const Fabscan& base, const Fabscan& extra, Prefer prefer, Fabscan& to)
+      : base_(base), extra_(extra), to_(to), values_(prefer, result_) {}
+
+  MergeResult Merge() {
+    for (const IBNode& node : base_.discovered_fabric.nodes()) {
+      MergeNode(&node, extra_.discovered_fabric.getNodeByGuid(node.guid));
+    }
+    for (const IBNode& node : extra_.discovered_fabric.nodes()) {
+      if (base_.discovered_fabric.getNodeByGuid(node.guid) != nullptr) continue;
+      ++result_.added_nodes;
+      MergeNode(nullptr, &node);
+    }
+    return result_;
+  }
+
+ private:
+  void MergeNode(const IBNode* base, const IBNode* extra) {
+    const IBNode& first = base != nullptr ? *base : *extra;
+    const IBNode& second = extra != nullptr ? *extra : *base;
+    const std::string place = fmt::format("{} ({})", first.name, GuidText(first.guid));
+    values_.SetPlace(place);
+
+    const IBNodeType type = values_.Join("type", first.type, second.type, IB_UNKNOWN_NODE_TYPE);
+    const phys_port_t ports = values_.JoinSaid("numPorts", first.numPorts, second.numPorts);
+    IBNode& node = MakeNode(first, type, ports, base == nullptr);
+    node.in_sub_fabric = first.in_sub_fabric && second.in_sub_fabric;
+    node.setOpalSwitch(first.isOpalSwitch() || second.isOpalSwitch());
+    node.setSpecialNodeType(values_.Join("specialNode", first.getSpecialNodeType(),
+                                         second.getSpecialNodeType(), IB_NOT_SPECIAL_PORT));
+    for (const bool gmp : {false, true}) MergeMask(node, base, extra, gmp);
+    MergeRecords(kNodeRecords, base, extra, node);
+    for (unsigned number = 0; number <= 255; ++number) {
+      const IBPort* of_base = PortOf(base, number);
+      const IBPort* of_extra = PortOf(extra, number);
+      if (of_base == nullptr && of_extra == nullptr) continue;
+      values_.SetPlace(fmt::format("{} port {}", place, number));
+      MergePort(of_base, of_extra, to_.discovered_fabric.makePort(node, phys_port_t(number)));
+    }
+  }
+
+  /// A name that another node of the base has is made distinct by the GUID.
+  IBNode& MakeNode(const IBNode& model, IBNodeType type, phys_port_t ports, bool is_new) {
+    std::string name = OriginalName(model.name);
+    std::string alternative = OriginalName(model.getAlternativeName());
+    if (is_new && to_.discovered_fabric.NodeByName.count(model.name) != 0) {
+      if (alternative.empty()) alternative = name;
+      name += fmt::format(" [{}]", GuidText(model.guid));
+    }
+    IBNode& node = to_.discovered_fabric.makeNode(name, model.guid, type, ports);
+    node.setAlternativeName(alternative);
+    return node;
+  }
+
+  static const IBPort* PortOf(const IBNode* node, unsigned number) {
+    return node == nullptr ? nullptr : node->getPort(static_cast<phys_port_t>(number));
+  }
+
+  void MergePort(const IBPort* base, const IBPort* extra, IBPort& port) {
+    const IBPort& first = base != nullptr ? *base : *extra;
+    const IBPort& second = extra != nullptr ? *extra : *base;
+    port.port_state =
+        values_.Join("state", first.port_state, second.port_state, IB_UNKNOWN_PORT_STATE);
+    port.setInSubFabric(first.getInSubFabric() && second.getInSubFabric());
+    port.setFNMPort(first.isFNMPort() || second.isFNMPort());
+    port.setFNM1Port(first.isFNM1Port() || second.isFNM1Port());
+    port.setSpecialPort(first.isSpecialPort() || second.isSpecialPort());
+    MergeRecords(kPortRecords, base, extra, port);
+    for (u_int32_t index = 0; index < TesselExtendedInfo::kCounterSets; ++index) {
+      const void* of_base = CountersOf(base_, base, index);
+      const void* of_extra = CountersOf(extra_, extra, index);
+      if (of_base == nullptr && of_extra == nullptr) continue;
+      values_.JoinRecord(kCountersTable, of_base, of_extra,
+                         &to_.fabric_extended_info.putCounters(port, index));
+    }
+    for (u_int8_t selector = 0; selector < TesselExtendedInfo::kMonitorSelectors; ++selector) {
+      const bool in_base = HasMonitors(base_, base, selector);
+      if (!in_base && !HasMonitors(extra_, extra, selector)) continue;
+      if (!in_base) ++result_.added_records;
+      to_.fabric_extended_info.putMonitors(port, selector);
+    }
+  }
+
+  static const void* CountersOf(const Fabscan& from, const IBPort* port, u_int32_t index) {
+    if (port == nullptr) return nullptr;
+    return from.fabric_extended_info.getWrenReductionCounters(port->createIndex, index);
+  }
+
+  static bool HasMonitors(const Fabscan& from, const IBPort* port, u_int8_t selector) {
+    return port != nullptr && from.fabric_extended_info.getWrenReductionConfigureMLIDMonitors(
+                                  port->createIndex, selector) != nullptr;
+  }
+
+  void MergeMask(const IBNode& node, const IBNode* base, const IBNode* extra, bool gmp) {
+    const auto find = [gmp](const Fabscan& from, const IBNode* of) {
+      return of == nullptr ? nullptr : from.capability_module.find(*of, gmp);
+    };
+    const capability_mask_t* of_base = find(base_, base);
+    const capability_mask_t* of_extra = find(extra_, extra);
+    if (of_base == nullptr && of_extra == nullptr) return;
+    capability_mask_t mask = {};
+    values_.JoinMask(gmp ? "gmpCapabilityMask" : "smpCapabilityMask", of_base, of_extra, mask);
+    to_.capability_module.put(node, gmp, mask);
+  }
+
+  template <class Kinds, class Owner>
+  void MergeRecords(const Kinds& kinds, const Owner* base, const Owner* extra, const Owner& owner) {
+    TesselExtendedInfo& store = to_.fabric_extended_info;
+    for (const auto& kind : kinds) {
+      const void* of_base =
+          base == nullptr ? nullptr : kind.find(base_.fabric_extended_info, *base);
+      const void* of_extra =
+          extra == nullptr ? nullptr : kind.find(extra_.fabric_extended_info, *extra);
+      if (of_base == nullptr && of_extra == nullptr) continue;
+      values_.JoinRecord(*kind.table, of_base, of_extra, kind.put(store, owner));
+    }
+    // The base's reasons go over the other's; those of records that are there are not written.
+    if (extra != nullptr) CopyReasons(extra_.fabric_extended_info.absentReasons(*extra), owner);
+    if (base != nullptr) CopyReasons(base_.fabric_extended_info.absentReasons(*base), owner);
+  }
+
+  template <class Owner>
+  void CopyReasons(const TesselExtendedInfo::AbsentReasons& reasons, const Owner& owner) {
+    for (const auto& [record, reason] : reasons) {
+      to_.fabric_extended_info.setAbsent(owner, record, reason);
+    }
+  }
+
+  const Fabscan& base_;
+  const Fabscan& extra_;
+  Fabscan& to_;
+  MergeResult result_;
+  ValueMerger values_;
+};
+
+}  // namespace
+
+MergeResult MergeFabrics(const Fabscan& base, const Fabscan& extra, Prefer prefer,
+                         Fabscan& result) {
+  return FabricMerger(base, extra, prefer, result).Merge();
+}
+
+}  // namespace fabscan
