@@ -164,5 +164,42 @@ TEST(Mutation, EveryChangeOfEveryFunctionShows) {
   std::filesystem::remove_all(folder);
 }
 
+// The FNM port's own values go to the port before it, and the regular ones to the FNM port.
+TEST(Mutation, AMarkedPortUnderTheWrongNumberShows) {
+  std::string folder = testing::TempDir() + "mutationXXXXXX";
+  ASSERT_NE(mkdtemp(folder.data()), nullptr);
+  Fabscan fabscan;
+  MakeTestFabric(fabscan);
+  const Workspace workspace(folder, Compiler{});
+  const IBNode& node = *fabscan.discovered_fabric.getNodeByGuid(0x10);
+  const char* const functions[] = {"setPortInfo", "setExtendedPortInfo",
+                                   "setWrenReductionPortInfo"};
+  const auto renumber = [](Lines& body) {
+    bool found = false;
+    for (std::string& line : body) {
+      for (const char* label : {"case 4:", "i == 4)"}) {
+        const std::size_t at = line.find(label);
+        if (at == line.npos) continue;
+        line[line.find('4', at)] = '3';
+        found = true;
+      }
+    }
+    EXPECT_TRUE(found);
+  };
+  std::vector<GeneratedSource> mutants;
+  for (const char* function : functions) {
+    mutants.push_back(Generate(workspace, fabscan, node, function));
+    mutants.back().text = Mutated(mutants.back().text, function, renumber);
+  }
+  const std::vector<NodeReport> reports = Verify(workspace, "mutants", fabscan, mutants);
+  for (std::size_t i = 0; i < reports.size(); ++i) {
+    const FunctionResult& result = ResultOf(reports[i], functions[i]);
+    ASSERT_FALSE(result.differences.empty()) << functions[i];
+    EXPECT_NE(result.differences.front().find("[3]."), std::string::npos);
+    EXPECT_NE(result.differences.back().find("[4]."), std::string::npos);
+  }
+  std::filesystem::remove_all(folder);
+}
+
 }  // namespace
 }  // namespace fabscan
