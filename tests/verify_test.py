@@ -95,8 +95,8 @@ class Verify(CommandTest):
                 port["attributes"]["SMP_PortInfo"]["MTUCap"] = 0x15
         run = self.run_command("verify", self.put("wide.jsonl", command_line.snapshot(node)))
         self.assert_incomplete(run)
-        self.assertIn("nodePortsInfo[1].MTUCap is 0x5, should be 0x15, which the 4 bits of the "
-                      "attribute cannot hold\n", run.stdout)
+        self.assertIn("nodePortsInfo[1].MTUCap is 0x5, should be 0x15, which its 4-bit "
+                      "field cannot hold\n", run.stdout)
         self.assertRegex(run.stdout, r"\n1 node: \d+ records, \d+ fields, [1-9]\d* differ\n")
 
     def test_a_kept_folder_holds_what_was_compiled(self):

@@ -38,7 +38,7 @@ void CompareField(const std::string& storage, const FieldValue& before, const Fi
   } else {
     text = "is " + Hex(after.value) + ", should be " + Hex(*value);
     if (after.width < 64 && *value >> after.width != 0) {
-      text += ", which the " + std::to_string(after.width) + " bits of the attribute cannot hold";
+      text += ", which its " + std::to_string(after.width) + "-bit field cannot hold";
     }
   }
 }

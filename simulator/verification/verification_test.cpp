@@ -134,8 +134,7 @@ TEST_F(VerificationTest, AValueWiderThanItsPlaceIsADifference) {
   fabscan_.fabric_extended_info.put<SMP_SwitchInfo>(node).ENP0 = 3;
   EXPECT_THAT(
       DifferencesOf(VerifyNode(0x10)),
-      ElementsAre("switchInfo.ENP0 is 0x1, should be 0x3, which the 1 bits of the attribute "
-                  "cannot hold"));
+      ElementsAre("switchInfo.ENP0 is 0x1, should be 0x3, which its 1-bit field cannot hold"));
 }
 
 TEST_F(VerificationTest, ACompilerThatIsMissingOrFailsIsSaid) {
