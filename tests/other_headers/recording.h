@@ -18,7 +18,14 @@ namespace recording {
 /// `OpenFile(description, name, 4, 0, null)`, `CloseFile(//)`, `WriteFileHeader(//)`.
 inline std::vector<std::string> questions;
 
-inline void Ask(const std::string& question) { questions.push_back(question); }
+/// A question that is answered by an exception; none while it is empty.
+inline std::string throw_at;
+struct Refusal {};
+
+inline void Ask(const std::string& question) {
+  questions.push_back(question);
+  if (question == throw_at) throw Refusal();
+}
 
 struct Answers {
   int open_status = 0;
