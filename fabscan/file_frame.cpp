@@ -67,7 +67,8 @@ static_assert(IsLicenceReference(kIdentifier),
               "FABSCAN_LICENCE_IDENTIFIER takes letters, digits, dots and hyphens");
 static_assert(std::size(kNotice) == 6, "FABSCAN_LICENCE_NOTICE must have six lines");
 static_assert(NoticeFits(), "each line of FABSCAN_LICENCE_NOTICE must fit a line of a comment");
-static_assert(kNotice[5].back() == '.', "FABSCAN_LICENCE_NOTICE must end with a full stop");
+static_assert(kNotice[std::size(kNotice) - 1].back() == '.',
+              "FABSCAN_LICENCE_NOTICE must end with a full stop");
 
 int CurrentYear() {
   const std::time_t now = std::time(nullptr);
