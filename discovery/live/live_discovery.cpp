@@ -1,9 +1,12 @@
 #include "live_discovery.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <future>
 #include <memory>
 #include <thread>
@@ -50,12 +53,26 @@ std::future<Scan> BeginScan(const LocalPort& port, const LiveOptions& options, u
   return scan;
 }
 
+/// From here on the program ends without destructors of what is static: the scan that was left to
+/// itself must not meet a library that has been taken down. Registered last, this is called first.
+void EndWithoutDestructors() {
+  ::on_exit(
+      [](int status, void*) {
+        std::fflush(nullptr);
+        ::_exit(status);
+      },
+      nullptr);
+}
+
 /// The fabric as far as `max_hops`; null when the discovery was stopped meanwhile.
 Scan ScanFabric(const LocalPort& port, const LiveOptions& options, unsigned max_hops) {
   const CapturedStandardError captured;
   std::future<Scan> begun = BeginScan(port, options, max_hops);
   while (begun.wait_for(kPause) != std::future_status::ready) {
-    if (options.stopped()) return nullptr;
+    if (options.stopped()) {
+      EndWithoutDestructors();
+      return nullptr;
+    }
     options.progress("scanning the fabric from " + Text(port), 0, 0);
   }
   Scan scan = begun.get();
