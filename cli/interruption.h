@@ -5,8 +5,8 @@
 
 namespace fabscan {
 
-/// While this lives, the first Ctrl-C ends no program but asks for an end. A second one does what it
-/// did before. One at a time.
+/// While this lives, the first Ctrl-C ends no program but asks for an end. A second one does what
+/// it did before. One at a time.
 class Interruption {
  public:
   Interruption();
