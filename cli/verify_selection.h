@@ -12,8 +12,7 @@ namespace fabscan {
 /// that no node has, or whose node is outside the sub-fabric.
 std::vector<const IBNode*> ChosenNodes(const IBFabric& fabric, const std::set<u_int64_t>& guids);
 
-/// For each device model of the sub-fabric the first node by name. Nodes are of one model when they
-/// agree in kind, vendor and device id, hardware revision, PSID and firmware.
+/// For each device model of the sub-fabric the first node by name.
 std::vector<const IBNode*> RepresentativeNodes(const Fabscan& fabscan);
 
 }  // namespace fabscan

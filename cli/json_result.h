@@ -1,0 +1,46 @@
+#ifndef FABSCAN_CLI_JSON_RESULT_H
+#define FABSCAN_CLI_JSON_RESULT_H
+
+#include <json_writer.h>
+
+#include <iostream>
+#include <string_view>
+
+#include "guid_options.h"
+
+namespace fabscan {
+
+/// A command's result as one JSON object on standard output. The object ends with this one.
+class JsonResult : public JsonWriter {
+ public:
+  JsonResult() : JsonWriter(std::cout) { BeginObject(); }
+  ~JsonResult() {
+    EndObject();
+    EndLine();
+    Flush();
+  }
+  JsonResult(const JsonResult&) = delete;
+  JsonResult& operator=(const JsonResult&) = delete;
+
+  void Text(std::string_view key, std::string_view value) {
+    Key(key);
+    String(value);
+  }
+  void Count(std::string_view key, u_int64_t value) {
+    Key(key);
+    Number(value);
+  }
+  void Truth(std::string_view key, bool value) {
+    Key(key);
+    Bool(value);
+  }
+  void Guid(std::string_view key, u_int64_t guid) { Text(key, GuidText(guid)); }
+  void BeginObjects(std::string_view key) {
+    Key(key);
+    BeginArray();
+  }
+};
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,160 @@
+#include <device_models.h>
+#include <fmt/format.h>
+#include <snapshot.h>
+#include <words.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "command.h"
+#include "counted.h"
+#include "guid_options.h"
+#include "json_result.h"
+#include "model_prefixes.h"
+#include "shell_word.h"
+#include "table.h"
+
+namespace fabscan {
+
+namespace {
+
+struct ModelsOptions {
+  std::string snapshot;
+  bool json = false;
+};
+
+struct ListedModel {
+  DeviceModel model;
+  std::string prefix;
+};
+
+/// The models of the fabric, the most frequent first.
+std::vector<ListedModel> ListModels(Fabscan& fabscan) {
+  const std::vector<DeviceModel> models = DeviceModelsOf(fabscan);
+  const std::vector<std::string> prefixes = ModelPrefixes(models, fabscan, "");
+  std::vector<ListedModel> list;
+  for (std::size_t i = 0; i < models.size(); ++i) list.push_back({models[i], prefixes[i]});
+  std::stable_sort(list.begin(), list.end(), [](const ListedModel& one, const ListedModel& other) {
+    return one.model.nodes > other.model.nodes;
+  });
+  return list;
+}
+
+std::size_t NodesOf(const std::vector<ListedModel>& list) {
+  std::size_t nodes = 0;
+  for (const ListedModel& listed : list) nodes += listed.model.nodes;
+  return nodes;
+}
+
+std::string DumpLine(const std::string& snapshot, const ListedModel& listed) {
+  return fmt::format("fabscan dump {} --prefix {} --guid {}", ShellWord(snapshot), listed.prefix,
+                     GuidText(listed.model.representative->guid));
+}
+
+std::string KindText(const DeviceModelKey& key) {
+  std::string text(WordFor(kNodeTypeWords, key.type));
+  if (key.special != IB_NOT_SPECIAL_PORT) {
+    text += fmt::format(" ({})", WordFor(kSpecialNodeWords, key.special));
+  }
+  return text;
+}
+
+std::string OrDash(const std::string& text) { return text.empty() ? "-" : text; }
+/// Hexadecimal with at least `digits` digits; a dash for what was not collected.
+std::string IdText(u_int64_t id, int digits) {
+  return id == 0 ? "-" : fmt::format("0x{:0{}x}", id, digits);
+}
+
+void PrintText(const ModelsOptions& options, const std::vector<ListedModel>& list,
+               std::size_t all_nodes) {
+  const Terminal terminal = StandardOutput();
+  std::string text = fmt::format("{}: {}, {}\n", options.snapshot, Counted(NodesOf(list), "node"),
+                                 Counted(list.size(), "device model"));
+  if (all_nodes > NodesOf(list)) {
+    text += fmt::format("left out, since outside the sub-fabric: {}\n",
+                        Counted(all_nodes - NodesOf(list), "node"));
+  }
+  if (!list.empty()) {
+    Table table({{"nodes", true},
+                 {"kind"},
+                 {"vendor"},
+                 {"device"},
+                 {"revision"},
+                 {"PSID"},
+                 {"firmware"},
+                 {"representative"},
+                 {"", false, Narrow::kCut}});
+    for (const ListedModel& listed : list) {
+      const DeviceModel& model = listed.model;
+      const DeviceModelKey& key = model.key;
+      table.AddRow({std::to_string(model.nodes), KindText(key), IdText(key.vendor_id, 6),
+                    IdText(key.device_id, 4), IdText(key.revision, 1), OrDash(PsidText(key)),
+                    OrDash(FirmwareText(key)), GuidText(model.representative->guid),
+                    model.representative->name});
+    }
+    text += '\n' + table.text(terminal) + "\nTo dump one of each:\n";
+    for (const ListedModel& listed : list) {
+      text += "  " + DumpLine(options.snapshot, listed) + '\n';
+    }
+  }
+  std::cout << text;
+}
+
+void PrintJson(const ModelsOptions& options, const std::vector<ListedModel>& list,
+               std::size_t all_nodes) {
+  JsonResult json;
+  json.Text("snapshot", options.snapshot);
+  json.Count("nodes", NodesOf(list));
+  json.Count("outsideSubFabric", all_nodes - NodesOf(list));
+  json.BeginObjects("models");
+  for (const ListedModel& listed : list) {
+    const DeviceModel& model = listed.model;
+    json.BeginObject();
+    json.Count("nodes", model.nodes);
+    json.Text("type", WordFor(kNodeTypeWords, model.key.type));
+    if (model.key.special != IB_NOT_SPECIAL_PORT) {
+      json.Text("specialNode", WordFor(kSpecialNodeWords, model.key.special));
+    }
+    json.Count("vendorID", model.key.vendor_id);
+    json.Count("deviceID", model.key.device_id);
+    json.Count("revision", model.key.revision);
+    json.Text("psid", PsidText(model.key));
+    json.Text("firmware", FirmwareText(model.key));
+    json.Text("name", model.representative->name);
+    json.Guid("guid", model.representative->guid);
+    json.Text("prefix", listed.prefix);
+    json.Text("dump", DumpLine(options.snapshot, listed));
+    json.EndObject();
+  }
+  json.EndArray();
+}
+
+ExitStatus Models(const ModelsOptions& options) {
+  Fabscan fabscan;
+  ReadSnapshot(options.snapshot, fabscan);
+  const std::vector<ListedModel> list = ListModels(fabscan);
+  (options.json ? PrintJson : PrintText)(options, list, fabscan.discovered_fabric.nodeCount());
+  return kDone;
+}
+
+}  // namespace
+
+std::function<ExitStatus()> AddModels(CLI::App& app) {
+  const auto options = std::make_shared<ModelsOptions>();
+  app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
+      ->required();
+  app.add_flag("--json", options->json, "Print one JSON object");
+  app.footer(
+      "Nodes are of one model when they agree in kind, vendor and device id, hardware revision, "
+      "PSID\n"
+      "and firmware.\n"
+      "Example: the models of a fabric, with the line that dumps each\n"
+      "  fabscan models fabric.jsonl");
+  return [options] { return Models(*options); };
+}
+
+}  // namespace fabscan

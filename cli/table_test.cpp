@@ -1,0 +1,72 @@
+#include "table.h"
+
+#include <gtest/gtest.h>
+
+namespace fabscan {
+namespace {
+
+Table Names() {
+  Table table({{"name", false, Narrow::kCut}, {"ports", true}, {"why", false, Narrow::kWrap}});
+  table.AddRow({"leaf", "2", "no answer within 1000 ms"});
+  table.AddRow({"a switch with a long name", "40", ""});
+  return table;
+}
+
+TEST(TableTest, AlignsAndLeavesNoBlanksAtLineEnds) {
+  EXPECT_EQ(Names().text({}),
+            "name                       ports  why\n"
+            "leaf                           2  no answer within 1000 ms\n"
+            "a switch with a long name     40\n");
+}
+
+TEST(TableTest, Indents) {
+  Table table({{"a"}, {"b"}});
+  table.AddRow({"1", "2"});
+  EXPECT_EQ(table.text({}, 2), "  a  b\n  1  2\n");
+}
+
+TEST(TableTest, FitsTheTerminal) {
+  // The last column first, down to twelve; then the one before it.
+  EXPECT_EQ(Names().text({false, 40}),
+            "name                 ports  why\n"
+            "leaf                     2  no answer\n"
+            "                            within 1000\n"
+            "                            ms\n"
+            "a switch with a lo\u2026     40\n");
+}
+
+TEST(TableTest, GoesNoNarrowerThanCanBeRead) {
+  Table table({{"name", false, Narrow::kCut}});
+  table.AddRow({"abcdefghijklmnop"});
+  EXPECT_EQ(table.text({false, 3}), "name\nabcdefghijk\u2026\n");
+}
+
+TEST(TableTest, PaintsOnATerminalOnly) {
+  Table table({{"state"}, {"port"}});
+  Cell cell("up", Style::kGood);
+  cell.Add("!", Style::kBad);
+  table.AddRow({cell, "1"});
+  EXPECT_EQ(table.text({true, 80}),
+            "\x1b[1mstate\x1b[0m  \x1b[1mport\x1b[0m\n"
+            "\x1b[32mup\x1b[0m\x1b[31m!\x1b[0m    1\n");
+  EXPECT_EQ(table.text({}), "state  port\nup!    1\n");
+}
+
+TEST(DisplayWidthTest, CountsColumns) {
+  EXPECT_EQ(DisplayWidth(""), 0U);
+  EXPECT_EQ(DisplayWidth("plain"), 5U);
+  EXPECT_EQ(DisplayWidth("\u00fcber"), 4U);
+  EXPECT_EQ(DisplayWidth("\u4ea4\u6362"), 4U) << "these take two columns each";
+  EXPECT_EQ(DisplayWidth("e\u0301"), 1U) << "a combining mark takes none";
+  EXPECT_EQ(DisplayWidth("\xff\xfe"), 2U);
+}
+
+TEST(CutTest, KeepsWhatFits) {
+  EXPECT_EQ(Cut("abc", 3), "abc");
+  EXPECT_EQ(Cut("abcd", 3), "ab\u2026");
+  EXPECT_EQ(Cut("\u4ea4\u6362\u673a", 4), "\u4ea4\u2026") << "no half characters";
+  EXPECT_EQ(Cut("\u00fc\u00fc\u00fc\u00fc", 3), "\u00fc\u00fc\u2026");
+}
+
+}  // namespace
+}  // namespace fabscan

@@ -1,0 +1,33 @@
+#ifndef FABSCAN_CLI_TERMINAL_H
+#define FABSCAN_CLI_TERMINAL_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace fabscan {
+
+/// What standard output shows.
+struct Terminal {
+  bool colour = false;
+  std::size_t width = 0;  // in columns; 0: no limit
+};
+
+/// Of the process. Colour and a width only where standard output is a terminal; no colour where
+/// NO_COLOR is set and not empty, or TERM is "dumb".
+Terminal StandardOutput();
+
+enum class Style { kPlain, kHead, kGood, kQuiet, kWarning, kBad };
+
+/// `text` in this style, where the terminal has colour.
+std::string Painted(std::string_view text, Style style, const Terminal& terminal);
+
+/// The columns that UTF-8 text takes. Bytes that are no character take one each.
+std::size_t DisplayWidth(std::string_view text);
+
+/// `text` if it fits `width` columns; otherwise its beginning with an ellipsis.
+std::string Cut(std::string_view text, std::size_t width);
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,47 @@
+#ifndef FABSCAN_MODEL_DEVICE_MODELS_H
+#define FABSCAN_MODEL_DEVICE_MODELS_H
+
+#include <infiniband/fabscan/fabscan.h>
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace fabscan {
+
+/// What makes nodes one device model. What was not collected counts as zero.
+struct DeviceModelKey {
+  IBNodeType type = IB_UNKNOWN_NODE_TYPE;
+  IBSpecialPortType special = IB_NOT_SPECIAL_PORT;
+  // From NodeInfo.
+  u_int32_t vendor_id = 0;
+  u_int16_t device_id = 0;
+  u_int32_t revision = 0;
+  // From GeneralInfo.
+  std::array<u_int8_t, sizeof(PSID_Block_Element)> psid{};
+  std::array<u_int32_t, 3> firmware{};  // major, minor and sub-minor, the extended ones where given
+
+  bool operator<(const DeviceModelKey& other) const;
+};
+
+DeviceModelKey DeviceModelOf(const Fabscan& fabscan, const IBNode& node);
+
+/// The PSID's text without its padding, harmless; empty where there is none.
+std::string PsidText(const DeviceModelKey& key);
+/// `31.2012.1024`; empty where there is none.
+std::string FirmwareText(const DeviceModelKey& key);
+
+struct DeviceModel {
+  DeviceModelKey key;
+  const IBNode* representative;  // the first of the nodes by name
+  std::size_t nodes;
+};
+
+/// The device models of the sub-fabric, in the order of their representatives' names. Holds
+/// nothing for a node but its model.
+std::vector<DeviceModel> DeviceModelsOf(const Fabscan& fabscan);
+
+}  // namespace fabscan
+
+#endif

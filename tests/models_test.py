@@ -1,0 +1,92 @@
+"""`fabscan models` from end to end."""
+
+import json
+
+from command_line import DONE, FAILED, CommandTest, main, snapshot, switch
+
+
+def node_info(**fields):
+    names = ("NumPorts NodeType ClassVersion BaseVersion SystemImageGUID NodeGUID PortGUID "
+             "DeviceID PartitionCap revision VendorID LocalPortNum")
+    return {"SMP_NodeInfo": {name: fields.get(name, 0) for name in names.split()}}
+
+
+def spine(number, **more):
+    attributes = node_info(VendorID=0x5a1e0c, DeviceID=0xd2f0, revision=0xa0)
+    return switch(f"spine-{number:05}", hex(0x1000 + number), attributes=attributes, **more)
+
+
+def host(number, **more):
+    attributes = node_info(VendorID=0x5a1e0c, DeviceID=0x1021)
+    return {"name": f"host-{number:05}", "guid": hex(0x100000 + number), "type": "CA",
+            "numPorts": 1, "attributes": attributes, **more}
+
+
+class Models(CommandTest):
+    def test_the_most_frequent_come_first(self):
+        path = self.put("my fabric.jsonl", snapshot(
+            host(1), spine(2), spine(1), host(2, specialNode="AN"),
+            switch("unknown", "0x9"), spine(3, inSubFabric=False)))
+        run = self.run_command("models", path.name)
+        self.assertEqual(run.stderr, "")
+        self.assertEqual(
+            run.stdout,
+            "my fabric.jsonl: 5 nodes, 4 device models\n"
+            "left out, since outside the sub-fabric: 1 node\n"
+            "\n"
+            "nodes  kind     vendor    device  revision  PSID  firmware  representative\n"
+            "    2  SW       0x5a1e0c  0xd2f0  0xa0      -     -         0x0000000000001001  "
+            "spine-00001\n"
+            "    1  CA       0x5a1e0c  0x1021  -         -     -         0x0000000000100001  "
+            "host-00001\n"
+            "    1  CA (AN)  0x5a1e0c  0x1021  -         -     -         0x0000000000100002  "
+            "host-00002\n"
+            "    1  SW       -         -       -         -     -         0x0000000000000009  "
+            "unknown\n"
+            "\n"
+            "To dump one of each:\n"
+            "  fabscan dump 'my fabric.jsonl' --prefix SW_d2f0 --guid 0x0000000000001001\n"
+            "  fabscan dump 'my fabric.jsonl' --prefix HCA_1021 --guid 0x0000000000100001\n"
+            "  fabscan dump 'my fabric.jsonl' --prefix AN_1021 --guid 0x0000000000100002\n"
+            "  fabscan dump 'my fabric.jsonl' --prefix SW_0000 --guid 0x0000000000000009\n")
+        self.assertEqual(run.returncode, DONE)
+
+    def test_json(self):
+        path = self.put("f.jsonl", snapshot(host(1), spine(1), spine(2)))
+        result = json.loads(self.run_command("models", path.name, "--json").stdout)
+        self.assertEqual((result["nodes"], result["outsideSubFabric"]), (3, 0))
+        self.assertEqual(
+            result["models"][0],
+            {"nodes": 2, "type": "SW", "vendorID": 0x5a1e0c, "deviceID": 0xd2f0,
+             "revision": 0xa0, "psid": "", "firmware": "", "name": "spine-00001",
+             "guid": "0x0000000000001001", "prefix": "SW_d2f0",
+             "dump": "fabscan dump f.jsonl --prefix SW_d2f0 --guid 0x0000000000001001"})
+        self.assertEqual([model["nodes"] for model in result["models"]], [2, 1])
+
+    def test_the_dump_lines_work(self):
+        path = self.put("f.jsonl", snapshot(host(1), spine(1), host(2, specialNode="AN")))
+        for model in json.loads(self.run_command("models", path.name, "--json").stdout)["models"]:
+            run = self.run_command(*model["dump"].split()[1:])
+            self.assertEqual(run.returncode, DONE, run.stderr)
+            self.assertIn("  nodes written                   1\n", run.stdout)
+        self.assertEqual([name for name in self.entries() if name.endswith(".cpp")],
+                         ["an_1021_generated.cpp", "hca_1021_generated.cpp",
+                          "sw_d2f0_generated.cpp"])
+
+    def test_ten_thousand_nodes_are_a_handful_of_models(self):
+        nodes = [spine(i) for i in range(2000)] + [host(i) for i in range(8000)]
+        path = self.put("f.jsonl", snapshot(*nodes))
+        run = self.run_command("models", path.name)
+        self.assertEqual(run.stdout.splitlines()[0], "f.jsonl: 10000 nodes, 2 device models")
+
+    def test_no_nodes(self):
+        run = self.run_command("models", "-", input=snapshot())
+        self.assertEqual((run.returncode, run.stdout), (DONE, "-: 0 nodes, 0 device models\n"))
+
+    def test_a_missing_file(self):
+        run = self.run_command("models", "none.jsonl")
+        self.assert_fails(run, "none.jsonl: cannot open: No such file or directory", FAILED)
+
+
+if __name__ == "__main__":
+    main()
