@@ -4,7 +4,9 @@ import json
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
+import sys
 import tempfile
 import time
 import unittest
@@ -13,6 +15,9 @@ FABSCAN = os.environ["FABSCAN"]
 FAKE_ANSWERS = os.environ["FABSCAN_FAKE_ANSWERS"]
 START_SECONDS = 60
 RUN_SECONDS = 120
+
+# An ending that is asked for cleans up like an ordinary one.
+signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
 
 
 def umad2sim():
@@ -51,8 +56,9 @@ class SimulatedFabric:
         self.console = os.open(self.console_path, os.O_RDWR)
         with open(self.folder / "ibsim.out", "wb") as out:
             self.simulator = subprocess.Popen(
-                [tool("ibsim"), "-s", *map(str, limits), "fabric.net"], stdin=self.console,
-                stdout=out, stderr=subprocess.STDOUT, cwd=self.folder,
+                # Should this process be killed, the simulator ends as well.
+                [tool("setpriv"), "--pdeathsig", "TERM", tool("ibsim"), "-s", *map(str, limits),
+                 "fabric.net"], stdin=self.console, stdout=out, stderr=subprocess.STDOUT, cwd=self.folder,
                 env={**os.environ, "IBSIM_SOCKNAME": self.socket})
         self._wait_for_output("Network simulator ready")
 
