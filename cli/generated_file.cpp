@@ -19,11 +19,15 @@ constexpr std::string_view kCommentMark = "//";
 struct HandPlace {
   std::string_view function;
   std::string_view text;
+  std::string_view reason;
 };
 
 constexpr HandPlace kHandPlaces[] = {
-    {"setVSReductionManagerClassPortInfo", "mad_buffer.RedirectGID = 0x0x"},
-    {"setWrenPushReductionCounters", "SMP_TarnExtPortInfo_pack(&mad_buffer"},
+    {"setVSReductionManagerClassPortInfo", "mad_buffer.RedirectGID = 0x0x",
+     "an address stands in place of the redirect GID; write the GID there, or remove the line"},
+    {"setWrenPushReductionCounters", "SMP_TarnExtPortInfo_pack(&mad_buffer",
+     "a record that is not declared is packed, and branches declare the same names; remove that "
+     "line, and put each branch into braces"},
 };
 
 bool StartsWith(std::string_view text, std::string_view start) {
@@ -117,14 +121,16 @@ BodyKind KindOfBody(std::string_view body) {
   return has_statement ? BodyKind::kBlock : BodyKind::kComment;
 }
 
-bool NeedsHand(const GeneratedFunction& function) {
+std::string_view HandReason(const GeneratedFunction& function) {
   for (const HandPlace& place : kHandPlaces) {
     if (function.name == place.function && function.body.find(place.text) != std::string::npos) {
-      return true;
+      return place.reason;
     }
   }
-  return false;
+  return {};
 }
+
+bool NeedsHand(const GeneratedFunction& function) { return !HandReason(function).empty(); }
 
 std::string_view ReasonOfBody(std::string_view body) {
   const BodyKind kind = KindOfBody(body);

@@ -67,6 +67,8 @@ BodyKind KindOfBody(std::string_view body);
 /// of a redirect GID, and the pack of a record that the loop does not declare. Whoever builds the
 /// file finishes them by hand.
 bool NeedsHand(const GeneratedFunction& function);
+/// What stops the compiler there, and what to do; empty where nothing does.
+std::string_view HandReason(const GeneratedFunction& function);
 
 /// The reason that a body of comments or of an `#error` line gives: its first diagnostic, without
 /// the comment mark, `#error` and quotes. Empty for a block.

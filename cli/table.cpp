@@ -11,25 +11,6 @@ constexpr std::size_t kGap = 2;
 /// A column is not made narrower than this.
 constexpr std::size_t kNarrowest = 12;
 
-/// The text in lines of at most `width` columns, broken at blanks where there are any.
-std::vector<std::string> Wrapped(const std::string& text, std::size_t width) {
-  std::vector<std::string> lines(1);
-  for (std::size_t begin = 0; begin < text.size();) {
-    const std::size_t end = std::min(text.find(' ', begin), text.size());
-    const std::string word = text.substr(begin, end - begin);
-    std::string& line = lines.back();
-    if (line.empty()) {
-      line = word;
-    } else if (DisplayWidth(line) + 1 + DisplayWidth(word) <= width) {
-      line += ' ' + word;
-    } else {
-      lines.push_back(word);
-    }
-    begin = end + 1;
-  }
-  return lines;
-}
-
 }  // namespace
 
 void Cell::Add(std::string text, Style style) {

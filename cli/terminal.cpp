@@ -3,6 +3,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cstdlib>
 #include <cwchar>
@@ -86,6 +87,31 @@ std::string Cut(std::string_view text, std::size_t width) {
     if (columns + 1 > width) break;
   }
   return std::string(text.substr(0, kept)) += kEllipsis;
+}
+
+std::vector<std::string> Wrapped(std::string_view text, std::size_t width) {
+  std::vector<std::string> lines(1);
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find(' ', begin), text.size());
+    const std::string word(text.substr(begin, end - begin));
+    std::string& line = lines.back();
+    if (line.empty()) {
+      line = word;
+    } else if (DisplayWidth(line) + 1 + DisplayWidth(word) <= width) {
+      line += ' ' + word;
+    } else {
+      lines.push_back(word);
+    }
+    begin = end + 1;
+  }
+  return lines;
+}
+
+std::string Paragraph(std::string_view text, const Terminal& terminal) {
+  if (terminal.width == 0) return std::string(text) + '\n';
+  std::string paragraph;
+  for (const std::string& line : Wrapped(text, terminal.width)) paragraph += line + '\n';
+  return paragraph;
 }
 
 }  // namespace fabscan

@@ -1,0 +1,225 @@
+#include "check_report.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "counted.h"
+#include "guid_options.h"
+#include "json_result.h"
+#include "table.h"
+
+namespace fabscan {
+
+namespace {
+
+struct MarkRow {
+  Mark mark;
+  const char* sign;
+  Style style;
+  const char* word;
+  const char* meaning;
+};
+
+// In the order in which the legend and the reasons stand: what stops a build comes first.
+// clang-format off
+constexpr MarkRow kMarkRows[] = {
+    {Mark::kError,   "E", Style::kBad,     "error",   "an #error line stops the compiler"},
+    {Mark::kHand,    "H", Style::kWarning, "hand",    "does not compile until finished by hand"},
+    {Mark::kComment, ".", Style::kQuiet,   "comment", "skipped: a comment says why"},
+    {Mark::kBlock,   "+", Style::kGood,    "block",   "gives the simulated node its values"},
+};
+// clang-format on
+
+/// Nodes that are named for a reason or a class before the rest is only counted.
+constexpr std::size_t kMaxNamed = 3;
+
+const MarkRow& RowOf(Mark mark) {
+  return *std::find_if(std::begin(kMarkRows), std::end(kMarkRows),
+                       [mark](const MarkRow& row) { return row.mark == mark; });
+}
+
+/// The column's letter: a to v for the 22 functions.
+char LetterOf(std::size_t function) { return static_cast<char>('a' + function); }
+
+std::string NamesOf(const std::vector<const IBNode*>& nodes) {
+  std::string names;
+  for (std::size_t i = 0; i < std::min(nodes.size(), kMaxNamed); ++i) {
+    names += fmt::format("{}{}", i == 0 ? "" : ", ", nodes[i]->name);
+  }
+  if (nodes.size() > kMaxNamed) names += fmt::format(" and {} more", nodes.size() - kMaxNamed);
+  return names;
+}
+
+std::string MatrixText(const CheckResult& result, const Terminal& terminal) {
+  std::string letters;
+  for (std::size_t i = 0; i < result.functionNames().size(); ++i) letters += LetterOf(i);
+  Table table({{"GUID"}, {"class"}, {letters}, {"node", false, Narrow::kCut}});
+  for (const CheckedNode& node : result.nodes()) {
+    Cell marks("");
+    for (const CheckedFunction& function : node.functions) {
+      const MarkRow& row = RowOf(function.mark);
+      marks.Add(row.sign, row.style);
+    }
+    table.AddRow({GuidText(node.node->guid), node.class_word, marks, node.node->name});
+  }
+  return table.text(terminal);
+}
+
+std::string LegendText(const CheckResult& result, const Terminal& terminal) {
+  std::string text;
+  for (const MarkRow& row : kMarkRows) {
+    text += fmt::format("  {}  {}\n", Painted(row.sign, row.style, terminal), row.meaning);
+  }
+  std::vector<Column> columns = {{""}, {"function"}};
+  for (const MarkRow& row : kMarkRows) columns.push_back({row.sign, true});
+  Table table(columns);
+  for (std::size_t i = 0; i < result.functionNames().size(); ++i) {
+    std::vector<Cell> cells = {std::string(1, LetterOf(i)), result.functionNames()[i]};
+    for (const MarkRow& row : kMarkRows) {
+      const std::size_t count = result.count(row.mark, i);
+      cells.emplace_back(count == 0 ? "" : std::to_string(count), row.style);
+    }
+    table.AddRow(std::move(cells));
+  }
+  return text + '\n' + table.text(terminal);
+}
+
+using Nodes = std::vector<const IBNode*>;
+
+/// The reasons of one function: mark row and reason to the nodes that it holds for.
+using FunctionReasons = std::map<std::pair<std::size_t, std::size_t>, Nodes>;
+
+FunctionReasons ReasonsOf(const CheckResult& result, std::size_t function) {
+  FunctionReasons reasons;
+  for (const CheckedNode& node : result.nodes()) {
+    const CheckedFunction& checked = node.functions[function];
+    if (checked.mark == Mark::kBlock) continue;
+    const auto row = static_cast<std::size_t>(&RowOf(checked.mark) - kMarkRows);
+    reasons[{row, checked.reason}].push_back(node.node);
+  }
+  return reasons;
+}
+
+/// Each reason with the functions that it holds for, those for the same nodes together.
+std::string ReasonsText(const CheckResult& result, const Terminal& terminal) {
+  struct Line {
+    std::size_t row;
+    std::size_t reason;
+    Nodes nodes;
+    std::string letters;
+  };
+  std::vector<Line> lines;
+  for (std::size_t i = 0; i < result.functionNames().size(); ++i) {
+    for (auto& [place, nodes] : ReasonsOf(result, i)) {
+      const auto same = std::find_if(lines.begin(), lines.end(), [&](const Line& line) {
+        return line.row == place.first && line.reason == place.second && line.nodes == nodes;
+      });
+      if (same != lines.end()) {
+        same->letters += LetterOf(i);
+      } else {
+        lines.push_back({place.first, place.second, nodes, std::string(1, LetterOf(i))});
+      }
+    }
+  }
+  std::stable_sort(lines.begin(), lines.end(),
+                   [](const Line& one, const Line& other) { return one.row < other.row; });
+  Table table({{""}, {""}, {"nodes", true}, {"reason", false, Narrow::kWrap}});
+  for (const Line& line : lines) {
+    const MarkRow& row = kMarkRows[line.row];
+    std::string reason(result.reason(line.reason));
+    if (row.mark != Mark::kComment) reason += fmt::format(" ({})", NamesOf(line.nodes));
+    table.AddRow(
+        {Cell(row.sign, row.style), line.letters, std::to_string(line.nodes.size()), reason});
+  }
+  return table.empty() ? std::string() : '\n' + table.text(terminal);
+}
+
+std::string ClassesText(const CheckResult& result) {
+  std::string text;
+  for (const auto& [class_word, nodes] : result.SharedClasses()) {
+    text +=
+        fmt::format("{} nodes define the class {}: {}\n", nodes.size(), class_word, NamesOf(nodes));
+  }
+  if (!text.empty()) text = '\n' + text + "In one file only one node of a class compiles.\n";
+  return text;
+}
+
+}  // namespace
+
+std::string Verdict(const CheckResult& result) {
+  if (result.Builds()) return "builds";
+  std::string causes;
+  const auto add = [&causes](std::size_t count, const std::string& text) {
+    if (count != 0) causes += (causes.empty() ? "" : ", ") + text;
+  };
+  const std::size_t errors = result.count(Mark::kError);
+  const std::size_t hand = result.count(Mark::kHand);
+  const std::size_t shared = result.SharedClasses().size();
+  add(errors, Counted(errors, "function") + " with #error");
+  add(hand, fmt::format("{} to finish by hand", hand));
+  add(shared, Counted(shared, "class", "classes") + " that several nodes define");
+  return "does not build: " + causes;
+}
+
+std::string CheckText(const CheckResult& result, const std::string& snapshot,
+                      const Terminal& terminal) {
+  std::string text = MatrixText(result, terminal) + '\n' + LegendText(result, terminal) +
+                     ReasonsText(result, terminal) + ClassesText(result);
+  const std::size_t nodes = result.nodes().size();
+  text += fmt::format(
+      "\n{}: {}, {}: {} with a block, {} skipped, {} with #error, {} to finish by "
+      "hand\n",
+      snapshot, Counted(nodes, "node"), Counted(nodes * result.functionNames().size(), "function"),
+      result.count(Mark::kBlock), result.count(Mark::kComment), result.count(Mark::kError),
+      result.count(Mark::kHand));
+  const Style style = result.Builds() ? Style::kGood : Style::kBad;
+  return text + Painted(Verdict(result), style, terminal) + '\n';
+}
+
+void PrintCheckJson(const CheckResult& result, const std::string& snapshot) {
+  JsonResult json;
+  json.Text("snapshot", snapshot);
+  json.Truth("builds", result.Builds());
+  json.Key("totals");
+  json.BeginObject();
+  json.Count("nodes", result.nodes().size());
+  for (const MarkRow& row : kMarkRows) json.Count(row.word, result.count(row.mark));
+  json.EndObject();
+  json.BeginObjects("sharedClasses");
+  for (const auto& [class_word, nodes] : result.SharedClasses()) {
+    json.BeginObject();
+    json.Text("class", class_word);
+    json.Key("guids");
+    json.BeginArray();
+    for (const IBNode* node : nodes) json.String(GuidText(node->guid));
+    json.EndArray();
+    json.EndObject();
+  }
+  json.EndArray();
+  json.BeginObjects("nodes");
+  for (const CheckedNode& node : result.nodes()) {
+    json.BeginObject();
+    json.Text("name", node.node->name);
+    json.Guid("guid", node.node->guid);
+    json.Text("class", node.class_word);
+    json.BeginObjects("functions");
+    for (std::size_t i = 0; i < node.functions.size(); ++i) {
+      const CheckedFunction& function = node.functions[i];
+      json.BeginObject();
+      json.Text("name", result.functionNames()[i]);
+      json.Text("mark", RowOf(function.mark).word);
+      if (function.reason != 0) json.Text("reason", result.reason(function.reason));
+      json.EndObject();
+    }
+    json.EndArray();
+    json.EndObject();
+    json.Flush();
+  }
+  json.EndArray();
+}
+
+}  // namespace fabscan

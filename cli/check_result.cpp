@@ -1,0 +1,78 @@
+#include "check_result.h"
+
+namespace fabscan {
+
+namespace {
+
+Mark MarkOf(const GeneratedFunction& function) {
+  switch (function.kind) {
+    case BodyKind::kError:
+      return Mark::kError;
+    case BodyKind::kComment:
+      return Mark::kComment;
+    case BodyKind::kBlock:
+      break;
+  }
+  return NeedsHand(function) ? Mark::kHand : Mark::kBlock;
+}
+
+/// The diagnostic with "node" for "node=NAME", so that nodes with the same fate read alike.
+std::string WithoutName(std::string_view diagnostic, const std::string& name) {
+  std::string reason(diagnostic);
+  const std::string named = "node=" + name;
+  const std::size_t place = reason.find(named);
+  if (place != std::string::npos) reason.erase(place + 4, named.size() - 4);
+  return reason;
+}
+
+}  // namespace
+
+void CheckResult::Add(const IBNode& node, const GeneratedNode& generated) {
+  CheckedNode& checked = nodes_.emplace_back();
+  checked.node = &node;
+  checked.class_word = generated.class_word;
+  for (const GeneratedFunction& function : generated.functions) {
+    const std::size_t place = checked.functions.size();
+    if (place == function_names_.size()) {
+      function_names_.push_back(function.name);
+      counts_.emplace_back();
+    }
+    const Mark mark = MarkOf(function);
+    ++counts_[place][static_cast<std::size_t>(mark)];
+    const std::string_view reason =
+        mark == Mark::kHand ? HandReason(function) : ReasonOfBody(function.body);
+    checked.functions.push_back({mark, numberOf(WithoutName(reason, node.name))});
+  }
+}
+
+std::size_t CheckResult::numberOf(std::string reason) {
+  if (reason.empty()) return 0;
+  const auto [found, is_new] = reason_numbers_.emplace(reason, reasons_.size());
+  if (is_new) reasons_.push_back(std::move(reason));
+  return found->second;
+}
+
+std::size_t CheckResult::count(Mark mark, std::size_t function) const {
+  return counts_[function][static_cast<std::size_t>(mark)];
+}
+
+std::size_t CheckResult::count(Mark mark) const {
+  std::size_t sum = 0;
+  for (std::size_t i = 0; i < counts_.size(); ++i) sum += count(mark, i);
+  return sum;
+}
+
+std::map<std::string, std::vector<const IBNode*>> CheckResult::SharedClasses() const {
+  std::map<std::string, std::vector<const IBNode*>> shared;
+  for (const CheckedNode& checked : nodes_) shared[checked.class_word].push_back(checked.node);
+  for (auto entry = shared.begin(); entry != shared.end();) {
+    entry = entry->second.size() > 1 ? std::next(entry) : shared.erase(entry);
+  }
+  return shared;
+}
+
+bool CheckResult::Builds() const {
+  return count(Mark::kError) == 0 && count(Mark::kHand) == 0 && SharedClasses().empty();
+}
+
+}  // namespace fabscan

@@ -1,0 +1,98 @@
+#include "generated_nodes.h"
+
+#include <fabscan_sim_info_dump.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "class_prefix.h"
+#include "cleanup_on_signal.h"
+#include "command.h"
+#include "discovery_progress.h"
+#include "report.h"
+
+namespace fabscan {
+
+namespace {
+
+/// Nodes that are written at a time; a large switch takes about 100 kB.
+constexpr std::size_t kBatch = 128;
+constexpr char kPrefix[] = "Check";
+
+/// A temporary folder for one generated file; goes with this object, or with a signal.
+class ScratchFolder {
+ public:
+  ScratchFolder() {
+    std::error_code error;
+    path_ = (std::filesystem::temp_directory_path(error) / "fabscan-XXXXXX").string();
+    const SignalsHeld held;
+    if (error || ::mkdtemp(path_.data()) == nullptr) {
+      throw CommandError(fmt::format("{}: cannot make a temporary folder: {}; set TMPDIR", path_,
+                                     error ? error.message() : CauseText(errno)));
+    }
+    file_ = path_ + '/' + GeneratedFileName(kPrefix);
+    RemoveOnSignal(file_, path_);
+  }
+  ~ScratchFolder() {
+    const SignalsHeld held;
+    ::unlink(file_.c_str());
+    ::rmdir(path_.c_str());
+    ForgetOnSignal(path_);
+  }
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+  const std::string& path() const { return path_; }
+  const std::string& file() const { return file_; }
+
+ private:
+  std::string path_;
+  std::string file_;
+};
+
+std::vector<const IBNode*> SelectedNodes(const IBFabric& fabric, const std::set<u_int64_t>& guids) {
+  std::vector<const IBNode*> nodes;
+  for (const auto& entry : fabric.NodeByName) {
+    const IBNode* node = entry.second;
+    if (node == nullptr || !node->in_sub_fabric) continue;
+    if (guids.empty() || guids.count(node->guid) != 0) nodes.push_back(node);
+  }
+  return nodes;
+}
+
+}  // namespace
+
+void ForEachGeneratedNode(Fabscan& fabscan, const std::set<u_int64_t>& guids,
+                          const std::function<void(const IBNode&, const GeneratedNode&)>& visit) {
+  const std::vector<const IBNode*> nodes = SelectedNodes(fabscan.discovered_fabric, guids);
+  const ScratchFolder scratch;
+  fabscan.setOutputFolder(scratch.path());
+  SimInfoDumpCPP generator(fabscan);
+  DiscoveryProgress progress;
+  for (std::size_t begin = 0; begin < nodes.size(); begin += kBatch) {
+    progress.Show("nodes generated", begin, nodes.size());
+    const std::size_t end = std::min(begin + kBatch, nodes.size());
+    std::set<u_int64_t> batch;
+    for (std::size_t i = begin; i < end; ++i) batch.insert(nodes[i]->guid);
+    if (generator.Generate(kPrefix, batch) != 0 || !fabscan.lastError().empty()) {
+      throw CommandError(fabscan.lastError() + "; free some space, or set TMPDIR");
+    }
+    std::ifstream text(scratch.file(), std::ios::binary);
+    GeneratedFileReader reader(text);
+    GeneratedNode generated;
+    for (std::size_t i = begin; i < end; ++i) {
+      if (!reader.Next(generated) || generated.guid != nodes[i]->guid) {
+        throw CommandError(scratch.file() + ": cannot read what was written; try again");
+      }
+      visit(*nodes[i], generated);
+    }
+  }
+}
+
+}  // namespace fabscan
