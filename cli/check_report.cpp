@@ -138,11 +138,12 @@ std::string ReasonsText(const CheckResult& result, const Terminal& terminal) {
   return table.empty() ? std::string() : '\n' + table.text(terminal);
 }
 
-std::string ClassesText(const CheckResult& result) {
+std::string ClassesText(const CheckResult& result, const Terminal& terminal) {
   std::string text;
   for (const auto& [class_word, nodes] : result.SharedClasses()) {
-    text +=
-        fmt::format("{} nodes define the class {}: {}\n", nodes.size(), class_word, NamesOf(nodes));
+    text += Paragraph(
+        fmt::format("{} nodes define the class {}: {}", nodes.size(), class_word, NamesOf(nodes)),
+        terminal);
   }
   if (!text.empty()) text = '\n' + text + "In one file only one node of a class compiles.\n";
   return text;
@@ -168,16 +169,19 @@ std::string Verdict(const CheckResult& result) {
 std::string CheckText(const CheckResult& result, const std::string& snapshot,
                       const Terminal& terminal) {
   std::string text = MatrixText(result, terminal) + '\n' + LegendText(result, terminal) +
-                     ReasonsText(result, terminal) + ClassesText(result);
+                     ReasonsText(result, terminal) + ClassesText(result, terminal);
   const std::size_t nodes = result.nodes().size();
-  text += fmt::format(
-      "\n{}: {}, {}: {} with a block, {} skipped, {} with #error, {} to finish by "
-      "hand\n",
-      snapshot, Counted(nodes, "node"), Counted(nodes * result.functionNames().size(), "function"),
+  const std::string counts = fmt::format(
+      "{}: {}, {}: {} with a block, {} skipped, {} with #error, {} to finish by hand", snapshot,
+      Counted(nodes, "node"), Counted(nodes * result.functionNames().size(), "function"),
       result.count(Mark::kBlock), result.count(Mark::kComment), result.count(Mark::kError),
       result.count(Mark::kHand));
+  text += '\n' + Paragraph(counts, terminal);
   const Style style = result.Builds() ? Style::kGood : Style::kBad;
-  return text + Painted(Verdict(result), style, terminal) + '\n';
+  for (const std::string& line : Wrapped(Verdict(result), terminal.width)) {
+    text += Painted(line, style, terminal) + '\n';
+  }
+  return text;
 }
 
 void PrintCheckJson(const CheckResult& result, const std::string& snapshot) {

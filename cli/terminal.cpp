@@ -97,7 +97,7 @@ std::vector<std::string> Wrapped(std::string_view text, std::size_t width) {
     std::string& line = lines.back();
     if (line.empty()) {
       line = word;
-    } else if (DisplayWidth(line) + 1 + DisplayWidth(word) <= width) {
+    } else if (DisplayWidth(line) + 1 + DisplayWidth(word) <= width || width == 0) {
       line += ' ' + word;
     } else {
       lines.push_back(word);
@@ -108,7 +108,6 @@ std::vector<std::string> Wrapped(std::string_view text, std::size_t width) {
 }
 
 std::string Paragraph(std::string_view text, const Terminal& terminal) {
-  if (terminal.width == 0) return std::string(text) + '\n';
   std::string paragraph;
   for (const std::string& line : Wrapped(text, terminal.width)) paragraph += line + '\n';
   return paragraph;

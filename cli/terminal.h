@@ -29,7 +29,8 @@ std::size_t DisplayWidth(std::string_view text);
 /// `text` if it fits `width` columns; otherwise its beginning with an ellipsis.
 std::string Cut(std::string_view text, std::size_t width);
 
-/// The text in lines of at most `width` columns, broken at blanks where there are any.
+/// The text in lines of at most `width` columns (0: no limit), broken at blanks where there are
+/// any.
 std::vector<std::string> Wrapped(std::string_view text, std::size_t width);
 
 /// One paragraph that fits the terminal, with a line end.
