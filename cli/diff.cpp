@@ -1,0 +1,217 @@
+#include <fmt/format.h>
+#include <snapshot.h>
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "command.h"
+#include "counted.h"
+#include "fabric_differences.h"
+#include "guid_options.h"
+#include "json_result.h"
+#include "report.h"
+#include "terminal.h"
+
+namespace fabscan {
+
+namespace {
+
+// As diff has it: 0 the same, 1 different, 2 trouble of any kind.
+constexpr ExitStatus kSame = kDone;
+constexpr ExitStatus kDifferent = kFailed;
+constexpr ExitStatus kTrouble = kWrongUsage;
+
+struct DiffOptions {
+  std::string first;
+  std::string second;
+  bool by_name = false;
+  std::vector<std::string> ignored;
+  bool json = false;
+};
+
+struct DiffCounts {
+  std::size_t differences = 0;
+  std::size_t nodes = 0;  // that both have and that differ
+  std::size_t only_first = 0;
+  std::size_t only_second = 0;
+
+  void Add(const Difference& difference, bool is_new_node) {
+    ++differences;
+    const bool whole = IsWholeNode(difference);
+    if (whole) ++(difference.second.empty() ? only_first : only_second);
+    if (!whole && is_new_node) ++nodes;
+  }
+
+  static bool IsWholeNode(const Difference& difference) {
+    return difference.port == Difference::kNone && difference.record.empty() &&
+           difference.field.empty();
+  }
+};
+
+/// `port 3 WrenReductionCounters[1].mlid`
+std::string PlaceText(const Difference& difference) {
+  std::string text;
+  if (difference.port != Difference::kNone) text = fmt::format("port {}", difference.port);
+  if (!difference.record.empty()) {
+    text += fmt::format("{}{}", text.empty() ? "" : " ", difference.record);
+    if (difference.index != Difference::kNone) text += fmt::format("[{}]", difference.index);
+  }
+  if (!difference.field.empty()) {
+    text += fmt::format("{}{}", difference.record.empty() ? (text.empty() ? "" : " ") : ".",
+                        difference.field);
+  }
+  return text;
+}
+
+class TextReport {
+ public:
+  TextReport(const DiffOptions& options, const Terminal& terminal)
+      : options_(options), terminal_(terminal) {}
+
+  void Add(const Difference& difference) {
+    const bool is_new = difference.node != node_;
+    node_ = difference.node;
+    counts_.Add(difference, is_new);
+    const std::string head = fmt::format("{} ({})", node_->name, GuidText(node_->guid));
+    if (DiffCounts::IsWholeNode(difference)) {
+      std::cout << Painted(head, Style::kHead, terminal_) << ": " << Values(difference) << '\n';
+      return;
+    }
+    if (is_new) std::cout << Painted(head, Style::kHead, terminal_) << '\n';
+    std::cout << "  " << PlaceText(difference) << ": " << Values(difference) << '\n';
+  }
+
+  bool Finish() {
+    if (counts_.differences == 0) return true;
+    const std::string summary =
+        fmt::format("{}: {} in both, {} only in {}, {} only in {}",
+                    Counted(counts_.differences, "difference"), Counted(counts_.nodes, "node"),
+                    counts_.only_first, options_.first, counts_.only_second, options_.second);
+    std::cout << '\n' << Paragraph(summary, terminal_);
+    return false;
+  }
+
+ private:
+  std::string Values(const Difference& difference) const {
+    if (difference.whole) {
+      return difference.second.empty() ? Removed("only in " + options_.first)
+                                       : Added("only in " + options_.second);
+    }
+    return Removed(Shown(difference.first)) + " -> " + Added(Shown(difference.second));
+  }
+
+  static std::string Shown(const std::string& value) {
+    return value.empty() ? std::string("nothing") : value;
+  }
+  std::string Removed(const std::string& text) const {
+    return Painted(text, Style::kBad, terminal_);
+  }
+  std::string Added(const std::string& text) const {
+    return Painted(text, Style::kGood, terminal_);
+  }
+
+  const DiffOptions& options_;
+  const Terminal terminal_;
+  const IBNode* node_ = nullptr;
+  DiffCounts counts_;
+};
+
+class JsonReport {
+ public:
+  explicit JsonReport(const DiffOptions& options) {
+    json_.Text("first", options.first);
+    json_.Text("second", options.second);
+    json_.BeginObjects("differences");
+  }
+
+  void Add(const Difference& difference) {
+    same_ = false;
+    json_.BeginObject();
+    json_.Text("name", difference.node->name);
+    json_.Guid("guid", difference.node->guid);
+    if (difference.port != Difference::kNone) {
+      json_.Count("port", static_cast<u_int64_t>(difference.port));
+    }
+    if (!difference.record.empty()) json_.Text("record", difference.record);
+    if (difference.index != Difference::kNone) {
+      json_.Count("index", static_cast<u_int64_t>(difference.index));
+    }
+    if (!difference.field.empty()) json_.Text("field", difference.field);
+    if (!difference.first.empty()) json_.Text("first", difference.first);
+    if (!difference.second.empty()) json_.Text("second", difference.second);
+    json_.EndObject();
+    json_.Flush();
+  }
+
+  bool Finish() {
+    json_.EndArray();
+    json_.Truth("same", same_);
+    return same_;
+  }
+
+ private:
+  JsonResult json_;
+  bool same_ = true;
+};
+
+ExitStatus Compare(const DiffOptions& options) {
+  const ComparisonOptions comparison{options.by_name, IgnoredFields(options.ignored)};
+  Fabscan first;
+  Fabscan second;
+  ReadSnapshot(options.first, first);
+  ReadSnapshot(options.second, second);
+  const auto tell = [&](auto& report) {
+    ForEachDifference(first, second, comparison, [&](const Difference& d) { report.Add(d); });
+    return report.Finish() ? kSame : kDifferent;
+  };
+  if (options.json) {
+    JsonReport report(options);
+    return tell(report);
+  }
+  TextReport report(options, StandardOutput());
+  return tell(report);
+}
+
+/// Every failure ends with the status for trouble, so that it is told from a difference.
+ExitStatus Diff(const DiffOptions& options) {
+  try {
+    const ExitStatus status = Compare(options);
+    if (const int error_number = FlushStandardOutput(); error_number != 0) {
+      throw CommandError(
+          fmt::format("standard output: cannot write: {}; free some space, or write elsewhere",
+                      CauseText(error_number)));
+    }
+    return status;
+  } catch (const std::bad_alloc&) {
+    throw CommandError("out of memory; use a larger machine", kTrouble);
+  } catch (const std::exception& error) {
+    throw CommandError(error.what(), kTrouble);
+  }
+}
+
+}  // namespace
+
+std::function<ExitStatus()> AddDiff(CLI::App& app) {
+  const auto options = std::make_shared<DiffOptions>();
+  app.add_option("A", options->first, "The one snapshot; - is standard input")->required();
+  app.add_option("B", options->second, "The other one")->required();
+  app.add_flag("--by-name", options->by_name, "Join nodes by their names rather than their GUIDs");
+  app.add_option("--ignore", options->ignored,
+                 "A key, record or field to pass over, as snapshots name it; may be repeated")
+      ->type_name("FIELD")
+      ->allow_extra_args(false);
+  app.add_flag("--json", options->json, "Print one JSON object");
+  app.footer(
+      "Exit status: 0 when the two are the same, 1 when they differ, 2 for wrong usage or a file "
+      "that\n"
+      "cannot be read.\n"
+      "Example: what changed since yesterday, but for port states and one record's LID\n"
+      "  fabscan diff yesterday.jsonl today.jsonl --ignore state --ignore SMP_PortInfo.LID");
+  return [options] { return Diff(*options); };
+}
+
+}  // namespace fabscan

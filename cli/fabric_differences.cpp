@@ -1,0 +1,216 @@
+#include "fabric_differences.h"
+
+#include <fmt/format.h>
+#include <record_fields.h>
+#include <words.h>
+
+#include <cstring>
+
+#include "guid_options.h"
+
+namespace fabscan {
+
+namespace {
+
+std::string YesOrNo(bool value) { return value ? "true" : "false"; }
+
+std::string SpecialText(const IBNode& node) {
+  return node.isSpecialNode() ? std::string(WordFor(kSpecialNodeWords, node.getSpecialNodeType()))
+                              : "none";
+}
+
+class Comparison {
+ public:
+  Comparison(const Fabscan& first, const Fabscan& second, const ComparisonOptions& options,
+             const std::function<void(const Difference&)>& visit)
+      : first_(first), second_(second), options_(options), visit_(visit) {}
+
+  void Run() {
+    for (const auto& entry : first_.discovered_fabric.NodeByName) {
+      const IBNode* partner = PartnerOf(*entry.second, second_.discovered_fabric);
+      place_ = {entry.second};
+      if (partner == nullptr) {
+        TellWhole(nullptr, true);
+      } else {
+        CompareNodes(*entry.second, *partner);
+      }
+    }
+    for (const auto& entry : second_.discovered_fabric.NodeByName) {
+      if (PartnerOf(*entry.second, first_.discovered_fabric) != nullptr) continue;
+      place_ = {entry.second};
+      TellWhole(nullptr, false);
+    }
+  }
+
+ private:
+  const IBNode* PartnerOf(const IBNode& node, const IBFabric& in) const {
+    if (!options_.by_name) return in.getNodeByGuid(node.guid);
+    const auto found = in.NodeByName.find(node.name);
+    return found == in.NodeByName.end() ? nullptr : found->second;
+  }
+
+  void Tell(std::string field, std::string first, std::string second) {
+    place_.field = std::move(field);
+    place_.first = std::move(first);
+    place_.second = std::move(second);
+    visit_(place_);
+  }
+
+  void TellWhole(const char* key, bool first_has_it) {
+    place_.whole = true;
+    Tell(key == nullptr ? "" : key, first_has_it ? kThere : "", first_has_it ? "" : kThere);
+    place_.whole = false;
+  }
+
+  /// A value that nodes or ports have besides their records.
+  void CompareKey(const char* key, const std::string& first, const std::string& second) {
+    if (first != second && !options_.ignored.Has(key)) Tell(key, first, second);
+  }
+
+  void CompareNodes(const IBNode& first, const IBNode& second) {
+    CompareKey("name", first.name, second.name);
+    CompareKey("guid", GuidText(first.guid), GuidText(second.guid));
+    CompareKey("type", std::string(WordFor(kNodeTypeWords, first.type)),
+               std::string(WordFor(kNodeTypeWords, second.type)));
+    CompareKey("numPorts", std::to_string(first.numPorts), std::to_string(second.numPorts));
+    CompareKey("alternativeName", first.getAlternativeName(), second.getAlternativeName());
+    CompareKey("inSubFabric", YesOrNo(first.in_sub_fabric), YesOrNo(second.in_sub_fabric));
+    CompareKey("specialNode", SpecialText(first), SpecialText(second));
+    CompareKey("opalSwitch", YesOrNo(first.isOpalSwitch()), YesOrNo(second.isOpalSwitch()));
+    CompareMasks("smpCapabilityMask", first_.capability_module.find(first, false),
+                 second_.capability_module.find(second, false));
+    CompareMasks("gmpCapabilityMask", first_.capability_module.find(first, true),
+                 second_.capability_module.find(second, true));
+    CompareKinds(kNodeRecords, first, second);
+    CompareReasons(first, second);
+    for (unsigned number = 0; number <= 255; ++number) {
+      ComparePorts(number, first.getPort(static_cast<phys_port_t>(number)),
+                   second.getPort(static_cast<phys_port_t>(number)));
+    }
+  }
+
+  void CompareMasks(const char* key, const capability_mask_t* first,
+                    const capability_mask_t* second) {
+    if (options_.ignored.Has(key) || (first == nullptr && second == nullptr)) return;
+    if (first == nullptr || second == nullptr) {
+      TellWhole(key, first != nullptr);
+      return;
+    }
+    for (std::size_t i = 0; i < std::size(first->mask); ++i) {
+      if (first->mask[i] == second->mask[i]) continue;
+      Tell(fmt::format("{}[{}]", key, i), fmt::format("{:#x}", first->mask[i]),
+           fmt::format("{:#x}", second->mask[i]));
+    }
+  }
+
+  void ComparePorts(unsigned number, const IBPort* first, const IBPort* second) {
+    if (first == nullptr && second == nullptr) return;
+    place_ = {place_.node, static_cast<int>(number)};
+    if (first == nullptr || second == nullptr) {
+      TellWhole(nullptr, first != nullptr);
+      return;
+    }
+    CompareKey("state", std::string(WordFor(kPortStateWords, first->port_state)),
+               std::string(WordFor(kPortStateWords, second->port_state)));
+    CompareKey("inSubFabric", YesOrNo(first->getInSubFabric()), YesOrNo(second->getInSubFabric()));
+    CompareKey("fnm", YesOrNo(first->isFNMPort()), YesOrNo(second->isFNMPort()));
+    CompareKey("fnm1", YesOrNo(first->isFNM1Port()), YesOrNo(second->isFNM1Port()));
+    CompareKey("special", YesOrNo(first->isSpecialPort()), YesOrNo(second->isSpecialPort()));
+    CompareKinds(kPortRecords, *first, *second);
+    const TesselExtendedInfo& in_first = first_.fabric_extended_info;
+    const TesselExtendedInfo& in_second = second_.fabric_extended_info;
+    for (u_int32_t index = 0; index < TesselExtendedInfo::kCounterSets; ++index) {
+      CompareRecords(kCountersTable, static_cast<int>(index),
+                     in_first.getWrenReductionCounters(first->createIndex, index),
+                     in_second.getWrenReductionCounters(second->createIndex, index));
+    }
+    for (u_int8_t selector = 0; selector < TesselExtendedInfo::kMonitorSelectors; ++selector) {
+      CompareRecords(
+          kMonitorsTable, selector,
+          in_first.getWrenReductionConfigureMLIDMonitors(first->createIndex, selector),
+          in_second.getWrenReductionConfigureMLIDMonitors(second->createIndex, selector));
+    }
+    CompareReasons(*first, *second);
+  }
+
+  template <class Kinds, class Owner>
+  void CompareKinds(const Kinds& kinds, const Owner& first, const Owner& second) {
+    for (const auto& kind : kinds) {
+      CompareRecords(*kind.table, Difference::kNone, kind.find(first_.fabric_extended_info, first),
+                     kind.find(second_.fabric_extended_info, second));
+    }
+  }
+
+  void CompareRecords(const RecordTable& table, int index, const void* first, const void* second) {
+    if (first == nullptr && second == nullptr) return;
+    if (options_.ignored.Has(table.name)) return;
+    place_.record = table.name;
+    place_.index = index;
+    if (first == nullptr || second == nullptr) {
+      TellWhole(nullptr, first != nullptr);
+    } else if (std::memcmp(first, second, table.size) != 0) {
+      CompareRows(table, first, second, {}, {});
+    }
+    place_.record = {};
+    place_.index = Difference::kNone;
+  }
+
+  /// `plain`: where the rows stand in the record, without the indices that `shown` has.
+  void CompareRows(const RecordTable& table, const void* first, const void* second,
+                   const std::string& plain, const std::string& shown) {
+    for (const FieldRow& row : table) {
+      const std::string path = plain + std::string(row.name);
+      if (options_.ignored.Has(place_.record, path, row)) continue;
+      for (std::size_t i = 0; i < row.count; ++i) {
+        std::string name = shown + std::string(row.name);
+        if (row.is_array) name += fmt::format("[{}]", i);
+        const void* of_first = row.element(first, i);
+        const void* of_second = row.element(second, i);
+        if (row.nested != nullptr) {
+          CompareRows(*row.nested, of_first, of_second, path + '.', name + '.');
+          continue;
+        }
+        const u_int64_t one = LoadNumber(of_first, row.size);
+        const u_int64_t other = LoadNumber(of_second, row.size);
+        if (one == other) continue;
+        Tell(name, fmt::format("{:#x}", one), fmt::format("{:#x}", other));
+      }
+    }
+  }
+
+  /// Why records are not there; a side without a reason is left empty.
+  template <class Owner>
+  void CompareReasons(const Owner& first, const Owner& second) {
+    if (options_.ignored.Has("absent")) return;
+    const auto& of_first = first_.fabric_extended_info.absentReasons(first);
+    const auto& of_second = second_.fabric_extended_info.absentReasons(second);
+    for (const auto& [record, reason] : of_first) {
+      const auto other = of_second.find(record);
+      CompareReason(record, reason, other == of_second.end() ? std::string() : other->second);
+    }
+    for (const auto& [record, reason] : of_second) {
+      if (of_first.count(record) == 0) CompareReason(record, {}, reason);
+    }
+  }
+
+  void CompareReason(const std::string& record, const std::string& first,
+                     const std::string& second) {
+    if (first != second && !options_.ignored.Has(record)) Tell("absent." + record, first, second);
+  }
+
+  const Fabscan& first_;
+  const Fabscan& second_;
+  const ComparisonOptions& options_;
+  const std::function<void(const Difference&)>& visit_;
+  Difference place_{};
+};
+
+}  // namespace
+
+void ForEachDifference(const Fabscan& first, const Fabscan& second,
+                       const ComparisonOptions& options,
+                       const std::function<void(const Difference&)>& visit) {
+  Comparison(first, second, options, visit).Run();
+}
+
+}  // namespace fabscan

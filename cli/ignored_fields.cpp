@@ -1,0 +1,67 @@
+#include "ignored_fields.h"
+
+#include <fmt/format.h>
+#include <record_fields.h>
+
+#include "command.h"
+#include "commands.h"
+
+namespace fabscan {
+
+namespace {
+
+/// The keys of nodes and ports that a comparison looks at.
+constexpr std::string_view kKeys[] = {
+    "name",  "alternativeName", "guid",       "type", "numPorts",          "inSubFabric",
+    "state", "specialNode",     "opalSwitch", "fnm",  "smpCapabilityMask", "gmpCapabilityMask",
+    "fnm1",  "special",         "absent",
+};
+
+void AddFields(std::set<std::string, std::less<>>& to, const RecordTable& table,
+               std::string_view record, const std::string& before) {
+  for (const FieldRow& row : table) {
+    const std::string path = before + std::string(row.name);
+    to.emplace(row.name);
+    to.insert(path);
+    to.insert(fmt::format("{}.{}", record, path));
+    if (row.nested != nullptr) AddFields(to, *row.nested, record, path + '.');
+  }
+}
+
+std::set<std::string, std::less<>> KnownWords() {
+  std::set<std::string, std::less<>> words(std::begin(kKeys), std::end(kKeys));
+  const auto add = [&words](const RecordTable& table) {
+    words.emplace(table.name);
+    AddFields(words, table, table.name, {});
+  };
+  for (const auto& kind : kNodeRecords) add(*kind.table);
+  for (const auto& kind : kPortRecords) add(*kind.table);
+  add(kCountersTable);
+  add(kMonitorsTable);
+  return words;
+}
+
+}  // namespace
+
+IgnoredFields::IgnoredFields(const std::vector<std::string>& words)
+    : words_(words.begin(), words.end()) {
+  if (words.empty()) return;
+  const auto known = KnownWords();
+  for (const std::string& word : words) {
+    if (known.count(word) != 0) continue;
+    const std::string_view nearest = NearestName(word, known);
+    throw CommandError(
+        fmt::format("--ignore: there is no field '{}'; {}", word,
+                    nearest.empty()
+                        ? std::string("name one as snapshots do, such as LID or SMP_PortInfo.LID")
+                        : fmt::format("did you mean '{}'?", nearest)),
+        kWrongUsage);
+  }
+}
+
+bool IgnoredFields::Has(std::string_view record, const std::string& path,
+                        const FieldRow& row) const {
+  return !words_.empty() && (Has(row.name) || Has(path) || Has(fmt::format("{}.{}", record, path)));
+}
+
+}  // namespace fabscan

@@ -1,0 +1,33 @@
+#ifndef FABSCAN_CLI_IGNORED_FIELDS_H
+#define FABSCAN_CLI_IGNORED_FIELDS_H
+
+#include <record_table.h>
+
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace fabscan {
+
+/// What a comparison passes over: keys of nodes and ports (`name`, `state`), records
+/// (`SMP_PortInfo`), fields of any record (`UpTime`, `FWInfo.Minor`), and fields of one
+/// (`SMP_PortInfo.LID`).
+class IgnoredFields {
+ public:
+  IgnoredFields() = default;
+  /// Throws CommandError (wrong usage) for a word that names nothing; it suggests one.
+  explicit IgnoredFields(const std::vector<std::string>& words);
+
+  /// A key of a node or a port, or a record.
+  bool Has(std::string_view name) const { return words_.count(name) != 0; }
+  /// The field `path` of the record, whose last part is the row's name.
+  bool Has(std::string_view record, const std::string& path, const FieldRow& row) const;
+
+ private:
+  std::set<std::string, std::less<>> words_;
+};
+
+}  // namespace fabscan
+
+#endif
