@@ -86,6 +86,7 @@ std::string GuidText(u_int64_t guid) {
 
 SnapshotHeader LineDecoder::DecodeHeader(json::document& line) {
   path_.Clear();
+  if (Take(line.type()) != json::json_type::object) throw Malformed(kNoSnapshot);
   bool is_header = false;
   for (auto item : TakeLine(line)) {
     json::field field = Take(std::move(item));
