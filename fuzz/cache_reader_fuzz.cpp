@@ -1,0 +1,44 @@
+// Any bytes as a discovery cache: an error of one line, or findings that make a fabric, which is
+// written and read again as the same bytes.
+
+#include <cache_reader.h>
+#include <fabric_builder.h>
+#include <snapshot_text.h>
+
+#include <cstdint>
+
+#include "require.h"
+
+namespace fabscan {
+namespace {
+
+void Check(std::string_view bytes) {
+  FabricFindings findings;
+  try {
+    findings = ReadCache(bytes);
+  } catch (const CacheError& error) {
+    const std::string message = error.what();
+    Require(!message.empty() && message.find('\n') == std::string::npos, "an error is one line");
+    return;
+  }
+  Fabscan fabscan;
+  const DiscoveryReport report = BuildFabric(findings, fabscan);
+  Require(report.nodes == findings.nodes.size(), "every node of the cache is in the model");
+  for (const std::string& gap : report.gaps) {
+    Require(gap.find('\n') == std::string::npos, "a gap is one line");
+  }
+  const std::string text = WriteText(fabscan);
+  try {
+    Require(Rewritten(text) == text, "the same bytes after writing and reading");
+  } catch (const SnapshotError& error) {
+    Require(false, error.what());
+  }
+}
+
+}  // namespace
+}  // namespace fabscan
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fabscan::Check({reinterpret_cast<const char*>(data), size});
+  return 0;
+}

@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# fuzz.sh BUILD SECONDS [TARGET...]: runs each fuzz target (all of them unless named) for SECONDS and
+# prints what each reached. New inputs go to BUILD/fuzz/found, those that break a promise to
+# BUILD/fuzz/broken; the corpora of the repository are read only.
+set -euo pipefail
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+build=$(cd "$1" && pwd)/fuzz
+seconds=$2
+shift 2
+if [ $# -eq 0 ]; then
+  for source in "$here"/*_fuzz.cpp; do set -- "$@" "$(basename "$source" _fuzz.cpp)"; done
+fi
+
+mkdir -p "$build/broken"
+failed=0
+printf '%-16s %12s %8s %18s\n' target executions seconds 'edges reached'
+for target; do
+  found=$build/found/$target
+  log=$build/$target.log
+  mkdir -p "$found"
+  corpora=("$found" "$here/corpus/$target")
+  if [ "$target" = snapshot_reader ]; then corpora+=("$here/../tests/minefield"); fi
+  status=0
+  (cd "$build" && "./${target}_fuzz" -max_total_time="$seconds" -max_len=8192 -len_control=0 \
+    -timeout=30 -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="broken/$target-" \
+    "${corpora[@]}") >"$log" 2>&1 || status=$?
+  executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
+  taken=$(sed -n 's/^Done [0-9]* runs in \([0-9]*\) second.*/\1/p' "$log")
+  edges=$(sed -n 's/.* cov: \([0-9]*\) .*/\1/p' "$log" | tail -n 1)
+  all=$(sed -n 's/^INFO: Loaded 1 modules *(\([0-9]*\) inline.*/\1/p' "$log")
+  printf '%-16s %12s %8s %18s\n' "$target" "${executions:--}" "${taken:--}" "${edges:--} of ${all:--}"
+  if [ "$status" -ne 0 ]; then
+    failed=1
+    tail -n 40 "$log" >&2
+    echo "fuzz.sh: $target broke a promise; the input is in $build/broken" >&2
+  fi
+done
+exit "$failed"

@@ -1,0 +1,53 @@
+// The generator over any fabric, also one that contradicts itself. The oracle is the structure of
+// what it writes: the right functions, each opened and closed; and names that change nothing but
+// themselves.
+
+#include <generated_file.h>
+
+#include <cstdint>
+#include <sstream>
+
+#include "generated_structure.h"
+#include "inconsistent_fabric.h"
+#include "require.h"
+#include "scratch_folder.h"
+
+namespace fabscan {
+namespace {
+
+/// The command's own reader finds the same nodes and functions.
+void RequireReadable(const std::string& text, std::size_t nodes) {
+  std::istringstream in(text);
+  GeneratedFileReader reader(in);
+  GeneratedNode node;
+  std::size_t found = 0;
+  for (; reader.Next(node); ++found) {
+    Require(node.functions.size() == 22, "the reader of generated files finds 22 functions a node");
+  }
+  Require(found == nodes, "the reader of generated files finds every node");
+}
+
+void Check(Bytes bytes) {
+  static const ScratchFolder folder;
+  Fabscan fabscan;
+  InconsistentFabric fabric(bytes, fabscan);
+
+  const std::string text = folder.Generated(fabscan, fabric.guids());
+  Require(folder.Generated(fabscan, fabric.guids()) == text, "a second run gives the same text");
+  const std::vector<const IBNode*> selected = fabric.Selected();
+  const std::string fault = FaultOfStructure(text, "Fuzz", selected);
+  Require(fault.empty(), fault);
+  RequireReadable(text, selected.size());
+
+  fabric.UsePlainNames();
+  const std::string plain = folder.Generated(fabscan, fabric.guids());
+  Require(fabric.WithFirstNames(plain) == text, "names change nothing but themselves");
+}
+
+}  // namespace
+}  // namespace fabscan
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fabscan::Check(fabscan::Bytes(data, size));
+  return 0;
+}

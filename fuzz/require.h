@@ -1,0 +1,19 @@
+#ifndef FABSCAN_FUZZ_REQUIRE_H
+#define FABSCAN_FUZZ_REQUIRE_H
+
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+namespace fabscan {
+
+/// Ends the program, as a finding of the fuzzer, where a promise does not hold.
+inline void Require(bool holds, std::string_view promise) {
+  if (holds) return;
+  std::fprintf(stderr, "broken promise: %.*s\n", static_cast<int>(promise.size()), promise.data());
+  std::abort();
+}
+
+}  // namespace fabscan
+
+#endif
