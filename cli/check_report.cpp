@@ -114,7 +114,9 @@ std::string ReasonsText(const CheckResult& result, const Terminal& terminal) {
   };
   std::vector<Line> lines;
   for (std::size_t i = 0; i < result.functionNames().size(); ++i) {
-    for (auto& [place, nodes] : ReasonsOf(result, i)) {
+    for (const auto& entry : ReasonsOf(result, i)) {
+      const auto& place = entry.first;  // Clang lets no lambda capture a structured binding
+      const auto& nodes = entry.second;
       const auto same = std::find_if(lines.begin(), lines.end(), [&](const Line& line) {
         return line.row == place.first && line.reason == place.second && line.nodes == nodes;
       });
