@@ -35,6 +35,7 @@ class Questions : public ::testing::Test {
   Questions() {
     recording::answers = {};
     recording::questions.clear();
+    recording::ports_too = false;
     Clear<SMP_NodeInfo, SMP_PortInfo, SMP_PortInfoExtended, SMP_TarnExtPortInfo,
           CC_EnhancedCongestionInfo, IB_ClassPortInfo, WrenReductionPortInfo,
           WrenReductionConfigureMLIDMonitors, WrenReductionCounters, WrenPushReductionCounters>();
@@ -275,6 +276,92 @@ TEST_F(Questions, CountersAreAskedForOnlyAfterTheirMonitor) {
                           "getWrenReductionConfigureMLIDMonitors(101, 1)",
                           "getWrenPushReductionCounters(101)",
                           "getWrenReductionConfigureMLIDMonitors(102, 1)"));
+}
+
+/// Port 1 down, 2 outside the sub-fabric, 3 without a record; 4 FNM, 5 FNM1, 6 special, 7 regular.
+class PortQuestions : public Questions {
+ protected:
+  PortQuestions() : node(Node(IB_SW_NODE, 7)) {
+    recording::ports_too = true;
+    recording::answers.smp_bits = {9, 55};
+    recording::Put(7, IB_ClassPortInfo{});
+    node.Ports[1]->port_state = IB_PORT_STATE_DOWN;
+    node.Ports[2]->in_sub_fabric_ = false;
+    node.Ports[4]->fnm_ = node.Ports[4]->fnm1_ = node.Ports[4]->special_ = true;
+    node.Ports[5]->fnm1_ = node.Ports[5]->special_ = true;
+    node.Ports[6]->special_ = true;
+  }
+
+  /// The questions to the node's ports in one walk, with those of `record_of` each for its record.
+  template <class RecordOf>
+  static std::vector<std::string> Walk(std::vector<std::string> before, RecordOf record_of) {
+    const auto ask = [&](const std::string& question) { before.push_back(question); };
+    ask("getInSubFabric(2)");
+    for (int port = 3; port <= 7; ++port) {
+      const std::string number = "(" + std::to_string(port) + ")";
+      ask("getInSubFabric" + number);
+      for (const std::string& question : record_of(port)) ask(question);
+      if (port == 3) continue;
+      ask("isFNMPort" + number);
+      if (port > 4) ask("isFNM1Port" + number);
+      if (port > 5) ask("isSpecialPort" + number);
+    }
+    return before;
+  }
+
+  IBNode& node;
+};
+
+using Asks = std::vector<std::string>;
+
+TEST_F(PortQuestions, StateThenSubFabricThenRecordThenMarksUntilOneAnswers) {
+  for (u_int32_t port = 104; port <= 107; ++port) {
+    recording::Put(port, SMP_PortInfo{});
+    recording::Put(port, SMP_TarnExtPortInfo{});
+    recording::Put(port, WrenReductionPortInfo{});
+  }
+  const auto of = [](const std::string& getter) {
+    return [=](int port) { return Asks{getter + "(10" + std::to_string(port) + ")"}; };
+  };
+  EXPECT_EQ(Asked(kPortInfo, node), Walk({"getSMPPortInfo(100)"}, of("getSMPPortInfo")));
+  EXPECT_EQ(Asked(kExtendedPortInfo, node),
+            Walk({"IsSupportedSMPCapability(N, 9)"}, of("getSMPTarnExtPortInfo")));
+  EXPECT_EQ(Asked(kReductionPortInfo, node),
+            Walk({"IsSupportedSMPCapability(N, 55)", "getWrenClassPortInfo(7)"},
+                 of("getWrenReductionPortInfo")));
+}
+
+TEST_F(PortQuestions, MarksAreAskedForOnlyOfPortsWithCounters) {
+  for (u_int32_t port = 104; port <= 107; ++port) {
+    recording::Put(port, WrenReductionConfigureMLIDMonitors{}, 0);
+    recording::Put(port, WrenReductionConfigureMLIDMonitors{}, 1);
+    recording::Put(port, WrenReductionCounters{}, 6);
+    recording::Put(port, WrenPushReductionCounters{});
+  }
+  const Asks gates = {"IsSupportedSMPCapability(N, 55)", "getWrenClassPortInfo(7)"};
+  const std::string monitors = "getWrenReductionConfigureMLIDMonitors(10";
+  EXPECT_EQ(Asked(kCounters, node), Walk(gates, [&](int port) {
+              Asks asks = {monitors + std::to_string(port) + ", 0)"};
+              for (int set = 0; port > 3 && set < 8; ++set) {
+                asks.push_back("getWrenReductionCounters(10" + std::to_string(port) + ", " +
+                               std::to_string(set) + ")");
+              }
+              return asks;
+            }));
+  EXPECT_EQ(Asked(kPushCounters, node), Walk(gates, [&](int port) {
+              Asks asks = {monitors + std::to_string(port) + ", 1)"};
+              if (port > 3) {
+                asks.push_back("getWrenPushReductionCounters(10" + std::to_string(port) + ")");
+              }
+              return asks;
+            }));
+}
+
+TEST_F(PortQuestions, PortInfoExtendedAsksForNoMarks) {
+  recording::Put(104, SMP_PortInfoExtended{});
+  EXPECT_THAT(Asked(kPortInfoExtended, node),
+              ElementsAre("getInSubFabric(2)", "getInSubFabric(3)", "getSMPPortInfoExtended(103)",
+                          "getInSubFabric(4)", "getSMPPortInfoExtended(104)"));
 }
 
 // ---------- The facade ----------

@@ -18,6 +18,10 @@ namespace recording {
 /// `OpenFile(description, name, 4, 0, null)`, `CloseFile(//)`, `WriteFileHeader(//)`.
 inline std::vector<std::string> questions;
 
+/// The questions to ports as well, `isFNMPort(3)` by the port's number. Off, as most tests look at
+/// what is asked of the tool.
+inline bool ports_too = false;
+
 /// A question that is answered by an exception; none while it is empty.
 inline std::string throw_at;
 struct Refusal {};

@@ -31,16 +31,24 @@ typedef enum {
 /// Members are open where the questions are functions: whoever fills the model sets them.
 class IBPort {
  public:
-  bool getInSubFabric() const { return in_sub_fabric_; }
-  bool isFNMPort() const { return fnm_; }
-  bool isFNM1Port() const { return fnm1_; }
-  bool isSpecialPort() const { return special_; }
+  bool getInSubFabric() const { return Asked("getInSubFabric", in_sub_fabric_); }
+  bool isFNMPort() const { return Asked("isFNMPort", fnm_); }
+  bool isFNM1Port() const { return Asked("isFNM1Port", fnm1_); }
+  bool isSpecialPort() const { return Asked("isSpecialPort", special_); }
 
   IBPortState port_state = IB_PORT_STATE_ACTIVE;
   phys_port_t num = 0;
   uint32_t createIndex = 0;
 
   bool in_sub_fabric_ = true, fnm_ = false, fnm1_ = false, special_ = false;
+
+ private:
+  bool Asked(const char* question, bool answer) const {
+    if (recording::ports_too) {
+      recording::Ask(std::string(question) + "(" + std::to_string(num) + ")");
+    }
+    return answer;
+  }
 };
 
 class IBNode {
