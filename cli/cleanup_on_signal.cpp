@@ -26,8 +26,8 @@ extern "C" void RemoveNotedAndEnd(int signal_number) {
     ::rmdir(entry.folder);
   }
   // The default action follows, so that the caller sees which signal it was.
-  std::signal(signal_number, SIG_DFL);
-  ::raise(signal_number);
+  static_cast<void>(std::signal(signal_number, SIG_DFL));
+  static_cast<void>(::raise(signal_number));
 }
 
 void HandleEndingSignals() {

@@ -32,7 +32,7 @@ struct DumpOptions {
 /// The nodes to write; empty for all. Throws when none is left to write.
 std::set<u_int64_t> SelectNodes(const std::set<u_int64_t>& chosen, const DumpOptions& options,
                                 const IBFabric& fabric) {
-  const std::set<u_int64_t> found = WarnOfMissing(chosen, fabric);
+  std::set<u_int64_t> found = WarnOfMissing(chosen, fabric);
   bool any = !found.empty();
   if (chosen.empty()) {
     for (const IBNode& node : fabric.nodes()) any = any || node.in_sub_fabric;

@@ -22,8 +22,8 @@ namespace {
 /// A closed pipe and a file size limit are errors of the write that meets them, so that what was
 /// begun is cleaned up.
 void LetWritesFail() {
-  std::signal(SIGPIPE, SIG_IGN);
-  std::signal(SIGXFSZ, SIG_IGN);
+  static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+  static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
 }
 
 [[noreturn]] void RefuseUnknownCommand(const std::string& word) {

@@ -28,7 +28,8 @@ void PrintLine(std::string_view kind, std::string_view message) {
   line += '\n';
   // Results come before what is said of them when both go to the same place.
   FlushStandardOutput();
-  std::fwrite(line.data(), 1, line.size(), stderr);
+  // Nothing is left to tell of a standard error that cannot be written.
+  static_cast<void>(std::fwrite(line.data(), 1, line.size(), stderr));
 }
 
 }  // namespace
