@@ -1,0 +1,126 @@
+#include <fmt/format.h>
+#include <snapshot.h>
+
+#include <CLI/CLI.hpp>
+#include <cerrno>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "anonymised_fabric.h"
+#include "command.h"
+#include "counted.h"
+#include "keyed_mapping.h"
+#include "report.h"
+#include "staged_output.h"
+
+namespace fabscan {
+
+namespace {
+
+struct AnonymiseOptions {
+  std::string snapshot;
+  std::string output;
+  std::string key;
+  std::string key_file;
+  bool keep_reasons = false;
+  bool force = false;
+};
+
+constexpr char kSource[] = "anonymised";
+
+std::string ReadKeyFile(const std::string& path) {
+  errno = 0;
+  std::ifstream file(path, std::ios::binary);
+  std::string key{std::istreambuf_iterator<char>(file), {}};
+  if (!file.is_open() || file.bad()) {
+    throw CommandError(fmt::format("{}: cannot read the key: {}; check --key-file", path,
+                                   CauseText(errno != 0 ? errno : EIO)));
+  }
+  key.erase(key.find_last_not_of("\r\n") + 1);
+  if (key.empty()) {
+    throw CommandError(fmt::format("{}: holds no key; write one line of text", path), kWrongUsage);
+  }
+  return key;
+}
+
+std::unique_ptr<KeyedMapping> MakeMapping(const AnonymiseOptions& options, bool has_key) {
+  if (!options.key_file.empty()) {
+    return std::make_unique<KeyedMapping>(ReadKeyFile(options.key_file));
+  }
+  if (!has_key) return std::make_unique<KeyedMapping>();
+  if (options.key.empty()) throw CommandError("--key: is empty; give some text", kWrongUsage);
+  return std::make_unique<KeyedMapping>(options.key);
+}
+
+std::string ReportText(const AnonymiseOptions& options, const IBFabric& fabric, bool has_key) {
+  std::string text =
+      fmt::format("{}: {}, {}\n", options.output, Counted(fabric.nodeCount(), "node"),
+                  Counted(fabric.portCount(), "port"));
+  text +=
+      "  replaced  names and alternative names; GUIDs of nodes, ports and systems; GIDs and GID\n"
+      "            prefixes but the default one; manufacturing MAC addresses; queue keys\n"
+      "  removed   source and time of the snapshot";
+  text += options.keep_reasons ? "\n" : "; reasons why records are absent\n";
+  text +=
+      "  left      kinds, port numbers and states, LIDs, partition keys, vendor and device ids,\n"
+      "            hardware revision, PSID, firmware and its date, up time, counters, the order\n"
+      "            of nodes";
+  text += options.keep_reasons ? "; reasons why records are absent, which are free text\n" : "\n";
+  if (!has_key) {
+    text += "  the key was made for this run and is gone; --key-file makes it repeatable\n";
+  }
+  return text;
+}
+
+ExitStatus AnonymiseSnapshot(const AnonymiseOptions& options, bool has_key) {
+  StagedOutput output(options.output, options.force);
+  const std::unique_ptr<KeyedMapping> mapping = MakeMapping(options, has_key);
+  Fabscan fabscan;
+  ReadSnapshot(options.snapshot, fabscan);
+  Fabscan anonymised;
+  try {
+    AnonymiseFabric(fabscan, *mapping, options.keep_reasons, anonymised);
+  } catch (const std::invalid_argument& error) {
+    throw CommandError(fmt::format("{}: two nodes would become one ({}); choose another key",
+                                   options.snapshot, error.what()));
+  }
+  WriteSnapshot(output.stream(), anonymised, {kSource, ""});
+  output.Commit();
+  std::ostream& out = options.output == "-" ? std::cerr : std::cout;
+  out << ReportText(options, anonymised.discovered_fabric, has_key || !options.key_file.empty());
+  return kDone;
+}
+
+}  // namespace
+
+std::function<ExitStatus()> AddAnonymise(CLI::App& app) {
+  const auto options = std::make_shared<AnonymiseOptions>();
+  app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
+      ->required();
+  app.add_option("--output", options->output, "The snapshot to write; - is standard output")
+      ->required()
+      ->type_name("OUT");
+  CLI::Option* key =
+      app.add_option("--key", options->key,
+                     "Text that the replacements depend on; other users of this host can see it")
+          ->type_name("KEY");
+  app.add_option("--key-file", options->key_file, "A file that holds this text")
+      ->type_name("FILE")
+      ->excludes(key);
+  app.add_flag("--keep-reasons", options->keep_reasons,
+               "Keep the reasons why records are absent; they are free text");
+  app.add_flag("--force", options->force, "Replace a file that exists");
+  app.footer(
+      "The same key gives the same replacements, in this snapshot and in others. Whoever has the "
+      "key\n"
+      "can find out which GUID became which.\n"
+      "Example: for a bug report, such that the next one can be compared with it\n"
+      "  fabscan anonymise fabric.jsonl --output shared.jsonl --key-file our.key");
+  return [options, key] { return AnonymiseSnapshot(*options, key->count() != 0); };
+}
+
+}  // namespace fabscan

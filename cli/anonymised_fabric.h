@@ -1,0 +1,21 @@
+#ifndef FABSCAN_CLI_ANONYMISED_FABRIC_H
+#define FABSCAN_CLI_ANONYMISED_FABRIC_H
+
+#include <infiniband/fabscan/fabscan.h>
+
+#include "keyed_mapping.h"
+
+namespace fabscan {
+
+/// What stands in place of a reason that may name someone.
+inline constexpr char kWithheldReason[] = "withheld";
+
+/// Fills `to`, which is empty, with `from` under other names, GUIDs, GID prefixes, MAC addresses
+/// and queue keys. `keep_reasons` keeps the reasons of absence, which are free text. Throws
+/// std::invalid_argument where two nodes come to the same name or GUID.
+void AnonymiseFabric(const Fabscan& from, const KeyedMapping& mapping, bool keep_reasons,
+                     Fabscan& to);
+
+}  // namespace fabscan
+
+#endif
