@@ -87,8 +87,6 @@ std::optional<u_int64_t> ParseGuid(std::string_view text) {
   return guid;
 }
 
-std::string GuidText(u_int64_t guid) { return fmt::format("{:#018x}", guid); }
-
 std::set<u_int64_t> WarnOfMissing(const std::set<u_int64_t>& chosen, const IBFabric& fabric) {
   std::set<u_int64_t> found;
   std::size_t warnings = 0;

@@ -1,6 +1,7 @@
 #ifndef FABSCAN_CLI_GUID_OPTIONS_H
 #define FABSCAN_CLI_GUID_OPTIONS_H
 
+#include <guid_text.h>
 #include <infiniband/fabscan/fabscan.h>
 
 #include <optional>
@@ -33,8 +34,6 @@ class GuidOptions {
 
 /// A GUID as 1 to 16 hexadecimal digits, with or without 0x; empty when `text` is none.
 std::optional<u_int64_t> ParseGuid(std::string_view text);
-/// `0x` and 16 hexadecimal digits.
-std::string GuidText(u_int64_t guid);
 
 /// Warns of every chosen GUID that no node has, or whose node is outside the sub-fabric, and
 /// returns the others. Nothing chosen: nothing returned.

@@ -1,6 +1,7 @@
 #include "cache_reader.h"
 
 #include <fmt/format.h>
+#include <guid_text.h>
 
 #include <algorithm>
 #include <map>
@@ -84,7 +85,7 @@ class CacheReader {
     Agree(node, "type", type, info.NodeType);
     Agree(node, "number of ports", node.port_count, info.NumPorts);
     if (!guids_.insert(node.findings.guid).second) {
-      FailAt(node.offset, "a second node with GUID " + PaddedGuid(node.findings.guid));
+      FailAt(node.offset, "a second node with GUID " + GuidText(node.findings.guid));
     }
     node.is_switch = NodeTypeOf(type) == IB_SW_NODE;
     if (node.is_switch) {
@@ -120,7 +121,7 @@ class CacheReader {
     port.peer.second = cursor_.Take<u_int8_t>();
     if (!ports_.emplace(key, port).second) {
       FailAt(port.offset,
-             fmt::format("a second port {} with port GUID {}", key.second, PaddedGuid(key.first)));
+             fmt::format("a second port {} with port GUID {}", key.second, GuidText(key.first)));
     }
   }
 
@@ -128,7 +129,7 @@ class CacheReader {
     if (!port.has_peer || ports_.count(port.peer) != 0) return;
     FailAt(port.offset,
            fmt::format("the port's peer, port {} with port GUID {}, is not in the file",
-                       port.peer.second, PaddedGuid(port.peer.first)));
+                       port.peer.second, GuidText(port.peer.first)));
   }
 
   /// The node with every port that it has, be it in the file or not.
@@ -152,7 +153,7 @@ class CacheReader {
     const bool known = found != ports_.end() && found->second.node_guid == findings.guid;
     if (!known) {
       FailAt(node.offset, fmt::format("the node's port {} with port GUID {} is not in the file",
-                                      key.second, PaddedGuid(key.first)));
+                                      key.second, GuidText(key.first)));
     }
     CachedPort& cached = found->second;
     const auto port =

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
+#include <guid_text.h>
 
 #include <algorithm>
 #include <map>
@@ -42,7 +43,7 @@ class NodeBuilder {
                                      fmt::join(ports, ", ")));
     }
     if (!missing_.empty()) {
-      report_.gaps.push_back(fmt::format("{} ({}) lacks {}", node.name, PaddedGuid(node.guid),
+      report_.gaps.push_back(fmt::format("{} ({}) lacks {}", node.name, GuidText(node.guid),
                                          fmt::join(missing_, "; ")));
     }
   }

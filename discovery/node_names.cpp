@@ -1,6 +1,7 @@
 #include "node_names.h"
 
 #include <fmt/format.h>
+#include <guid_text.h>
 
 #include <cstddef>
 #include <unordered_map>
@@ -11,12 +12,10 @@ namespace fabscan {
 namespace {
 
 std::string WithGuid(const NodeDescription& node) {
-  return fmt::format("{}{}[{}]", node.text, node.text.empty() ? "" : " ", PaddedGuid(node.guid));
+  return fmt::format("{}{}[{}]", node.text, node.text.empty() ? "" : " ", GuidText(node.guid));
 }
 
 }  // namespace
-
-std::string PaddedGuid(u_int64_t guid) { return fmt::format("0x{:016x}", guid); }
 
 std::vector<std::string> DistinctNames(const std::vector<NodeDescription>& nodes) {
   std::unordered_map<std::string, std::size_t> uses;

@@ -20,9 +20,6 @@ struct NodeDescription {
 /// depend on the set of nodes alone, not on their order. The GUIDs are distinct.
 std::vector<std::string> DistinctNames(const std::vector<NodeDescription>& nodes);
 
-/// `0x` and 16 digits.
-std::string PaddedGuid(u_int64_t guid);
-
 }  // namespace fabscan
 
 #endif

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "guid_text.h"
 #include "harmless_name.h"
 #include "version.h"
 
@@ -13,7 +14,8 @@ IBNode& IBFabric::makeNode(std::string_view device_name, u_int64_t guid, IBNodeT
                            phys_port_t num_ports) {
   std::string name = fabscan::HarmlessName(device_name);
   if (NodeByName.count(name) != 0) throw std::invalid_argument("node name in use: " + name);
-  if (node_by_guid_.count(guid) != 0) throw std::invalid_argument("node GUID in use by " + name);
+  if (node_by_guid_.count(guid) != 0)
+    throw std::invalid_argument("node GUID in use: " + fabscan::GuidText(guid));
 
   IBNode& node = nodes_.emplace_back(std::move(name), guid, type, num_ports,
                                      static_cast<u_int32_t>(nodes_.size()));

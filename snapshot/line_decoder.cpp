@@ -1,5 +1,6 @@
 #include "line_decoder.h"
 
+#include <guid_text.h>
 #include <harmless_name.h>
 
 #include "attribute_decoder.h"
@@ -74,12 +75,6 @@ json::object TakeLine(json::document& line) {
 void RequireEndOfLine(json::document& line) {
   const bool at_end = line.current_location().error() == simdjson::OUT_OF_BOUNDS;
   if (!at_end) throw Malformed("more text follows the object; put each on its own line");
-}
-
-std::string GuidText(u_int64_t guid) {
-  char text[2 + 16 + 1];
-  std::snprintf(text, sizeof text, "0x%016llx", static_cast<unsigned long long>(guid));
-  return text;
 }
 
 }  // namespace

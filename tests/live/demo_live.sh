@@ -9,7 +9,9 @@ here=$(dirname "$(realpath "${BASH_SOURCE[0]}")")
 host=H-0002c90000100000
 switch=0x0002c90000200000
 
-say() { printf '\n\033[1m%s\033[0m\n' "$*"; }
+bold= plain=
+if [ -t 1 ] && [ -z "${NO_COLOR-}" ]; then bold=$'\033[1m' plain=$'\033[0m'; fi
+say() { printf '\n%s%s%s\n' "$bold" "$*" "$plain"; }
 show() {
   printf '$ %s\n' "$*"
   "$@"
