@@ -19,6 +19,17 @@ SourceWriter& SourceWriter::LongText(std::string_view text) {
   return *this;
 }
 
+SourceWriter& SourceWriter::LongIndent(int blanks) {
+  constexpr int kPart = static_cast<int>(kCapacity) / 2;
+  for (; blanks > kPart; blanks -= kPart) {
+    MakeRoom(kPart);
+    Indent(kPart);
+  }
+  if (blanks <= 0) return *this;
+  MakeRoom(kPart);
+  return Indent(blanks);
+}
+
 void SourceWriter::HandOver() {
   const std::streamsize size = next_ - buffer_;
   next_ = buffer_;

@@ -51,9 +51,10 @@ class SourceWriter {
     return *this;
   }
 
+  /// No blanks where `blanks` is negative.
   SourceWriter& Indent(int blanks) {
     const auto count = static_cast<std::size_t>(blanks);
-    MakeRoom(count);
+    if (count > Room()) return LongIndent(blanks);
     std::memset(next_, ' ', count);
     next_ += count;
     return *this;
@@ -120,6 +121,7 @@ class SourceWriter {
   }
 
   SourceWriter& LongText(std::string_view text);
+  SourceWriter& LongIndent(int blanks);
   void HandOver();
 
   std::ostream& out_;

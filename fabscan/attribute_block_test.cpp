@@ -1,0 +1,123 @@
+#include "attribute_block.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <sstream>
+#include <string>
+
+namespace fabscan {
+namespace {
+
+struct Record {
+  u_int8_t narrow;
+  u_int16_t middle;
+  u_int32_t wide;
+  u_int64_t widest;
+  u_int8_t list[2];
+};
+
+constexpr Target kTarget = {"Record", "&m_node->record"};
+constexpr Field<Record> kFields[] = {
+    FABSCAN_FIELD(Record, widest), FABSCAN_FIELD(Record, narrow), FABSCAN_FIELD(Record, list[1]),
+    FABSCAN_FIELD(Record, wide),   FABSCAN_FIELD(Record, middle),
+};
+
+template <class Write>
+std::string Written(Write write) {
+  std::ostringstream out;
+  {
+    SourceWriter writer(out);
+    write(writer);
+  }
+  return out.str();
+}
+
+TEST(AttributeBlock, OfANodeHasItsStatementsBetweenUnpackAndPack) {
+  const Record record = {65, 0x4142, 0x80000000, 0x123456789abcdef0, {7, 10}};
+  EXPECT_EQ(
+      Written([&](SourceWriter& writer) { WriteNodeBlock<kFields>(writer, kTarget, record); }),
+      R"(    Record mad_buffer = {0};
+    Record_unpack(&mad_buffer, reinterpret_cast<u_int8_t*>(&m_node->record));
+
+    mad_buffer.widest = 0x123456789abcdef0;
+    mad_buffer.narrow = 0x41;
+    mad_buffer.list[1] = 0xa;
+    mad_buffer.wide = 0x80000000;
+    mad_buffer.middle = 0x4142;
+
+    Record_pack(&mad_buffer, reinterpret_cast<u_int8_t*>(&m_node->record));)");
+}
+
+TEST(AttributeBlock, HoldsTheExtremesOfEveryWidth) {
+  constexpr Record kZero = {};
+  constexpr Record kAll = {0xff, 0xffff, 0xffffffff, 0xffffffffffffffff, {0xff, 0xff}};
+  EXPECT_EQ(
+      Written([&](SourceWriter& writer) { WriteStatements<kFields>(writer, 0, kZero, ");"); }), R"(
+mad_buffer.widest = 0x0);
+mad_buffer.narrow = 0x0);
+mad_buffer.list[1] = 0x0);
+mad_buffer.wide = 0x0);
+mad_buffer.middle = 0x0);)");
+  EXPECT_EQ(Written([&](SourceWriter& writer) { WriteStatements<kFields>(writer, 1, kAll); }), R"(
+ mad_buffer.widest = 0xffffffffffffffff;
+ mad_buffer.narrow = 0xff;
+ mad_buffer.list[1] = 0xff;
+ mad_buffer.wide = 0xffffffff;
+ mad_buffer.middle = 0xffff;)");
+}
+
+TEST(AttributeBlock, IndentsStatementsByAnyNumberOfBlanks) {
+  const Record record = {1, 2, 3, 4, {5, 6}};
+  for (const int indent : {std::numeric_limits<int>::min(), -1, 0, 15, 16, 17, 40'000}) {
+    const std::string start =
+        '\n' + std::string(indent > 0 ? static_cast<unsigned>(indent) : 0, ' ');
+    EXPECT_EQ(
+        Written([&](SourceWriter& writer) { WriteStatements<kFields>(writer, indent, record); }),
+        start + "mad_buffer.widest = 0x4;" + start + "mad_buffer.narrow = 0x1;" + start +
+            "mad_buffer.list[1] = 0x6;" + start + "mad_buffer.wide = 0x3;" + start +
+            "mad_buffer.middle = 0x2;")
+        << indent;
+  }
+}
+
+TEST(AttributeBlock, StaysWholeWhereverTheWritersBufferEnds) {
+  const Record record = {1, 2, 3, 4, {5, 6}};
+  const std::string block =
+      Written([&](SourceWriter& writer) { WriteNodeBlock<kFields>(writer, kTarget, record); });
+  for (std::size_t room = 0; room < block.size() + 64; ++room) {
+    const std::string before(SourceWriter::kCapacity - room, 'x');
+    EXPECT_EQ(Written([&](SourceWriter& writer) {
+                writer.Text(before);
+                WriteNodeBlock<kFields>(writer, kTarget, record);
+              }),
+              before + block)
+        << room;
+  }
+}
+
+TEST(AttributeBlock, OfAPortStandsInALoop) {
+  EXPECT_EQ(Written([&](SourceWriter& writer) {
+              WritePortLoop(writer, "for (;;) {", {"Record", "&m_node->records[i]"},
+                            [&] { writer.Line(kLoopIndent).Text("values"); });
+            }),
+            R"(    for (;;) {
+        Record mad_buffer = {0};
+        Record_unpack(&mad_buffer, reinterpret_cast<u_int8_t*>(&m_node->records[i]));
+
+        values
+
+        Record_pack(&mad_buffer, reinterpret_cast<u_int8_t*>(&m_node->records[i]));
+    })");
+}
+
+TEST(AttributeBlock, ADiagnosticIsOneOpenLine) {
+  EXPECT_EQ(Written([](SourceWriter& writer) { WriteDiagnostic(writer, "// text"); }), "// text");
+  EXPECT_EQ(Written([](SourceWriter& writer) { WriteDiagnostic(writer, "#error \"", "S1"); }),
+            "#error \"S1");
+  EXPECT_EQ(Written([](SourceWriter& writer) { WriteDiagnostic(writer, "#error \"", "S1", "\""); }),
+            "#error \"S1\"");
+}
+
+}  // namespace
+}  // namespace fabscan

@@ -1,0 +1,185 @@
+#include "source_writer.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <locale>
+#include <sstream>
+#include <streambuf>
+#include <string>
+
+namespace fabscan {
+namespace {
+
+/// What `write(writer)` writes.
+template <class Write>
+std::string Written(Write write) {
+  std::ostringstream out;
+  {
+    SourceWriter writer(out);
+    write(writer);
+  }
+  return out.str();
+}
+
+constexpr u_int64_t kMost = std::numeric_limits<u_int64_t>::max();
+
+TEST(SourceWriter, WritesHexWithoutLeadingZeros) {
+  struct Row {
+    u_int64_t value;
+    const char* text;
+  };
+  const Row rows[] = {{0, "0"},
+                      {1, "1"},
+                      {9, "9"},
+                      {10, "a"},
+                      {15, "f"},
+                      {16, "10"},
+                      {0x2c9, "2c9"},
+                      {0xffff, "ffff"},
+                      {0x80000000, "80000000"},
+                      {0xffffffff, "ffffffff"},
+                      {0x100000000, "100000000"},
+                      {0x0123456789abcdef, "123456789abcdef"},
+                      {0x8000000000000000, "8000000000000000"},
+                      {0xfedcba9876543210, "fedcba9876543210"},
+                      {kMost, "ffffffffffffffff"}};
+  for (const Row& row : rows) {
+    EXPECT_EQ(Written([&](SourceWriter& writer) { writer.Hex(row.value); }), row.text);
+  }
+}
+
+TEST(SourceWriter, WritesEveryDigitInEveryPlace) {
+  for (unsigned place = 0; place < 16; ++place) {
+    for (unsigned digit = 0; digit < 16; ++digit) {
+      std::string all(16, '0');
+      all[15 - place] = "0123456789abcdef"[digit];
+      const u_int64_t value = u_int64_t{digit} << (4 * place);
+      EXPECT_EQ(Written([&](SourceWriter& writer) { writer.ZeroFilledHex(value); }), all);
+      const std::string bare = digit == 0 ? "0" : all.substr(15 - place);
+      EXPECT_EQ(Written([&](SourceWriter& writer) { writer.Hex(value); }), bare);
+    }
+  }
+}
+
+TEST(SourceWriter, WritesDecimals) {
+  EXPECT_EQ(Written([](SourceWriter& writer) {
+              writer.Decimal(0).Text(" ").Decimal(255).Text(" ").Decimal(4294967295U);
+            }),
+            "0 255 4294967295");
+  EXPECT_EQ(Written([](SourceWriter& writer) {
+              writer.SignedDecimal(-1).Text(" ").SignedDecimal(0).Text(" ");
+              writer.SignedDecimal(std::numeric_limits<int>::min());
+            }),
+            "-1 0 -2147483648");
+}
+
+TEST(SourceWriter, IndentsByAnyNumberOfBlanks) {
+  constexpr int kCapacity = static_cast<int>(SourceWriter::kCapacity);
+  for (const int blanks :
+       {0, 1, 4, 12, 16, 17, kCapacity - 1, kCapacity, kCapacity + 1, 5 * kCapacity + 3}) {
+    EXPECT_EQ(Written([&](SourceWriter& writer) { writer.Text("a").Indent(blanks).Text("b"); }),
+              'a' + std::string(static_cast<std::size_t>(blanks), ' ') + 'b')
+        << blanks;
+    EXPECT_EQ(Written([&](SourceWriter& writer) { writer.Line(blanks).Text("b"); }),
+              '\n' + std::string(static_cast<std::size_t>(blanks), ' ') + 'b')
+        << blanks;
+  }
+}
+
+TEST(SourceWriter, IndentsByNothingWhereTheNumberIsNegative) {
+  for (const int blanks : {-1, -4, std::numeric_limits<int>::min()}) {
+    EXPECT_EQ(Written([&](SourceWriter& writer) { writer.Text("a").Indent(blanks).Text("b"); }),
+              "ab");
+    EXPECT_EQ(Written([&](SourceWriter& writer) { writer.Text("a").Line(blanks).Text("b"); }),
+              "a\nb");
+  }
+}
+
+TEST(SourceWriter, TakesTextsOfAnyLengthAtAnyPlace) {
+  constexpr std::size_t kCapacity = SourceWriter::kCapacity;
+  for (const std::size_t before : {std::size_t{0}, std::size_t{1}, kCapacity - 1, kCapacity}) {
+    for (const std::size_t length :
+         {std::size_t{0}, std::size_t{1}, kCapacity - 1, kCapacity, kCapacity + 1, 3 * kCapacity}) {
+      const std::string first(before, 'a');
+      const std::string second(length, 'b');
+      EXPECT_EQ(Written([&](SourceWriter& writer) {
+                  writer.Text(first).Text(second).Hex(kMost).Text("c").EndLine().Indent(2);
+                }),
+                first + second + "ffffffffffffffffc\n  ");
+    }
+  }
+}
+
+TEST(SourceWriter, KeepsZeroBytesInATextAndTakesAnEmptyOne) {
+  EXPECT_EQ(Written([](SourceWriter& writer) {
+              writer.Text({}).Text({"a\0b", 3});
+            }),
+            std::string("a\0b", 3));
+}
+
+TEST(SourceWriter, WritesManyNumbersPastItsCapacity) {
+  std::string expected;
+  const std::string written = Written([&](SourceWriter& writer) {
+    for (unsigned i = 0; i < 10'000; ++i) {
+      writer.Decimal(i).EndLine();
+      expected += std::to_string(i) + '\n';
+    }
+  });
+  EXPECT_EQ(written, expected);
+}
+
+TEST(SourceWriter, HandsOverInOrderWithItsFlushes) {
+  std::ostringstream out;
+  SourceWriter writer(out);
+  writer.Text("a");
+  EXPECT_EQ(out.str(), "");
+  writer.EndLineAndFlush();
+  EXPECT_EQ(out.str(), "a\n");
+  writer.Text("b");
+  EXPECT_EQ(out.str(), "a\n");
+}
+
+TEST(SourceWriter, EndsLinesWithTheStreamsOwnLineEnd) {
+  struct Marked : std::ctype<char> {
+    char do_widen(char c) const override { return c == '\n' ? '|' : c; }
+    const char* do_widen(const char* begin, const char* end, char* to) const override {
+      for (; begin != end; ++begin) *to++ = do_widen(*begin);
+      return end;
+    }
+  };
+  std::ostringstream out;
+  out.imbue(std::locale(std::locale::classic(), new Marked));
+  {
+    SourceWriter writer(out);
+    writer.Text("a").EndLine().Line(1);
+  }
+  EXPECT_EQ(out.str(), "a|| ");
+}
+
+TEST(SourceWriter, KeepsWhatWasWrittenBeforeAnExceptionOfItsCaller) {
+  std::ostringstream out;
+  EXPECT_THROW(
+      {
+        SourceWriter writer(out);
+        writer.Text("before").EndLine();
+        throw 1;
+      },
+      int);
+  EXPECT_EQ(out.str(), "before\n");
+}
+
+TEST(SourceWriter, PassesOnWhatItsStreamThrowsInTheEnd) {
+  struct : std::streambuf {
+  } refusing;
+  std::ostream out(&refusing);
+  const auto write = [&] { SourceWriter(out).Text("a"); };
+  EXPECT_NO_THROW(write());
+  EXPECT_TRUE(out.bad());
+  out.clear();
+  out.exceptions(std::ios::badbit);
+  EXPECT_THROW(write(), std::ios::failure);
+}
+
+}  // namespace
+}  // namespace fabscan
