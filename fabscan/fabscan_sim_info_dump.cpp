@@ -123,6 +123,7 @@ int SimInfoDumpCPP::Generate(const std::string& prefix, const std::set<uint64_t>
 
   GatheringBuffer gathered(file);
   std::ostream out(&gathered);
+  out.exceptions(file.exceptions());
   WriteHostLine(out);
   PrintIncludes(out, name);
 

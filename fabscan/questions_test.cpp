@@ -11,8 +11,11 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <limits>
 #include <sstream>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -61,11 +64,16 @@ class Questions : public ::testing::Test {
     return node;
   }
 
-  std::vector<std::string> Asked(Emitter emitter, const IBNode& node) {
-    recording::questions.clear();
+  std::string Body(Emitter emitter, const IBNode& node) {
     std::ostringstream out;
     const SimInfoDumpCPP dump(fabscan_);
     (dump.*emitter)(out, node);
+    return out.str();
+  }
+
+  std::vector<std::string> Asked(Emitter emitter, const IBNode& node) {
+    recording::questions.clear();
+    Body(emitter, node);
     return recording::questions;
   }
 
@@ -193,9 +201,8 @@ TEST_F(Questions, TheNamesFollowTheModuleAndTheWordsTheMask) {
   const IBNode& node = Node(IB_SW_NODE);
   recording::answers.smp_bits = {42, 89};
   recording::answers.smp_mask = {{1, 1U << 10U, 0, 0x80000000}};
-  std::ostringstream out;
-  SimInfoDumpCPP(fabscan_).GenerateSMPCapabilityMask(out, node);
-  EXPECT_EQ(out.str(), R"(    // ---------- SMP Caps ----------
+  EXPECT_EQ(Body(&SimInfoDumpCPP::GenerateSMPCapabilityMask, node),
+            R"(    // ---------- SMP Caps ----------
     // IsLinkHealthFiltersSupported
 
     GeneralInfoCapabilityMask mad_buffer = {0};
@@ -207,15 +214,69 @@ TEST_F(Questions, TheNamesFollowTheModuleAndTheWordsTheMask) {
     mad_buffer.capability3 = 0x80000000;
 
     GeneralInfoCapabilityMask_pack(&mad_buffer, reinterpret_cast<u_int8_t*>(&m_node->capMaskSMP));)");
+}
 
-  for (const auto& [status, text] : {std::pair{-5, "-5"}, std::pair{2147483647, "2147483647"}}) {
-    recording::answers.gmp_status = status;
-    std::ostringstream failed;
-    SimInfoDumpCPP(fabscan_).GenerateGMPCapabilityMask(failed, node);
-    EXPECT_EQ(failed.str(), std::string("#error \"Failed to get GMP capabilites for the node=N "
-                                        "with rc=") +
-                                text + '"');
+TEST_F(Questions, AFailedMaskIsNamedWithItsStatus) {
+  const IBNode& node = Node(IB_SW_NODE);
+  for (const auto& [status, text] : {std::pair{-5, "-5"}, std::pair{2147483647, "2147483647"},
+                                     std::pair{std::numeric_limits<int>::min(), "-2147483648"}}) {
+    recording::answers.smp_status = recording::answers.gmp_status = status;
+    EXPECT_EQ(
+        Body(&SimInfoDumpCPP::GenerateSMPCapabilityMask, node),
+        std::string("#error \"Failed to get SMP capabilites for the node=N with rc=") + text + '"');
+    EXPECT_EQ(
+        Body(&SimInfoDumpCPP::GenerateGMPCapabilityMask, node),
+        std::string("#error \"Failed to get GMP capabilites for the node=N with rc=") + text + '"');
   }
+}
+
+TEST_F(Questions, AMaskIsHandedOverZeroed) {
+  const IBNode& node = Node(IB_SW_NODE);
+  for (const Emitter emitter :
+       {&SimInfoDumpCPP::GenerateSMPCapabilityMask, &SimInfoDumpCPP::GenerateGMPCapabilityMask}) {
+    recording::mask_as_handed = {{1, 1, 1, 1}};
+    Asked(emitter, node);
+    EXPECT_THAT(recording::mask_as_handed.mask, ::testing::Each(0U));
+  }
+}
+
+TEST_F(Questions, GMPNamesFollowTheModuleAndTheWordsTheMask) {
+  recording::answers.smp_bits = {0};
+  recording::answers.smp_mask = {{1, 2, 3, 4}};
+  recording::answers.gmp_bits = {40, 48, 49, 127};
+  recording::answers.gmp_mask = {{0x80000000, 0, 0xffffffff, 16}};
+  EXPECT_EQ(Body(&SimInfoDumpCPP::GenerateGMPCapabilityMask, Node(IB_RTR_NODE)),
+            R"(    // ---------- GMP Caps ----------
+    // CreditWatchdogTimeoutCounters
+    // IsDualVSKeySupported
+
+    GeneralInfoCapabilityMask mad_buffer = {0};
+    GeneralInfoCapabilityMask_unpack(&mad_buffer, reinterpret_cast<u_int8_t*>(&m_node->capMaskGMP));
+
+    mad_buffer.capability0 = 0x80000000;
+    mad_buffer.capability1 = 0x0;
+    mad_buffer.capability2 = 0xffffffff;
+    mad_buffer.capability3 = 0x10;
+
+    GeneralInfoCapabilityMask_pack(&mad_buffer, reinterpret_cast<u_int8_t*>(&m_node->capMaskGMP));)");
+}
+
+// A tool may take a node's name as the device gave it; here nothing changes it.
+TEST_F(Questions, NamesAreWrittenAsTheyStand) {
+  IBNode& node = Node(IB_SW_NODE);
+  node.name = std::string("a\"b\\ %22 */\0 ü", 14);
+  for (const auto& [emitter, before, after] :
+       {std::tuple{&SimInfoDumpCPP::GenerateNodeInfo,
+                   "#error \"Failed to get NodeInfo mad for the node=", "\""},
+        std::tuple{&SimInfoDumpCPP::GenerateSwitchInfo,
+                   "// Failed to get SwitchInfo mad for the node=", ""},
+        std::tuple{&SimInfoDumpCPP::GenerateRouterInfo, "// The node=", " is not a router"},
+        std::tuple{&SimInfoDumpCPP::GenerateARInfo,
+                   "#error \"The node=", " does not support AR\""}}) {
+    EXPECT_EQ(Body(emitter, node), before + node.name + after);
+  }
+  node.name.clear();
+  EXPECT_EQ(Body(&SimInfoDumpCPP::GenerateRouterInfo, node), "// The node= is not a router");
 }
 
 TEST_F(Questions, PortInfoIsAskedForOfPortZeroAndOfActivePorts) {
@@ -406,6 +467,24 @@ TEST_F(Facade, IsNotAskedToCloseWhenAnEmitterThrows) {
   const std::string last = "void MyDev::SW::setPortInfo() {\n";
   ASSERT_GE(text.size(), last.size());
   EXPECT_EQ(text.substr(text.size() - last.size()), last);
+}
+
+// A stream that was told to throw does so out of the middle of a large file and out of the end of
+// a small one.
+TEST_F(Facade, IsNotAskedToCloseWhenItsStreamThrows) {
+  std::filesystem::create_symlink("/dev/full",
+                                  recording::answers.output_folder + "/mydev_generated.cpp");
+  IBNode& node = Node(IB_SW_NODE, 1);
+  fabscan_.discovered_fabric.NodeByName["N"] = &node;
+  for (const std::size_t length : {1'000U, 200'000U}) {
+    node.name.assign(length, 'n');
+    for (const auto mask : {std::ios::badbit, std::ios::failbit | std::ios::badbit}) {
+      recording::answers.stream_exceptions = mask;
+      recording::questions.clear();
+      EXPECT_THROW(SimInfoDumpCPP(fabscan_).Generate("MyDev", {}), std::ios::failure) << length;
+      EXPECT_NE(recording::questions.back(), "CloseFile(//)") << length;
+    }
+  }
 }
 
 }  // namespace

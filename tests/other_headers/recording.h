@@ -3,6 +3,7 @@
 
 #include <infiniband/fabscan/fabscan_types.h>
 
+#include <ios>
 #include <map>
 #include <set>
 #include <string>
@@ -34,11 +35,15 @@ inline void Ask(const std::string& question) {
 struct Answers {
   int open_status = 0;
   std::string output_folder = ".";
-  std::set<int> smp_bits, gmp_bits;  // supported by every node
+  std::ios::iostate stream_exceptions = std::ios::goodbit;  // of the stream that OpenFile opens
+  std::set<int> smp_bits, gmp_bits;                         // supported by every node
   int smp_status = 0, gmp_status = 0;
   capability_mask_t smp_mask = {}, gmp_mask = {};
 };
 inline Answers answers;
+
+/// The mask that GetCapability was handed last, before it was filled.
+inline capability_mask_t mask_as_handed;
 
 /// The records of one type: by index, and for the getters that take a second number, by that too.
 template <class Record>

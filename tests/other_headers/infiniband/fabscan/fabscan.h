@@ -22,6 +22,7 @@ class CapabilityModule {
   }
   int GetCapability(IBNode* node, bool isGMP, capability_mask_t& mask) const {
     recording::Ask("GetCapability(" + node->name + (isGMP ? ", GMP)" : ", SMP)"));
+    recording::mask_as_handed = mask;
     const int status = isGMP ? recording::answers.gmp_status : recording::answers.smp_status;
     if (status == 0) mask = isGMP ? recording::answers.gmp_mask : recording::answers.smp_mask;
     return status;
@@ -41,6 +42,7 @@ class Fabscan {
                    (comment == nullptr ? "null" : comment) + ")");
     if (recording::answers.open_status == 0) {
       out.open(recording::answers.output_folder + '/' + identity.name_);
+      out.exceptions(recording::answers.stream_exceptions);
     }
     return recording::answers.open_status;
   }
