@@ -12,6 +12,7 @@
 #include "class_prefix.h"
 #include "command.h"
 #include "dump_summary.h"
+#include "generated_file.h"
 #include "guid_options.h"
 #include "report.h"
 #include "staged_output.h"
@@ -60,11 +61,13 @@ void Generate(Fabscan& fabscan, const DumpOptions& options, const std::set<u_int
 
 DumpSummary Summarise(const StagedOutput& output) {
   std::ifstream generated_text(output.stagedPath(), std::ios::binary);
-  DumpSummary summary(generated_text);
-  if (!generated_text.eof()) {
-    throw CommandError(fmt::format("{}: cannot read what was written; try again", output.path()));
+  try {
+    DumpSummary summary(generated_text);
+    if (generated_text.eof()) return summary;
+  } catch (const GeneratedFileError&) {
+    if (generated_text.good()) throw;
   }
-  return summary;
+  throw CommandError(fmt::format("{}: cannot read what was written; try again", output.path()));
 }
 
 void Report(const DumpOptions& options, const std::string& path, const DumpSummary& summary,
