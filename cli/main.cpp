@@ -91,13 +91,13 @@ ExitStatus Run(int argc, char** argv) {
 ExitStatus RunReportingErrors(int argc, char** argv) {
   try {
     return Run(argc, argv);
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const CommandError& error) {
     PrintError(error.what());
     return error.status();
   } catch (const SnapshotError& error) {
     PrintError(error.what());
-  } catch (const std::bad_alloc&) {
-    PrintError("out of memory; choose fewer nodes with --guid, or use a larger machine");
   } catch (const std::exception& error) {
     PrintError(fmt::format("unexpected failure: {}", error.what()));
   }
@@ -119,5 +119,10 @@ ExitStatus FinishStandardOutput(ExitStatus status) {
 
 int main(int argc, char** argv) {
   fabscan::LetWritesFail();
-  return fabscan::FinishStandardOutput(fabscan::RunReportingErrors(argc, argv));
+  try {
+    return fabscan::FinishStandardOutput(fabscan::RunReportingErrors(argc, argv));
+  } catch (const std::bad_alloc&) {  // of the command, or of telling what failed
+    fabscan::PrintOutOfMemory();
+    return fabscan::kFailed;
+  }
 }

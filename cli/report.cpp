@@ -37,6 +37,13 @@ void PrintLine(std::string_view kind, std::string_view message) {
 void PrintError(std::string_view message) { PrintLine("error", message); }
 void PrintWarning(std::string_view message) { PrintLine("warning", message); }
 
+void PrintOutOfMemory() {
+  FlushStandardOutput();
+  std::fputs(
+      "fabscan: error: out of memory; choose fewer nodes with --guid, or use a larger machine\n",
+      stderr);
+}
+
 int FlushStandardOutput() {
   static int first_failure = 0;
   errno = 0;

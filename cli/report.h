@@ -11,6 +11,8 @@ namespace fabscan {
 void PrintError(std::string_view message);
 /// The same with `fabscan: warning: `.
 void PrintWarning(std::string_view message);
+/// The error line for a lack of memory, printed without any.
+void PrintOutOfMemory();
 
 /// Writes out what is pending on standard output. 0, or the errno of the first write that failed.
 int FlushStandardOutput();

@@ -98,10 +98,12 @@ void StagedOutput::refuseTarget() const {
 void StagedOutput::makeFolder() {
   const std::string parent = FolderOf(target_);
   std::string folder = parent + "/.fabscan-XXXXXX";
+  staged_path_ = folder + '/' + NameOf(target_);
+  // Once the folder is there nothing may throw: no destructor would remove it.
   const SignalsHeld held;
   if (::mkdtemp(folder.data()) == nullptr) Fail(parent, "write there", errno, kAdviseFolder);
-  folder_ = folder;
-  staged_path_ = folder_ + '/' + NameOf(target_);
+  staged_path_.replace(0, folder.size(), folder);
+  folder_.swap(folder);
   RemoveOnSignal(staged_path_, folder_);
 }
 
