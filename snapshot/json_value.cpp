@@ -101,14 +101,16 @@ void RefuseNumber(json::value value, unsigned bits) {
   }
   if (type != json::json_type::number) RefuseType(value, wanted);
   const std::string_view token = Token(value);
+  if (token.find_first_not_of("0123456789+-.eE") != std::string_view::npos) {
+    throw simdjson::simdjson_error(simdjson::NUMBER_ERROR);
+  }
   const std::string given = token.size() <= 40 ? std::string(token) : "the number";
   if (token.front() == '-') throw Malformed(given + " is negative; give 0 or more");
   if (token.find_first_of(".eE") != std::string_view::npos) {
     throw Malformed(given + " is not written as a whole number; leave fraction and exponent away");
   }
-  const bool digits = token.find_first_not_of("0123456789") == std::string_view::npos;
   const bool leading_zero = token.size() > 1 && token.front() == '0';
-  if (!digits || leading_zero) throw simdjson::simdjson_error(simdjson::NUMBER_ERROR);
+  if (token.front() == '+' || leading_zero) throw simdjson::simdjson_error(simdjson::NUMBER_ERROR);
   RefuseWidth(given, bits);
 }
 

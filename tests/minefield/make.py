@@ -396,6 +396,7 @@ NO = {
     "number_fraction": (number("1.0"), AT_NUMBER + "1.0 " + NOT_WHOLE),
     "number_exponent": (number("1e3"), AT_NUMBER + "1e3 " + NOT_WHOLE),
     "number_leading_zero": (number("01"), AT_NUMBER + MALFORMED_NUMBER),
+    "number_then_zero_bytes": (number('4\x01\0\0\0"end"'), AT_NUMBER + MALFORMED_NUMBER),
     "number_plus": (number("+1"), AT_NUMBER + BRACKETS),
     "number_not_quoted_hexadecimal": (number("0x1"), AT_NUMBER + MALFORMED_NUMBER),
     "number_nan": (number("NaN"), AT_NUMBER + BRACKETS),
