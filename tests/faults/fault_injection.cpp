@@ -1,0 +1,184 @@
+// A library to preload: makes one system call, or one allocation, of the program fail.
+//
+//   FAULT_CALL     write, writev, fsync, rename, read, open, mkdtemp or malloc; the calls that
+//   stand
+//                  for the same (renameat2, calloc, ...) count with it. Of write and writev, only
+//                  those to files; of open, only those for writing.
+//   FAULT_AT       which of these calls, counted from 1 at the start of main
+//   FAULT_KIND     an errno number; "signal N"; "remove FOLDER" first, then go on; "short" (half of
+//                  the bytes, then ENOSPC)
+//   FAULT_ONWARDS  where set, every call from there on
+//   FAULT_REACHED  a file that is made when the fault happens
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <stdlib.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* old, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+}
+
+namespace {
+
+bool in_main = false;
+bool running_short = false;
+long count = 0;
+
+template <class Function>
+Function* Next(const char* name, Function* /*same*/) {
+  return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+}
+
+void NoteReached() {
+  const char* path = ::getenv("FAULT_REACHED");
+  if (path != nullptr) ::close(::creat(path, 0600));
+}
+
+void RemoveFolder(const char* folder) {
+  char command[4096];
+  std::snprintf(command, sizeof command, "rm -rf '%s'", folder);
+  ::unsetenv("LD_PRELOAD");
+  if (::system(command) != 0) std::abort();
+}
+
+enum class Outcome { kAsUsual, kFails, kShort };
+
+/// Whether this call fails; then errno says how.
+Outcome Meet(const char* call) {
+  if (!in_main) return Outcome::kAsUsual;
+  const char* wanted = ::getenv("FAULT_CALL");
+  if (wanted == nullptr || std::strcmp(wanted, call) != 0) return Outcome::kAsUsual;
+  if (running_short) {
+    errno = ENOSPC;
+    return Outcome::kFails;
+  }
+  const long at = std::atol(::getenv("FAULT_AT"));
+  ++count;
+  const bool onwards = ::getenv("FAULT_ONWARDS") != nullptr;
+  if (count != at && !(onwards && count > at)) return Outcome::kAsUsual;
+
+  in_main = false;  // what is done here does not count
+  if (count == at) NoteReached();
+  const char* kind = ::getenv("FAULT_KIND");
+  Outcome outcome = Outcome::kAsUsual;
+  if (std::strncmp(kind, "signal ", 7) == 0) {
+    ::raise(std::atoi(kind + 7));
+  } else if (std::strncmp(kind, "remove ", 7) == 0) {
+    RemoveFolder(kind + 7);
+  } else if (std::strcmp(kind, "short") == 0) {
+    running_short = true;
+    outcome = Outcome::kShort;
+  } else {
+    errno = std::atoi(kind);
+    outcome = Outcome::kFails;
+  }
+  in_main = true;
+  return outcome;
+}
+
+using Main = int(int, char**, char**);
+Main* real_main = nullptr;
+
+int MainWithFaults(int argc, char** argv, char** environment) {
+  in_main = true;
+  return real_main(argc, argv, environment);
+}
+
+}  // namespace
+
+extern "C" {
+
+int __libc_start_main(Main* main, int argc, char** argv, void (*init)(), void (*fini)(),
+                      void (*rtld_fini)(), void* stack_end) {
+  real_main = main;
+  return Next("__libc_start_main", &__libc_start_main)(MainWithFaults, argc, argv, init, fini,
+                                                       rtld_fini, stack_end);
+}
+
+ssize_t write(int file, const void* data, size_t size) {
+  static auto* const next = Next("write", &write);
+  switch (file > STDERR_FILENO ? Meet("write") : Outcome::kAsUsual) {
+    case Outcome::kFails:
+      return -1;
+    case Outcome::kShort:
+      return next(file, data, size / 2);
+    default:
+      return next(file, data, size);
+  }
+}
+
+ssize_t writev(int file, const iovec* pieces, int piece_count) {
+  static auto* const next = Next("writev", &writev);
+  switch (file > STDERR_FILENO ? Meet("write") : Outcome::kAsUsual) {
+    case Outcome::kFails:
+      return -1;
+    case Outcome::kShort:
+      return next(file, pieces, 1);
+    default:
+      return next(file, pieces, piece_count);
+  }
+}
+
+ssize_t read(int file, void* to, size_t size) {
+  static auto* const next = Next("read", &read);
+  return Meet("read") == Outcome::kFails ? -1 : next(file, to, size);
+}
+
+int fsync(int file) {
+  static auto* const next = Next("fsync", &fsync);
+  return Meet("fsync") == Outcome::kFails ? -1 : next(file);
+}
+
+int rename(const char* from, const char* to) noexcept {
+  static auto* const next = Next("rename", &rename);
+  return Meet("rename") == Outcome::kFails ? -1 : next(from, to);
+}
+
+int renameat2(int from_folder, const char* from, int to_folder, const char* to,
+              unsigned flags) noexcept {
+  static auto* const next = Next("renameat2", &renameat2);
+  return Meet("rename") == Outcome::kFails ? -1 : next(from_folder, from, to_folder, to, flags);
+}
+
+char* mkdtemp(char* name) noexcept {
+  static auto* const next = Next("mkdtemp", &mkdtemp);
+  return Meet("mkdtemp") == Outcome::kFails ? nullptr : next(name);
+}
+
+// libstdc++ opens its files with fopen64 or open64, whichever it was built with.
+FILE* fopen64(const char* path, const char* mode) {
+  static auto* const next = Next("fopen64", &fopen64);
+  const bool writes = std::strpbrk(mode, "wa+") != nullptr;
+  return writes && Meet("open") == Outcome::kFails ? nullptr : next(path, mode);
+}
+
+void* malloc(size_t size) noexcept {
+  return Meet("malloc") == Outcome::kFails ? nullptr : __libc_malloc(size);
+}
+void* calloc(size_t number, size_t size) noexcept {
+  return Meet("malloc") == Outcome::kFails ? nullptr : __libc_calloc(number, size);
+}
+void* realloc(void* old, size_t size) noexcept {
+  return Meet("malloc") == Outcome::kFails ? nullptr : __libc_realloc(old, size);
+}
+void* aligned_alloc(size_t alignment, size_t size) noexcept {
+  return Meet("malloc") == Outcome::kFails ? nullptr : __libc_memalign(alignment, size);
+}
+int posix_memalign(void** to, size_t alignment, size_t size) noexcept {
+  if (Meet("malloc") == Outcome::kFails) return ENOMEM;
+  *to = __libc_memalign(alignment, size);
+  return *to == nullptr ? ENOMEM : 0;
+}
+
+}  // extern "C"

@@ -1,0 +1,220 @@
+"""What the command promises when the machine fails it: the exit status and message that are
+documented, an earlier output intact, nothing half-written, no temporary file left behind.
+
+    faults_test.py COMMAND LIBRARY
+
+LIBRARY is fault_injection.cpp, compiled; it makes the Nth call of a kind fail.
+"""
+
+import errno
+import os
+import pathlib
+import signal
+import subprocess
+import sys
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
+
+from command_line import DONE, EXAMPLES, FAILED, CommandTest, main, snapshot, switch
+
+PARTIAL = EXAMPLES / "partial.fabscan.jsonl"
+OUT = "mydev_generated.cpp"
+EARLIER = "earlier\n"
+LIBRARY = str(pathlib.Path(sys.argv.pop(2)).resolve())
+
+DUMP = ("dump", PARTIAL, "--prefix", "MyDev", "--force")
+
+
+class Faults(CommandTest):
+    def setUp(self):
+        super().setUp()
+        (self.folder / "out").mkdir()
+        self.reached = self.folder / "reached"
+        self.command = DUMP + ("--output-dir", "out")
+        run = self.run_command(*self.command)
+        self.assertEqual(run.returncode, DONE, run.stderr)
+        self.whole = self.output()
+
+    def output(self):
+        """Without the one address of the running program in it."""
+        lines = (self.folder / "out" / OUT).read_text().splitlines()
+        return [line for line in lines if "RedirectGID" not in line]
+
+    def run_with_fault(self, call, at, kind, onwards=False, command=None):
+        """The run, or None where there is no such call any more."""
+        if (self.folder / "out").is_dir():
+            (self.folder / "out" / OUT).write_text(EARLIER)
+        self.reached.unlink(missing_ok=True)
+        environment = dict(os.environ, LD_PRELOAD=LIBRARY, FAULT_CALL=call, FAULT_AT=str(at),
+                           FAULT_KIND=str(kind), FAULT_REACHED=str(self.reached))
+        if onwards:
+            environment["FAULT_ONWARDS"] = "1"
+        run = self.run_command(*(command or self.command), env=environment)
+        run.fault = f"{call} {at} meets {kind}: {run.stderr}"
+        return run if self.reached.exists() else None
+
+    def every_call(self, call, kind, **more):
+        """Every run in which one call of this kind met the fault."""
+        for at in range(1, 100_000):
+            run = self.run_with_fault(call, at, kind, **more)
+            if run is None:
+                self.assertGreater(at, 1, f"{call} is never called")
+                return
+            yield run
+
+    def assert_nothing_else(self):
+        self.assertEqual(self.entries("out"), [OUT])
+
+    def assert_one_error(self, run):
+        self.assertEqual(run.returncode, FAILED, run.fault)
+        self.assertRegex(run.stderr, r"\Afabscan: error: [^\n]+\n\Z", run.fault)
+        self.assertNotIn("unexpected", run.stderr, run.fault)
+
+    def assert_failed(self, run, *words):
+        self.assert_one_error(run)
+        for word in words:
+            self.assertIn(word, run.stderr, run.fault)
+        self.assertEqual(run.stdout, "")
+        self.assertEqual((self.folder / "out" / OUT).read_text(), EARLIER)
+        self.assert_nothing_else()
+
+    def assert_done(self, run):
+        self.assertEqual(run.returncode, DONE, run.stderr)
+        self.assertEqual(self.output(), self.whole)
+        self.assert_nothing_else()
+
+    def test_a_write_fails(self):
+        for number in (errno.ENOSPC, errno.EDQUOT, errno.EIO, errno.EFBIG):
+            for run in self.every_call("write", number):
+                self.assert_failed(run, f"out/{OUT}: cannot write")
+
+    def test_a_write_stops_half_way(self):
+        for run in self.every_call("write", "short"):
+            self.assert_failed(run, f"out/{OUT}: cannot write")
+
+    def test_a_file_cannot_be_synchronised(self):
+        runs = list(self.every_call("fsync", errno.EIO))
+        self.assertEqual(len(runs), 2)  # of the file, and of its folder
+        self.assertEqual([run.returncode for run in runs], [FAILED, DONE])
+        run = self.run_with_fault("fsync", 1, errno.EIO)
+        self.assert_failed(run, f"out/{OUT}: cannot write: Input/output error; ")
+        self.assert_done(self.run_with_fault("fsync", 2, errno.EINVAL))
+
+    def test_a_file_cannot_be_moved(self):
+        for run in self.every_call("rename", errno.EACCES):
+            self.assert_failed(run, f"out/{OUT}: cannot replace: Permission denied; ")
+
+    def test_no_folder_for_the_file(self):
+        for run in self.every_call("mkdtemp", errno.EROFS):
+            self.assert_failed(run, "out: cannot write there: Read-only file system; ")
+
+    def test_a_read_fails(self):
+        run = self.run_with_fault("read", 1, errno.EIO)
+        self.assert_failed(run, f"{PARTIAL}", "cannot read: Input/output error")
+        for run in self.every_call("read", errno.EIO):
+            self.assert_failed(run, "cannot read")
+
+    def test_the_folder_vanishes(self):
+        out = self.folder / "out"
+        for call in ("read", "write", "fsync", "rename"):
+            for at in range(1, 50):
+                out.mkdir(exist_ok=True)
+                run = self.run_with_fault(call, at, f"remove {out}")
+                if run is None:
+                    break
+                with self.subTest(call=call, at=at):
+                    if call == "fsync" and at == 2:  # the file was in its place already
+                        self.assertEqual(run.returncode, DONE)
+                        continue
+                    self.assert_one_error(run)
+                    self.assertFalse(out.exists())
+                    self.assertEqual(self.entries(), ["reached"])
+
+    def test_a_signal_in_the_midst_of_it(self):
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            for call in ("read", "write", "fsync", "rename"):
+                for run in self.every_call(call, f"signal {int(number)}"):
+                    self.assertEqual(run.returncode, -number, run.fault)
+                    self.assert_nothing_else()
+                    self.assertIn(self.output(), (EARLIER.splitlines(), self.whole))
+
+    def test_a_kill_leaves_one_folder_that_can_be_told(self):
+        for call in ("read", "write", "fsync", "rename"):
+            for run in self.every_call(call, f"signal {int(signal.SIGKILL)}"):
+                self.assertEqual(run.returncode, -signal.SIGKILL)
+                self.assertIn(self.output(), (EARLIER.splitlines(), self.whole))
+                left = [entry for entry in self.entries("out") if entry != OUT]
+                self.assertLessEqual(len(left), 1)
+                for entry in left:
+                    self.assertRegex(entry, r"^\.fabscan-.{6}$")
+                    subprocess.run(["rm", "-r", self.folder / "out" / entry], check=True)
+        self.assert_done(self.run_command(*self.command))
+
+    def test_two_runs_that_replace_the_same_file(self):
+        import command_line
+        for _ in range(5):
+            runs = [subprocess.Popen([command_line._command, *map(str, self.command)],
+                                     cwd=self.folder, stdout=subprocess.DEVNULL)
+                    for _ in range(4)]
+            self.assertEqual([run.wait(60) for run in runs], [DONE] * 4)
+            self.assertEqual(self.output(), self.whole)
+            self.assert_nothing_else()
+
+    def test_a_full_file_system(self):
+        disk = self.folder / "disk"
+        disk.mkdir()
+        mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=8k", "tmpfs", str(disk)],
+                                 stderr=subprocess.DEVNULL)
+        if mounted.returncode != 0:
+            self.skipTest("mounting needs more rights than these")
+        try:
+            (disk / OUT).write_text(EARLIER)
+            run = self.run_command(*DUMP, "--output-dir", "disk")
+            self.assertEqual(run.returncode, FAILED)
+            self.assertRegex(run.stderr, rf"^fabscan: error: disk/{OUT}: cannot write .*: No space "
+                                         r"left on device; free some space, or write elsewhere\n$")
+            self.assertEqual((disk / OUT).read_text(), EARLIER)
+            self.assertEqual(self.entries("disk"), [OUT])
+        finally:
+            subprocess.run(["umount", str(disk)], check=True)
+
+
+class OutOfMemory(Faults):
+    """One allocation fails, or all from there on, for every one of a small run."""
+
+    def setUp(self):
+        super().setUp()
+        small = self.put("small", snapshot(switch()))
+        self.command = ("dump", small, "--prefix", "MyDev", "--force", "--output-dir", "out")
+        self.assertEqual(self.run_command(*self.command).returncode, DONE)
+        self.whole = self.output()
+
+    def check(self, onwards):
+        failed = 0
+        for run in self.every_call("malloc", errno.ENOMEM, onwards=onwards):
+            if run.returncode == DONE:  # a library did without
+                self.assert_done(run)
+                continue
+            if run.stdout == "":
+                self.assert_failed(run, "memory")
+            else:  # the file was in its place already
+                self.assert_one_error(run)
+                self.assertEqual(self.output(), self.whole)
+                self.assert_nothing_else()
+            failed += 1
+        self.assertGreater(failed, 100)
+
+    def test_one_allocation_fails(self):
+        self.check(False)
+
+    def test_no_allocation_succeeds_from_there_on(self):
+        self.check(True)
+
+
+# Inherited tests are run once, above.
+for name in [name for name in dir(Faults) if name.startswith("test_")]:
+    setattr(OutOfMemory, name, None)
+
+if __name__ == "__main__":
+    main()
