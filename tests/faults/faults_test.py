@@ -180,41 +180,5 @@ class Faults(CommandTest):
             subprocess.run(["umount", str(disk)], check=True)
 
 
-class OutOfMemory(Faults):
-    """One allocation fails, or all from there on, for every one of a small run."""
-
-    def setUp(self):
-        super().setUp()
-        small = self.put("small", snapshot(switch()))
-        self.command = ("dump", small, "--prefix", "MyDev", "--force", "--output-dir", "out")
-        self.assertEqual(self.run_command(*self.command).returncode, DONE)
-        self.whole = self.output()
-
-    def check(self, onwards):
-        failed = 0
-        for run in self.every_call("malloc", errno.ENOMEM, onwards=onwards):
-            if run.returncode == DONE:  # a library did without
-                self.assert_done(run)
-                continue
-            if run.stdout == "":
-                self.assert_failed(run, "memory")
-            else:  # the file was in its place already
-                self.assert_one_error(run)
-                self.assertEqual(self.output(), self.whole)
-                self.assert_nothing_else()
-            failed += 1
-        self.assertGreater(failed, 100)
-
-    def test_one_allocation_fails(self):
-        self.check(False)
-
-    def test_no_allocation_succeeds_from_there_on(self):
-        self.check(True)
-
-
-# Inherited tests are run once, above.
-for name in [name for name in dir(Faults) if name.startswith("test_")]:
-    setattr(OutOfMemory, name, None)
-
 if __name__ == "__main__":
     main()
