@@ -1,0 +1,81 @@
+// counted WHAT: does one thing on a made fabric in the working folder, and has callgrind count the
+// instructions of that alone. Without an argument, lists what there is.
+
+#include <fabscan_sim_info_dump.h>
+#include <snapshot.h>
+#include <valgrind/callgrind.h>
+
+#include <cstdio>
+#include <fstream>
+#include <set>
+#include <string_view>
+
+#include "fabric_maker.h"
+
+namespace {
+
+constexpr fabscan::FabricShape kShape = {40, 36, 160, 1};
+constexpr char kSnapshot[] = "fabric.jsonl";
+
+/// Runs `work` with the counter on.
+template <class Work>
+auto Counted(Work work) {
+  CALLGRIND_TOGGLE_COLLECT;
+  auto result = work();
+  CALLGRIND_TOGGLE_COLLECT;
+  return result;
+}
+
+int Generate() {
+  Fabscan fabscan;
+  fabscan::MakeFabric(kShape, fabscan);
+  SimInfoDumpCPP dump(fabscan);
+  const int status = Counted([&] { return dump.Generate("Counted", {}); });
+  return status != 0 || !fabscan.lastError().empty() ? 1 : 0;
+}
+
+/// Writes the snapshot, then reads it with these options.
+int Read(const fabscan::SnapshotReadOptions& options) {
+  {
+    Fabscan fabscan;
+    fabscan::MakeFabric(kShape, fabscan);
+    std::ofstream out(kSnapshot, std::ios::binary);
+    fabscan::WriteSnapshot(out, fabscan, {});
+  }
+  Fabscan fabscan;
+  return Counted([&] {
+    fabscan::ReadSnapshot(kSnapshot, fabscan, options);
+    return fabscan.discovered_fabric.nodeCount() == kShape.switches + kShape.adapters ? 0 : 1;
+  });
+}
+
+int ReadAll() { return Read({}); }
+
+int ReadThree() {
+  const std::set<u_int64_t> guids = {0x0c42a10300a00007, 0x0c42a10300d00005, 0x0c42a10300d00070};
+  fabscan::SnapshotReadOptions options;
+  options.guids = &guids;
+  return Read(options);
+}
+
+constexpr struct {
+  std::string_view what;
+  int (*run)();
+} kAll[] = {
+    {"generate", Generate},
+    {"read", ReadAll},
+    {"read_three_nodes", ReadThree},
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  for (const auto& [what, run] : kAll) {
+    if (argc < 2) {
+      std::printf("%s\n", what.data());
+    } else if (what == argv[1]) {
+      return run();
+    }
+  }
+  return argc < 2 ? 0 : 2;
+}
