@@ -51,6 +51,29 @@ void ReadGuidFile(const std::string& path, std::set<u_int64_t>& guids) {
   }
 }
 
+/// Those of `chosen` that are there; warns of the others.
+std::set<u_int64_t> Found(const std::set<u_int64_t>& chosen, const IBFabric& fabric,
+                          bool in_sub_fabric) {
+  std::set<u_int64_t> found;
+  std::size_t warnings = 0;
+  for (const u_int64_t guid : chosen) {
+    const IBNode* node = fabric.getNodeByGuid(guid);
+    if (node != nullptr && (node->in_sub_fabric || !in_sub_fabric)) {
+      found.insert(guid);
+      continue;
+    }
+    if (++warnings > kMaxWarnings) continue;
+    PrintWarning(node == nullptr ? fmt::format("no node has the GUID {}", GuidText(guid))
+                                 : fmt::format("the node {} ({}) is outside the sub-fabric",
+                                               GuidText(guid), node->name));
+  }
+  if (warnings > kMaxWarnings) {
+    PrintWarning(fmt::format("{} further GUIDs are missing{}", warnings - kMaxWarnings,
+                             in_sub_fabric ? " or outside the sub-fabric" : ""));
+  }
+  return found;
+}
+
 }  // namespace
 
 void GuidOptions::AddTo(CLI::App& app) {
@@ -88,24 +111,11 @@ std::optional<u_int64_t> ParseGuid(std::string_view text) {
 }
 
 std::set<u_int64_t> WarnOfMissing(const std::set<u_int64_t>& chosen, const IBFabric& fabric) {
-  std::set<u_int64_t> found;
-  std::size_t warnings = 0;
-  for (const u_int64_t guid : chosen) {
-    const IBNode* node = fabric.getNodeByGuid(guid);
-    if (node != nullptr && node->in_sub_fabric) {
-      found.insert(guid);
-      continue;
-    }
-    if (++warnings > kMaxWarnings) continue;
-    PrintWarning(node == nullptr ? fmt::format("no node has the GUID {}", GuidText(guid))
-                                 : fmt::format("the node {} ({}) is outside the sub-fabric",
-                                               GuidText(guid), node->name));
-  }
-  if (warnings > kMaxWarnings) {
-    PrintWarning(fmt::format("{} further GUIDs are missing or outside the sub-fabric",
-                             warnings - kMaxWarnings));
-  }
-  return found;
+  return Found(chosen, fabric, true);
+}
+
+std::set<u_int64_t> WarnOfUnknown(const std::set<u_int64_t>& chosen, const IBFabric& fabric) {
+  return Found(chosen, fabric, false);
 }
 
 }  // namespace fabscan

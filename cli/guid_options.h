@@ -38,6 +38,8 @@ std::optional<u_int64_t> ParseGuid(std::string_view text);
 /// Warns of every chosen GUID that no node has, or whose node is outside the sub-fabric, and
 /// returns the others. Nothing chosen: nothing returned.
 std::set<u_int64_t> WarnOfMissing(const std::set<u_int64_t>& chosen, const IBFabric& fabric);
+/// The same, but a node outside the sub-fabric is as good as another.
+std::set<u_int64_t> WarnOfUnknown(const std::set<u_int64_t>& chosen, const IBFabric& fabric);
 
 }  // namespace fabscan
 

@@ -15,6 +15,7 @@
 #include "guid_options.h"
 #include "json_result.h"
 #include "model_prefixes.h"
+#include "node_text.h"
 #include "shell_word.h"
 #include "table.h"
 
@@ -55,20 +56,6 @@ std::string DumpLine(const std::string& snapshot, const ListedModel& listed) {
                      GuidText(listed.model.representative->guid));
 }
 
-std::string KindText(const DeviceModelKey& key) {
-  std::string text(WordFor(kNodeTypeWords, key.type));
-  if (key.special != IB_NOT_SPECIAL_PORT) {
-    text += fmt::format(" ({})", WordFor(kSpecialNodeWords, key.special));
-  }
-  return text;
-}
-
-std::string OrDash(const std::string& text) { return text.empty() ? "-" : text; }
-/// Hexadecimal with at least `digits` digits; a dash for what was not collected.
-std::string IdText(u_int64_t id, int digits) {
-  return id == 0 ? "-" : fmt::format("0x{:0{}x}", id, digits);
-}
-
 void PrintText(const ModelsOptions& options, const std::vector<ListedModel>& list,
                std::size_t all_nodes) {
   const Terminal terminal = StandardOutput();
@@ -91,10 +78,10 @@ void PrintText(const ModelsOptions& options, const std::vector<ListedModel>& lis
     for (const ListedModel& listed : list) {
       const DeviceModel& model = listed.model;
       const DeviceModelKey& key = model.key;
-      table.AddRow({std::to_string(model.nodes), KindText(key), IdText(key.vendor_id, 6),
-                    IdText(key.device_id, 4), IdText(key.revision, 1), OrDash(PsidText(key)),
-                    OrDash(FirmwareText(key)), GuidText(model.representative->guid),
-                    model.representative->name});
+      table.AddRow({std::to_string(model.nodes), KindText(key.type, key.special),
+                    IdText(key.vendor_id, 6), IdText(key.device_id, 4), IdText(key.revision, 1),
+                    OrDash(PsidText(key)), OrDash(FirmwareText(key)),
+                    GuidText(model.representative->guid), model.representative->name});
     }
     text += '\n' + table.text(terminal) + "\nTo dump one of each:\n";
     for (const ListedModel& listed : list) {

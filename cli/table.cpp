@@ -18,6 +18,11 @@ void Cell::Add(std::string text, Style style) {
   parts_.emplace_back(std::move(text), style);
 }
 
+void Cell::Add(const Cell& other) {
+  width_ += other.width_;
+  parts_.insert(parts_.end(), other.parts_.begin(), other.parts_.end());
+}
+
 std::string Cell::text() const {
   std::string text;
   for (const auto& part : parts_) text += part.first;

@@ -16,6 +16,7 @@ class Cell {
   Cell(const char* text) : Cell(std::string(text)) {}
 
   void Add(std::string text, Style style);
+  void Add(const Cell& other);
   std::string text() const;
   std::size_t width() const { return width_; }
   std::string Paint(const Terminal& terminal) const;

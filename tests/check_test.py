@@ -2,16 +2,8 @@
 
 import json
 import os
-import pathlib
-import pty
 import re
-import select
-import struct
-import fcntl
-import termios
-import subprocess
 
-import command_line
 from command_line import (DONE, EXAMPLES, FAILED, INCOMPLETE, WRONG_USAGE, CommandTest, main,
                           snapshot, switch)
 
@@ -136,41 +128,17 @@ class Check(CommandTest):
 
 
 class OnATerminal(CommandTest):
-    def output(self, *arguments, columns=80, **environment):
-        """What the command writes to a terminal of this width."""
-        ours, its = pty.openpty()
-        fcntl.ioctl(its, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
-        variables = {**os.environ, "TERM": "xterm", **environment}
-        if "NO_COLOR" not in environment:
-            variables.pop("NO_COLOR", None)
-        process = subprocess.Popen([command_line._command, *map(str, arguments)], stdout=its,
-                                   stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL,
-                                   cwd=self.folder, env=variables)
-        os.close(its)
-        written = b""
-        while True:
-            try:
-                part = os.read(ours, 65536)
-            except OSError:
-                break
-            if not part:
-                break
-            written += part
-        os.close(ours)
-        process.wait(timeout=60)
-        return written.decode().replace("\r\n", "\n")
-
     def test_colour(self):
-        self.assertIn("\x1b[32m+\x1b[0m", self.output("check", DEMO))
-        self.assertNotIn("\x1b", self.output("check", DEMO, NO_COLOR="1"))
-        self.assertNotIn("\x1b", self.output("check", DEMO, TERM="dumb"))
-        self.assertIn("\x1b[32m", self.output("check", DEMO, NO_COLOR=""))
+        self.assertIn("\x1b[32m+\x1b[0m", self.on_terminal("check", DEMO))
+        self.assertNotIn("\x1b", self.on_terminal("check", DEMO, NO_COLOR="1"))
+        self.assertNotIn("\x1b", self.on_terminal("check", DEMO, TERM="dumb"))
+        self.assertIn("\x1b[32m", self.on_terminal("check", DEMO, NO_COLOR=""))
 
     def test_the_width_is_respected(self):
         long = snapshot(switch("spine of the long name " * 5, "0x1"))
         path = self.put("long.jsonl", long)
         for columns in (70, 80, 100):
-            text = self.output("check", path.name, columns=columns, NO_COLOR="1")
+            text = self.on_terminal("check", path.name, columns=columns, NO_COLOR="1")
             matrix = text.splitlines()[1]
             self.assertEqual(len(matrix), columns)
             self.assertTrue(matrix.endswith("\u2026"), matrix)

@@ -3,15 +3,19 @@
 A test file ends with `main()`, which takes the command's path as the first argument.
 """
 
+import fcntl
 import json
 import os
 import pathlib
+import pty
 import resource
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
+import termios
 import unittest
 
 EXAMPLES = pathlib.Path(__file__).resolve().parent.parent / "examples"
@@ -78,6 +82,30 @@ class CommandTest(unittest.TestCase):
             text=True,
             **more,
         )
+
+    def on_terminal(self, *arguments, columns=80, **environment):
+        """What the command writes to a terminal of this width."""
+        ours, its = pty.openpty()
+        fcntl.ioctl(its, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
+        variables = {**os.environ, "TERM": "xterm", **environment}
+        if "NO_COLOR" not in environment:
+            variables.pop("NO_COLOR", None)
+        process = subprocess.Popen([_command, *map(str, arguments)], stdout=its,
+                                   stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL,
+                                   cwd=self.folder, env=variables)
+        os.close(its)
+        written = b""
+        while True:
+            try:
+                part = os.read(ours, 65536)
+            except OSError:
+                break
+            if not part:
+                break
+            written += part
+        os.close(ours)
+        process.wait(timeout=60)
+        return written.decode().replace("\r\n", "\n")
 
     def assert_fails(self, run, message, status=FAILED):
         """One line on standard error, no result, the exit status."""

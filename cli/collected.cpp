@@ -1,0 +1,54 @@
+#include "collected.h"
+
+namespace fabscan {
+
+namespace {
+
+/// Counts records of the tables in `list` and notes why others are absent.
+template <class Owner>
+void Fill(std::vector<Collected>& list, const Fabscan& fabscan, const Owner& owner) {
+  const auto count = [&list](const RecordTable& table, auto...) {
+    for (Collected& collected : list) {
+      if (collected.attribute == table.name) ++collected.records;
+    }
+  };
+  ForEachRecord(fabscan.fabric_extended_info, owner, count);
+  const auto& reasons = fabscan.fabric_extended_info.absentReasons(owner);
+  for (Collected& collected : list) {
+    const auto found = reasons.find(collected.attribute);
+    if (found != reasons.end() && collected.records == 0) collected.absent = found->second;
+  }
+}
+
+}  // namespace
+
+std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBNode& node) {
+  std::vector<Collected> list;
+  for (const auto& kind : kNodeRecords) list.push_back({kind.table->name, 0, {}});
+  Fill(list, fabscan, node);
+  const auto mask = [&](std::string_view name, bool is_gmp) {
+    list.push_back({name, fabscan.capability_module.find(node, is_gmp) != nullptr, {}});
+  };
+  mask("smpCapabilityMask", false);
+  mask("gmpCapabilityMask", true);
+  return list;
+}
+
+std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBPort& port) {
+  std::vector<Collected> list;
+  for (const auto& kind : kPortRecords) list.push_back({kind.table->name, 0, {}});
+  list.push_back({kCountersTable.name, 0, {}});
+  list.push_back({kMonitorsTable.name, 0, {}});
+  Fill(list, fabscan, port);
+  return list;
+}
+
+std::vector<const IBPort*> PortsOf(const IBNode& node) {
+  std::vector<const IBPort*> ports;
+  for (const IBPort* port : node.Ports) {
+    if (port != nullptr) ports.push_back(port);
+  }
+  return ports;
+}
+
+}  // namespace fabscan

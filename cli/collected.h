@@ -1,0 +1,35 @@
+#ifndef FABSCAN_CLI_COLLECTED_H
+#define FABSCAN_CLI_COLLECTED_H
+
+#include <infiniband/fabscan/fabscan.h>
+#include <record_fields.h>
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace fabscan {
+
+/// What a snapshot holds of one attribute of a node or a port.
+struct Collected {
+  std::string_view attribute;              // as snapshots name it
+  std::size_t records = 0;                 // a port can have several counter sets and monitors
+  std::optional<std::string_view> absent;  // why there is none, where that was recorded
+};
+
+/// Records, and capability masks of a node, counter sets and monitors of a port.
+inline constexpr std::size_t kNodeAttributes = kNodeRecords.size() + 2;
+inline constexpr std::size_t kPortAttributes = kPortRecords.size() + 2;
+
+/// Every attribute that a node, or a port, can have, in the order of snapshots; a node's capability
+/// masks follow its records.
+std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBNode& node);
+std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBPort& port);
+
+/// The ports that the node has.
+std::vector<const IBPort*> PortsOf(const IBNode& node);
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,22 @@
+#ifndef FABSCAN_CLI_NODE_TEXT_H
+#define FABSCAN_CLI_NODE_TEXT_H
+
+#include <infiniband/tessel/Fabric.h>
+
+#include <string>
+
+namespace fabscan {
+
+/// `CA`, or `CA (AN)` for a special node.
+std::string KindText(IBNodeType type, IBSpecialPortType special);
+
+/// Hexadecimal with at least `digits` digits; a dash for 0, which stands for what was not
+/// collected.
+std::string IdText(u_int64_t id, int digits);
+
+/// `text`, or a dash where there is none.
+std::string OrDash(const std::string& text);
+
+}  // namespace fabscan
+
+#endif

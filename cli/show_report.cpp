@@ -1,0 +1,191 @@
+#include "show_report.h"
+
+#include <device_models.h>
+#include <fmt/format.h>
+#include <harmless_name.h>
+#include <words.h>
+
+#include <algorithm>
+
+#include "attribute_counts.h"
+#include "counted.h"
+#include "guid_options.h"
+#include "node_text.h"
+#include "table.h"
+
+namespace fabscan {
+
+namespace {
+
+/// The LID that a port answers to; a dash where its PortInfo was not collected.
+std::string LidText(const Fabscan& fabscan, const IBPort& port) {
+  const SMP_PortInfo* info = fabscan.fabric_extended_info.getSMPPortInfo(port.createIndex);
+  return info == nullptr ? "-" : std::to_string(info->LID);
+}
+
+/// A switch answers to the LID of its port 0; the ports of other nodes have one each.
+std::string LidsText(const Fabscan& fabscan, const IBNode& node) {
+  std::string text;
+  for (const IBPort* port : PortsOf(node)) {
+    if (node.type == IB_SW_NODE && port->num != 0) break;
+    const std::string lid = LidText(fabscan, *port);
+    if (lid != "-") text += (text.empty() ? "" : ",") + lid;
+  }
+  return OrDash(text);
+}
+
+/// `7/8`: active ports, and ports beside port 0.
+std::string ActiveText(const IBNode& node) {
+  std::size_t active = 0;
+  for (const IBPort* port : PortsOf(node)) {
+    active += port->num != 0 && port->port_state == IB_PORT_STATE_ACTIVE;
+  }
+  return fmt::format("{}/{}", active, node.numPorts);
+}
+
+/// The number of nodes of each kind: `4 SW, 1 RTR`.
+std::string KindCounts(const std::vector<const IBNode*>& nodes) {
+  std::string text;
+  for (const auto& word : kNodeTypeWords) {
+    const auto count = std::count_if(nodes.begin(), nodes.end(), [&word](const IBNode* node) {
+      return node->type == word.value;
+    });
+    if (count != 0) text += fmt::format("{}{} {}", text.empty() ? "" : ", ", count, word.text);
+  }
+  return text.empty() ? text : " (" + text + ")";
+}
+
+/// What the node's ports have in common; port 0 of a switch, which is no port of a link, is only
+/// counted.
+Cell PortSigns(const Fabscan& fabscan, const IBNode& node, AttributeCounts& counts) {
+  std::vector<std::vector<Sign>> rows;
+  for (const IBPort* port : PortsOf(node)) {
+    std::vector<Sign> signs = counts.AddPort(CollectedOf(fabscan, *port));
+    if (port->num != 0) rows.push_back(std::move(signs));
+  }
+  if (rows.empty()) rows.emplace_back(kPortAttributes, kNeither);
+  return SignCell(CommonSigns(rows));
+}
+
+std::string NotesText(const IBNode& node) {
+  std::string notes = node.in_sub_fabric ? "" : "outside the sub-fabric";
+  if (node.isOpalSwitch()) notes += notes.empty() ? "opal switch" : ", opal switch";
+  return notes;
+}
+
+std::string NotesText(const IBPort& port) {
+  std::string notes;
+  const auto add = [&notes](bool holds, const char* note) {
+    if (holds) notes += fmt::format("{}{}", notes.empty() ? "" : ", ", note);
+  };
+  add(!port.getInSubFabric(), "outside the sub-fabric");
+  add(port.isFNMPort(), "fnm");
+  add(port.isFNM1Port(), "fnm1");
+  add(port.isSpecialPort(), "special");
+  return notes;
+}
+
+std::string MaskText(const capability_mask_t* mask) {
+  if (mask == nullptr) return {};
+  return fmt::format("0x{:08x} 0x{:08x} 0x{:08x} 0x{:08x}", mask->mask[0], mask->mask[1],
+                     mask->mask[2], mask->mask[3]);
+}
+
+/// What is known of the node besides its attributes.
+std::string IdentityText(const Fabscan& fabscan, const IBNode& node, const Terminal& terminal) {
+  Table table({{"node"}, {node.name, false, Narrow::kWrap}});
+  const auto add = [&table](const char* what, const std::string& text) {
+    if (!text.empty() && text != "-") table.AddRow({what, text});
+  };
+  const DeviceModelKey key = DeviceModelOf(fabscan, node);
+  const SMP_NodeInfo* info = fabscan.fabric_extended_info.getSMPNodeInfo(node.createIndex);
+  add("GUID", GuidText(node.guid));
+  add("kind", KindText(node.type, node.getSpecialNodeType()));
+  add("alternative name", node.getAlternativeName());
+  if (info != nullptr) add("system GUID", GuidText(info->SystemImageGUID));
+  add("vendor", IdText(key.vendor_id, 6));
+  add("device", IdText(key.device_id, 4));
+  add("revision", IdText(key.revision, 1));
+  add("PSID", PsidText(key));
+  add("firmware", FirmwareText(key));
+  add("SMP capabilities", MaskText(fabscan.capability_module.find(node, false)));
+  add("GMP capabilities", MaskText(fabscan.capability_module.find(node, true)));
+  add("active ports", ActiveText(node));
+  add("notes", NotesText(node));
+  return table.text(terminal);
+}
+
+std::string NodeAttributesText(const Fabscan& fabscan, const IBNode& node,
+                               const Terminal& terminal) {
+  Table table({{"attribute"}, {"", false, Narrow::kWrap}});
+  for (const Collected& collected : CollectedOf(fabscan, node)) {
+    const Sign sign = SignOf(collected);
+    const std::string text = sign == kAbsent      ? "absent: " + ReasonText(*collected.absent)
+                             : sign == kCollected ? MeaningOf(sign)
+                                                  : "-";
+    table.AddRow({std::string(collected.attribute), Cell(text, StyleOf(sign))});
+  }
+  return table.text(terminal);
+}
+
+}  // namespace
+
+std::string ShowSummary(const ShownSnapshot& shown, const Terminal& terminal) {
+  const IBFabric& fabric = shown.fabscan.discovered_fabric;
+  std::string text =
+      Paragraph(fmt::format("{}: {}{}, {}", shown.path, Counted(shown.nodes.size(), "node"),
+                            KindCounts(shown.nodes), Counted(fabric.portCount(), "port")),
+                terminal);
+  const auto add = [&](const char* what, const std::string& said) {
+    if (!said.empty()) text += Paragraph(fmt::format("{}: {}", what, HarmlessName(said)), terminal);
+  };
+  add("source", shown.header.source);
+  add("created", shown.header.created);
+  if (shown.nodes.empty()) return text;
+
+  AttributeCounts counts;
+  Table table({{"kind"},
+               {"GUID"},
+               {"LID", true},
+               {"active", true},
+               {AttributeCounts::NodeLetters() + ' ' + AttributeCounts::PortLetters()},
+               {"node", false, Narrow::kCut}});
+  for (const IBNode* node : shown.nodes) {
+    Cell signs = SignCell(counts.AddNode(CollectedOf(shown.fabscan, *node)));
+    signs.Add(" ", Style::kPlain);
+    signs.Add(PortSigns(shown.fabscan, *node, counts));
+    table.AddRow({Cell(KindText(node->type, node->getSpecialNodeType()),
+                       node->in_sub_fabric ? Style::kPlain : Style::kQuiet),
+                  GuidText(node->guid), LidsText(shown.fabscan, *node), ActiveText(*node), signs,
+                  node->name});
+  }
+  return text + '\n' + table.text(terminal) + '\n' + counts.Legend(terminal) +
+         counts.Reasons(terminal);
+}
+
+std::string ShowNode(const Fabscan& fabscan, const IBNode& node, const Terminal& terminal) {
+  std::string text =
+      IdentityText(fabscan, node, terminal) + '\n' + NodeAttributesText(fabscan, node, terminal);
+  const std::vector<const IBPort*> ports = PortsOf(node);
+  if (ports.empty()) return text;
+
+  AttributeCounts counts;
+  Table table({{"port", true},
+               {"state"},
+               {"LID", true},
+               {AttributeCounts::PortLetters()},
+               {"", false, Narrow::kWrap}});
+  for (const IBPort* port : ports) {
+    const Style style = port->port_state == IB_PORT_STATE_ACTIVE ? Style::kGood
+                        : port->port_state == IB_PORT_STATE_DOWN ? Style::kQuiet
+                                                                 : Style::kWarning;
+    table.AddRow({std::to_string(port->num),
+                  Cell(std::string(WordFor(kPortStateWords, port->port_state)), style),
+                  LidText(fabscan, *port), SignCell(counts.AddPort(CollectedOf(fabscan, *port))),
+                  NotesText(*port)});
+  }
+  return text + '\n' + table.text(terminal) + '\n' + counts.Legend(terminal) +
+         counts.Reasons(terminal);
+}
+
+}  // namespace fabscan

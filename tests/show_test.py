@@ -1,0 +1,229 @@
+"""`fabscan show` from end to end."""
+
+import json
+
+from command_line import (DONE, EXAMPLES, FAILED, WRONG_USAGE, CommandTest, main, snapshot, switch)
+
+DEMO = EXAMPLES / "demo.fabscan.jsonl"
+PARTIAL = EXAMPLES / "partial.fabscan.jsonl"
+LEAF = "0x5a1e0c0000000100"
+HOST = "0x5a1e0c0000000200"
+GUEST = "0x5a1e0c0000000900"  # outside the sub-fabric
+
+# Of examples/partial.fabscan.jsonl, whose two nodes lack records and say why.
+SUMMARY = """\
+partial.jsonl: 2 nodes (1 SW, 1 CA), 4 ports
+source: an invented fabric of which some records were not collected
+
+kind  GUID                  LID  active  abcdefghijklmn opqrstu  node
+CA    0x5a1e0c0000000200  50690     0/1  +......-....+. +++....  compute-117 HCA-1
+SW    0x5a1e0c0000000100  46082     2/2  ++...--.....+. ~~~....  leaf-07/U1
+
+  +  collected
+  -  absent, and why was recorded
+  .  neither
+  ~  not the same for all ports
+
+   attribute                           of    +  -  .
+a  SMP_NodeInfo                        node  2
+b  SMP_SwitchInfo                      node  1     1
+c  SMP_RouterInfo                      node        2
+d  SMP_ExtendedSwitchInfo              node        2
+e  ib_extended_node_info               node        2
+f  ib_private_lft_info                 node     1  1
+g  adaptive_routing_info               node     1  1
+h  VendorSpec_GeneralInfo              node     1  1
+i  CC_EnhancedCongestionInfo           node        2
+j  CC_CongestionSwitchGeneralSettings  node        2
+k  IB_ClassPortInfo                    node        2
+l  WrenReductionInfo                   node        2
+m  smpCapabilityMask                   node  2
+n  gmpCapabilityMask                   node        2
+o  SMP_PortInfo                        port  3  1
+p  SMP_PortInfoExtended                port  2     2
+q  SMP_TarnExtPortInfo                 port  2     2
+r  WrenReductionPortInfo               port        4
+s  WrenPushReductionCounters           port        4
+t  WrenReductionCounters               port        4
+u  WrenReductionConfigureMLIDMonitors  port        4
+
+   absent                      of  reason
+f  ib_private_lft_info     1 node  status 0x000c
+g  adaptive_routing_info   1 node  no answer within 1000 ms, 3 tries
+h  VendorSpec_GeneralInfo  1 node  not asked: the port is not active
+o  SMP_PortInfo            1 port  no answer within 1000 ms, 3 tries
+"""
+
+NODE = """\
+node              leaf-07/U1
+GUID              0x5a1e0c0000000100
+kind              SW
+system GUID       0x5a1e0c0000000103
+vendor            0x5a1e0c
+device            0xd2f0
+revision          0xa1
+SMP capabilities  0x00003205 0x00001000 0x00000000 0x00000000
+active ports      2/2
+
+attribute
+SMP_NodeInfo                        collected
+SMP_SwitchInfo                      collected
+SMP_RouterInfo                      -
+SMP_ExtendedSwitchInfo              -
+ib_extended_node_info               -
+ib_private_lft_info                 absent: status 0x000c
+adaptive_routing_info               absent: no answer within 1000 ms, 3 tries
+VendorSpec_GeneralInfo              -
+CC_EnhancedCongestionInfo           -
+CC_CongestionSwitchGeneralSettings  -
+IB_ClassPortInfo                    -
+WrenReductionInfo                   -
+smpCapabilityMask                   collected
+gmpCapabilityMask                   -
+
+port  state     LID  opqrstu
+   0  ACTIVE  46082  +......
+   1  ACTIVE      -  -......
+   2  ACTIVE  32514  +++....  fnm
+
+  +  collected
+  -  absent, and why was recorded
+  .  neither
+
+   attribute                           of    +  -  .
+o  SMP_PortInfo                        port  2  1
+p  SMP_PortInfoExtended                port  1     2
+q  SMP_TarnExtPortInfo                 port  1     2
+r  WrenReductionPortInfo               port        3
+s  WrenPushReductionCounters           port        3
+t  WrenReductionCounters               port        3
+u  WrenReductionConfigureMLIDMonitors  port        3
+
+   absent            of  reason
+o  SMP_PortInfo  1 port  no answer within 1000 ms, 3 tries
+"""
+
+
+class Show(CommandTest):
+    def test_all_nodes(self):
+        path = self.put("partial.jsonl", PARTIAL.read_text())
+        run = self.run_command("show", path.name)
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+        self.assertEqual(run.stdout, SUMMARY)
+
+    def test_one_node(self):
+        run = self.run_command("show", PARTIAL, "--guid", LEAF)
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+        self.assertEqual(run.stdout, NODE)
+
+    def test_several_nodes_stand_apart(self):
+        run = self.run_command("show", PARTIAL, "--guid", LEAF, "--guid", HOST)
+        first, second = run.stdout.split("\nnode ")
+        self.assertIn("compute-117 HCA-1", first)
+        self.assertEqual("node " + second, NODE)
+
+    def test_a_node_outside_the_sub_fabric_is_shown(self):
+        run = self.run_command("show", DEMO, "--guid", GUEST)
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+        self.assertIn("notes             outside the sub-fabric\n", run.stdout)
+
+    def test_json(self):
+        result = json.loads(self.run_command("show", PARTIAL, "--guid", LEAF, "--json").stdout)
+        self.assertEqual(result, {
+            "snapshot": str(PARTIAL),
+            "source": "an invented fabric of which some records were not collected",
+            "nodes": [{
+                "name": "leaf-07/U1", "guid": LEAF, "type": "SW", "inSubFabric": True,
+                "opalSwitch": False, "numPorts": 2,
+                "collected": {"SMP_NodeInfo": 1, "SMP_SwitchInfo": 1, "smpCapabilityMask": 1},
+                "absent": {"ib_private_lft_info": "status 0x000c",
+                           "adaptive_routing_info": "no answer within 1000 ms, 3 tries"},
+                "ports": [
+                    {"num": 0, "state": "ACTIVE", "lid": 46082, "inSubFabric": True, "fnm": False,
+                     "fnm1": False, "special": False, "collected": {"SMP_PortInfo": 1},
+                     "absent": {}},
+                    {"num": 1, "state": "ACTIVE", "inSubFabric": True, "fnm": False,
+                     "fnm1": False, "special": False, "collected": {},
+                     "absent": {"SMP_PortInfo": "no answer within 1000 ms, 3 tries"}},
+                    {"num": 2, "state": "ACTIVE", "lid": 32514, "inSubFabric": True, "fnm": True,
+                     "fnm1": False, "special": False,
+                     "collected": {"SMP_PortInfo": 1, "SMP_PortInfoExtended": 1,
+                                   "SMP_TarnExtPortInfo": 1},
+                     "absent": {}}]}]})
+
+    def test_counts_agree_with_the_snapshot(self):
+        """Every node and every record of the file is in the result, and nothing else."""
+        result = json.loads(self.run_command("show", DEMO, "--json").stdout)
+        shown = {node["guid"]: node for node in result["nodes"]}
+        lines = [json.loads(line) for line in DEMO.read_text().splitlines()[1:-1]]
+        self.assertEqual(sorted(shown), sorted(line["guid"] for line in lines))
+        for line in lines:
+            node = shown[line["guid"]]
+            masks = [key for key in ("smpCapabilityMask", "gmpCapabilityMask") if key in line]
+            self.assertEqual(node["collected"],
+                             {name: 1 for name in [*line["attributes"], *masks]})
+            for port, written in zip(node["ports"], line["ports"], strict=True):
+                several = ("WrenReductionCounters", "WrenReductionConfigureMLIDMonitors")
+                self.assertEqual(port["collected"], {
+                    name: len(record) if name in several else 1
+                    for name, record in written["attributes"].items() if record})
+
+    def test_many_reasons_are_counted(self):
+        nodes = [switch(f"S{i}", hex(i + 1), absent={"SMP_SwitchInfo": f"reason {min(i, 7)}"})
+                 for i in range(9)]
+        run = self.run_command("show", "-", input=snapshot(*nodes))
+        self.assertEqual(run.stdout.split("\n\n")[-1],
+                         "   absent               of  reason\n"
+                         "b  SMP_SwitchInfo  2 nodes  reason 7\n"
+                         "b  SMP_SwitchInfo   1 node  reason 0\n"
+                         "b  SMP_SwitchInfo   1 node  reason 1\n"
+                         "b  SMP_SwitchInfo   1 node  reason 2\n"
+                         "b  SMP_SwitchInfo   1 node  reason 3\n"
+                         "b  SMP_SwitchInfo  3 nodes  3 other reasons\n")
+
+    def test_hostile_text_stays_text(self):
+        evil = "a\x1b[31m\nb"
+        text = snapshot(switch(evil, absent={"SMP_NodeInfo": evil}))
+        text = text.replace('"fabscan_snapshot": 1', '"fabscan_snapshot": 1, "source": "x\\u001b[2J"')
+        for arguments in ((), ("--guid", "1")):
+            run = self.run_command("show", "-", *arguments, input=text)
+            self.assertNotIn("\x1b", run.stdout)
+            self.assertEqual(run.stdout.count("a%1B[31m%0Ab"), 2, run.stdout)
+
+    def test_no_nodes(self):
+        run = self.run_command("show", "-", input=snapshot())
+        self.assertEqual((run.returncode, run.stdout), (DONE, "-: 0 nodes, 0 ports\n"))
+
+    def test_a_node_without_ports(self):
+        run = self.run_command("show", "-", "--guid", "1", input=snapshot(switch()))
+        self.assertTrue(run.stdout.endswith("gmpCapabilityMask                   -\n"))
+
+    def test_bad_input(self):
+        self.assert_fails(self.run_command("show", "none.jsonl"),
+                          "none.jsonl: cannot open: No such file or directory", FAILED)
+        self.assert_fails(self.run_command("show", DEMO, "--guid", "x"),
+                          "--guid: 'x' is no GUID; a GUID is 1 to 16 hexadecimal digits, with or "
+                          "without 0x", WRONG_USAGE)
+        run = self.run_command("show", DEMO, "--guid", "1")
+        self.assertEqual((run.returncode, run.stdout), (FAILED, ""))
+        self.assertEqual(run.stderr,
+                         "fabscan: warning: no node has the GUID 0x0000000000000001\n"
+                         f"fabscan: error: {DEMO}: no node to show: none has a chosen GUID; "
+                         "choose others\n")
+
+    def test_on_a_terminal(self):
+        text = self.on_terminal("show", PARTIAL, columns=80)
+        self.assertIn("\x1b[33m-\x1b[0m", text)
+        long = snapshot(switch("leaf of the long name " * 5,
+                               absent={"SMP_NodeInfo": "some long reason " * 9}))
+        path = self.put("long.jsonl", long)
+        for arguments in ((), ("--guid", "1")):
+            for columns in (76, 100):
+                text = self.on_terminal("show", path.name, *arguments, columns=columns,
+                                        NO_COLOR="1")
+                self.assertNotIn("\x1b", text)
+                self.assertLessEqual(max(map(len, text.splitlines())), columns, text)
+
+
+if __name__ == "__main__":
+    main()
