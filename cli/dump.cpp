@@ -1,18 +1,17 @@
-#include <fabscan_sim_info_dump.h>
 #include <fmt/format.h>
 #include <snapshot.h>
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <set>
 #include <string>
 
 #include "class_prefix.h"
 #include "command.h"
+#include "dump_file.h"
+#include "dump_options.h"
 #include "dump_summary.h"
-#include "generated_file.h"
 #include "guid_options.h"
 #include "report.h"
 #include "staged_output.h"
@@ -20,15 +19,6 @@
 namespace fabscan {
 
 namespace {
-
-struct DumpOptions {
-  std::string snapshot;
-  std::string prefix;
-  GuidOptions guids;
-  std::string output_dir;
-  bool force = false;
-  bool strict = false;
-};
 
 /// The nodes to write; empty for all. Throws when none is left to write.
 std::set<u_int64_t> SelectNodes(const std::set<u_int64_t>& chosen, const DumpOptions& options,
@@ -47,29 +37,6 @@ std::set<u_int64_t> SelectNodes(const std::set<u_int64_t>& chosen, const DumpOpt
   return found;
 }
 
-void Generate(Fabscan& fabscan, const DumpOptions& options, const std::set<u_int64_t>& guids,
-              const StagedOutput& output) {
-  fabscan.setOutputFolder(output.folder());
-  SimInfoDumpCPP generator(fabscan);
-  const int status = generator.Generate(options.prefix, guids);
-  // Generate tells of a file that does not open, the facade also of one that is not all written.
-  if (status == 0 && fabscan.lastError().empty()) return;
-  const std::string cause = fabscan.lastError().substr(fabscan.outputPath().size());
-  throw CommandError(
-      fmt::format("{}{}; free some space, or write elsewhere", output.path(), cause));
-}
-
-DumpSummary Summarise(const StagedOutput& output) {
-  std::ifstream generated_text(output.stagedPath(), std::ios::binary);
-  try {
-    DumpSummary summary(generated_text);
-    if (generated_text.eof()) return summary;
-  } catch (const GeneratedFileError&) {
-    if (generated_text.good()) throw;
-  }
-  throw CommandError(fmt::format("{}: cannot read what was written; try again", output.path()));
-}
-
 void Report(const DumpOptions& options, const std::string& path, const DumpSummary& summary,
             const IBFabric& fabric) {
   fmt::print("{}\n{}\n", path, summary.text());
@@ -85,6 +52,7 @@ void Report(const DumpOptions& options, const std::string& path, const DumpSumma
 
 ExitStatus Dump(const DumpOptions& options) {
   CheckClassPrefix(options.prefix);
+  if (options.one_per_model) return DumpModels(options);
   const std::set<u_int64_t> chosen = options.guids.Read();
   const std::filesystem::path output_dir(options.output_dir);
   StagedOutput output(output_dir / GeneratedFileName(options.prefix), options.force);
@@ -93,8 +61,8 @@ ExitStatus Dump(const DumpOptions& options) {
   SnapshotReadOptions read_options;
   if (!chosen.empty()) read_options.guids = &chosen;
   ReadSnapshot(options.snapshot, fabscan, read_options);
-  Generate(fabscan, options, SelectNodes(chosen, options, fabscan.discovered_fabric), output);
-  const DumpSummary summary = Summarise(output);
+  const DumpSummary summary = WriteDumpFile(
+      fabscan, options.prefix, SelectNodes(chosen, options, fabscan.discovered_fabric), output);
   output.Commit();
 
   Report(options, output.path(), summary, fabscan.discovered_fabric);
@@ -113,13 +81,19 @@ std::function<ExitStatus()> AddDump(CLI::App& app) {
       ->required()
       ->type_name("NAME");
   options->guids.AddTo(app);
-  app.add_option("--output-dir", options->output_dir, "Where the file goes; the working folder")
+  app.add_flag(
+      "--one-per-model", options->one_per_model,
+      "Write a file for each device model, with one of its nodes; each has a prefix of its "
+      "own, which begins with NAME");
+  app.add_option("--output-dir", options->output_dir, "Where files go; the working folder")
       ->type_name("DIR");
   app.add_flag("--force", options->force, "Replace a file that exists");
-  app.add_flag("--strict", options->strict, "Exit 3 when the file will not compile as it stands");
+  app.add_flag("--strict", options->strict, "Exit 3 when a file will not compile as it stands");
   app.footer(
-      "Example: one switch and one adapter, as devices of class MyDev, into mydev_generated.cpp\n"
-      "  fabscan dump fabric.jsonl --prefix MyDev --guid 0x2c90000000001 --guid 0x2c90000000002");
+      "Examples: one switch and one adapter, as devices of class MyDev, into mydev_generated.cpp\n"
+      "  fabscan dump fabric.jsonl --prefix MyDev --guid 0x2c90000000001 --guid 0x2c90000000002\n"
+      "One node of each device model, such as MyDev_SW_d2f0 into mydev_sw_d2f0_generated.cpp\n"
+      "  fabscan dump fabric.jsonl --prefix MyDev --one-per-model");
   return [options] { return Dump(*options); };
 }
 

@@ -2,19 +2,16 @@
 
 #include <fabscan_sim_info_dump.h>
 #include <fmt/format.h>
-#include <unistd.h>
 
-#include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
 #include "class_prefix.h"
-#include "cleanup_on_signal.h"
 #include "command.h"
 #include "discovery_progress.h"
+#include "private_folder.h"
 #include "report.h"
 
 namespace fabscan {
@@ -30,30 +27,20 @@ class ScratchFolder {
  public:
   ScratchFolder() {
     std::error_code error;
-    path_ = (std::filesystem::temp_directory_path(error) / "fabscan-XXXXXX").string();
-    const SignalsHeld held;
-    if (error || ::mkdtemp(path_.data()) == nullptr) {
-      throw CommandError(fmt::format("{}: cannot make a temporary folder: {}; set TMPDIR", path_,
-                                     error ? error.message() : CauseText(errno)));
+    const std::string pattern = std::filesystem::temp_directory_path(error) / "fabscan-XXXXXX";
+    const int error_number =
+        error ? error.value() : folder_.Make(pattern, GeneratedFileName(kPrefix));
+    if (error_number != 0) {
+      throw CommandError(fmt::format("{}: cannot make a temporary folder: {}; set TMPDIR", pattern,
+                                     CauseText(error_number)));
     }
-    file_ = path_ + '/' + GeneratedFileName(kPrefix);
-    RemoveOnSignal(file_, path_);
   }
-  ~ScratchFolder() {
-    const SignalsHeld held;
-    ::unlink(file_.c_str());
-    ::rmdir(path_.c_str());
-    ForgetOnSignal(path_);
-  }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
 
-  const std::string& path() const { return path_; }
-  const std::string& file() const { return file_; }
+  const std::string& path() const { return folder_.path(); }
+  const std::string& file() const { return folder_.file(); }
 
  private:
-  std::string path_;
-  std::string file_;
+  PrivateFolder folder_;
 };
 
 std::vector<const IBNode*> SelectedNodes(const IBFabric& fabric, const std::set<u_int64_t>& guids) {

@@ -4,7 +4,6 @@
 #include <words.h>
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -14,7 +13,7 @@
 #include "counted.h"
 #include "guid_options.h"
 #include "json_result.h"
-#include "model_prefixes.h"
+#include "listed_models.h"
 #include "node_text.h"
 #include "shell_word.h"
 #include "table.h"
@@ -27,23 +26,6 @@ struct ModelsOptions {
   std::string snapshot;
   bool json = false;
 };
-
-struct ListedModel {
-  DeviceModel model;
-  std::string prefix;
-};
-
-/// The models of the fabric, the most frequent first.
-std::vector<ListedModel> ListModels(Fabscan& fabscan) {
-  const std::vector<DeviceModel> models = DeviceModelsOf(fabscan);
-  const std::vector<std::string> prefixes = ModelPrefixes(models, fabscan, "");
-  std::vector<ListedModel> list;
-  for (std::size_t i = 0; i < models.size(); ++i) list.push_back({models[i], prefixes[i]});
-  std::stable_sort(list.begin(), list.end(), [](const ListedModel& one, const ListedModel& other) {
-    return one.model.nodes > other.model.nodes;
-  });
-  return list;
-}
 
 std::size_t NodesOf(const std::vector<ListedModel>& list) {
   std::size_t nodes = 0;
@@ -83,7 +65,12 @@ void PrintText(const ModelsOptions& options, const std::vector<ListedModel>& lis
                     OrDash(PsidText(key)), OrDash(FirmwareText(key)),
                     GuidText(model.representative->guid), model.representative->name});
     }
-    text += '\n' + table.text(terminal) + "\nTo dump one of each:\n";
+    text += '\n' + table.text(terminal) +
+            fmt::format(
+                "\nTo dump one of each:\n"
+                "  fabscan dump {} --prefix MyDev --one-per-model\n"
+                "To dump one alone:\n",
+                ShellWord(options.snapshot));
     for (const ListedModel& listed : list) {
       text += "  " + DumpLine(options.snapshot, listed) + '\n';
     }
@@ -123,7 +110,7 @@ void PrintJson(const ModelsOptions& options, const std::vector<ListedModel>& lis
 ExitStatus Models(const ModelsOptions& options) {
   Fabscan fabscan;
   ReadSnapshot(options.snapshot, fabscan);
-  const std::vector<ListedModel> list = ListModels(fabscan);
+  const std::vector<ListedModel> list = ListModels(fabscan, "");
   (options.json ? PrintJson : PrintText)(options, list, fabscan.discovered_fabric.nodeCount());
   return kDone;
 }

@@ -6,13 +6,12 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <set>
 
-#include "cleanup_on_signal.h"
 #include "command.h"
 #include "report.h"
 
@@ -60,14 +59,35 @@ int Synchronise(const std::string& path) {
   return error_number;
 }
 
+/// Whether the file system, or the kernel, does not know this kind of move.
+bool UnknownHere(int error_number) {
+  return error_number == EINVAL || error_number == ENOSYS || error_number == ENOTSUP;
+}
+
 /// Moves `from` to `to` unless there is something. 0 or errno.
 int MoveWithoutReplacing(const std::string& from, const std::string& to) {
   if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
-  const bool unknown_here = errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
-  if (!unknown_here) return errno;
+  if (!UnknownHere(errno)) return errno;
   if (::link(from.c_str(), to.c_str()) != 0) return errno;
   ::unlink(from.c_str());
   return 0;
+}
+
+/// Exchanges the two files. 0 or errno; then both are where they were.
+int Exchange(const std::string& one, const std::string& other) {
+  if (::renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE) == 0) return 0;
+  if (!UnknownHere(errno)) return errno;
+  const std::string aside = one + ".aside";
+  if (::link(other.c_str(), aside.c_str()) != 0) return errno;
+  int error_number = 0;
+  if (::rename(one.c_str(), other.c_str()) != 0) {
+    error_number = errno;
+    ::unlink(aside.c_str());
+  } else if (::rename(aside.c_str(), one.c_str()) != 0) {
+    error_number = errno;
+    ::rename(aside.c_str(), other.c_str());
+  }
+  return error_number;
 }
 
 }  // namespace
@@ -79,8 +99,6 @@ StagedOutput::StagedOutput(const std::string& path, bool force)
   refuseTarget();
   makeFolder();
 }
-
-StagedOutput::~StagedOutput() { removeFolder(); }
 
 void StagedOutput::refuseTarget() const {
   const std::string name = NameOf(target_);
@@ -97,21 +115,15 @@ void StagedOutput::refuseTarget() const {
 
 void StagedOutput::makeFolder() {
   const std::string parent = FolderOf(target_);
-  std::string folder = parent + "/.fabscan-XXXXXX";
-  staged_path_ = folder + '/' + NameOf(target_);
-  // Once the folder is there nothing may throw: no destructor would remove it.
-  const SignalsHeld held;
-  if (::mkdtemp(folder.data()) == nullptr) Fail(parent, "write there", errno, kAdviseFolder);
-  staged_path_.replace(0, folder.size(), folder);
-  folder_.swap(folder);
-  RemoveOnSignal(staged_path_, folder_);
+  const int error_number = folder_.Make(parent + "/.fabscan-XXXXXX", NameOf(target_));
+  if (error_number != 0) Fail(parent, "write there", error_number, kAdviseFolder);
 }
 
 std::ostream& StagedOutput::stream() {
   if (isStandardOutput()) return std::cout;
   if (!file_.is_open()) {
     errno = 0;
-    file_.open(staged_path_, std::ios::binary | std::ios::trunc);
+    file_.open(stagedPath(), std::ios::binary | std::ios::trunc);
     if (!file_.is_open()) Fail(path_, "write", errno, kAdviseSpace);
   }
   return file_;
@@ -136,35 +148,68 @@ void StagedOutput::finishStream() {
   }
 }
 
-void StagedOutput::Commit() {
+void StagedOutput::putOnDisk() {
   if (isStandardOutput() || file_.is_open()) finishStream();
   if (isStandardOutput()) return;
-  if (const int error_number = Synchronise(staged_path_); error_number != 0) {
-    Fail(path_, "write", error_number, kAdviseSpace);
-  }
+  const int error_number = Synchronise(stagedPath());
+  if (error_number != 0) Fail(path_, "write", error_number, kAdviseSpace);
+}
+
+void StagedOutput::Commit() {
+  putOnDisk();
+  if (isStandardOutput()) return;
   moveIntoPlace();
-  removeFolder();
+  folder_.Remove();
   // The file is in place by now: a file system that cannot synchronise folders is no failure.
   Synchronise(FolderOf(target_));
 }
 
+void StagedOutput::CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& outputs) {
+  for (const auto& output : outputs) output->putOnDisk();
+  const SignalsHeld held;
+  std::size_t moved = 0;
+  try {
+    for (; moved < outputs.size(); ++moved) {
+      if (!outputs[moved]->isStandardOutput()) outputs[moved]->exchangeWithTarget();
+    }
+  } catch (const CommandError&) {
+    while (moved-- > 0) outputs[moved]->takeBack();
+    throw;
+  }
+  std::set<std::string> folders;
+  for (const auto& output : outputs) {
+    output->folder_.Remove();
+    if (!output->isStandardOutput()) folders.insert(FolderOf(output->target_));
+  }
+  for (const std::string& folder : folders) Synchronise(folder);
+}
+
 void StagedOutput::moveIntoPlace() {
   if (force_) {
-    if (::rename(staged_path_.c_str(), target_.c_str()) == 0) return;
+    if (::rename(stagedPath().c_str(), target_.c_str()) == 0) return;
     Fail(path_, "replace", errno, "write elsewhere");
   }
-  const int error_number = MoveWithoutReplacing(staged_path_, target_);
+  const int error_number = MoveWithoutReplacing(stagedPath(), target_);
   if (error_number == 0) return;
   Fail(path_, "create", error_number, error_number == EEXIST ? kAdviseForce : "write elsewhere");
 }
 
-void StagedOutput::removeFolder() {
-  if (folder_.empty()) return;
-  const SignalsHeld held;
-  ::unlink(staged_path_.c_str());
-  ::rmdir(folder_.c_str());
-  ForgetOnSignal(folder_);
-  folder_.clear();
+/// As `moveIntoPlace`, but what was there is kept in the folder until that goes.
+void StagedOutput::exchangeWithTarget() {
+  if (!force_ || ::access(target_.c_str(), F_OK) != 0) return moveIntoPlace();
+  refuseTarget();  // what came to be there meanwhile
+  const int error_number = Exchange(stagedPath(), target_);
+  if (error_number != 0) Fail(path_, "replace", error_number, "write elsewhere");
+  exchanged_ = true;
+}
+
+void StagedOutput::takeBack() {
+  if (isStandardOutput()) return;
+  if (exchanged_) {
+    ::rename(stagedPath().c_str(), target_.c_str());
+  } else {
+    ::unlink(target_.c_str());
+  }
 }
 
 }  // namespace fabscan

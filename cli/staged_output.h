@@ -2,8 +2,12 @@
 #define FABSCAN_CLI_STAGED_OUTPUT_H
 
 #include <fstream>
+#include <memory>
 #include <ostream>
 #include <string>
+#include <vector>
+
+#include "private_folder.h"
 
 namespace fabscan {
 
@@ -24,14 +28,14 @@ class StagedOutput {
   /// `path` "-" is standard output. Refuses a file that exists unless `force`, anything that is no
   /// file in any case, and a folder that is missing or cannot be written.
   StagedOutput(const std::string& path, bool force);
-  ~StagedOutput();
+  ~StagedOutput() = default;
   StagedOutput(const StagedOutput&) = delete;
   StagedOutput& operator=(const StagedOutput&) = delete;
 
   /// The private folder, for a writer that opens the file itself; it uses the file's own name.
-  const std::string& folder() const { return folder_; }
+  const std::string& folder() const { return folder_.path(); }
   /// Where the file is until `Commit`.
-  const std::string& stagedPath() const { return staged_path_; }
+  const std::string& stagedPath() const { return folder_.file(); }
   /// Where the file goes.
   const std::string& path() const { return path_; }
 
@@ -41,20 +45,24 @@ class StagedOutput {
   /// Moves the file into its place once all of it is on disk. Without `force` a file that came to
   /// be there in the meantime is kept, and that is an error.
   void Commit();
+  /// Commits all of them or, where one fails, none: then what was in their places is there again.
+  static void CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& outputs);
 
  private:
   bool isStandardOutput() const { return path_ == "-"; }
   void refuseTarget() const;
   void makeFolder();
   void finishStream();
+  void putOnDisk();
   void moveIntoPlace();
-  void removeFolder();
+  void exchangeWithTarget();
+  void takeBack();
 
   std::string path_;
   std::string target_;  // `path_`, with a symbolic link followed
   bool force_;
-  std::string folder_;
-  std::string staged_path_;
+  PrivateFolder folder_;
+  bool exchanged_ = false;  // what was in the file's place is in the folder
   std::ofstream file_;
 };
 

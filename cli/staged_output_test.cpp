@@ -9,7 +9,9 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "command.h"
 
@@ -170,6 +172,67 @@ TEST_F(StagedOutputTest, ASignalRemovesTheFolderAndEndsTheProgram) {
     EXPECT_EQ(Content("out"), "old\n");
     EXPECT_EQ(EntryCount(), 1U);
   }
+}
+
+class SeveralOutputs : public StagedOutputTest {
+ protected:
+  /// `count` outputs named 0 and on, each with some text.
+  std::vector<std::unique_ptr<StagedOutput>> Write(int count, bool force) const {
+    std::vector<std::unique_ptr<StagedOutput>> outputs;
+    for (int i = 0; i < count; ++i) {
+      outputs.push_back(std::make_unique<StagedOutput>(folder_ / std::to_string(i), force));
+      outputs.back()->stream() << "new\n";
+    }
+    return outputs;
+  }
+};
+
+TEST_F(SeveralOutputs, AppearTogether) {
+  Put("1", "old\n");
+  StagedOutput::CommitAll(Write(3, true));
+  for (const char* name : {"0", "1", "2"}) EXPECT_EQ(Content(name), "new\n");
+  EXPECT_EQ(EntryCount(), 3U);
+}
+
+TEST_F(SeveralOutputs, NoneAppearsWhereOneCannot) {
+  Put("0", "old\n");
+  {
+    const auto outputs = Write(4, true);
+    fs::create_directory(folder_ / "2");  // meanwhile
+    EXPECT_THROW(StagedOutput::CommitAll(outputs), CommandError);
+  }
+  EXPECT_EQ(Content("0"), "old\n");
+  EXPECT_FALSE(fs::exists(folder_ / "1"));
+  EXPECT_TRUE(fs::is_empty(folder_ / "2"));
+  EXPECT_EQ(EntryCount(), 2U);
+}
+
+TEST_F(SeveralOutputs, WithoutForceNoneReplacesWhatCameMeanwhile) {
+  {
+    const auto outputs = Write(3, false);
+    Put("2", "meanwhile\n");
+    EXPECT_THROW(StagedOutput::CommitAll(outputs), CommandError);
+  }
+  EXPECT_EQ(Content("2"), "meanwhile\n");
+  EXPECT_EQ(EntryCount(), 1U);
+}
+
+TEST_F(SeveralOutputs, ASignalRemovesAnyNumberOfFolders) {
+  constexpr int kMany = 300;
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const auto kept = Write(kMany, false);
+    {
+      const auto gone = Write(5, false);  // taken out of the midst
+    }
+    const auto more = Write(2, false);
+    ::raise(SIGTERM);
+    ::_exit(0);
+  }
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFSIGNALED(status));
+  EXPECT_EQ(EntryCount(), 0U);
 }
 
 TEST_F(StagedOutputTest, AnIgnoredSignalStaysIgnored) {

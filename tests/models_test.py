@@ -45,6 +45,8 @@ class Models(CommandTest):
             "unknown\n"
             "\n"
             "To dump one of each:\n"
+            "  fabscan dump 'my fabric.jsonl' --prefix MyDev --one-per-model\n"
+            "To dump one alone:\n"
             "  fabscan dump 'my fabric.jsonl' --prefix SW_d2f0 --guid 0x0000000000001001\n"
             "  fabscan dump 'my fabric.jsonl' --prefix HCA_1021 --guid 0x0000000000100001\n"
             "  fabscan dump 'my fabric.jsonl' --prefix AN_1021 --guid 0x0000000000100002\n"

@@ -26,20 +26,11 @@ LIBRARY = str(pathlib.Path(sys.argv.pop(2)).resolve())
 DUMP = ("dump", PARTIAL, "--prefix", "MyDev", "--force")
 
 
-class Faults(CommandTest):
+class FaultTest(CommandTest):
     def setUp(self):
         super().setUp()
         (self.folder / "out").mkdir()
         self.reached = self.folder / "reached"
-        self.command = DUMP + ("--output-dir", "out")
-        run = self.run_command(*self.command)
-        self.assertEqual(run.returncode, DONE, run.stderr)
-        self.whole = self.output()
-
-    def output(self):
-        """Without the one address of the running program in it."""
-        lines = (self.folder / "out" / OUT).read_text().splitlines()
-        return [line for line in lines if "RedirectGID" not in line]
 
     def run_with_fault(self, call, at, kind, onwards=False, command=None):
         """The run, or None where there is no such call any more."""
@@ -63,13 +54,27 @@ class Faults(CommandTest):
                 return
             yield run
 
-    def assert_nothing_else(self):
-        self.assertEqual(self.entries("out"), [OUT])
-
     def assert_one_error(self, run):
         self.assertEqual(run.returncode, FAILED, run.fault)
         self.assertRegex(run.stderr, r"\Afabscan: error: [^\n]+\n\Z", run.fault)
         self.assertNotIn("unexpected", run.stderr, run.fault)
+
+
+class Faults(FaultTest):
+    def setUp(self):
+        super().setUp()
+        self.command = DUMP + ("--output-dir", "out")
+        run = self.run_command(*self.command)
+        self.assertEqual(run.returncode, DONE, run.stderr)
+        self.whole = self.output()
+
+    def output(self):
+        """Without the one address of the running program in it."""
+        lines = (self.folder / "out" / OUT).read_text().splitlines()
+        return [line for line in lines if "RedirectGID" not in line]
+
+    def assert_nothing_else(self):
+        self.assertEqual(self.entries("out"), [OUT])
 
     def assert_failed(self, run, *words):
         self.assert_one_error(run)
@@ -178,6 +183,60 @@ class Faults(CommandTest):
             self.assertEqual(self.entries("disk"), [OUT])
         finally:
             subprocess.run(["umount", str(disk)], check=True)
+
+
+class OnePerModel(FaultTest):
+    """All files or none, and what was there before."""
+
+    def setUp(self):
+        super().setUp()
+        self.command = (*DUMP, "--one-per-model", "--output-dir", "out")
+        self.assertEqual(self.run_command(*self.command).returncode, DONE)
+        self.files = self.entries("out")
+        self.assertEqual(len(self.files), 2)
+        self.first = self.folder / "out" / self.files[0]
+
+    def run_with_fault(self, *arguments, **more):
+        for name in self.files:
+            (self.folder / "out" / name).unlink(missing_ok=True)
+        self.first.write_text(EARLIER)  # the other one is not there
+        run = super().run_with_fault(*arguments, **more)
+        (self.folder / "out" / OUT).unlink()
+        return run
+
+    def is_as_before(self):
+        return self.entries("out") == [self.first.name] and self.first.read_text() == EARLIER
+
+    def is_done(self):
+        return self.entries("out") == self.files and self.first.read_text() != EARLIER
+
+    def test_a_file_cannot_be_moved(self):
+        runs = 0
+        for run in self.every_call("rename", errno.EACCES):
+            self.assert_one_error(run)
+            self.assertTrue(self.is_as_before(), run.fault)
+            runs += 1
+        self.assertEqual(runs, 2)
+
+    def test_a_file_system_that_cannot_exchange(self):
+        for run in self.every_call("rename", errno.EINVAL):
+            self.assertTrue(self.is_done() if run.returncode == DONE else self.is_as_before(),
+                            run.fault)
+        self.run_with_fault("rename", 1, errno.EINVAL)
+        self.assertTrue(self.is_done())
+
+    def test_any_other_call_fails(self):
+        for call in ("read", "write", "fsync", "mkdtemp"):
+            for run in self.every_call(call, errno.EIO):
+                self.assertTrue(self.is_done() if run.returncode == DONE else self.is_as_before(),
+                                run.fault)
+
+    def test_a_signal_in_the_midst_of_it(self):
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            for call in ("read", "write", "fsync", "rename"):
+                for run in self.every_call(call, f"signal {int(number)}"):
+                    self.assertEqual(run.returncode, -number, run.fault)
+                    self.assertTrue(self.is_done() or self.is_as_before(), run.fault)
 
 
 if __name__ == "__main__":

@@ -1,0 +1,26 @@
+#ifndef FABSCAN_CLI_DUMP_OPTIONS_H
+#define FABSCAN_CLI_DUMP_OPTIONS_H
+
+#include <string>
+
+#include "command.h"
+#include "guid_options.h"
+
+namespace fabscan {
+
+struct DumpOptions {
+  std::string snapshot;
+  std::string prefix;
+  GuidOptions guids;
+  std::string output_dir;
+  bool one_per_model = false;
+  bool force = false;
+  bool strict = false;
+};
+
+/// `dump --one-per-model`: all files or none.
+ExitStatus DumpModels(const DumpOptions& options);
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,24 @@
+#ifndef FABSCAN_CLI_LISTED_MODELS_H
+#define FABSCAN_CLI_LISTED_MODELS_H
+
+#include <device_models.h>
+
+#include <string>
+#include <vector>
+
+namespace fabscan {
+
+/// A device model and the class prefix of its generated file, such as `SW_d2f0`: the simulator's
+/// word for its kind and the device id, then a number where several models have these in common.
+struct ListedModel {
+  DeviceModel model;
+  std::string prefix;
+};
+
+/// The models of the fabric, the most frequent first. The prefixes begin with `start` and are
+/// distinct also in lower case, as the names of their files.
+std::vector<ListedModel> ListModels(Fabscan& fabscan, const std::string& start);
+
+}  // namespace fabscan
+
+#endif
