@@ -7,11 +7,13 @@
 #include <set>
 #include <string>
 
+#include "check_page.h"
 #include "check_report.h"
 #include "check_result.h"
 #include "command.h"
 #include "generated_nodes.h"
 #include "guid_options.h"
+#include "staged_output.h"
 
 namespace fabscan {
 
@@ -21,9 +23,28 @@ struct CheckOptions {
   std::string snapshot;
   GuidOptions guids;
   bool json = false;
+  std::string html;
+  bool force = false;
 };
 
+/// The page, and what it was made of in few words where standard output is free for them.
+void WritePage(const CheckPage& page, const CheckResult& result, const CheckOptions& options,
+               StagedOutput& output) {
+  page.Write(output.stream(), result, options.snapshot);
+  output.Commit();
+  if (options.json || options.html == "-") return;
+  const Terminal terminal = StandardOutput();
+  std::cout << options.html << '\n' << TotalsText(result, options.snapshot, terminal);
+}
+
 ExitStatus Check(const CheckOptions& options) {
+  if (options.html == "-" && options.json) {
+    throw CommandError("--html - and --json both want standard output; name a file", kWrongUsage);
+  }
+  std::unique_ptr<StagedOutput> output;
+  if (!options.html.empty()) {
+    output = std::make_unique<StagedOutput>(options.html, options.force);
+  }
   const std::set<u_int64_t> chosen = options.guids.Read();
   Fabscan fabscan;
   SnapshotReadOptions read_options;
@@ -32,9 +53,11 @@ ExitStatus Check(const CheckOptions& options) {
 
   const std::set<u_int64_t> found = WarnOfMissing(chosen, fabscan.discovered_fabric);
   CheckResult result;
+  CheckPage page;
   if (chosen.empty() || !found.empty()) {
     ForEachGeneratedNode(fabscan, found, [&](const IBNode& node, const GeneratedNode& generated) {
       result.Add(node, generated);
+      if (output) page.Add(node, generated);
     });
   }
   if (result.nodes().empty()) {
@@ -44,9 +67,10 @@ ExitStatus Check(const CheckOptions& options) {
                        : "none of the chosen GUIDs is in the sub-fabric; choose others"));
   }
 
+  if (output) WritePage(page, result, options, *output);
   if (options.json) {
     PrintCheckJson(result, options.snapshot);
-  } else {
+  } else if (!output) {
     std::cout << CheckText(result, options.snapshot, StandardOutput());
   }
   return result.Builds() ? kDone : kIncomplete;
@@ -60,12 +84,19 @@ std::function<ExitStatus()> AddCheck(CLI::App& app) {
       ->required();
   options->guids.AddTo(app);
   app.add_flag("--json", options->json, "Print one JSON object");
+  app.add_option("--html", options->html,
+                 "Write a page for a browser instead: the matrix of nodes and functions, with the "
+                 "text of each; one file that needs no network; - is standard output")
+      ->type_name("FILE");
+  app.add_flag("--force", options->force, "Replace a page that exists");
   app.footer(
       "Generates the nodes as one file, which is not kept, and says what is in it. Exit status: 0 "
       "when\n"
       "it would build, 3 when not.\n"
-      "Example: what would be missing of one switch\n"
-      "  fabscan check fabric.jsonl --guid 0x2c90000000001");
+      "Examples: what would be missing of one switch\n"
+      "  fabscan check fabric.jsonl --guid 0x2c90000000001\n"
+      "The whole fabric, to look around in\n"
+      "  fabscan check fabric.jsonl --html check.html");
   return [options] { return Check(*options); };
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "check_marks.h"
 #include "counted.h"
 #include "guid_options.h"
 #include "json_result.h"
@@ -16,31 +17,8 @@ namespace fabscan {
 
 namespace {
 
-struct MarkRow {
-  Mark mark;
-  const char* sign;
-  Style style;
-  const char* word;
-  const char* meaning;
-};
-
-// In the order in which the legend and the reasons stand: what stops a build comes first.
-// clang-format off
-constexpr MarkRow kMarkRows[] = {
-    {Mark::kError,   "E", Style::kBad,     "error",   "an #error line stops the compiler"},
-    {Mark::kHand,    "H", Style::kWarning, "hand",    "does not compile until finished by hand"},
-    {Mark::kComment, ".", Style::kQuiet,   "comment", "skipped: a comment says why"},
-    {Mark::kBlock,   "+", Style::kGood,    "block",   "gives the simulated node its values"},
-};
-// clang-format on
-
 /// Nodes that are named for a reason or a class before the rest is only counted.
 constexpr std::size_t kMaxNamed = 3;
-
-const MarkRow& RowOf(Mark mark) {
-  return *std::find_if(std::begin(kMarkRows), std::end(kMarkRows),
-                       [mark](const MarkRow& row) { return row.mark == mark; });
-}
 
 /// The column's letter: a to v for the 22 functions.
 char LetterOf(std::size_t function) { return static_cast<char>('a' + function); }
@@ -168,22 +146,27 @@ std::string Verdict(const CheckResult& result) {
   return "does not build: " + causes;
 }
 
-std::string CheckText(const CheckResult& result, const std::string& snapshot,
-                      const Terminal& terminal) {
-  std::string text = MatrixText(result, terminal) + '\n' + LegendText(result, terminal) +
-                     ReasonsText(result, terminal) + ClassesText(result, terminal);
+std::string TotalsText(const CheckResult& result, const std::string& snapshot,
+                       const Terminal& terminal) {
   const std::size_t nodes = result.nodes().size();
   const std::string counts = fmt::format(
       "{}: {}, {}: {} with a block, {} skipped, {} with #error, {} to finish by hand", snapshot,
       Counted(nodes, "node"), Counted(nodes * result.functionNames().size(), "function"),
       result.count(Mark::kBlock), result.count(Mark::kComment), result.count(Mark::kError),
       result.count(Mark::kHand));
-  text += '\n' + Paragraph(counts, terminal);
+  std::string text = Paragraph(counts, terminal);
   const Style style = result.Builds() ? Style::kGood : Style::kBad;
   for (const std::string& line : Wrapped(Verdict(result), terminal.width)) {
     text += Painted(line, style, terminal) + '\n';
   }
   return text;
+}
+
+std::string CheckText(const CheckResult& result, const std::string& snapshot,
+                      const Terminal& terminal) {
+  return MatrixText(result, terminal) + '\n' + LegendText(result, terminal) +
+         ReasonsText(result, terminal) + ClassesText(result, terminal) + '\n' +
+         TotalsText(result, snapshot, terminal);
 }
 
 void PrintCheckJson(const CheckResult& result, const std::string& snapshot) {

@@ -13,6 +13,10 @@ namespace fabscan {
 std::string CheckText(const CheckResult& result, const std::string& snapshot,
                       const Terminal& terminal);
 
+/// The last lines of it: the counts and the verdict.
+std::string TotalsText(const CheckResult& result, const std::string& snapshot,
+                       const Terminal& terminal);
+
 /// One JSON object on standard output.
 void PrintCheckJson(const CheckResult& result, const std::string& snapshot);
 

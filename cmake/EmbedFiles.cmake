@@ -1,6 +1,7 @@
-# cmake -DOUTPUT=FILE -DROOTS=DIR:FILE:FILE... -P EmbedFiles.cmake
-# Writes a C++ source that holds the text of files as the rows of `fabscan::kSimulatorSources`.
-# ROOTS: folder, then files relative to it, separated by "|"; several of them by "@".
+# cmake -DOUTPUT=FILE -DHEADER=FILE -DDECLARATION=TEXT -DROOTS=DIR|FILE|FILE... -P EmbedFiles.cmake
+# Writes a C++ source that holds the text of files as the rows of an array: path and text, the last
+# row's path null. HEADER declares the array, DECLARATION is what stands before its `= {`.
+# ROOTS: folder, then files relative to it; several of them are separated by "@".
 
 set(rows "")
 string(REPLACE "@" ";" groups "${ROOTS}")
@@ -13,11 +14,11 @@ foreach(group IN LISTS groups)
   endforeach()
 endforeach()
 
-file(WRITE ${OUTPUT}.new "#include \"simulator_sources.h\"
+file(WRITE ${OUTPUT}.new "#include \"${HEADER}\"
 
 namespace fabscan {
 
-const SimulatorSource kSimulatorSources[] = {
+${DECLARATION} = {
 ${rows}    {nullptr, {}},
 };
 

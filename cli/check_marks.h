@@ -1,0 +1,38 @@
+#ifndef FABSCAN_CLI_CHECK_MARKS_H
+#define FABSCAN_CLI_CHECK_MARKS_H
+
+#include <algorithm>
+#include <iterator>
+
+#include "check_result.h"
+#include "terminal.h"
+
+namespace fabscan {
+
+/// How a mark is shown.
+struct MarkRow {
+  Mark mark;
+  const char* sign;
+  Style style;
+  const char* word;
+  const char* meaning;
+};
+
+// In the order in which the legend and the reasons stand: what stops a build comes first.
+// clang-format off
+inline constexpr MarkRow kMarkRows[] = {
+    {Mark::kError,   "E", Style::kBad,     "error",   "an #error line stops the compiler"},
+    {Mark::kHand,    "H", Style::kWarning, "hand",    "does not compile until finished by hand"},
+    {Mark::kComment, ".", Style::kQuiet,   "comment", "skipped: a comment says why"},
+    {Mark::kBlock,   "+", Style::kGood,    "block",   "gives the simulated node its values"},
+};
+// clang-format on
+
+inline const MarkRow& RowOf(Mark mark) {
+  return *std::find_if(std::begin(kMarkRows), std::end(kMarkRows),
+                       [mark](const MarkRow& row) { return row.mark == mark; });
+}
+
+}  // namespace fabscan
+
+#endif

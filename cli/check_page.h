@@ -1,0 +1,62 @@
+#ifndef FABSCAN_CLI_CHECK_PAGE_H
+#define FABSCAN_CLI_CHECK_PAGE_H
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "check_result.h"
+
+namespace fabscan {
+
+/// Texts, each kept once and known by its number.
+class NumberedTexts {
+ public:
+  std::size_t Number(std::string text);
+  /// In the order of their numbers.
+  const std::vector<const std::string*>& all() const { return all_; }
+
+ private:
+  std::unordered_map<std::string, std::size_t> numbers_;
+  std::vector<const std::string*> all_;  // keys of `numbers_`, which stay where they are
+};
+
+/// A generated text, taken apart so that the many that differ in values alone share the rest: in
+/// `frame` a `kValueHole` stands for each number, and a `kNameHole` for the node's name.
+struct TextParts {
+  static constexpr char kValueHole = '\x01';
+  static constexpr char kNameHole = '\x02';
+
+  std::string frame;
+  std::string values;  // hexadecimal digits, one blank between two numbers
+};
+TextParts TakeApart(std::string_view text, std::string_view node_name);
+
+/// One self-contained HTML page: the matrix of nodes and functions, with the text of each. It asks
+/// nothing of the network, and shows what devices say of themselves as text only.
+class CheckPage {
+ public:
+  void Add(const IBNode& node, const GeneratedNode& generated);
+  /// `result` has the nodes that were added here, in the same order.
+  void Write(std::ostream& out, const CheckResult& result, const std::string& snapshot) const;
+
+ private:
+  struct Text {
+    std::size_t frame;
+    std::size_t values;
+  };
+  std::size_t numberOfFrame(std::string_view frame);
+  std::string Data(const CheckResult& result, const std::string& snapshot) const;
+
+  NumberedTexts lines_;
+  NumberedTexts frames_;  // numbers of lines
+  NumberedTexts values_;
+  std::vector<std::vector<Text>> texts_;  // by node, by function
+};
+
+}  // namespace fabscan
+
+#endif

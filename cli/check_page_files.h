@@ -1,0 +1,19 @@
+#ifndef FABSCAN_CLI_CHECK_PAGE_FILES_H
+#define FABSCAN_CLI_CHECK_PAGE_FILES_H
+
+#include <string_view>
+
+namespace fabscan {
+
+/// A file of `check_page/`, as it was when this was built.
+struct PageFile {
+  const char* name;
+  std::string_view text;
+};
+
+/// The last row's name is null.
+extern const PageFile kCheckPageFiles[];
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,346 @@
+"""`fabscan check --html`: the page, in a browser.
+
+    check_page_test.py COMMAND [FOLDER]
+
+FOLDER, where given, is for screenshots.
+"""
+
+import json
+import pathlib
+import re
+import sys
+import unittest
+
+from browser import Browser
+from command_line import (DONE, EXAMPLES, FAILED, INCOMPLETE, WRONG_USAGE, CommandTest, main,
+                          snapshot, switch)
+
+DEMO = EXAMPLES / "demo.fabscan.jsonl"
+SPINE = "0x5a1e0c0000000100"
+SCREENSHOTS = pathlib.Path(sys.argv.pop(2)) if len(sys.argv) > 2 else None
+
+CONTRAST = """(() => {
+  const parts = (colour) => colour.match(/[\\d.]+/g).map(Number);
+  const light = (colour) => {
+    const [r, g, b] = parts(colour).map((part) => {
+      const of1 = part / 255;
+      return of1 <= 0.04045 ? of1 / 12.92 : ((of1 + 0.055) / 1.055) ** 2.4;
+    });
+    return 0.2126 * r + 0.7152 * g + 0.0722 * b;
+  };
+  const back = (element) => {
+    const colour = getComputedStyle(element).backgroundColor;
+    return parts(colour)[3] === 0 ? back(element.parentElement) : colour;
+  };
+  const element = document.querySelector(arguments[0]);
+  const [one, other] = [light(getComputedStyle(element).color), light(back(element))];
+  return (Math.max(one, other) + 0.05) / (Math.min(one, other) + 0.05);
+})()"""
+
+
+class Files(CommandTest):
+    """What needs no browser."""
+
+    def test_what_is_printed(self):
+        run = self.run_command("check", DEMO, "--html", "page.html")
+        self.assertEqual((run.returncode, run.stderr), (INCOMPLETE, ""))
+        self.assertEqual(
+            run.stdout,
+            "page.html\n"
+            f"{DEMO}: 10 nodes, 220 functions: 114 with a block, 104 skipped, 0 with #error, 2 to "
+            "finish by hand\n"
+            "does not build: 2 to finish by hand, 2 classes that several nodes define\n")
+        self.assertEqual(self.entries(), ["page.html"])
+
+    def test_standard_output(self):
+        run = self.run_command("check", DEMO, "--html", "-")
+        self.assertTrue(run.stdout.startswith("<!doctype html>\n"))
+        self.assertTrue(run.stdout.endswith("</html>\n"))
+        self.assertEqual(self.entries(), [])
+
+    def test_beside_json(self):
+        run = self.run_command("check", DEMO, "--html", "page.html", "--json")
+        self.assertEqual(json.loads(run.stdout)["totals"]["nodes"], 10)
+        self.assertEqual(self.entries(), ["page.html"])
+
+    def test_an_earlier_page_is_kept_unless_forced(self):
+        self.put("page.html", "earlier\n")
+        self.assert_fails(self.run_command("check", DEMO, "--html", "page.html"),
+                          "page.html: exists; --force replaces it")
+        run = self.run_command("check", "none", "--html", "page.html", "--force")
+        self.assertEqual(run.returncode, FAILED)
+        self.assertEqual((self.folder / "page.html").read_text(), "earlier\n")
+        run = self.run_command("check", DEMO, "--html", "page.html", "--force")
+        self.assertEqual(run.returncode, INCOMPLETE)
+        self.assertGreater((self.folder / "page.html").stat().st_size, 10_000)
+        self.assertEqual(self.entries(), ["page.html"])
+
+    def test_wrong_usage(self):
+        self.assert_fails(self.run_command("check", DEMO, "--html", "-", "--json"),
+                          "--html - and --json both want standard output; name a file",
+                          WRONG_USAGE)
+
+
+class Page(CommandTest):
+    @classmethod
+    def setUpClass(cls):
+        cls.browser = Browser()
+        cls.addClassCleanup(cls.browser.close)
+
+    def show(self, *arguments, **more):
+        """Makes the page and opens it."""
+        run = self.run_command("check", *arguments, "--html", "page.html", "--force", **more)
+        self.assertIn(run.returncode, (DONE, INCOMPLETE), run.stderr)
+        self.browser.prefer("light")
+        self.browser.open(self.folder / "page.html")
+        self.browser.run("document.getElementById('stops').open = false")
+
+    def tearDown(self):
+        console, addresses = self.browser.logs()
+        self.assertEqual(console, [])
+        page = f"file://{self.folder}/page.html"
+        self.assertEqual([address for address in addresses if not address.startswith("data:")],
+                         [page] * addresses.count(page))
+
+    def picture(self, name):
+        if SCREENSHOTS is not None:
+            self.browser.screenshot(SCREENSHOTS / f"{name}.png")
+
+    def text_of(self, selector):
+        return self.browser.run("document.querySelector(arguments[0]).textContent", selector)
+
+    def shown_nodes(self):
+        return self.browser.run(
+            "[...document.querySelectorAll('#body .label')].map((label) => label.textContent)")
+
+    def focused(self):
+        return self.browser.run("[document.activeElement.dataset.row, "
+                                "document.activeElement.dataset.column].map(Number)")
+
+    def is_open(self):
+        return self.browser.run("document.querySelector('dialog').open")
+
+    def test_the_matrix_is_that_of_check(self):
+        self.show(DEMO)
+        self.picture("demo")
+        result = json.loads(self.run_command("check", DEMO, "--json").stdout)
+        signs = {"error": "E", "hand": "H", "comment": ".", "block": "+"}
+        expected = [[node["name"], node["guid"], node["class"],
+                     "".join(signs[function["mark"]] for function in node["functions"])]
+                    for node in result["nodes"]]
+        self.assertEqual(self.browser.run("""[...document.querySelectorAll('#body .row')].map(
+            (row) => [...['label', 'guid', 'class'].map(
+                (name) => row.querySelector('.' + name).textContent),
+                [...row.querySelectorAll('.cell')].map((cell) => cell.textContent).join('')])"""),
+                         expected)
+        self.assertEqual(
+            self.browser.run("[...document.querySelectorAll('.head .function')].map("
+                             "(head) => head.getAttribute('aria-label'))"),
+            [function["name"] for function in result["nodes"][0]["functions"]])
+        self.assertEqual(self.text_of("#verdict"), "does not build: 2 to finish by hand, 2 classes "
+                                                   "that several nodes define")
+        self.assertEqual(
+            self.browser.run("[...document.querySelectorAll('.total strong')].map("
+                             "(count) => count.textContent)"),
+            [str(result["totals"][word]) for word in signs])
+
+    def test_every_text_is_that_of_dump(self):
+        self.show(DEMO)
+        self.run_command("dump", DEMO, "--prefix", "P")
+        text = (self.folder / "p_generated.cpp").read_text()
+        bodies = re.findall(r"\(\) \{\n(.*?\n)\}\n", text, re.DOTALL)
+        texts = self.browser.run(
+            "data.nodes.flatMap((node) => data.functions.map((_, place) => textOf(node, place)))")
+        self.assertEqual(len(texts), 220)
+        address = re.compile("0x0x[0-9a-f]+")
+        for shown, written in zip(texts, bodies, strict=True):
+            self.assertEqual(address.sub("", shown), address.sub("", written))
+
+    def test_filters(self):
+        self.show(DEMO)
+        everything = self.shown_nodes()
+        self.assertEqual(len(everything), 10)
+        self.browser.type_into("#node", "LEAF")
+        self.assertEqual(self.shown_nodes(), ["leaf-01/U1", "leaf-02/U1"])
+        self.assertEqual(self.text_of("#shown"), "2 of 10 nodes")
+        self.browser.type_into("#node", "0a00")
+        self.assertEqual(self.shown_nodes(), ["spine-01 Aggregation Node"])
+        self.browser.type_into("#node", "nothing of the kind")
+        self.assertEqual(self.shown_nodes(), [])
+        self.browser.click("#everything")
+        self.browser.wait_for("document.querySelectorAll('#body .row').length === 10")
+        self.assertEqual(self.shown_nodes(), everything)
+
+        self.browser.choose("#class", "RTR")
+        self.assertEqual(self.shown_nodes(), ["router-01"])
+        self.browser.click("#everything")
+        self.browser.choose("#mark", "hand")
+        self.assertEqual(self.shown_nodes(), ["spine-01/U1"])
+        self.browser.choose("#function", "11")
+        self.assertEqual(self.shown_nodes(), [])
+        self.browser.choose("#mark", "block")
+        self.assertEqual(self.shown_nodes(), ["router-01"])
+        self.assertEqual(self.browser.run("document.querySelectorAll('.cell').length"), 1)
+
+    def test_what_stops_the_build_leads_to_it(self):
+        self.show(DEMO)
+        self.browser.run("document.getElementById('stops').open = true")
+        self.assertEqual(
+            self.browser.run("[...document.querySelectorAll('#reasons li')].map("
+                             "(item) => item.textContent)")[:3],
+            ["3 nodes define the class HCA", "4 nodes define the class SW",
+             "HVSReductionManagerClassPortInfoan address stands in place of the redirect GID; "
+             "write the GID there, or remove the line1 node"])
+        self.browser.click("#reasons .reason")
+        self.assertEqual(self.shown_nodes(), ["spine-01/U1"])
+        self.assertEqual(self.browser.run("document.querySelectorAll('.cell').length"), 1)
+        self.browser.click(".total:not(:disabled)")
+        self.assertEqual(self.browser.run("document.querySelectorAll('.cell').length"), 22)
+
+    def test_a_click_opens_the_text(self):
+        self.show(DEMO, "--guid", SPINE)
+        self.browser.click("[data-column='17']")
+        self.assertTrue(self.is_open())
+        self.picture("text")
+        self.assertEqual(self.text_of("#dialog-title"), "SW::setVSReductionManagerClassPortInfo")
+        self.assertEqual(self.text_of("#dialog-node"), f"spine-01/U1  {SPINE}")
+        self.assertIn("an address stands in place", self.text_of("#dialog-mark"))
+        self.assertIn("RedirectGID = 0x0x", self.text_of("#text"))
+        self.browser.click("[data-column='1'][data-row='0'][type]")
+        self.assertEqual(self.text_of("#dialog-title"), "SW::setWrenReductionPortInfo")
+        self.browser.click("#close")
+        self.assertFalse(self.is_open())
+
+    def test_the_keyboard_alone(self):
+        self.show(DEMO)
+        self.browser.run("document.getElementById('everything').focus()")
+        self.browser.press("Tab")
+        self.assertEqual(self.focused(), [0, 0])
+        self.browser.press("ArrowDown", "ArrowDown", "ArrowRight", "ArrowUp")
+        self.assertEqual(self.focused(), [1, 1])
+        self.browser.press("End")
+        self.assertEqual(self.focused(), [1, 21])
+        self.browser.press("ArrowRight")
+        self.assertEqual(self.focused(), [1, 21])
+        self.browser.press("End", holding=["Control"])
+        self.assertEqual(self.focused(), [9, 21])
+        self.browser.press("Home", holding=["Control"])
+        self.assertEqual(self.focused(), [0, 0])
+        self.browser.press("ArrowRight")
+        self.assertNotEqual(
+            self.browser.run("getComputedStyle(document.activeElement).outlineStyle"), "none")
+        self.browser.press("Enter")
+        self.assertTrue(self.is_open())
+        self.assertEqual(self.text_of("#dialog-title"), "HCA::setPortInfo")
+        self.assertTrue(self.browser.run("document.activeElement.closest('dialog') !== null"))
+        self.browser.press("Escape")
+        self.assertFalse(self.is_open())
+        self.assertEqual(self.focused(), [0, 1])
+        self.browser.press(" ")
+        self.assertTrue(self.is_open())
+        self.browser.press("Escape")
+        self.assertEqual(self.browser.run("document.querySelectorAll(\"[tabindex='0'].cell\")"
+                                          ".length"), 1)
+
+    def test_roles(self):
+        self.show(DEMO)
+        counts = self.browser.run(
+            "['grid', 'row', 'columnheader', 'rowheader', 'gridcell'].map("
+            "(role) => document.querySelectorAll(`[role=${role}]`).length)")
+        self.assertEqual(counts, [1, 11, 23, 10, 220])
+        self.assertEqual(
+            self.browser.run("['aria-rowcount', 'aria-colcount'].map("
+                             "(name) => document.getElementById('grid').getAttribute(name))"),
+            ["11", "23"])
+        self.assertEqual(
+            self.browser.run("document.querySelector('.cell.hand').getAttribute('aria-label')"
+                             ".split(';')[0]"),
+            "setVSReductionManagerClassPortInfo: hand, an address stands in place of the redirect "
+            "GID")
+        self.assertEqual(self.browser.run("[...document.querySelectorAll('input, select')].filter("
+                                          "(field) => field.labels.length !== 1).length"), 0)
+
+    def test_light_and_dark(self):
+        text = snapshot(switch(), *[json.loads(line) for line in
+                                    DEMO.read_text().splitlines()[1:-1]])
+        self.show("-", input=text)
+        pages = []
+        for scheme in ("light", "dark"):
+            self.browser.prefer(scheme)
+            self.picture(scheme)
+            pages.append(self.browser.run("getComputedStyle(document.body).backgroundColor"))
+            for selector in (".cell.error", ".cell.hand", ".cell.comment", ".cell.block", ".guid",
+                             ".class", "#verdict", "#shown", "#usage", ".label"):
+                self.assertGreaterEqual(self.browser.run(CONTRAST, selector), 4.5,
+                                        f"{scheme}: {selector}")
+        self.assertNotEqual(*pages)
+
+    def test_hostile_text_stays_text(self):
+        evil = ("</script><script>document.title='taken'</script><!-- <img src=x "
+                "onerror=\"document.title='taken'\">&lt;\u2028\u2029${1}")
+        self.show("-", input=snapshot(switch(evil), switch("b\x01\x02\udc80", "0x2")
+                                      ).replace("\\udc80", "\\ufffd"))
+        self.assertEqual(self.text_of("title"), "-: fabscan check")
+        self.assertEqual(self.browser.run("document.images.length"), 0)
+        self.assertEqual(self.browser.run("document.scripts.length"), 2)
+        shown = self.shown_nodes()
+        self.assertEqual(len(shown), 2)
+        self.assertIn("</script><script>document.title='taken'</script><!-- <img src=x", shown[0])
+        self.browser.click(".cell.error")
+        self.assertIn("node=</script><script>", self.text_of("#text"))
+        self.assertEqual(self.browser.run("document.images.length"), 0)
+        self.browser.press("Escape")
+
+    def test_the_policy_forbids_what_the_page_does_not_bring(self):
+        self.show(DEMO)
+        self.assertEqual(self.browser.run("""(() => {
+            const script = document.createElement('script');
+            script.textContent = "document.title = 'taken'";
+            document.body.append(script);
+            return document.title; })()"""), f"{DEMO}: fabscan check")
+        console, _ = self.browser.logs()
+        self.assertEqual(len(console), 1)
+        self.assertIn("Content Security Policy", console[0])
+
+    def test_two_thousand_nodes(self):
+        lines = [json.loads(line) for line in DEMO.read_text().splitlines()[1:-1]]
+        lines = [line for line in lines if line.get("inSubFabric", True)]
+        nodes = [{**lines[number % 10], "name": f"node-{number:04}", "guid": hex(0x1000 + number)}
+                 for number in range(2000)]
+        self.show(self.put("large.jsonl", snapshot(*nodes)).name)
+        self.picture("large")
+        size = (self.folder / "page.html").stat().st_size
+        self.assertLess(size, 1_000_000)
+        milliseconds = self.browser.run(
+            "performance.getEntriesByType('navigation')[0].domContentLoadedEventEnd")
+        self.assertLess(milliseconds, 5000)
+        self.assertEqual(self.text_of("#shown"), "2,000 nodes")
+        self.assertLess(self.browser.run("document.querySelectorAll('#body .row').length"), 80)
+
+        self.browser.click("[data-row='0'][data-column='0']")
+        self.browser.press("Escape")
+        self.browser.press("End", holding=["Control"])
+        self.assertEqual(self.focused(), [1999, 21])
+        self.assertIn("node-1999", self.shown_nodes())
+        self.assertTrue(self.browser.run("""(() => {
+            const cell = document.activeElement.getBoundingClientRect();
+            const seen = document.getElementById('scroller').getBoundingClientRect();
+            return cell.top >= seen.top && cell.bottom <= seen.bottom; })()"""))
+        self.browser.press("PageUp")
+        self.assertLess(self.focused()[0], 1999)
+        # The cell with the focus stays while others are looked at.
+        focused = self.focused()
+        self.browser.run("document.getElementById('scroller').scrollTop = 0")
+        self.browser.wait_for("document.querySelector('#body .label') !== null && "
+                              "[...document.querySelectorAll('#body .label')].some("
+                              "(label) => label.textContent === 'node-0000')")
+        self.assertEqual(self.focused(), focused)
+        self.browser.press("ArrowUp")
+        self.assertEqual(self.focused(), [focused[0] - 1, 21])
+        self.browser.type_into("#node", "node-1234")
+        self.assertEqual(self.shown_nodes(), ["node-1234"])
+        print(f"2,000 nodes: {size} bytes, ready after {milliseconds:.0f} ms", file=sys.stderr)
+
+
+if __name__ == "__main__":
+    main()
