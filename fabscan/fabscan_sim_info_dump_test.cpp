@@ -14,7 +14,8 @@
 #include <string>
 #include <vector>
 
-#include "testing/fabric_builder.h"
+#include "testing/every_emitter.h"
+#include "testing/grouped_digits.h"
 
 namespace fabscan {
 namespace {
@@ -305,6 +306,45 @@ TEST_F(Generate, GivesTheSameBytesAgain) {
   fabric.Put<SMP_NodeInfo>(node);
   const std::string once = Text("MyDev");
   EXPECT_EQ(Text("MyDev"), once);
+}
+
+TEST_F(Generate, TakesAPrefixOfNoLetters) {
+  fabric.Switch("S1");
+  const std::string text = Text("");
+  EXPECT_EQ(file_name_, "_generated.cpp");
+  EXPECT_NE(text.find("#include \".h\"\n"), std::string::npos);
+  EXPECT_NE(text.find("\nvoid ::SW::setNodeInfo() {\n"), std::string::npos);
+}
+
+// Each byte is lower-cased by itself: in the "C" locale those of other letters stay.
+TEST_F(Generate, LowersTheLettersOfAsciiAlone) {
+  fabric.Switch("S1");
+  const std::string text = Text("\u00c4B\u00df\u0130");
+  EXPECT_EQ(file_name_, "\u00c4b\u00df\u0130_generated.cpp");
+  EXPECT_NE(text.find("#include \"\u00c4b\u00df\u0130.h\"\n"), std::string::npos);
+  EXPECT_NE(text.find("\nvoid \u00c4B\u00df\u0130::SW::setNodeInfo() {\n"), std::string::npos);
+}
+
+TEST_F(Generate, TakesBytesOfAPrefixThatAreNoText) {
+  fabric.Switch("S1");
+  const std::string text = Text("\xff\x80Z");
+  EXPECT_EQ(file_name_, "\xff\x80z_generated.cpp");
+  EXPECT_NE(text.find("\nvoid \xff\x80Z::SW::setNodeInfo() {\n"), std::string::npos);
+}
+
+TEST_F(Generate, WritesTheSameUnderALocaleThatGroupsDigits) {
+  FullFabric full;
+  full.fabscan.setOutputFolder(folder_.string());
+  full.fabscan.discovered_fabric.makeNode("A1", 0xfedcba9876543210, IB_CA_NODE, 255);
+  const auto text = [&] {
+    EXPECT_EQ(SimInfoDumpCPP(full.fabscan).Generate("MyDev", {}), 0);
+    std::ifstream file(folder_ / "mydev_generated.cpp", std::ios::binary);
+    return std::string{std::istreambuf_iterator<char>(file), {}};
+  };
+  const std::string plain = text();
+  const WithGroupedDigits everywhere;
+  EXPECT_EQ(text(), plain);
+  EXPECT_NE(plain.find("setWrenReductionCounters(30583, 30583, "), std::string::npos);
 }
 
 TEST_F(Generate, WritesLongNamesWhole) {

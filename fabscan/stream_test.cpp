@@ -1,150 +1,95 @@
-// What the emitters do with the stream they are given, whatever its state.
+// What every emitter does with the stream it is given, whatever its state.
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <iomanip>
+#include <iterator>
 #include <locale>
 #include <stdexcept>
 #include <streambuf>
 #include <string>
 #include <typeinfo>
 
-#include "testing/fabric_builder.h"
+#include "testing/every_emitter.h"
+#include "testing/grouped_digits.h"
 
 namespace fabscan {
 namespace {
 
-/// A switch whose every emitter writes numbers, of all widths.
-class StreamTest : public ::testing::Test {
- protected:
-  StreamTest() : node(fabric.Switch("S1", 12)) {
-    fabric.Support(node, {0, 2, 9, 12, 13, 44, 55});
-    fabric.fabscan.capability_module.put(node, true, {{0xffffffff, 0, 0, 0}});
-    fabric.Put<SMP_NodeInfo>(node).VendorID = 0xffffffff;
-    fabric.Put<CC_EnhancedCongestionInfo>(node) = {65, 66, 0x123456789abcdef0};
-    fabric.Put<CC_CongestionSwitchGeneralSettings>(node).cap_total_buffer_size = 1234567;
-    fabric.Put<IB_ClassPortInfo>(node).RedirectQKey = 12345678;
-    auto& store = fabric.fabscan.fabric_extended_info;
-    for (IBPort* port : node.Ports) {
-      fabric.Put<SMP_PortInfo>(*port).CapMsk = 0x12345678;
-      fabric.Put<SMP_TarnExtPortInfo>(*port).CapabilityMask = 43210;
-      fabric.Put<WrenReductionPortInfo>(*port).capability_mask = 7654321;
-      store.putMonitors(*port, 0);
-      store.putMonitors(*port, 1);
-      store.putCounters(*port, 7).dropped_pkt = 1234567890123456789;
-      fabric.Put<WrenPushReductionCounters>(*port).mlid = 49153;
-    }
-    node.Ports[11]->setSpecialPort(true);
-  }
+static_assert(std::size(kEveryEmitter) == 22);
 
-  std::string AllEmitters(std::ostream& out, std::stringbuf& buffer) {
+class StreamTest : public ::testing::TestWithParam<NamedEmitter> {
+ protected:
+  void Emit(std::ostream& out) {
     const SimInfoDumpCPP dump(fabric.fabscan);
-    dump.GenerateNodeInfo(out, node);
-    dump.GeneratePortInfo(out, node);
-    dump.GenerateGMPCapabilityMask(out, node);
-    dump.GenerateExtendedPortInfo(out, node);
-    dump.GenerateEnhancedCongestionInfo(out, node);
-    dump.GenerateCongestionSwitchGeneralSettings(out, node);
-    dump.GenerateVSReductionManagerClassPortInfo(out, node);
-    dump.GenerateWrenReductionPortInfo(out, node);
-    dump.GenerateWrenReductionCounters(out, node);
-    dump.GenerateWrenPushReductionCounters(out, node);
-    return buffer.str();
+    (dump.*GetParam().emitter)(out, fabric.NodeOf(GetParam()));
   }
+  std::string Plain() { return fabric.BodyOf(GetParam()); }
 
-  std::string Plain() {
-    std::stringbuf buffer;
-    std::ostream out(&buffer);
-    return AllEmitters(out, buffer);
-  }
-
-  FabricBuilder fabric;
-  IBNode& node;
+  FullFabric fabric;
 };
 
-/// Groups digits in threes, and says "yes" for true.
-class Grouped : public std::numpunct<char> {
- protected:
-  char do_thousands_sep() const override { return '.'; }
-  std::string do_grouping() const override { return "\3"; }
-};
+INSTANTIATE_TEST_SUITE_P(EveryEmitter, StreamTest, ::testing::ValuesIn(kEveryEmitter),
+                         [](const auto& tested) { return std::string(tested.param.name); });
 
-TEST_F(StreamTest, NumbersDoNotDependOnTheLocale) {
-  const std::string plain = Plain();
-  const std::locale grouped(std::locale::classic(), new Grouped);
-
-  std::stringbuf buffer;
-  std::ostream out(&buffer);
-  out.imbue(grouped);
-  EXPECT_EQ(AllEmitters(out, buffer), plain);
-
-  const std::locale before = std::locale::global(grouped);
-  EXPECT_EQ(Plain(), plain);
-  std::locale::global(before);
+TEST_P(StreamTest, HasABlockToWrite) {
+  const std::string text = Plain();
+  EXPECT_NE(text.find("mad_buffer"), std::string::npos) << text;
+  EXPECT_EQ(text.find("#error"), std::string::npos) << text;
+  EXPECT_NE(text.back(), '\n');
 }
 
-TEST_F(StreamTest, FlagsLeftOnTheStreamHaveNoSayAndStay) {
+TEST_P(StreamTest, NumbersDoNotDependOnTheLocale) {
   const std::string plain = Plain();
-  std::stringbuf buffer;
-  std::ostream out(&buffer);
-  out << std::hex << std::showbase << std::uppercase << std::left << std::showpos
+  std::ostringstream out;
+  out.imbue(GroupedDigits());
+  Emit(out);
+  EXPECT_EQ(out.str(), plain);
+
+  const WithGroupedDigits everywhere;
+  EXPECT_EQ(Plain(), plain);
+}
+
+TEST_P(StreamTest, FlagsLeftOnTheStreamHaveNoSayAndStay) {
+  const std::string plain = Plain();
+  std::ostringstream out;
+  out << std::hex << std::showbase << std::uppercase << std::left << std::showpos << std::boolalpha
       << std::setfill('*');
   out.width(30);
   out.precision(3);
   const std::ios::fmtflags flags = out.flags();
-  EXPECT_EQ(AllEmitters(out, buffer), plain);
+  Emit(out);
+  EXPECT_EQ(out.str(), plain);
   EXPECT_EQ(out.flags(), flags);
   EXPECT_EQ(out.fill(), '*');
   EXPECT_EQ(out.width(), 30);
   EXPECT_EQ(out.precision(), 3);
 }
 
-TEST_F(StreamTest, ADecimalStreamComesBackDecimal) {
-  std::stringbuf buffer;
-  std::ostream out(&buffer);
-  AllEmitters(out, buffer);
+TEST_P(StreamTest, ADecimalStreamComesBackDecimal) {
+  std::ostringstream out;
+  Emit(out);
   EXPECT_EQ(out.flags(), std::ios::dec | std::ios::skipws);
   EXPECT_EQ(out.fill(), ' ');
   EXPECT_EQ(out.width(), 0);
-  buffer.str("");
+  out.str("");
   out << 255;
-  EXPECT_EQ(buffer.str(), "255");
+  EXPECT_EQ(out.str(), "255");
 }
 
-TEST_F(StreamTest, FlushesOnlyBeforeEachRecordOfTheReductionPortInfo) {
-  struct : std::stringbuf {
-    int sync() override {
-      flushed += std::to_string(str().size()) + ' ';
-      return 0;
-    }
-    std::string flushed;
-  } buffer;
-  std::ostream out(&buffer);
-  const SimInfoDumpCPP dump(fabric.fabscan);
-  dump.GenerateWrenReductionPortInfo(out, node);
-  std::string expected;
-  const std::string text = buffer.str();
-  const std::string record = "            mad_buffer.capability_mask";
-  for (std::size_t at = text.find(record); at != std::string::npos;
-       at = text.find(record, at + 1)) {
-    expected += std::to_string(at) + ' ';
-  }
-  EXPECT_EQ(buffer.flushed, expected);
-  EXPECT_EQ(std::count(expected.begin(), expected.end(), ' '), 2);
-
-  buffer.flushed.clear();
-  dump.GenerateNodeInfo(out, node);
-  dump.GeneratePortInfo(out, node);
-  dump.GenerateExtendedPortInfo(out, node);
-  dump.GenerateWrenReductionCounters(out, node);
-  dump.GenerateWrenPushReductionCounters(out, node);
-  EXPECT_EQ(buffer.flushed, "");
+TEST_P(StreamTest, AnUnbufferedStreamGetsTheSame) {
+  std::ostringstream out;
+  out << std::unitbuf;
+  Emit(out);
+  EXPECT_EQ(out.str(), Plain());
+  EXPECT_NE(out.flags() & std::ios::unitbuf, 0);
 }
 
 /// Takes so many bytes, then throws.
 class FullBuffer : public std::stringbuf {
  public:
-  explicit FullBuffer(std::streamsize room) : room_(room) {}
+  explicit FullBuffer(std::size_t room) : room_(static_cast<std::streamsize>(room)) {}
 
  protected:
   std::streamsize xsputn(const char* text, std::streamsize size) override {
@@ -159,21 +104,32 @@ class FullBuffer : public std::stringbuf {
   std::streamsize room_;
 };
 
-TEST_F(StreamTest, ExceptionsOfTheStreamPassThrough) {
-  const SimInfoDumpCPP dump(fabric.fabscan);
-  FullBuffer buffer(100);
-  std::ostream out(&buffer);
-  out.exceptions(std::ios::badbit);
-  EXPECT_THROW(dump.GeneratePortInfo(out, node), std::length_error);
-  EXPECT_EQ(buffer.str().substr(0, 40), "    for (size_t i = 0; i < m_node->nodeP");
+TEST_P(StreamTest, ExceptionsOfTheStreamPassThrough) {
+  const std::string plain = Plain();
+  for (const std::size_t room :
+       {std::size_t{0}, std::size_t{1}, plain.size() / 2, plain.size() - 1}) {
+    FullBuffer buffer(room);
+    std::ostream out(&buffer);
+    out.exceptions(std::ios::badbit);
+    EXPECT_THROW(Emit(out), std::length_error) << room;
+    EXPECT_EQ(buffer.str(), plain.substr(0, room));
+  }
 }
 
-TEST_F(StreamTest, AStreamThatFailsQuietlyIsLeftFailed) {
-  const SimInfoDumpCPP dump(fabric.fabscan);
-  FullBuffer buffer(100);
+TEST_P(StreamTest, AStreamThatFailsQuietlyIsLeftFailed) {
+  FullBuffer buffer(20);
   std::ostream out(&buffer);
-  dump.GeneratePortInfo(out, node);
+  Emit(out);
   EXPECT_TRUE(out.bad());
+  EXPECT_EQ(buffer.str(), Plain().substr(0, 20));
+}
+
+TEST_P(StreamTest, AStreamThatHasFailedGetsNothing) {
+  std::ostringstream out;
+  out.setstate(std::ios::failbit);
+  Emit(out);
+  EXPECT_EQ(out.str(), "");
+  EXPECT_EQ(out.rdstate(), std::ios::failbit);
 }
 
 /// A stream that was never given its facets: the library's constructor for iostream halves.
@@ -184,7 +140,17 @@ class FacetlessStream : public std::ostream {
   }
 };
 
-TEST_F(StreamTest, AStreamWithoutCharacterTypesThrowsWhereALineEnds) {
+TEST_P(StreamTest, AStreamWithoutCharacterTypesThrowsWhereALineEnds) {
+  const std::string plain = Plain();
+  std::iostream other(nullptr);
+  std::stringbuf buffer;
+  FacetlessStream out(&buffer, other);
+  EXPECT_THROW(Emit(out), std::bad_cast);
+  EXPECT_EQ(buffer.str(), plain.substr(0, plain.find('\n')));
+}
+
+TEST(Stream, WithoutCharacterTypesThrowsWhereALineOfTheFrameEnds) {
+  FabricBuilder fabric;
   const SimInfoDumpCPP dump(fabric.fabscan);
   std::iostream other(nullptr);
   std::stringbuf buffer;
@@ -195,11 +161,37 @@ TEST_F(StreamTest, AStreamWithoutCharacterTypesThrowsWhereALineEnds) {
   EXPECT_THROW(dump.PrintIncludes(out, "x"), std::bad_cast);
   EXPECT_EQ(buffer.str(), "#include \"x.h\"");
   buffer.str("");
-  EXPECT_THROW(dump.GenerateNodeInfo(out, node), std::bad_cast);
-  EXPECT_EQ(buffer.str(), "    SMP_NodeInfo mad_buffer = {0};");
-  buffer.str("");
-  dump.GenerateRouterInfo(out, node);  // one line, which the caller ends
+  dump.GenerateRouterInfo(out, fabric.Switch("S1"));  // one line, which the caller ends
   EXPECT_EQ(buffer.str(), "// The node=S1 is not a router");
+}
+
+/// Notes how much was written whenever it is flushed.
+class NotingBuffer : public std::stringbuf {
+ public:
+  std::string flushed;
+
+ protected:
+  int sync() override {
+    flushed += std::to_string(str().size()) + ' ';
+    return 0;
+  }
+};
+
+TEST_P(StreamTest, IsFlushedOnlyBeforeEachRecordOfTheReductionPortInfo) {
+  NotingBuffer buffer;
+  std::ostream out(&buffer);
+  Emit(out);
+  std::string expected;
+  if (std::string(GetParam().name) == "WrenReductionPortInfo") {
+    const std::string text = buffer.str();
+    const std::string record = "            mad_buffer.capability_mask";
+    for (std::size_t at = text.find(record); at != std::string::npos;
+         at = text.find(record, at + 1)) {
+      expected += std::to_string(at) + ' ';
+    }
+    EXPECT_EQ(std::count(expected.begin(), expected.end(), ' '), 2);
+  }
+  EXPECT_EQ(buffer.flushed, expected);
 }
 
 }  // namespace

@@ -1,0 +1,92 @@
+#ifndef FABSCAN_TESTING_EVERY_EMITTER_H
+#define FABSCAN_TESTING_EVERY_EMITTER_H
+
+#include <cstring>
+#include <string>
+#include <type_traits>
+
+#include "fabric_builder.h"
+
+namespace fabscan {
+
+struct NamedEmitter {
+  const char* name;
+  FabricBuilder::Emitter emitter;
+};
+
+/// The 22 of a node, in the order of the generated file.
+inline constexpr NamedEmitter kEveryEmitter[] = {
+    {"NodeInfo", &SimInfoDumpCPP::GenerateNodeInfo},
+    {"PortInfo", &SimInfoDumpCPP::GeneratePortInfo},
+    {"GMPCapabilityMask", &SimInfoDumpCPP::GenerateGMPCapabilityMask},
+    {"SMPCapabilityMask", &SimInfoDumpCPP::GenerateSMPCapabilityMask},
+    {"FWInfo", &SimInfoDumpCPP::GenerateFWInfo},
+    {"HWInfo", &SimInfoDumpCPP::GenerateHWInfo},
+    {"SWInfo", &SimInfoDumpCPP::GenerateSWInfo},
+    {"PortInfoExtended", &SimInfoDumpCPP::GeneratePortInfoExtended},
+    {"ExtendedNodeInfo", &SimInfoDumpCPP::GenerateExtendedNodeInfo},
+    {"ExtendedPortInfo", &SimInfoDumpCPP::GenerateExtendedPortInfo},
+    {"ARInfo", &SimInfoDumpCPP::GenerateARInfo},
+    {"RouterInfo", &SimInfoDumpCPP::GenerateRouterInfo},
+    {"ExtendedSwitchInfo", &SimInfoDumpCPP::GenerateExtendedSwitchInfo},
+    {"SwitchInfo", &SimInfoDumpCPP::GenerateSwitchInfo},
+    {"PrivateLFTInfo", &SimInfoDumpCPP::GeneratePrivateLFTInfo},
+    {"EnhancedCongestionInfo", &SimInfoDumpCPP::GenerateEnhancedCongestionInfo},
+    {"CongestionSwitchGeneralSettings", &SimInfoDumpCPP::GenerateCongestionSwitchGeneralSettings},
+    {"VSReductionManagerClassPortInfo", &SimInfoDumpCPP::GenerateVSReductionManagerClassPortInfo},
+    {"WrenReductionPortInfo", &SimInfoDumpCPP::GenerateWrenReductionPortInfo},
+    {"WrenReductionInfo", &SimInfoDumpCPP::GenerateWrenReductionInfo},
+    {"WrenReductionCounters", &SimInfoDumpCPP::GenerateWrenReductionCounters},
+    {"WrenPushReductionCounters", &SimInfoDumpCPP::GenerateWrenPushReductionCounters},
+};
+
+/// A switch and a router, of which every emitter has a block to write, with numbers of all widths.
+class FullFabric : public FabricBuilder {
+ public:
+  FullFabric() : switch_(Switch("S1", 12)), router_(Router("R1", 2)) {
+    for (const IBNode* node : {&switch_, &router_}) {
+      Support(*node, {0, 2, 9, 12, 13, 44, 55});
+      fabscan.capability_module.put(*node, true, {{0xffffffff, 0, 0, 0}});
+      Fill<SMP_NodeInfo, SMP_SwitchInfo, SMP_RouterInfo, SMP_ExtendedSwitchInfo,
+           ib_extended_node_info, ib_private_lft_info, adaptive_routing_info,
+           VendorSpec_GeneralInfo, CC_EnhancedCongestionInfo, CC_CongestionSwitchGeneralSettings,
+           IB_ClassPortInfo, WrenReductionInfo>(*node);
+      for (const IBPort* port : node->Ports) {
+        if (port != nullptr) FillPort(*port);
+      }
+    }
+    switch_.Ports[11]->setSpecialPort(true);
+  }
+
+  /// The node that the emitter has a block for.
+  const IBNode& NodeOf(const NamedEmitter& emitter) const {
+    return emitter.emitter == &SimInfoDumpCPP::GenerateRouterInfo ? router_ : switch_;
+  }
+  std::string BodyOf(const NamedEmitter& emitter) { return Body(emitter.emitter, NodeOf(emitter)); }
+
+ private:
+  template <class Record>
+  static void FillRecord(Record& record) {
+    static_assert(std::is_trivially_copyable_v<Record>);
+    std::memset(&record, 0x77, sizeof record);
+  }
+  template <class... Records, class Owner>
+  void Fill(const Owner& owner) {
+    (FillRecord(Put<Records>(owner)), ...);
+  }
+  void FillPort(const IBPort& port) {
+    Fill<SMP_PortInfo, SMP_PortInfoExtended, SMP_TarnExtPortInfo, WrenReductionPortInfo,
+         WrenPushReductionCounters>(port);
+    auto& store = fabscan.fabric_extended_info;
+    store.putMonitors(port, 0);
+    store.putMonitors(port, 1);
+    FillRecord(store.putCounters(port, 7));
+  }
+
+  IBNode& switch_;
+  IBNode& router_;
+};
+
+}  // namespace fabscan
+
+#endif
