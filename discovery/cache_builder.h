@@ -40,9 +40,11 @@ class CacheBuilder {
   /// A node without ports yet. A switch has a SwitchInfo with LinearFDBCap 0xc000.
   Node& Add(u_int64_t guid, IBNodeType type, u_int8_t port_count, std::string_view description);
   /// A port that is down; of a switch its GUID is the node's, else the node's plus its number.
-  Port& AddPort(Node& node, u_int8_t number);
+  static Port& AddPort(Node& node, u_int8_t number);
   /// Links two ports that were added: both are active, and each is the other's peer.
   static void Link(Port& one, Port& other);
+
+  std::vector<Node>& nodes() { return nodes_; }
 
   std::string Bytes() const;
 

@@ -5,8 +5,10 @@
 #include <fabric_builder.h>
 #include <snapshot_text.h>
 
+#include <algorithm>
 #include <cstdint>
 
+#include "cache_mutator.h"
 #include "require.h"
 
 namespace fabscan {
@@ -37,6 +39,24 @@ void Check(std::string_view bytes) {
 
 }  // namespace
 }  // namespace fabscan
+
+#ifdef FABSCAN_FUZZ
+extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t most);
+
+extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
+                                               std::size_t most, unsigned seed) {
+  // Any change of the bytes as well: most of those do not get past the header.
+  if (seed % 8 == 0) return LLVMFuzzerMutate(data, size, most);
+  const auto change = [](u_int8_t* bytes, std::size_t count) {
+    LLVMFuzzerMutate(bytes, count, count);
+  };
+  const std::string changed =
+      fabscan::CacheMutator(seed, change).Mutated({reinterpret_cast<const char*>(data), size});
+  if (changed.size() > most) return LLVMFuzzerMutate(data, size, most);
+  std::copy(changed.begin(), changed.end(), data);
+  return changed.size();
+}
+#endif
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fabscan::Check({reinterpret_cast<const char*>(data), size});
