@@ -24,6 +24,7 @@ void Fill(std::vector<Collected>& list, const Fabscan& fabscan, const Owner& own
 
 std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBNode& node) {
   std::vector<Collected> list;
+  list.reserve(std::size(kNodeRecords) + 2);
   for (const auto& kind : kNodeRecords) list.push_back({kind.table->name, 0, {}});
   Fill(list, fabscan, node);
   const auto mask = [&](std::string_view name, bool is_gmp) {
@@ -36,6 +37,7 @@ std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBNode& node) {
 
 std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBPort& port) {
   std::vector<Collected> list;
+  list.reserve(std::size(kPortRecords) + 2);
   for (const auto& kind : kPortRecords) list.push_back({kind.table->name, 0, {}});
   list.push_back({kCountersTable.name, 0, {}});
   list.push_back({kMonitorsTable.name, 0, {}});

@@ -28,7 +28,7 @@ DiscoveryProgress::DiscoveryProgress() {
 
 DiscoveryProgress::~DiscoveryProgress() {
   Clear();
-  if (terminal_ != nullptr) std::fclose(terminal_);
+  if (terminal_ != nullptr) static_cast<void>(std::fclose(terminal_));
 }
 
 void DiscoveryProgress::Show(const std::string& what, std::size_t done, std::size_t total) {
@@ -51,15 +51,19 @@ void DiscoveryProgress::Show(const std::string& what, std::size_t done, std::siz
     line += fmt::format(", {} s",
                         std::chrono::duration_cast<std::chrono::seconds>(now - begun_).count());
   }
-  std::fputs((kEraseLine + line).c_str(), terminal_);
-  std::fflush(terminal_);
+  Print(kEraseLine + line);
   shown_ = true;
+}
+
+// A terminal that is gone takes nothing, and nothing is lost by it.
+void DiscoveryProgress::Print(const std::string& text) {
+  static_cast<void>(std::fputs(text.c_str(), terminal_));
+  static_cast<void>(std::fflush(terminal_));
 }
 
 void DiscoveryProgress::Clear() {
   if (!shown_) return;
-  std::fputs(kEraseLine, terminal_);
-  std::fflush(terminal_);
+  Print(kEraseLine);
   shown_ = false;
 }
 

@@ -25,6 +25,8 @@ class DiscoveryProgress {
  private:
   using Clock = std::chrono::steady_clock;
 
+  void Print(const std::string& text);
+
   std::FILE* terminal_ = nullptr;
   bool shown_ = false;
   std::string what_;

@@ -39,9 +39,9 @@ void PrintWarning(std::string_view message) { PrintLine("warning", message); }
 
 void PrintOutOfMemory() {
   FlushStandardOutput();
-  std::fputs(
-      "fabscan: error: out of memory; choose fewer nodes with --guid, or use a larger machine\n",
-      stderr);
+  constexpr std::string_view kLine =
+      "fabscan: error: out of memory; choose fewer nodes with --guid, or use a larger machine\n";
+  static_cast<void>(std::fwrite(kLine.data(), 1, kLine.size(), stderr));
 }
 
 int FlushStandardOutput() {

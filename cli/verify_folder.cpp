@@ -37,6 +37,9 @@ void MakeKeptFolder(const std::string& path) {
   if (!empty) Refuse(path, "is not empty");
 }
 
+/// Of these few signals, changing the handler does not fail.
+void Restore(int signal, void (*handler)(int)) { static_cast<void>(std::signal(signal, handler)); }
+
 std::string MakeTemporaryFolder() {
   std::error_code error;
   std::string path = (fs::temp_directory_path(error) / "fabscan-verify-XXXXXX").string();
@@ -59,7 +62,7 @@ VerifyFolder::VerifyFolder(const std::string& keep) : path_(keep), temporary_(ke
   }
   for (const int signal : kSignals) {
     // One that is ignored stays ignored.
-    if (std::signal(signal, NoteSignal) == SIG_IGN) std::signal(signal, SIG_IGN);
+    if (std::signal(signal, NoteSignal) == SIG_IGN) Restore(signal, SIG_IGN);
   }
 }
 
@@ -67,9 +70,9 @@ VerifyFolder::~VerifyFolder() {
   std::error_code ignored;
   if (temporary_) fs::remove_all(path_, ignored);
   for (const int signal : kSignals) {
-    if (std::signal(signal, SIG_DFL) == SIG_IGN) std::signal(signal, SIG_IGN);
+    if (std::signal(signal, SIG_DFL) == SIG_IGN) Restore(signal, SIG_IGN);
   }
-  if (noted_signal != 0) std::raise(noted_signal);
+  if (noted_signal != 0) static_cast<void>(std::raise(noted_signal));
 }
 
 bool VerifyFolder::Interrupted() { return noted_signal != 0; }

@@ -21,9 +21,9 @@ constexpr void Decode(const Payload& payload, const WireField<Record>& field, Re
   field.set(record, ReadBits(payload, field.first_bit, field.bits));
 }
 
-#define FABSCAN_WIRE_FIELD(record, field, first_bit, bits)                         \
-  WireField<record> {                                                              \
-#field, first_bit, bits, [](record& to, u_int64_t value) {                       \
+#define FABSCAN_WIRE_FIELD(record, field, first_bit, bits)                             \
+  WireField<record> {                                                                  \
+#field, (first_bit), (bits), [](record& to, u_int64_t value) {                       \
       static_assert((bits) <= 8 * sizeof(to.field), "field too narrow: " #field);    \
       to.field = static_cast<decltype(to.field)>(value);                             \
     } \

@@ -39,7 +39,7 @@ std::string LoadCache(std::FILE* file) {
 }
 
 struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
+  void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
 };
 
 }  // namespace

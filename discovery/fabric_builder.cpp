@@ -126,11 +126,13 @@ class NodeBuilder {
 
 DiscoveryReport BuildFabric(const FabricFindings& findings, Fabscan& fabscan) {
   std::vector<const NodeFindings*> nodes;
+  nodes.reserve(findings.nodes.size());
   for (const NodeFindings& node : findings.nodes) nodes.push_back(&node);
   std::sort(nodes.begin(), nodes.end(),
             [](const NodeFindings* a, const NodeFindings* b) { return a->guid < b->guid; });
 
   std::vector<NodeDescription> descriptions;
+  descriptions.reserve(nodes.size());
   for (const NodeFindings* node : nodes) {
     descriptions.push_back({node->guid, DecodeNodeDescription(node->description.payload)});
   }

@@ -21,7 +21,7 @@
 
 #ifndef FABSCAN_LICENCE_NOTICE
 #define FABSCAN_LICENCE_NOTICE                                                       \
-  FABSCAN_LICENCE_HOLDER " and their licensors keep all",                            \
+  (FABSCAN_LICENCE_HOLDER " and their licensors keep all"),                          \
       "intellectual property rights in this material and in its documentation.",     \
       "Without an express licence agreement from the holder it is prohibited to",    \
       "use, reproduce, disclose or distribute this material, its documentation, or", \

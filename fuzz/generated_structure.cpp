@@ -49,8 +49,9 @@ std::string TypeLineOf(const IBNode& node) {
   if (node.type == IB_CA_NODE) word = "CA";
   if (node.isSpecialNode()) word += "(Special Node)";
   char rest[64];
-  std::snprintf(rest, sizeof rest, ", Node GUID: 0x%016llx, Ports: %u",
-                static_cast<unsigned long long>(node.guid), unsigned{node.numPorts});
+  static_cast<void>(std::snprintf(rest, sizeof rest, ", Node GUID: 0x%016llx, Ports: %u",
+                                  static_cast<unsigned long long>(node.guid),
+                                  unsigned{node.numPorts}));
   return "// Node Type: " + word + rest;
 }
 

@@ -31,7 +31,7 @@ bool HasRecords(u_int32_t index) { return index < 1024; }
 /// The order of the generated file, whatever the names.
 std::string KeyOf(std::size_t index) {
   char key[24];
-  std::snprintf(key, sizeof key, "%08zu", index);
+  static_cast<void>(std::snprintf(key, sizeof key, "%08zu", index));
   return key;
 }
 
@@ -108,18 +108,17 @@ void InconsistentFabric::UsePlainNames() {
 std::string InconsistentFabric::WithFirstNames(const std::string& plain_text) const {
   // A name may hold what stands for another name, but no control character: first mark all of
   // those, then exchange them.
-  const std::string mark = "\x01";
   std::string text = plain_text;
   for (const char* kind : {"N", "A"}) {
     for (std::size_t i = 0; i < nodes_.size(); ++i) {
       const std::string plain = kind + std::to_string(i) + '>';
-      Replace(text, '<' + plain, mark + plain);
+      Replace(text, '<' + plain, '\1' + plain);
     }
   }
   for (std::size_t i = 0; i < nodes_.size(); ++i) {
     const std::string number = std::to_string(i) + '>';
-    Replace(text, mark + "N" + number, nodes_[i].name);
-    Replace(text, mark + "A" + number, nodes_[i].getAlternativeName());
+    Replace(text, "\1N" + number, nodes_[i].name);
+    Replace(text, "\1A" + number, nodes_[i].getAlternativeName());
   }
   return text;
 }

@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
       if (!entry.is_regular_file()) continue;
       std::ifstream file(entry.path(), std::ios::binary);
       const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-      std::fprintf(stderr, "%s\n", entry.path().c_str());
+      static_cast<void>(std::fprintf(stderr, "%s\n", entry.path().c_str()));
       LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
       ++files;
     }

@@ -61,7 +61,7 @@ void DecodeMonitors(json::array selectors, const IBPort& port, TesselExtendedInf
   std::size_t element = 0;
   for (auto item : selectors) {
     path.EnterElement(element++);
-    const u_int64_t selector = TakeNumber(Take(std::move(item)), 8);
+    const u_int64_t selector = TakeNumber(Take(item), 8);
     if (selector >= TesselExtendedInfo::kMonitorSelectors) {
       throw Malformed("monitor selector " + std::to_string(selector) +
                       " is not known; give 0 (reduction counters) or 1 (push reduction counters)");

@@ -19,7 +19,7 @@ namespace json = simdjson::ondemand;
 
 /// The value of a result. Throws simdjson::simdjson_error for text that is not JSON.
 template <class T>
-T Take(simdjson::simdjson_result<T>&& result) {
+T Take(simdjson::simdjson_result<T> result) {
   T value;
   if (const simdjson::error_code error = std::move(result).get(value)) {
     throw simdjson::simdjson_error(error);

@@ -230,7 +230,7 @@ void LineDecoder::DecodeMask(json::value value, const IBNode& node, bool is_gmp)
   for (auto item : TakeArray(value)) {
     if (word < kWords) {
       path_.EnterElement(word);
-      mask.mask[word] = static_cast<u_int32_t>(TakeNumber(Take(std::move(item)), 32));
+      mask.mask[word] = static_cast<u_int32_t>(TakeNumber(Take(item), 32));
       path_.Leave();
     }
     ++word;
@@ -246,7 +246,7 @@ void LineDecoder::DecodePorts(json::value value, IBNode& node) {
   std::size_t element = 0;
   for (auto item : TakeArray(value)) {
     path_.EnterElement(element++);
-    DecodePort(TakeObject(Take(std::move(item))), node);
+    DecodePort(TakeObject(Take(item)), node);
     path_.Leave();
   }
 }

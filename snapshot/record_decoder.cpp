@@ -19,7 +19,7 @@ void DecodeElements(json::array elements, const FieldRow& row, void* record, Key
   for (auto element : elements) {
     if (count < row.count) {
       path.EnterElement(count);
-      DecodeElement(Take(std::move(element)), row, row.element(record, count), path);
+      DecodeElement(Take(element), row, row.element(record, count), path);
       path.Leave();
     }
     ++count;

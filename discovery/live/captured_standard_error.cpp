@@ -9,7 +9,7 @@
 namespace fabscan {
 
 CapturedStandardError::CapturedStandardError() {
-  std::fflush(stderr);
+  static_cast<void>(std::fflush(stderr));
   captured_ = ::memfd_create("standard error", MFD_CLOEXEC);
   if (captured_ < 0) return;
   original_ = ::dup(STDERR_FILENO);
@@ -17,7 +17,7 @@ CapturedStandardError::CapturedStandardError() {
 }
 
 CapturedStandardError::~CapturedStandardError() {
-  std::fflush(stderr);
+  static_cast<void>(std::fflush(stderr));
   if (original_ >= 0) {
     ::dup2(original_, STDERR_FILENO);
     ::close(original_);
@@ -27,7 +27,7 @@ CapturedStandardError::~CapturedStandardError() {
 
 std::string CapturedStandardError::LastLine() const {
   constexpr off_t kLongest = 300;
-  std::fflush(stderr);
+  static_cast<void>(std::fflush(stderr));
   const off_t end = captured_ < 0 ? 0 : ::lseek(captured_, 0, SEEK_END);
   if (end <= 0) return {};
   const off_t start = std::max<off_t>(0, end - kLongest);

@@ -58,7 +58,7 @@ std::future<Scan> BeginScan(const LocalPort& port, const LiveOptions& options, u
 void EndWithoutDestructors() {
   ::on_exit(
       [](int status, void*) {
-        std::fflush(nullptr);
+        static_cast<void>(std::fflush(nullptr));
         ::_exit(status);
       },
       nullptr);

@@ -54,6 +54,7 @@ std::vector<Candidate> AllPorts() {
 
 std::string List(const std::vector<Candidate>& candidates) {
   std::vector<std::string> texts;
+  texts.reserve(candidates.size());
   for (const Candidate& candidate : candidates) texts.push_back(candidate.text());
   return fmt::format("{}", fmt::join(texts, ", "));
 }
@@ -96,12 +97,12 @@ LocalPort ChooseLocalPort(const std::string& channel_adapter, unsigned number) {
     }
   }
   if (number != 0) {
-    const std::vector<Candidate> of_adapter = wanted;
+    const std::string of_adapter = List(wanted);
     keep([&](const Candidate& one) { return one.port.number == static_cast<int>(number); });
     if (wanted.empty()) {
       throw DiscoveryError(fmt::format("no port {} on {}; there is: {}", number,
                                        channel_adapter.empty() ? "any adapter" : channel_adapter,
-                                       List(of_adapter)));
+                                       of_adapter));
     }
   }
   const auto best =

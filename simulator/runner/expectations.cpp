@@ -14,12 +14,12 @@ std::vector<UnitExpectations> ReadExpectations(std::istream& in) {
     std::istringstream words(line);
     std::string first;
     words >> first;
+    const auto refuse = [&] { throw std::runtime_error("not an expectation: " + line); };
+    if (first != "unit" && units.empty()) refuse();
     if (first == "unit") {
       units.emplace_back();
       assignments = nullptr;
       words >> units.back().unit;
-    } else if (units.empty()) {
-      words.setstate(std::ios::failbit);
     } else if (first == "ports") {
       words >> units.back().last_port;
     } else if (first == "push") {
@@ -36,9 +36,9 @@ std::vector<UnitExpectations> ReadExpectations(std::istream& in) {
       words >> field >> std::hex >> value;
       (*assignments)[first][field] = value;
     } else {
-      words.setstate(std::ios::failbit);
+      refuse();
     }
-    if (words.fail()) throw std::runtime_error("not an expectation: " + line);
+    if (words.fail()) refuse();
   }
   return units;
 }

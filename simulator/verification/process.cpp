@@ -39,6 +39,7 @@ ProcessEnd RunProcess(const std::vector<std::string>& words, const std::string& 
   actions.open(STDERR_FILENO, error_file.c_str(), O_WRONLY | O_CREAT | O_TRUNC);
 
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
 

@@ -79,7 +79,7 @@ std::map<std::string, std::vector<FunctionResult>> ReadResults(const std::string
 
 }  // namespace
 
-Workspace::Workspace(std::string folder, Compiler compiler)
+Workspace::Workspace(const std::string& folder, Compiler compiler)
     : folder_(fs::absolute(folder).string()), compiler_(std::move(compiler)) {
   std::string runner;
   for (const SimulatorSource* source = kSimulatorSources; source->path != nullptr; ++source) {

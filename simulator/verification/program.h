@@ -41,7 +41,7 @@ struct FunctionResult {
 class Workspace {
  public:
   /// `folder` exists and is empty.
-  Workspace(std::string folder, Compiler compiler);
+  Workspace(const std::string& folder, Compiler compiler);
 
   /// Makes the folder of the device that `prefix` names, with its header, and returns its path.
   std::string AddDevice(const std::string& prefix) const;

@@ -11,6 +11,7 @@
 
 typedef u_int8_t phys_port_t;
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a type.
 #define FABSCAN_RECORD(Record)                                         \
   inline void Record##_unpack(Record* record, const u_int8_t* bytes) { \
     fabscan::simulator::Unpack(*record, bytes);                        \
@@ -18,6 +19,7 @@ typedef u_int8_t phys_port_t;
   inline void Record##_pack(const Record* record, u_int8_t* bytes) {   \
     fabscan::simulator::Pack(*record, bytes);                          \
   }
+// NOLINTEND(bugprone-macro-parentheses)
 
 FABSCAN_RECORD(SMP_NodeInfo)
 FABSCAN_RECORD(SMP_SwitchInfo)
