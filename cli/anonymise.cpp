@@ -15,7 +15,7 @@
 #include "counted.h"
 #include "keyed_mapping.h"
 #include "report.h"
-#include "staged_output.h"
+#include "snapshot_output.h"
 
 namespace fabscan {
 
@@ -23,11 +23,10 @@ namespace {
 
 struct AnonymiseOptions {
   std::string snapshot;
-  std::string output;
+  SnapshotOutputOptions output;
   std::string key;
   std::string key_file;
   bool keep_reasons = false;
-  bool force = false;
 };
 
 constexpr char kSource[] = "anonymised";
@@ -58,7 +57,7 @@ std::unique_ptr<KeyedMapping> MakeMapping(const AnonymiseOptions& options, bool 
 
 std::string ReportText(const AnonymiseOptions& options, const IBFabric& fabric, bool has_key) {
   std::string text =
-      fmt::format("{}: {}, {}\n", options.output, Counted(fabric.nodeCount(), "node"),
+      fmt::format("{}: {}, {}\n", options.output.path, Counted(fabric.nodeCount(), "node"),
                   Counted(fabric.portCount(), "port"));
   text +=
       "  replaced  names and alternative names; GUIDs of nodes, ports and systems; GIDs and GID\n"
@@ -77,7 +76,7 @@ std::string ReportText(const AnonymiseOptions& options, const IBFabric& fabric, 
 }
 
 ExitStatus AnonymiseSnapshot(const AnonymiseOptions& options, bool has_key) {
-  StagedOutput output(options.output, options.force);
+  StagedOutput output(options.output.path, options.output.force);
   const std::unique_ptr<KeyedMapping> mapping = MakeMapping(options, has_key);
   Fabscan fabscan;
   ReadSnapshot(options.snapshot, fabscan);
@@ -88,9 +87,8 @@ ExitStatus AnonymiseSnapshot(const AnonymiseOptions& options, bool has_key) {
     throw CommandError(fmt::format("{}: two nodes would become one ({}); choose another key",
                                    options.snapshot, error.what()));
   }
-  WriteSnapshot(output.stream(), anonymised, {kSource, ""});
-  output.Commit();
-  std::ostream& out = options.output == "-" ? std::cerr : std::cout;
+  WriteAndCommit(output, anonymised, {kSource, ""});
+  std::ostream& out = options.output.path == "-" ? std::cerr : std::cout;
   out << ReportText(options, anonymised.discovered_fabric, has_key || !options.key_file.empty());
   return kDone;
 }
@@ -101,9 +99,7 @@ std::function<ExitStatus()> AddAnonymise(CLI::App& app) {
   const auto options = std::make_shared<AnonymiseOptions>();
   app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
       ->required();
-  app.add_option("--output", options->output, "The snapshot to write; - is standard output")
-      ->required()
-      ->type_name("OUT");
+  options->output.AddTo(app, "OUT");
   CLI::Option* key =
       app.add_option("--key", options->key,
                      "Text that the replacements depend on; other users of this host can see it")
@@ -113,7 +109,6 @@ std::function<ExitStatus()> AddAnonymise(CLI::App& app) {
       ->excludes(key);
   app.add_flag("--keep-reasons", options->keep_reasons,
                "Keep the reasons why records are absent; they are free text");
-  app.add_flag("--force", options->force, "Replace a file that exists");
   app.footer(
       "The same key gives the same replacements, in this snapshot and in others. Whoever has the "
       "key\n"

@@ -1,7 +1,6 @@
 #include <fabric_builder.h>
 #include <fmt/format.h>
 #include <live_discovery.h>
-#include <snapshot.h>
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -12,7 +11,7 @@
 #include "discovery_report.h"
 #include "interruption.h"
 #include "report.h"
-#include "staged_output.h"
+#include "snapshot_output.h"
 
 namespace fabscan {
 
@@ -20,12 +19,11 @@ namespace {
 
 struct DiscoverOptions {
   LiveOptions live;
-  std::string output;
-  bool force = false;
+  SnapshotOutputOptions output;
 };
 
 ExitStatus Discover(const DiscoverOptions& options) {
-  StagedOutput output(options.output, options.force);
+  StagedOutput output(options.output.path, options.output.force);
   Interruption interruption;
   DiscoveryProgress progress;
 
@@ -45,8 +43,7 @@ ExitStatus Discover(const DiscoverOptions& options) {
 
   Fabscan fabscan;
   const DiscoveryReport report = BuildFabric(found.fabric, fabscan);
-  WriteSnapshot(output.stream(), fabscan, {"fabscan discover, " + found.where, CurrentTime()});
-  output.Commit();
+  WriteAndCommit(output, fabscan, {"fabscan discover, " + found.where, CurrentTime()});
   ExitStatus status = Tell(report, output.path());
   if (report.nodes == 1) {
     PrintWarning(fmt::format("only this host's adapter was found; has {} a link?", found.where));
@@ -61,9 +58,7 @@ ExitStatus Discover(const DiscoverOptions& options) {
 
 std::function<ExitStatus()> AddDiscover(CLI::App& app) {
   const auto options = std::make_shared<DiscoverOptions>();
-  app.add_option("--output", options->output, "The snapshot to write; - is standard output")
-      ->required()
-      ->type_name("SNAPSHOT");
+  options->output.AddTo(app, "SNAPSHOT");
   app.add_option("-C", options->live.channel_adapter,
                  "The adapter of this host to ask through; the first one with a link")
       ->type_name("CA");
@@ -85,7 +80,6 @@ std::function<ExitStatus()> AddDiscover(CLI::App& app) {
       ->type_name("N");
   app.add_flag("--keep-partial", options->live.keep_partial,
                "On Ctrl-C, write what was read by then; the scan takes longer");
-  app.add_flag("--force", options->force, "Replace a file that exists");
   app.footer(
       "Only Get queries are sent; nothing in the fabric is changed. Exits 3 when the fabric was "
       "read in part.\n"

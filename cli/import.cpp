@@ -2,7 +2,6 @@
 #include <cache_reader.h>
 #include <fabric_builder.h>
 #include <fmt/format.h>
-#include <snapshot.h>
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -10,7 +9,7 @@
 
 #include "command.h"
 #include "discovery_report.h"
-#include "staged_output.h"
+#include "snapshot_output.h"
 
 namespace fabscan {
 
@@ -18,12 +17,11 @@ namespace {
 
 struct ImportOptions {
   std::string cache;
-  std::string output;
-  bool force = false;
+  SnapshotOutputOptions output;
 };
 
 ExitStatus Import(const ImportOptions& options) {
-  StagedOutput output(options.output, options.force);
+  StagedOutput output(options.output.path, options.output.force);
   Fabscan fabscan;
   DiscoveryReport report;
   try {
@@ -31,8 +29,7 @@ ExitStatus Import(const ImportOptions& options) {
   } catch (const CacheError& error) {
     throw CommandError(error.what());
   }
-  WriteSnapshot(output.stream(), fabscan, {"fabscan import of a discovery cache", ""});
-  output.Commit();
+  WriteAndCommit(output, fabscan, {"fabscan import of a discovery cache", ""});
   return Tell(report, output.path());
 }
 
@@ -43,10 +40,7 @@ std::function<ExitStatus()> AddImport(CLI::App& app) {
   app.add_option("CACHE", options->cache,
                  "The cache that ibnetdiscover --cache wrote; - is standard input")
       ->required();
-  app.add_option("--output", options->output, "The snapshot to write; - is standard output")
-      ->required()
-      ->type_name("SNAPSHOT");
-  app.add_flag("--force", options->force, "Replace a file that exists");
+  options->output.AddTo(app, "SNAPSHOT");
   app.footer(
       "A cache lacks PortInfoExtended, and the unconnected ports of adapters. Exits 3 when the "
       "fabric was read in part.\n"

@@ -10,7 +10,7 @@
 
 #include "command.h"
 #include "merge_fabrics.h"
-#include "staged_output.h"
+#include "snapshot_output.h"
 
 namespace fabscan {
 
@@ -19,9 +19,8 @@ namespace {
 struct MergeOptions {
   std::string base;
   std::string extra;
-  std::string output;
+  SnapshotOutputOptions output;
   Prefer prefer = Prefer::kNeither;
-  bool force = false;
 };
 
 MergeResult MergeOrRefuse(const MergeOptions& options, const Fabscan& base, const Fabscan& extra,
@@ -42,15 +41,14 @@ MergeResult MergeOrRefuse(const MergeOptions& options, const Fabscan& base, cons
 }
 
 ExitStatus Merge(const MergeOptions& options) {
-  StagedOutput output(options.output, options.force);
+  StagedOutput output(options.output.path, options.output.force);
   Fabscan base;
   Fabscan extra;
   const SnapshotHeader header = ReadSnapshot(options.base, base);
   ReadSnapshot(options.extra, extra);
   Fabscan merged;
   const MergeResult result = MergeOrRefuse(options, base, extra, merged);
-  WriteSnapshot(output.stream(), merged, header);
-  output.Commit();
+  WriteAndCommit(output, merged, header);
 
   std::ostream& out = output.path() == "-" ? std::cerr : std::cout;
   out << fmt::format("{}: {} nodes, {} of them added; {} records added", output.path(),
@@ -72,13 +70,10 @@ std::function<ExitStatus()> AddMerge(CLI::App& app) {
   app.add_option("BASE", options->base, "The snapshot to start from; - is standard input")
       ->required();
   app.add_option("EXTRA", options->extra, "The one that fills what BASE lacks")->required();
-  app.add_option("--output", options->output, "The snapshot to write; - is standard output")
-      ->required()
-      ->type_name("OUT");
+  options->output.AddTo(app, "OUT");
   app.add_option("--prefer", options->prefer, "Whose values stand where the two differ")
       ->transform(CLI::CheckedTransformer(words).description(""))
       ->type_name("base|extra");
-  app.add_flag("--force", options->force, "Replace a file that exists");
   app.footer(
       "Nodes are joined by GUID, ports by number. Without --prefer, values that differ are an "
       "error.\n"

@@ -131,7 +131,7 @@ std::ostream& StagedOutput::stream() {
 
 void StagedOutput::finishStream() {
   std::ostream& out = stream();
-  errno = 0;
+  if (out.good()) errno = 0;  // else it tells of the write that failed: what followed wrote nothing
   out.flush();
   int error_number = errno;
   bool written = out.good();

@@ -1,6 +1,7 @@
 #include "byte_source.h"
 
 #include <gtest/gtest.h>
+#include <zstd.h>
 
 #include <sstream>
 
@@ -50,6 +51,16 @@ TEST(ByteSource, DecompressesFramesOneAfterTheOther) {
   const std::string twice = compressed + compressed;
   for (const std::size_t chunk : {7U, 65536U}) {
     EXPECT_EQ(ReadAll(*Decompressed(MakeMemorySource(twice)), chunk), text + text);
+  }
+}
+
+TEST(ByteSource, DecompressesFramesWithoutAChecksum) {
+  const std::string text = LongText();
+  std::string compressed(ZSTD_compressBound(text.size()), '\0');
+  compressed.resize(
+      ZSTD_compress(compressed.data(), compressed.size(), text.data(), text.size(), 1));
+  for (const std::size_t chunk : {1U, 7U, 1000U, 65536U, 1U << 18U}) {
+    EXPECT_EQ(ReadAll(*Decompressed(MakeMemorySource(compressed)), chunk), text) << chunk;
   }
 }
 

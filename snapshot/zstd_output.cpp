@@ -1,8 +1,10 @@
 #include "zstd_output.h"
 
 #include <zstd.h>
+#include <zstd_errors.h>
 
 #include <new>
+#include <stdexcept>
 
 namespace fabscan {
 
@@ -16,7 +18,16 @@ ZstdOutput::ZstdOutput(std::ostream& to)
 
 ZstdOutput::~ZstdOutput() = default;
 
-bool ZstdOutput::Finish() { return Compress(nullptr, 0, true); }
+bool ZstdOutput::Finish() {
+  const bool written = error_ == 0 && Compress(nullptr, 0, true);
+  if (error_ != 0) ThrowError();
+  return written;
+}
+
+void ZstdOutput::ThrowError() const {
+  if (ZSTD_getErrorCode(error_) == ZSTD_error_memory_allocation) throw std::bad_alloc();
+  throw std::runtime_error(std::string("cannot compress: ") + ZSTD_getErrorName(error_));
+}
 
 std::streamsize ZstdOutput::xsputn(const char* bytes, std::streamsize size) {
   return Compress(bytes, static_cast<std::size_t>(size), false) ? size : 0;
@@ -34,7 +45,10 @@ bool ZstdOutput::Compress(const char* bytes, std::size_t size, bool last) {
     ZSTD_outBuffer out{output_.data(), output_.size(), 0};
     const std::size_t left =
         ZSTD_compressStream2(context_.get(), &out, &in, last ? ZSTD_e_end : ZSTD_e_continue);
-    if (ZSTD_isError(left) != 0) return false;
+    if (ZSTD_isError(left) != 0) {
+      error_ = left;
+      return false;
+    }
     if (!to_.write(output_.data(), static_cast<std::streamsize>(out.pos))) return false;
     if (last ? left == 0 : in.pos == in.size) return true;
   }

@@ -24,7 +24,8 @@ class ZstdOutput : public std::streambuf {
   ~ZstdOutput() override;
 
   /// Writes what is pending and ends the frame; nothing may be written after it. False where `to`
-  /// did not take everything.
+  /// did not take everything; what else failed, also before, is thrown: a stream that writes into
+  /// this buffer would have swallowed it.
   bool Finish();
 
  protected:
@@ -33,6 +34,7 @@ class ZstdOutput : public std::streambuf {
 
  private:
   bool Compress(const char* bytes, std::size_t size, bool last);
+  [[noreturn]] void ThrowError() const;
 
   struct Free {
     void operator()(ZSTD_CCtx_s* context) const;
@@ -41,6 +43,7 @@ class ZstdOutput : public std::streambuf {
   std::ostream& to_;
   std::unique_ptr<ZSTD_CCtx_s, Free> context_;
   std::vector<char> output_;
+  std::size_t error_ = 0;  // of compressing
 };
 
 }  // namespace fabscan

@@ -84,6 +84,19 @@ class ImportTest(LiveTestCase):
         self.import_cache(fabric)
         self.assertEqual(done.stdout, (fabric.folder / "imported.jsonl").read_text())
 
+    def test_writes_compressed_as_discover_does(self):
+        fabric = self.serve(nets.two_switches(), nets.HERE)
+        self.discover(fabric)
+        self.discover(fabric, output="fabric.zst")
+        self.save_cache(fabric)
+        self.import_cache(fabric)
+        fabric.fabscan("import", "fabric.cache", "--output", "imported.zst")
+        for plain, compressed in (("fabric.jsonl", "fabric.zst"),
+                                  ("imported.jsonl", "imported.zst")):
+            self.assertEqual((fabric.folder / compressed).read_bytes()[:4], b"\x28\xb5\x2f\xfd")
+            done = fabric.fabscan("diff", plain, compressed)
+            self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+
 
 if __name__ == "__main__":
     unittest.main()

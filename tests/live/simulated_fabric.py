@@ -140,8 +140,8 @@ class LiveTestCase(unittest.TestCase):
         fabric.close()
         self.assertEqual(leftovers, [])
 
-    def discover(self, fabric, *arguments, expect=0, **more):
-        done = fabric.fabscan("discover", "--output", "fabric.jsonl", "--timeout-ms", "100",
+    def discover(self, fabric, *arguments, expect=0, output="fabric.jsonl", **more):
+        done = fabric.fabscan("discover", "--output", output, "--timeout-ms", "100",
                               "--retries", "1", *arguments, **more)
         self.assertEqual(done.returncode, expect, done.stdout + done.stderr)
         return done
