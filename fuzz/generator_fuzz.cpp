@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <sstream>
 
+#include "compiled_text.h"
 #include "generated_structure.h"
 #include "inconsistent_fabric.h"
 #include "require.h"
@@ -27,6 +28,16 @@ void RequireReadable(const std::string& text, std::size_t nodes) {
   Require(found == nodes, "the reader of generated files finds every node");
 }
 
+/// The lines that stop the build hold names that the compiler sees; in no other line it does.
+std::string WithoutErrors(const std::string& text) {
+  std::istringstream in(text);
+  std::string rest;
+  for (std::string line; std::getline(in, line);) {
+    if (line.compare(0, 7, "#error ") != 0) rest += line + '\n';
+  }
+  return rest;
+}
+
 void Check(Bytes bytes) {
   static const ScratchFolder folder;
   Fabscan fabscan;
@@ -42,6 +53,8 @@ void Check(Bytes bytes) {
   fabric.UsePlainNames();
   const std::string plain = folder.Generated(fabscan, fabric.guids());
   Require(fabric.WithFirstNames(plain) == text, "names change nothing but themselves");
+  Require(CompiledText(WithoutErrors(plain)) == CompiledText(WithoutErrors(text)),
+          "names change nothing that is compiled");
 }
 
 }  // namespace
