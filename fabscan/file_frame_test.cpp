@@ -11,6 +11,15 @@
 
 #include "testing/fabric_builder.h"
 
+// The owner of the generated code is the build's to say.
+#include FABSCAN_LICENCE_TEXT
+#ifndef FABSCAN_LICENCE_HOLDER
+#define FABSCAN_LICENCE_HOLDER "The fabscan authors"
+#endif
+#ifndef FABSCAN_LICENCE_IDENTIFIER
+#define FABSCAN_LICENCE_IDENTIFIER "fabscan-Proprietary"
+#endif
+
 // This program's own clock and host, which stand before the library's.
 
 namespace {
@@ -31,10 +40,14 @@ extern "C" int gethostname(char* name, std::size_t size) noexcept {
 namespace fabscan {
 namespace {
 
-std::string CopyrightLine() {
+std::string Block() {
   FabricBuilder fabric;
-  const std::string block =
-      fabric.Text([](const SimInfoDumpCPP& dump, std::ostream& out) { dump.PrintCopyright(out); });
+  return fabric.Text(
+      [](const SimInfoDumpCPP& dump, std::ostream& out) { dump.PrintCopyright(out); });
+}
+
+std::string CopyrightLine() {
+  const std::string block = Block();
   EXPECT_EQ(std::count(block.begin(), block.end(), '\n'), 12);
   EXPECT_EQ(block.substr(0, 3), "/*\n");
   EXPECT_EQ(block.substr(block.size() - 5), "\n*/\n\n");
@@ -46,8 +59,25 @@ TEST(FileFrame, NamesTheCurrentYear) {
   std::tm now = {};
   now.tm_year = 2031 - 1900;
   clock_now = &now;
-  EXPECT_EQ(CopyrightLine().substr(0, 57),
-            "* SPDX-FileCopyrightText: Copyright (c) 2024-2031 The fab");
+  EXPECT_EQ(CopyrightLine(), "* SPDX-FileCopyrightText: Copyright (c) 2024-2031 " +
+                                 std::string(FABSCAN_LICENCE_HOLDER) + ". All rights reserved");
+}
+
+TEST(FileFrame, NamesTheLicenceThenSixLinesOfANotice) {
+  std::istringstream lines(Block());
+  std::string line;
+  std::getline(lines, line);
+  std::getline(lines, line);
+  std::getline(lines, line);
+  EXPECT_EQ(line, "* SPDX-License-Identifier: LicenseRef-" FABSCAN_LICENCE_IDENTIFIER);
+  std::getline(lines, line);
+  EXPECT_EQ(line, "*");
+  for (int i = 0; i < 6; ++i) {
+    std::getline(lines, line);
+    EXPECT_EQ(line.substr(0, 2), "* ");
+    EXPECT_GT(line.size(), 2U);
+  }
+  EXPECT_EQ(line.back(), '.');
 }
 
 TEST(FileFrame, RepeatsTheFirstYearInIt) {
