@@ -1,0 +1,75 @@
+"""coverage.py BUILD: lines and branches that the tests took, by folder; fails under the limits.
+
+Counted by the compiler in its syntax tree, so that a branch is a condition of the source taken or
+not taken: what exceptions and inlined library code add to the machine code does not count. Tests
+themselves do not count either. The instances of a template are one.
+"""
+
+import collections
+import json
+import pathlib
+import subprocess
+import sys
+
+PROJECT = pathlib.Path(__file__).resolve().parent.parent
+LIMITS = {"lines": 95.0, "branches": 90.0}
+HELD = ("fabscan", "model", "snapshot", "discovery")
+SHOWN = (*HELD, "cli", "simulator")
+
+
+def programs(build):
+    for folder in ("bin", "tests"):
+        for path in sorted((build / folder).iterdir()):
+            if path.is_file() and path.read_bytes()[:4] == b"\x7fELF": yield path
+
+
+def summaries(build):
+    profile = build / "all.profdata"
+    subprocess.run(["llvm-profdata-14", "merge", "-sparse", "-o", profile,
+                    *sorted((build / "profiles").glob("*.profraw"))], check=True)
+    first, *others = programs(build)
+    objects = [word for path in others for word in ("-object", path)]
+    exported = subprocess.run(["llvm-cov-14", "export", "-summary-only", "-instr-profile", profile,
+                               first, *objects], check=True, capture_output=True, text=True)
+    for file in json.loads(exported.stdout)["data"][0]["files"]:
+        path = pathlib.Path(file["filename"])
+        if not path.is_relative_to(PROJECT): continue
+        path = path.relative_to(PROJECT)
+        if path.stem.endswith("_test") or "testing" in path.parts: continue
+        yield path, file["summary"]
+
+
+def main():
+    build = pathlib.Path(sys.argv[1]).resolve()
+    counts = collections.defaultdict(collections.Counter)
+    files = []
+    for path, summary in summaries(build):
+        folder = path.parts[0]
+        if folder == "include": folder = "model"    # its bodies and its inline parts
+        for what in LIMITS:
+            counts[folder][what] += summary[what]["count"]
+            counts[folder, "taken"][what] += summary[what]["covered"]
+            missed = summary[what]["count"] - summary[what]["covered"]
+            if missed: files.append((missed, what, path))
+
+    under = False
+    print(f"{'folder':<12} {'lines':>7} {'taken':>8} {'branches':>9} {'taken':>8}")
+    for folder in SHOWN:
+        shares = {}
+        for what, limit in LIMITS.items():
+            total = counts[folder][what]
+            shares[what] = 100 * counts[folder, "taken"][what] / total if total else 0.0
+            under |= folder in HELD and shares[what] < limit
+        print(f"{folder:<12} {counts[folder]['lines']:7} {shares['lines']:7.2f}% "
+              f"{counts[folder]['branches']:9} {shares['branches']:7.2f}%")
+    print("\nmost is missing in")
+    for missed, what, path in sorted(files, key=lambda f: (-f[0], str(f[2])))[:15]:
+        print(f"{missed:7} {what:<9} {path}")
+    if under:
+        print(f"\nunder the limit of {LIMITS['lines']} % of the lines or {LIMITS['branches']} % of "
+              f"the branches in one of {', '.join(HELD)}")
+    return 1 if under else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

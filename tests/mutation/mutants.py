@@ -1,0 +1,377 @@
+"""The mutants of one C++ source: small faults, each a change of the text at one place.
+
+The text is read by tokens, not parsed: clang-format has been over it, so that a binary operator has
+blanks on both sides and a template bracket has none. What makes no sense does not compile.
+"""
+
+import dataclasses
+import re
+
+TOKEN = re.compile(r'''
+    (?P<comment>//[^\n]*|/\*.*?\*/)
+  | (?P<directive>(?m:^)[ ]*\#[ ]*(?:define[ ]+\w+(?:\([\w, ]*\))?|[a-z]+[^\n]*))
+  | (?P<string>R"(?P<delimiter>\w*)\(.*?\)(?P=delimiter)"|"(?:\\.|[^"\\\n])*")
+  | (?P<char>'(?:\\.|[^'\\\n])+')
+  | (?P<number>\d[\w']*)
+  | (?P<word>[A-Za-z_]\w*)
+  | (?P<operator><<=|>>=|->|\+\+|--|<<|>>|<=|>=|==|!=|&&|\|\||::|\+=|-=|\|=|&=|\S)
+''', re.VERBOSE | re.DOTALL)
+
+RELATIONS = {"==": ["!="], "!=": ["=="], "<": ["<=", ">"], ">": [">=", "<"],
+             "<=": ["<"], ">=": [">"]}
+SWAPPED = {"&&": "||", "||": "&&", "+": "-", "-": "+", "*": "/", "/": "*", "%": "/",
+           "<<": ">>", ">>": "<<", "&": "|", "|": "&", "++": "--", "--": "++",
+           "+=": "-=", "-=": "+=", "<<=": ">>=", ">>=": "<<=", "|=": "&=", "&=": "|="}
+OPENING = {"(": ")", "[": "]", "{": "}"}
+BLOCK, SCOPE, LIST = "block", "scope", "list"
+
+
+@dataclasses.dataclass(frozen=True)
+class Mutant:
+    kind: str    # literal, field, condition, order or deletion
+    place: str   # the function or table that it stands in
+    begin: int
+    end: int
+    text: str    # stands for what was between `begin` and `end`
+
+    def applied(self, source):
+        return source[:self.begin] + self.text + source[self.end:]
+
+    def line(self, source):
+        return source.count("\n", 0, self.begin) + 1
+
+    def name(self, source):
+        """What it does, whatever stands above it: the lines before and after."""
+        first = source.rfind("\n", 0, self.begin) + 1
+        last = source.find("\n", self.end)
+        def squeezed(text):
+            return " ".join(text.split())
+        before = squeezed(source[first:last])
+        after = squeezed(source[first:self.begin] + self.text + source[self.end:last])
+        return f"{self.place} | {self.kind} | {before} => {after}"
+
+
+class Source:
+    def __init__(self, text):
+        self.text = text
+        matches = [m for m in TOKEN.finditer(text) if m.lastgroup != "comment"]
+        self.kinds = ["delimited" if m.lastgroup == "delimiter" else m.lastgroup for m in matches]
+        self.kinds = ["string" if k == "delimited" else k for k in self.kinds]
+        self.words = [m.group() for m in matches]
+        self.begins = [m.start() for m in matches]
+        self.ends = [m.end() for m in matches]
+        self.partner = {}
+        self.braces = {}    # index of "{" -> BLOCK, SCOPE or LIST
+        self.places = []    # (begin, end, name)
+        self._match_brackets()
+        for i, word in enumerate(self.words):
+            if word == "{" and i in self.partner: self._classify(i)
+
+    def _match_brackets(self):
+        open_brackets = []
+        for i, word in enumerate(self.words):
+            if self.kinds[i] != "operator": continue
+            if word in OPENING:
+                open_brackets.append(i)
+            elif word in OPENING.values():
+                if not open_brackets: raise ValueError(f"bracket without partner: {word}")
+                first = open_brackets.pop()
+                self.partner[first], self.partner[i] = i, first
+
+    def _head(self, brace):
+        """The indices of what stands before a brace, back to the statement before."""
+        i = brace - 1
+        head = []
+        while i >= 0 and self.words[i] not in (";", "{", "}") and self.kinds[i] != "directive":
+            head.append(i)
+            i = self.partner[i] - 1 if self.words[i] in (")", "]") else i - 1
+        return head
+
+    def _classify(self, brace):
+        before = self.words[brace - 1] if brace else ""
+        head = self._head(brace)
+        words = [self.words[i] for i in head]
+        name = ""
+        if words and words[-1] in ("namespace", "class", "struct", "enum", "template") and \
+                ")" not in words:
+            kind = SCOPE
+        elif "=" in words and ")" not in words[:words.index("=")] and before != "]":
+            kind = LIST
+            at = head[words.index("=")] - 1
+            if self.words[at] == "]": at = self.partner[at] - 1
+            name = self.words[at]
+        elif before in ("=", ",", "(", "{", "return", "") or \
+                (before == ")" and False):
+            kind = LIST
+        elif before in ("]", "else", "do", "try") or ")" in words:
+            kind = BLOCK
+            # The parameters of a function come last in its head, but for an initialiser list.
+            for i in head:
+                if self.words[i] != ")": continue
+                at = self.partner[i] - 1
+                if self.kinds[at] == "word" and self.words[at] not in (
+                        "if", "for", "while", "switch", "catch", "noexcept", "constexpr"):
+                    name = self.words[at]
+            if "[" in words or before == "]": name = ""
+        elif self.kinds[brace - 1] == "word" or before in (">",):
+            kind = LIST
+        else:
+            kind = SCOPE
+        self.braces[brace] = kind
+        if name: self.places.append((self.begins[brace], self.ends[self.partner[brace]], name))
+
+    def place(self, position):
+        inner = [(end - begin, name) for begin, end, name in self.places if begin <= position < end]
+        # Of a function, not of the list in it.
+        return max(inner)[1] if inner else "file"
+
+    # ---------- Pieces ----------
+
+    def statements(self, brace):
+        """(first, last) of each statement of a block."""
+        i, close = brace + 1, self.partner[brace]
+        first = i
+        while i < close:
+            word = self.words[i]
+            if self.kinds[i] == "operator" and word in OPENING:
+                last = self.partner[i]
+                block = self.braces.get(i) == BLOCK
+                i = last + 1
+                following = self.words[i] if i < close else ""
+                if block and following not in ("else", "while", ")", ";", ",", "(", "catch", "."):
+                    yield first, last
+                    first = i
+                continue
+            if word == ";":
+                yield first, i
+                first = i + 1
+            i += 1
+
+    def rows(self, brace):
+        i, close = brace + 1, self.partner[brace]
+        first = i
+        while i < close:
+            if self.kinds[i] == "operator" and self.words[i] in OPENING:
+                i = self.partner[i] + 1
+                continue
+            if self.words[i] == ",":
+                yield first, i - 1
+                first = i + 1
+            i += 1
+        if first < close: yield first, close - 1
+
+    def operand(self, at, step, stops):
+        """The index of the last token of the operand beside the operator `at`."""
+        i = at + step
+        last = i
+        while 0 <= i < len(self.words):
+            word = self.words[i]
+            if self.kinds[i] == "operator":
+                bracket = word in OPENING if step > 0 else word in OPENING.values()
+                if bracket:
+                    last = i = self.partner[i]
+                    i += step
+                    continue
+                if word in OPENING or word in OPENING.values(): break
+                if word in (";", ",", "?", ":", "=") or word in stops: break
+            elif word == "return" or self.kinds[i] == "directive":
+                break
+            last = i
+            i += step
+        return last
+
+
+def changed_string(word):
+    """One character replaced, and the last one gone."""
+    begin, end = word.index('"') + 1, len(word) - 1
+    if word.startswith("R"):
+        begin, end = word.index("(") + 1, word.rindex(")")
+    body = word[begin:end]
+    if not body: return
+    letters = [i for i, c in enumerate(body) if (c.isalnum() or c == " ") and
+               (i == 0 or body[i - 1] != "\\")]
+    if letters:
+        i = letters[len(letters) // 2]
+        other = "X" if body[i] != "X" else "Y"
+        yield word[:begin] + body[:i] + other + body[i + 1:] + word[end:]
+    if len(body) > 1 and body[-2] != "\\":
+        yield word[:begin] + body[:-1] + word[end:]
+
+
+def changed_number(word):
+    match = re.fullmatch(r"(0[xX][0-9a-fA-F']+|\d[\d']*)([uUlL]*)", word)
+    if not match: return
+    digits = match.group(1).replace("'", "")
+    value = int(digits, 0) if digits != "0" * len(digits) else 0
+    for other in (value + 1, value - 1):
+        if other < 0: continue
+        yield (hex(other) if digits[:2] in ("0x", "0X") else str(other)) + match.group(2)
+
+
+def changed_char(word):
+    body = word[1:-1]
+    if body == "\\0": return ["'1'"]
+    if body == "\\n": return ["' '"]
+    if len(body) == 1 and body not in "\\'" and body != "[": return [f"'{chr(ord(body) + 1)}'"]
+    return []
+
+
+def mutants(text):
+    """All mutants of a source, by place; none twice."""
+    source = Source(text)
+    seen = set()
+    for mutant in sorted(_all(source), key=lambda m: (m.begin, m.end, m.text)):
+        if text[mutant.begin:mutant.end] == mutant.text: continue
+        key = (mutant.begin, mutant.end, mutant.text)
+        if key in seen or _in_assertion(source, mutant.begin): continue
+        seen.add(key)
+        yield mutant
+
+
+def _in_assertion(source, position):
+    """static_assert decides nothing when the program runs."""
+    start = max(source.text.rfind(c, 0, position) for c in ";}")
+    return source.text[start + 1:position + 13].lstrip().startswith("static_assert")
+
+
+def _all(source):
+    for i, kind in enumerate(source.kinds):
+        def change(what, text, first=i, last=i):
+            begin, end = source.begins[first], source.ends[last]
+            return Mutant(what, source.place(begin), begin, end, text)
+        word = source.words[i]
+        if kind == "string":
+            for other in changed_string(word): yield change("literal", other)
+        elif kind == "number":
+            for other in changed_number(word): yield change("literal", other)
+        elif kind == "char":
+            for other in changed_char(word): yield change("literal", other)
+        elif kind == "word":
+            if word in ("true", "false"):
+                yield change("literal", "false" if word == "true" else "true")
+            yield from _conditions(source, i, change)
+        elif kind == "operator":
+            yield from _operators(source, i, change)
+    yield from _fields(source)
+    yield from _calls(source)
+    for brace, kind in source.braces.items():
+        if kind == BLOCK: yield from _sequence(source, list(source.statements(brace)), "")
+        if kind == LIST: yield from _sequence(source, list(source.rows(brace)), ",")
+
+
+def _conditions(source, i, change):
+    if source.words[i] not in ("if", "while"): return
+    first = i + 1
+    if source.words[first] == "constexpr": first += 1
+    if source.words[first] != "(": return
+    last = source.partner[first]
+    condition = source.text[source.ends[first]:source.begins[last]]
+    yield change("condition", f"(!({condition}))", first, last)
+
+
+def _operators(source, i, change):
+    word, text = source.words[i], source.text
+    spaced = text[source.begins[i] - 1] in " \n" and text[source.ends[i]:source.ends[i] + 1] in (
+        " ", "\n")
+    if word in RELATIONS and spaced:
+        for other in RELATIONS[word]: yield change("condition", other)
+    elif word in ("++", "--") or word in SWAPPED and spaced:
+        yield change("condition", SWAPPED[word])
+    if word in ("&&", "||") and spaced:
+        stops = ("&&", "||") if word == "&&" else ("||",)
+        yield change("condition", "", source.operand(i, -1, stops), i)
+        yield change("condition", "", i, source.operand(i, 1, stops))
+    elif word == "!" and not spaced:
+        yield change("condition", "")
+    elif word == "~":
+        yield change("condition", "")
+    elif word == "?":
+        first = source.operand(i, -1, ())
+        condition = text[source.begins[first]:source.ends[i - 1]]
+        yield change("condition", f"!({condition})", first, i - 1)
+
+
+def _following(names, name, count=2):
+    """The next other names, in the order of the file."""
+    distinct = list(dict.fromkeys(names))
+    at = distinct.index(name)
+    return [n for n in distinct[at + 1:] + distinct[:at] if n != name][:count]
+
+
+def _fields(source):
+    """Other members, questions and constants of the same file."""
+    families = {}
+    for i, word in enumerate(source.words):
+        if source.kinds[i] != "word": continue
+        before = source.words[i - 1] if i else ""
+        after = source.words[i + 1] if i + 1 < len(source.words) else ""
+        family = None
+        if before in (".", "->"):
+            if after != "(":
+                family = "member"
+            elif re.match(r"[iI]s[A-Z]|[gG]et[A-Z]", word):
+                family = word[:2].lower()
+        elif re.fullmatch(r"k[A-Z]\w*", word) and after not in ("=", "[", "{"):
+            family = "constant"
+        elif re.fullmatch(r"IB_[A-Z_]+", word):
+            family = "enumerator"
+        if family: families.setdefault(family, []).append(i)
+    for family, indices in families.items():
+        names = [source.words[i] for i in indices]
+        for i in indices:
+            begin, end = source.begins[i], source.ends[i]
+            for other in _following(names, source.words[i], 1 if family == "constant" else 2):
+                yield Mutant("field", source.place(begin), begin, end, other)
+    yield from _row_values(source)
+
+
+def _row_values(source):
+    """A row that keeps its text and takes the value of the row beside it."""
+    rows = list(re.finditer(r"(?m)^[ ]*FABSCAN_[A-Z]+\((?:(\w+), )?([\w.\[\]]+)\),$", source.text))
+    for row, other in zip(rows, rows[1:] + rows[:1]):
+        if row.group(1) != other.group(1):
+            other = next((r for r in reversed(rows) if r.group(1) == row.group(1) and r != row), None)
+        if other is None: continue
+        mine, others = (re.search(r"\w+$", r.group(2)) for r in (row, other))
+        if not mine or not others or mine.group() == others.group(): continue
+        begin, end = row.span()
+        yield Mutant("field", source.place(begin), begin, end,
+                     f"#define {mine.group()} {others.group()}\n{row.group()}\n"
+                     f"#undef {mine.group()}")
+
+
+def _calls(source):
+    """Without one call of a chain; two calls of a chain the other way round."""
+    for i, word in enumerate(source.words):
+        if word != "." or source.words[i + 2:i + 3] != ["("]: continue
+        last = source.partner[i + 2]
+        begin, end = source.begins[i], source.ends[last]
+        place = source.place(begin)
+        if source.words[i - 1] == ")": yield Mutant("deletion", place, begin, end, "")
+        if source.words[last + 1] == "." and source.words[last + 3:last + 4] == ["("]:
+            further = source.ends[source.partner[last + 3]]
+            yield Mutant("order", place, begin, further,
+                         source.text[end:further].lstrip() + source.text[begin:end])
+
+
+def _sequence(source, pieces, separator):
+    """Each piece left out, and each exchanged with the next."""
+    def text(piece):
+        return source.text[source.begins[piece[0]]:source.ends[piece[1]]]
+
+    def starts(piece, *words):
+        return source.words[piece[0]] in words
+    for piece in pieces:
+        if starts(piece, "using", "static_assert"): continue
+        begin, end = source.begins[piece[0]], source.ends[piece[1]]
+        if separator and source.words[piece[1] + 1] == separator: end = source.ends[piece[1] + 1]
+        yield Mutant("deletion", source.place(begin), begin, end, "")
+    for piece, following in zip(pieces, pieces[1:]):
+        # Constants of a function, and the cases of a switch, may stand in any order.
+        if not separator and (starts(piece, "const", "constexpr", "using", "SourceWriter") and
+                              starts(following, "const", "constexpr", "using")): continue
+        if starts(piece, "case", "default") and starts(following, "case", "default"): continue
+        begin, end = source.begins[piece[0]], source.ends[following[1]]
+        between = source.text[source.ends[piece[1]]:source.begins[following[0]]]
+        yield Mutant("order", source.place(begin), begin, end,
+                     text(following) + between + text(piece))

@@ -1,0 +1,223 @@
+"""The tests of the generator, arranged so that one changed source is tested in about a second.
+
+The generator becomes a shared library: of a changed source, one object is compiled and this library
+linked anew; the programs stay as they are. Only what includes a changed header is compiled again.
+"""
+
+import json
+import pathlib
+import re
+import resource
+import shlex
+import shutil
+import subprocess
+import threading
+
+PROJECT = pathlib.Path(__file__).resolve().parents[2]
+FABSCAN = PROJECT / "fabscan"
+ARCHIVE = "fabscan/libfabscan_generator.a"
+LIBRARY = "libmutated.so"
+QUESTIONS = "questions_test"    # has objects of its own, against other headers
+CPU_SECONDS = 20
+MEMORY = 4 << 30
+
+
+def limited():
+    resource.setrlimit(resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS))
+    resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
+    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+
+
+def runs(command, folder, environment=None):
+    try:
+        return subprocess.run(command, cwd=folder, env=environment, preexec_fn=limited,
+                              stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL, timeout=120).returncode == 0
+    except subprocess.TimeoutExpired:
+        return False
+
+
+class Build:
+    """The unchanged build, whose commands are repeated for changed sources."""
+
+    def __init__(self, folder):
+        self.folder = pathlib.Path(folder).resolve()
+        entries = json.loads((self.folder / "compile_commands.json").read_text())
+        self.compilations = {}
+        for entry in entries:
+            command = shlex.split(entry["command"])
+            # With ccache every mutant would be stored.
+            if pathlib.Path(command[0]).name == "ccache": command = command[1:]
+            self.compilations[command[command.index("-o") + 1]] = (entry["file"], command)
+        self.sources = sorted(p.name for p in FABSCAN.glob("*.cpp") if not p.stem.endswith("_test"))
+        self.tests = sorted(p.stem for p in FABSCAN.glob("*_test.cpp"))
+        self.lock, self.linked = threading.Lock(), set()
+        self.precompile()
+        self.linking = {name: self._link_command(name) for name in [*self.tests, "fabscan"]}
+
+    def precompile(self):
+        """What every source of the generator includes, read once: half the time of a mutant."""
+        header = self.folder / "precompiled" / "all.h"
+        header.parent.mkdir(exist_ok=True)
+        header.write_text("#include <infiniband/fabscan/fabscan.h>\n#include <algorithm>\n"
+                          "#include <charconv>\n#include <fstream>\n")
+        _, command = self.compilations[self.object_of("fabscan_generator", self.sources[0])]
+        command = command[:command.index("-o")] + ["-x", "c++-header", "-o", f"{header}.gch", header]
+        if not runs(command, self.folder): raise RuntimeError("the headers do not compile")
+        self.precompiled = ["-include", str(header)]
+
+    def _link_command(self, target):
+        lines = subprocess.run(["ninja", "-C", self.folder, "-t", "commands", target], check=True,
+                               capture_output=True, text=True).stdout.splitlines()
+        return shlex.split(lines[-1].removeprefix(": && ").removesuffix(" && :"))
+
+    def object_of(self, target, source):
+        return f"fabscan/CMakeFiles/{target}.dir/{source}.o"
+
+    def includers(self, header):
+        """The sources and tests of fabscan/ that see a header."""
+        pattern = re.compile(r'#include [<"](?:testing/)?([\w.]+)[">]')
+        included = {p.name: set(pattern.findall(p.read_text())) for p in
+                    [*FABSCAN.glob("*.h"), *FABSCAN.glob("*.cpp"), *FABSCAN.glob("testing/*.h")]}
+        seen, rest = set(), [header]
+        while rest:
+            name = rest.pop()
+            for other, names in included.items():
+                if name in names and other not in seen:
+                    seen.add(other)
+                    rest.append(other)
+        return sorted(n for n in seen if n.endswith(".cpp"))
+
+
+class Worker:
+    """A folder of its own with the sources, the library and links to everything else."""
+
+    def __init__(self, build, number):
+        self.build = build
+        self.folder = build.folder / f"worker-{number}"
+        shutil.rmtree(self.folder, ignore_errors=True)
+        self.folder.mkdir()
+        shutil.copytree(FABSCAN, self.folder / "fabscan")
+        (self.folder / "include").symlink_to(PROJECT / "include")
+        (self.folder / "programs").mkdir()
+        self.library = self.folder / LIBRARY
+        self.environment = {"LD_LIBRARY_PATH": str(self.folder), "PATH": "/usr/bin:/bin"}
+        self.objects = {s: str(build.folder / build.object_of("fabscan_generator", s))
+                        for s in build.sources}
+        if not self.link_library({}): raise RuntimeError("the library cannot be linked")
+        for target in [*build.tests, "fabscan"]: self._link_unchanged(target)
+
+    def _link_unchanged(self, target):
+        """Programs find the library by its name alone: they are linked once, for all workers."""
+        kept = self.build.folder / "unchanged" / target
+        with self.build.lock:
+            if target not in self.build.linked:
+                if not self.link_program(target, {}): raise RuntimeError(f"cannot link {target}")
+                kept.parent.mkdir(exist_ok=True)
+                shutil.copy(self.folder / "programs" / target, kept)
+                self.build.linked.add(target)
+        shutil.copy(kept, self.folder / "programs" / target)
+
+    def compile(self, target, source):
+        """The object of a source as it stands in the worker's folder; None if it is refused."""
+        output = self.folder / f"{target}-{source}.o"
+        _, command = self.build.compilations[self.build.object_of(target, source)]
+        own = {str(FABSCAN / source): str(self.folder / "fabscan" / source),
+               f"-I{FABSCAN}": f"-I{self.folder}/fabscan"}
+        command = [own.get(word, word) for word in command]
+        command[command.index("-o") + 1] = str(output)
+        if target == "fabscan_generator": command += self.build.precompiled
+        return str(output) if runs(command, self.build.folder) else None
+
+    def link_library(self, changed):
+        objects = [changed.get(source, path) for source, path in self.objects.items()]
+        return runs(["g++", "-shared", "-Wl,-Bsymbolic-functions", f"-Wl,-soname,{LIBRARY}",
+                     "-o", self.library, *objects],
+                    self.build.folder)
+
+    def link_program(self, target, changed):
+        """`changed`: objects by the name of their source."""
+        command = list(self.build.linking[target])
+        command[command.index("-o") + 1] = str(self.folder / "programs" / target)
+        for i, word in enumerate(command):
+            name = word.rsplit("/", 1)[-1].removesuffix(".o")
+            if word == ARCHIVE: command[i] = str(self.library)
+            elif word.endswith(".o") and name in changed: command[i] = changed[name]
+        return runs(command, self.build.folder)
+
+    # ---------- Tests ----------
+
+    def passes(self, test):
+        if test == "golden_files":
+            return runs(["python3", "-B", PROJECT / "tests/golden.py",
+                         self.folder / "programs/fabscan"], self.folder, self.environment)
+        if test == "licence_text_test":
+            return runs([FABSCAN / "licence_text_test.sh", "g++", self.folder], self.folder,
+                        self.environment)
+        return runs([self.folder / "programs" / test], self.folder, self.environment)
+
+    def test(self, name, text, order):
+        """What finds a changed source: "compiler", a test's name, or "" for nothing."""
+        path = self.folder / "fabscan" / name
+        original = path.read_text()
+        path.write_text(text)
+        try:
+            return self._test_header(name, order) if name.endswith(".h") else \
+                self._test_source(name, order)
+        finally:
+            path.write_text(original)
+
+    def _first_failing(self, tests):
+        return next((test for test in tests if not self.passes(test)), "")
+
+    def _test_source(self, name, order):
+        compiled = self.compile("fabscan_generator", name)
+        if compiled is None or not self.link_library({name: compiled}): return "compiler"
+        found = self._first_failing(t for t in order if t != QUESTIONS)
+        return found or self._test_questions([name])
+
+    def _test_header(self, name, order):
+        includers = self.build.includers(name)
+        own_test = name.removesuffix(".h") + "_test"
+        own_compiled = None
+        if own_test in self.build.tests:    # before everything else, which takes longer
+            own_compiled = self.compile(own_test, own_test + ".cpp")
+            if own_compiled is None: return "compiler"
+            try:
+                self.link_library({})
+                if not self.link_program(own_test, {own_test + ".cpp": own_compiled}) or \
+                        not self.passes(own_test):
+                    return own_test
+            finally:
+                self._link_unchanged(own_test)
+        objects = {}
+        for source in includers:
+            if source not in self.build.sources: continue
+            objects[source] = self.compile("fabscan_generator", source)
+            if objects[source] is None: return "compiler"
+        if not self.link_library(objects): return "compiler"
+        relinked = []
+        try:
+            for source in includers:
+                test = source.removesuffix(".cpp")
+                if test not in self.build.tests or test == QUESTIONS: continue
+                compiled = own_compiled if test == own_test else self.compile(test, source)
+                if compiled is None: return "compiler"
+                relinked.append(test)
+                if not self.link_program(test, {source: compiled}): return "compiler"
+            found = self._first_failing(t for t in order if t != QUESTIONS)
+            return found or self._test_questions(
+                [s for s in includers if s in self.build.sources])
+        finally:
+            for test in relinked: self._link_unchanged(test)
+
+    def _test_questions(self, sources):
+        objects = {}
+        for source in sources:
+            objects[source] = self.compile(QUESTIONS, source)
+            if objects[source] is None: return "compiler"
+        try:
+            if not self.link_program(QUESTIONS, objects): return "compiler"
+            return "" if self.passes(QUESTIONS) else QUESTIONS
+        finally:
+            self._link_unchanged(QUESTIONS)
