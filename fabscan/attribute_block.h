@@ -31,11 +31,12 @@ struct Target {
   std::string_view address;
 };
 
-/// One statement of a block: the text before the value, and where the value comes from.
+/// One statement of a block: the text around the value, and where the value comes from.
 template <class Record>
 struct Field {
-  std::string_view text;
+  std::string_view before;
   u_int64_t (*value)(const Record&);
+  std::string_view after = ";";
 };
 
 /// A row for a field that is written under the name, and with the value, of the record's member.
@@ -51,103 +52,71 @@ inline void WriteDiagnostic(SourceWriter& writer, std::string_view before, std::
   writer.Text(before).Text(name).Text(after);
 }
 
-template <class Record>
-void WriteStatement(SourceWriter& writer, const Field<Record>& field, const Record& record) {
-  writer.Text(field.text).Hex(field.value(record)).Text(";");
+// What follows is written to a SourceWriter, or in one of its `AtOnce`: inlined there, it is a row
+// of moves to addresses that are kept in a register.
+
+/// Each statement of the table on a line of its own; the line before is ended first. The table is
+/// known when this is compiled: every row becomes a few moves and a load from the record.
+template <const auto& kFields, class Writer, class Record, std::size_t... kRows>
+[[gnu::always_inline]] inline void WriteRows(Writer& writer, int indent, const Record& record,
+                                             std::index_sequence<kRows...> /*rows*/) {
+  (writer.Line(indent)
+       .Text(kFields[kRows].before)
+       .Hex(kFields[kRows].value(record))
+       .Text(kFields[kRows].after),
+   ...);
+}
+template <const auto& kFields, class Writer, class Record>
+[[gnu::always_inline]] inline void WriteStatements(Writer& writer, int indent,
+                                                   const Record& record) {
+  WriteRows<kFields>(writer, indent, record, std::make_index_sequence<std::size(kFields)>());
 }
 
-inline constexpr std::size_t kWidestFastIndent = 16;
-
-/// A line of its own for one statement; the line before is ended first. Unchecked: see `Longest`.
-template <const auto& kFields, std::size_t kRow, class Record>
-char* PutStatement(char* at, char line_end, std::size_t indent, const Record& record,
-                   std::string_view close) {
-  constexpr std::string_view kText = kFields[kRow].text;
-  *at++ = line_end;
-  std::memset(at, ' ', kWidestFastIndent);
-  at += indent;
-  std::memcpy(at, kText.data(), kText.size());
-  at = PutHex(at + kText.size(), kFields[kRow].value(record));
-  for (const char c : close) *at++ = c;
-  return at;
-}
-
-/// The bytes that the statements of a table take at most.
-template <const auto& kFields>
-constexpr std::size_t Longest() {
-  std::size_t longest = 0;
-  for (const auto& field : kFields) {
-    longest += 1 + kWidestFastIndent + field.text.size() + kMostHexDigits + 2;
-  }
-  return longest;
-}
-
-template <const auto& kFields, class Record, std::size_t... kRows>
-char* PutStatements(char* at, char line_end, std::size_t indent, const Record& record,
-                    std::string_view close, std::index_sequence<kRows...> /*rows*/) {
-  ((at = PutStatement<kFields, kRows>(at, line_end, indent, record, close)), ...);
-  return at;
-}
-
-/// Each statement of the table on a line of its own; the line before is ended first.
-///
-/// Most of a generated file is written here, so the table is known when this is compiled: every
-/// row becomes a copy of constant size and a load from the record.
-template <const auto& kFields, class Record>
-void WriteStatements(SourceWriter& writer, int indent, const Record& record,
-                     std::string_view close = ";") {
-  static_assert(Longest<kFields>() < SourceWriter::kCapacity);
-  const auto blanks = static_cast<std::size_t>(indent);
-  if (blanks <= kWidestFastIndent) {
-    const char line_end = writer.LineEnd();
-    writer.Piece(Longest<kFields>(), [&](char* at) {
-      return PutStatements<kFields>(at, line_end, blanks, record, close,
-                                    std::make_index_sequence<std::size(kFields)>());
-    });
-    return;
-  }
-  for (const auto& field : kFields) {
-    writer.Line(indent).Text(field.text).Hex(field.value(record)).Text(close);
-  }
-}
-
-inline void WriteConversion(SourceWriter& writer, int indent, const Target& target,
-                            std::string_view direction) {
+template <class Writer>
+[[gnu::always_inline]] inline void WriteConversion(Writer& writer, int indent, const Target& target,
+                                                   std::string_view direction) {
   writer.Indent(indent).Text(target.record).Text(direction);
   writer.Text("(&mad_buffer, reinterpret_cast<u_int8_t*>(").Text(target.address).Text("));");
 }
 
 /// Declaration and unpack, both lines ended.
-inline void WriteUnpack(SourceWriter& writer, int indent, const Target& target) {
+template <class Writer>
+[[gnu::always_inline]] inline void WriteUnpack(Writer& writer, int indent, const Target& target) {
   writer.Indent(indent).Text(target.record).Text(" mad_buffer = {0};").EndLine();
   WriteConversion(writer, indent, target, "_unpack");
   writer.EndLine();
 }
 
 /// The pack line after an empty one.
-inline void WritePack(SourceWriter& writer, int indent, const Target& target) {
+template <class Writer>
+[[gnu::always_inline]] inline void WritePack(Writer& writer, int indent, const Target& target) {
   writer.EndLine().EndLine();
   WriteConversion(writer, indent, target, "_pack");
 }
 
 /// The block of a node-level attribute.
-template <const auto& kFields, class Record>
-void WriteNodeBlock(SourceWriter& writer, const Target& target, const Record& record) {
-  WriteUnpack(writer, kBodyIndent, target);
-  WriteStatements<kFields>(writer, kBodyIndent, record);
-  WritePack(writer, kBodyIndent, target);
+template <const Target& kTarget, const auto& kFields, class Record>
+void WriteNodeBlock(SourceWriter& writer, const Record& record) {
+  writer.AtOnce([&record](auto& to) {
+    WriteUnpack(to, kBodyIndent, kTarget);
+    WriteStatements<kFields>(to, kBodyIndent, record);
+    WritePack(to, kBodyIndent, kTarget);
+  });
 }
 
 /// The block of a port-level attribute: a loop over the simulated node's ports. `write_values` ends
 /// the line before each of its own.
-template <class WriteValues>
-void WritePortLoop(SourceWriter& writer, std::string_view header, const Target& target,
-                   WriteValues write_values) {
-  writer.Indent(kBodyIndent).Text(header).EndLine();
-  WriteUnpack(writer, kLoopIndent, target);
+template <const Target& kTarget, class WriteValues>
+void WritePortLoop(SourceWriter& writer, std::string_view header, WriteValues write_values) {
+  writer.AtOnce([header](auto& to) {
+    to.Indent(kBodyIndent).Text(header).EndLine();
+    WriteUnpack(to, kLoopIndent, kTarget);
+  });
   write_values();
-  WritePack(writer, kLoopIndent, target);
-  writer.Line(kBodyIndent).Text("}");
+  writer.AtOnce([](auto& to) {
+    WritePack(to, kLoopIndent, kTarget);
+    to.Line(kBodyIndent).Text("}");
+  });
 }
 
 #endif

@@ -18,6 +18,11 @@ struct Record {
 };
 
 constexpr Target kTarget = {"Record", "&m_node->record"};
+constexpr Target kPortTarget = {"Record", "&m_node->records[i]"};
+constexpr Field<Record> kSetters[] = {
+    {"set_narrow(0x", [](const Record& r) -> u_int64_t { return r.narrow; }, ");"},
+    {"set_widest(0x", [](const Record& r) -> u_int64_t { return r.widest; }, ");"},
+};
 constexpr Field<Record> kFields[] = {
     FABSCAN_FIELD(Record, widest), FABSCAN_FIELD(Record, narrow), FABSCAN_FIELD(Record, list[1]),
     FABSCAN_FIELD(Record, wide),   FABSCAN_FIELD(Record, middle),
@@ -33,10 +38,22 @@ std::string Written(Write write) {
   return out.str();
 }
 
+/// The statements as they are written one by one, which they must equal when written at once.
+template <const auto& kTable>
+std::string Statements(int indent, const Record& record) {
+  const std::string checked =
+      Written([&](SourceWriter& writer) { WriteStatements<kTable>(writer, indent, record); });
+  EXPECT_EQ(Written([&](SourceWriter& writer) {
+              writer.AtOnce([&](auto& to) { WriteStatements<kTable>(to, indent, record); });
+            }),
+            checked);
+  return checked;
+}
+
 TEST(AttributeBlock, OfANodeHasItsStatementsBetweenUnpackAndPack) {
   const Record record = {65, 0x4142, 0x80000000, 0x123456789abcdef0, {7, 10}};
   EXPECT_EQ(
-      Written([&](SourceWriter& writer) { WriteNodeBlock<kFields>(writer, kTarget, record); }),
+      Written([&](SourceWriter& writer) { WriteNodeBlock<kTarget, kFields>(writer, record); }),
       R"(    Record mad_buffer = {0};
     Record_unpack(&mad_buffer, reinterpret_cast<u_int8_t*>(&m_node->record));
 
@@ -52,14 +69,16 @@ TEST(AttributeBlock, OfANodeHasItsStatementsBetweenUnpackAndPack) {
 TEST(AttributeBlock, HoldsTheExtremesOfEveryWidth) {
   constexpr Record kZero = {};
   constexpr Record kAll = {0xff, 0xffff, 0xffffffff, 0xffffffffffffffff, {0xff, 0xff}};
-  EXPECT_EQ(
-      Written([&](SourceWriter& writer) { WriteStatements<kFields>(writer, 0, kZero, ");"); }), R"(
-mad_buffer.widest = 0x0);
-mad_buffer.narrow = 0x0);
-mad_buffer.list[1] = 0x0);
-mad_buffer.wide = 0x0);
-mad_buffer.middle = 0x0);)");
-  EXPECT_EQ(Written([&](SourceWriter& writer) { WriteStatements<kFields>(writer, 1, kAll); }), R"(
+  EXPECT_EQ(Statements<kFields>(0, kZero), R"(
+mad_buffer.widest = 0x0;
+mad_buffer.narrow = 0x0;
+mad_buffer.list[1] = 0x0;
+mad_buffer.wide = 0x0;
+mad_buffer.middle = 0x0;)");
+  EXPECT_EQ(Statements<kSetters>(0, kZero), R"(
+set_narrow(0x0);
+set_widest(0x0);)");
+  EXPECT_EQ(Statements<kFields>(1, kAll), R"(
  mad_buffer.widest = 0xffffffffffffffff;
  mad_buffer.narrow = 0xff;
  mad_buffer.list[1] = 0xff;
@@ -72,11 +91,10 @@ TEST(AttributeBlock, IndentsStatementsByAnyNumberOfBlanks) {
   for (const int indent : {std::numeric_limits<int>::min(), -1, 0, 15, 16, 17, 40'000}) {
     const std::string start =
         '\n' + std::string(indent > 0 ? static_cast<unsigned>(indent) : 0, ' ');
-    EXPECT_EQ(
-        Written([&](SourceWriter& writer) { WriteStatements<kFields>(writer, indent, record); }),
-        start + "mad_buffer.widest = 0x4;" + start + "mad_buffer.narrow = 0x1;" + start +
-            "mad_buffer.list[1] = 0x6;" + start + "mad_buffer.wide = 0x3;" + start +
-            "mad_buffer.middle = 0x2;")
+    EXPECT_EQ(Statements<kFields>(indent, record),
+              start + "mad_buffer.widest = 0x4;" + start + "mad_buffer.narrow = 0x1;" + start +
+                  "mad_buffer.list[1] = 0x6;" + start + "mad_buffer.wide = 0x3;" + start +
+                  "mad_buffer.middle = 0x2;")
         << indent;
   }
 }
@@ -84,12 +102,12 @@ TEST(AttributeBlock, IndentsStatementsByAnyNumberOfBlanks) {
 TEST(AttributeBlock, StaysWholeWhereverTheWritersBufferEnds) {
   const Record record = {1, 2, 3, 4, {5, 6}};
   const std::string block =
-      Written([&](SourceWriter& writer) { WriteNodeBlock<kFields>(writer, kTarget, record); });
+      Written([&](SourceWriter& writer) { WriteNodeBlock<kTarget, kFields>(writer, record); });
   for (std::size_t room = 0; room < block.size() + 64; ++room) {
     const std::string before(SourceWriter::kCapacity - room, 'x');
     EXPECT_EQ(Written([&](SourceWriter& writer) {
                 writer.Text(before);
-                WriteNodeBlock<kFields>(writer, kTarget, record);
+                WriteNodeBlock<kTarget, kFields>(writer, record);
               }),
               before + block)
         << room;
@@ -98,8 +116,8 @@ TEST(AttributeBlock, StaysWholeWhereverTheWritersBufferEnds) {
 
 TEST(AttributeBlock, OfAPortStandsInALoop) {
   EXPECT_EQ(Written([&](SourceWriter& writer) {
-              WritePortLoop(writer, "for (;;) {", {"Record", "&m_node->records[i]"},
-                            [&] { writer.Line(kLoopIndent).Text("values"); });
+              WritePortLoop<kPortTarget>(writer, "for (;;) {",
+                                         [&] { writer.Line(kLoopIndent).Text("values"); });
             }),
             R"(    for (;;) {
         Record mad_buffer = {0};

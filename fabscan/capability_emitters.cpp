@@ -1,22 +1,16 @@
 #include <cstddef>
 #include <string_view>
-#include <vector>
 
 #include "attribute_block.h"
+#include "capability_names.h"
 #include "fabscan_sim_info_dump.h"
 
 namespace {
 
-/// What tells the two masks apart.
-struct MaskKind {
-  std::string_view header;
-  Target target;
-};
-
-constexpr MaskKind kSMP = {"// ---------- SMP Caps ----------",
-                           {"GeneralInfoCapabilityMask", "&m_node->capMaskSMP"}};
-constexpr MaskKind kGMP = {"// ---------- GMP Caps ----------",
-                           {"GeneralInfoCapabilityMask", "&m_node->capMaskGMP"}};
+constexpr std::string_view kSMPHeader = "// ---------- SMP Caps ----------";
+constexpr std::string_view kGMPHeader = "// ---------- GMP Caps ----------";
+constexpr Target kSMP = {"GeneralInfoCapabilityMask", "&m_node->capMaskSMP"};
+constexpr Target kGMP = {"GeneralInfoCapabilityMask", "&m_node->capMaskGMP"};
 
 constexpr Field<capability_mask_t> kWords[] = {
     {"mad_buffer.capability0 = 0x",
@@ -36,16 +30,17 @@ capability_mask_t ZeroedMask() {
 }
 
 /// The names of the bits that the module calls supported, then the block with all four words.
-template <class IsSupported>
-void WriteMask(SourceWriter& writer, const MaskKind& kind, const std::vector<const char*>& names,
+template <const Target& kTarget, class IsSupported>
+void WriteMask(SourceWriter& writer, std::string_view header, const BitNames& names,
                const capability_mask_t& mask, IsSupported is_supported) {
-  writer.Indent(kBodyIndent).Text(kind.header);
-  for (std::size_t bit = 0; bit < names.size(); ++bit) {
-    if (names[bit] == nullptr || !is_supported(static_cast<u_int8_t>(bit))) continue;
-    writer.Line(kBodyIndent).Text("// ").Text(names[bit]);
+  writer.Indent(kBodyIndent).Text(header);
+  for (std::size_t bit = 0; bit < names.count; ++bit) {
+    const PaddedText& name = names.names[bit];
+    if (name.c_str() == nullptr || !is_supported(static_cast<u_int8_t>(bit))) continue;
+    writer.AtOnce([&name](auto& to) { to.Line(kBodyIndent).Text("// ").Padded(name, 0); });
   }
   writer.EndLine().EndLine();
-  WriteNodeBlock<kWords>(writer, kind.target, mask);
+  WriteNodeBlock<kTarget, kWords>(writer, mask);
 }
 
 }  // namespace
@@ -61,7 +56,7 @@ void SimInfoDumpCPP::GenerateSMPCapabilityMask(std::ostream& out, const IBNode& 
     writer.SignedDecimal(status).Text("\"");
     return;
   }
-  WriteMask(writer, kSMP, SimInfoData::SMPCapMaskBits, mask, [&](u_int8_t bit) {
+  WriteMask<kSMP>(writer, kSMPHeader, kSMPCapMaskNames, mask, [&](u_int8_t bit) {
     return m_fabscan.capability_module.IsSupportedSMPCapability(&node, bit);
   });
 }
@@ -82,7 +77,7 @@ void SimInfoDumpCPP::GenerateGMPCapabilityMask(std::ostream& out, const IBNode& 
     writer.SignedDecimal(status).Text("\"");
     return;
   }
-  WriteMask(writer, kGMP, SimInfoData::GMPCapMaskBits, mask, [&](u_int8_t bit) {
+  WriteMask<kGMP>(writer, kGMPHeader, kGMPCapMaskNames, mask, [&](u_int8_t bit) {
     return m_fabscan.capability_module.IsSupportedGMPCapability(&node, bit);
   });
 }

@@ -1,3 +1,5 @@
+#include "capability_names.h"
+
 #include <iterator>
 
 #include "fabscan_sim_info_dump.h"
@@ -7,7 +9,7 @@ namespace {
 // One name a bit, in the order of the bits.
 // clang-format off
 
-constexpr const char* kSMPCapMaskBits[] = {
+constexpr PaddedText kSMPCapMaskBits[] = {
     "IsPrivateLinearForwardingSupported",
     "IsAdaptiveRoutingSupported",
     "IsAdaptiveRoutingRev1Supported",
@@ -100,7 +102,7 @@ constexpr const char* kSMPCapMaskBits[] = {
     "IsLinkHealthFiltersSupported",
 };
 
-constexpr const char* kGMPCapMaskBits[] = {
+constexpr PaddedText kGMPCapMaskBits[] = {
     "IsPortPowerStateSupported",
     "IsDeviceSoftResetSupported",
     "IsExtGPIOPortAccessSupported",
@@ -152,7 +154,7 @@ constexpr const char* kGMPCapMaskBits[] = {
     "IsDualVSKeySupported",
 };
 
-constexpr const char* kPortInfoCapMaskBits[] = {
+constexpr PaddedText kPortInfoCapMaskBits[] = {
     nullptr,
     "IsSM",
     "IsNoticeSupported",
@@ -187,7 +189,7 @@ constexpr const char* kPortInfoCapMaskBits[] = {
     "IsHierarchyInfoSupported",
 };
 
-constexpr const char* kPortInfoCapMask2Bits[] = {
+constexpr PaddedText kPortInfoCapMask2Bits[] = {
     "IsSetNodeDescriptionSupported",
     "IsPortInfoExtendedSupported",
     "IsVirtualizationSupported",
@@ -209,17 +211,28 @@ constexpr const char* kPortInfoCapMask2Bits[] = {
 // clang-format on
 
 template <std::size_t N>
-std::vector<const char*> Names(const char* const (&names)[N]) {
-  return {std::begin(names), std::end(names)};
+constexpr BitNames Names(const PaddedText (&names)[N]) {
+  return {names, N};
+}
+
+std::vector<const char*> Strings(const BitNames& names) {
+  std::vector<const char*> strings;
+  for (std::size_t bit = 0; bit < names.count; ++bit) strings.push_back(names.names[bit].c_str());
+  return strings;
 }
 
 }  // namespace
 
+constexpr BitNames kSMPCapMaskNames = Names(kSMPCapMaskBits);
+constexpr BitNames kGMPCapMaskNames = Names(kGMPCapMaskBits);
+constexpr BitNames kPortInfoCapMaskNames = Names(kPortInfoCapMaskBits);
+constexpr BitNames kPortInfoCapMask2Names = Names(kPortInfoCapMask2Bits);
+
 namespace SimInfoData {
 
-const std::vector<const char*> SMPCapMaskBits = Names(kSMPCapMaskBits);
-const std::vector<const char*> GMPCapMaskBits = Names(kGMPCapMaskBits);
-const std::vector<const char*> PortInfoCapMaskBits = Names(kPortInfoCapMaskBits);
-const std::vector<const char*> PortInfoCapMask2Bits = Names(kPortInfoCapMask2Bits);
+const std::vector<const char*> SMPCapMaskBits = Strings(kSMPCapMaskNames);
+const std::vector<const char*> GMPCapMaskBits = Strings(kGMPCapMaskNames);
+const std::vector<const char*> PortInfoCapMaskBits = Strings(kPortInfoCapMaskNames);
+const std::vector<const char*> PortInfoCapMask2Bits = Strings(kPortInfoCapMask2Names);
 
 }  // namespace SimInfoData

@@ -47,7 +47,7 @@ void SimInfoDumpCPP::GenerateEnhancedCongestionInfo(std::ostream& out, const IBN
         writer, "#error \"Failed to get CC_EnhancedCongestionInfo mad for the node=", node.name);
     return;
   }
-  WriteNodeBlock<kEnhancedCongestionInfoFields>(writer, kEnhancedCongestionInfo, *record);
+  WriteNodeBlock<kEnhancedCongestionInfo, kEnhancedCongestionInfoFields>(writer, *record);
 }
 
 void SimInfoDumpCPP::GenerateCongestionSwitchGeneralSettings(std::ostream& out,
@@ -76,5 +76,5 @@ void SimInfoDumpCPP::GenerateCongestionSwitchGeneralSettings(std::ostream& out,
         "#error \"Failed to get CC_CongestionSwitchGeneralSettings mad for the node=", node.name);
     return;
   }
-  WriteNodeBlock<kSwitchGeneralSettingsFields>(writer, kSwitchGeneralSettings, *record);
+  WriteNodeBlock<kSwitchGeneralSettings, kSwitchGeneralSettingsFields>(writer, *record);
 }

@@ -97,15 +97,14 @@ void WriteNode(const SimInfoDumpCPP& dump, std::ostream& out, const std::string&
   WriteNodeHeader(out, node);
   const std::string node_class = dump.GetDumpedNodeType(node);
   for (const GeneratedFunction& function : kGeneratedFunctions) {
-    {
-      SourceWriter writer(out);
-      if (&function != kGeneratedFunctions) writer.EndLine();
-      writer.Text("void ").Text(prefix).Text("::").Text(node_class).Text("::");
-      writer.Text(function.name).Text("() {").EndLine();
-    }
+    SourceWriter(out).AtOnce([&](auto& to) {
+      if (&function != kGeneratedFunctions) to.EndLine().Text("}").EndLine().EndLine();
+      to.Text("void ").Text(prefix).Text("::").Text(node_class).Text("::");
+      to.Text(function.name).Text("() {").EndLine();
+    });
     (dump.*function.emitter)(out, node);
-    SourceWriter(out).EndLine().Text("}").EndLine();
   }
+  SourceWriter(out).EndLine().Text("}").EndLine();
 }
 
 }  // namespace

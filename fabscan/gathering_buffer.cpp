@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-GatheringBuffer::GatheringBuffer(std::ostream& file) : file_(file), buffer_(new char[kPiece]) {
+GatheringBuffer::GatheringBuffer(std::ostream& file) : file_(file), buffer_(new char[kRoom]) {
   // A first piece that ends with a page lets all others begin with one.
   const std::streamoff begun = file.tellp();
   setp(buffer_.get(), buffer_.get() + kPiece - (begun > 0 ? begun % kPage : 0));
@@ -19,7 +19,7 @@ GatheringBuffer::~GatheringBuffer() {
 }
 
 GatheringBuffer::int_type GatheringBuffer::overflow(int_type next) {
-  if (!HandOver()) return traits_type::eof();
+  if (!HandOverFullPiece()) return traits_type::eof();
   if (!traits_type::eq_int_type(next, traits_type::eof())) {
     *pptr() = traits_type::to_char_type(next);
     pbump(1);
@@ -30,7 +30,7 @@ GatheringBuffer::int_type GatheringBuffer::overflow(int_type next) {
 std::streamsize GatheringBuffer::xsputn(const char* text, std::streamsize size) {
   std::streamsize done = 0;
   while (done < size) {
-    if (pptr() == epptr() && !HandOver()) break;
+    if (!HandOverFullPiece()) break;
     const std::streamsize part = std::min<std::streamsize>(size - done, epptr() - pptr());
     std::memcpy(pptr(), text + done, static_cast<std::size_t>(part));
     pbump(static_cast<int>(part));
@@ -40,8 +40,20 @@ std::streamsize GatheringBuffer::xsputn(const char* text, std::streamsize size) 
 }
 
 bool GatheringBuffer::HandOver() {
-  const std::streamsize pending = pptr() - pbase();
-  setp(buffer_.get(), buffer_.get() + kPiece);
-  if (pending > 0) file_.write(buffer_.get(), pending);
+  Write(pptr() - pbase());
   return file_.good();
+}
+
+bool GatheringBuffer::HandOverFullPiece() {
+  if (pptr() < epptr()) return true;
+  Write(epptr() - pbase());
+  return file_.good();
+}
+
+void GatheringBuffer::Write(std::streamsize size) {
+  const std::streamsize rest = pptr() - pbase() - size;
+  setp(buffer_.get(), buffer_.get() + kPiece);
+  if (size > 0) file_.write(buffer_.get(), size);
+  std::memmove(buffer_.get(), buffer_.get() + size, static_cast<std::size_t>(rest));
+  pbump(static_cast<int>(rest));
 }

@@ -15,7 +15,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 constexpr std::size_t kPage = 4096;
-constexpr std::size_t kPiece = 64 * kPage;
+constexpr std::size_t kPiece = 256 * kPage;
 
 /// A file that notes the sizes of the pieces that reach it. Takes `room` bytes, then fails, or
 /// throws when it was told to.

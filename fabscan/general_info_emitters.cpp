@@ -83,17 +83,17 @@ const VendorSpec_GeneralInfo* GeneralInfoOrDiagnostic(SourceWriter& writer, Fabs
 void SimInfoDumpCPP::GenerateFWInfo(std::ostream& out, const IBNode& node) const {
   SourceWriter writer(out);
   const auto* record = GeneralInfoOrDiagnostic(writer, m_fabscan, node, kSpecialForFWAndHW);
-  if (record != nullptr) WriteNodeBlock<kFWInfoFields>(writer, kFWInfo, record->FWInfo);
+  if (record != nullptr) WriteNodeBlock<kFWInfo, kFWInfoFields>(writer, record->FWInfo);
 }
 
 void SimInfoDumpCPP::GenerateHWInfo(std::ostream& out, const IBNode& node) const {
   SourceWriter writer(out);
   const auto* record = GeneralInfoOrDiagnostic(writer, m_fabscan, node, kSpecialForFWAndHW);
-  if (record != nullptr) WriteNodeBlock<kHWInfoFields>(writer, kHWInfo, record->HWInfo);
+  if (record != nullptr) WriteNodeBlock<kHWInfo, kHWInfoFields>(writer, record->HWInfo);
 }
 
 void SimInfoDumpCPP::GenerateSWInfo(std::ostream& out, const IBNode& node) const {
   SourceWriter writer(out);
   const auto* record = GeneralInfoOrDiagnostic(writer, m_fabscan, node, kSpecialForSW);
-  if (record != nullptr) WriteNodeBlock<kSWInfoFields>(writer, kSWInfo, record->SWInfo);
+  if (record != nullptr) WriteNodeBlock<kSWInfo, kSWInfoFields>(writer, record->SWInfo);
 }

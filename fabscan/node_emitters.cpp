@@ -115,7 +115,7 @@ void SimInfoDumpCPP::GenerateNodeInfo(std::ostream& out, const IBNode& node) con
     WriteDiagnostic(writer, "#error \"Failed to get NodeInfo mad for the node=", node.name, "\"");
     return;
   }
-  WriteNodeBlock<kNodeInfoFields>(writer, kNodeInfo, *record);
+  WriteNodeBlock<kNodeInfo, kNodeInfoFields>(writer, *record);
   writer.EndLine();
   writer.Line(kBodyIndent).Text("m_node->resizePortPkeyTable(mad_buffer.PartitionCap);");
 }
@@ -128,7 +128,7 @@ void SimInfoDumpCPP::GenerateSwitchInfo(std::ostream& out, const IBNode& node) c
     WriteDiagnostic(writer, "// Failed to get SwitchInfo mad for the node=", node.name);
     return;
   }
-  WriteNodeBlock<kSwitchInfoFields>(writer, kSwitchInfo, *record);
+  WriteNodeBlock<kSwitchInfo, kSwitchInfoFields>(writer, *record);
 }
 
 void SimInfoDumpCPP::GenerateExtendedSwitchInfo(std::ostream& out, const IBNode& node) const {
@@ -140,7 +140,7 @@ void SimInfoDumpCPP::GenerateExtendedSwitchInfo(std::ostream& out, const IBNode&
     WriteDiagnostic(writer, "// Failed to get VS ExtendedSwitchInfo mad for the node=", node.name);
     return;
   }
-  WriteNodeBlock<kExtendedSwitchInfoFields>(writer, kExtendedSwitchInfo, *record);
+  WriteNodeBlock<kExtendedSwitchInfo, kExtendedSwitchInfoFields>(writer, *record);
 }
 
 void SimInfoDumpCPP::GenerateRouterInfo(std::ostream& out, const IBNode& node) const {
@@ -154,7 +154,7 @@ void SimInfoDumpCPP::GenerateRouterInfo(std::ostream& out, const IBNode& node) c
     WriteDiagnostic(writer, "// Failed to get RouterInfo mad for the node=", node.name);
     return;
   }
-  WriteNodeBlock<kRouterInfoFields>(writer, kRouterInfo, *record);
+  WriteNodeBlock<kRouterInfo, kRouterInfoFields>(writer, *record);
 }
 
 void SimInfoDumpCPP::GenerateExtendedNodeInfo(std::ostream& out, const IBNode& node) const {
@@ -169,7 +169,7 @@ void SimInfoDumpCPP::GenerateExtendedNodeInfo(std::ostream& out, const IBNode& n
     WriteDiagnostic(writer, "// Failed to get VS ExtendedNodeInfo mad for the node=", node.name);
     return;
   }
-  WriteNodeBlock<kExtendedNodeInfoFields>(writer, kExtendedNodeInfo, *record);
+  WriteNodeBlock<kExtendedNodeInfo, kExtendedNodeInfoFields>(writer, *record);
 }
 
 void SimInfoDumpCPP::GeneratePrivateLFTInfo(std::ostream& out, const IBNode& node) const {
@@ -187,7 +187,7 @@ void SimInfoDumpCPP::GeneratePrivateLFTInfo(std::ostream& out, const IBNode& nod
     WriteDiagnostic(writer, "#error \"Failed to get PrivateLFTInfo mad for the node=", node.name);
     return;
   }
-  WriteNodeBlock<kPrivateLFTInfoFields>(writer, kPrivateLFTInfo, *record);
+  WriteNodeBlock<kPrivateLFTInfo, kPrivateLFTInfoFields>(writer, *record);
 }
 
 void SimInfoDumpCPP::GenerateARInfo(std::ostream& out, const IBNode& node) const {
@@ -204,5 +204,5 @@ void SimInfoDumpCPP::GenerateARInfo(std::ostream& out, const IBNode& node) const
     WriteDiagnostic(writer, "#error \"Failed to get VS ArInfo mad for the node=", node.name);
     return;
   }
-  WriteNodeBlock<kARInfoFields>(writer, kARInfo, *record);
+  WriteNodeBlock<kARInfo, kARInfoFields>(writer, *record);
 }

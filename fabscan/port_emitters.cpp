@@ -57,9 +57,11 @@ void WriteExtendedPortInfo(SourceWriter& writer, const SMP_TarnExtPortInfo* regu
     return;
   }
   const auto write_branch = [&](unsigned, const SMP_TarnExtPortInfo* record) {
-    WriteStatements<kExtendedPortInfoFields>(writer, kBranchIndent, *record);
+    writer.AtOnce([record](auto& to) {
+      WriteStatements<kExtendedPortInfoFields>(to, kBranchIndent, *record);
+    });
   };
-  WritePortLoop(writer, kExtendedPortInfoLoop, kExtendedPortInfo, [&] {
+  WritePortLoop<kExtendedPortInfo>(writer, kExtendedPortInfoLoop, [&] {
     WritePortSwitch(writer, kLoopIndent, special, write_branch, [&] { write_branch(0, regular); });
   });
 }
@@ -82,8 +84,10 @@ void SimInfoDumpCPP::GeneratePortInfoExtended(std::ostream& out,
     WriteDiagnostic(writer, "// Failed to dump PortInfoExtended MAD. Null pointer is provided.");
     return;
   }
-  WritePortLoop(writer, kPortInfoExtendedLoop, kPortInfoExtended,
-                [&] { WriteStatements<kPortInfoExtendedFields>(writer, kLoopIndent, *info); });
+  WritePortLoop<kPortInfoExtended>(writer, kPortInfoExtendedLoop, [&] {
+    writer.AtOnce(
+        [info](auto& to) { WriteStatements<kPortInfoExtendedFields>(to, kLoopIndent, *info); });
+  });
 }
 
 void SimInfoDumpCPP::GenerateExtendedPortInfo(std::ostream& out, const IBNode& node) const {
@@ -108,5 +112,7 @@ void SimInfoDumpCPP::GenerateExtendedPortInfo(
 void SimInfoDumpCPP::GenerateExtendedPortInfo(std::ostream& out, int indent,
                                               const SMP_TarnExtPortInfo* info) const {
   SourceWriter writer(out);
-  if (info != nullptr) WriteStatements<kExtendedPortInfoFields>(writer, indent, *info);
+  if (info == nullptr) return;
+  writer.AtOnce(
+      [indent, info](auto& to) { WriteStatements<kExtendedPortInfoFields>(to, indent, *info); });
 }

@@ -1,8 +1,8 @@
 #include <cstddef>
 #include <string_view>
-#include <vector>
 
 #include "attribute_block.h"
+#include "capability_names.h"
 #include "fabscan_sim_info_dump.h"
 #include "port_walk.h"
 
@@ -12,6 +12,9 @@ constexpr Target kPortInfo = {"SMP_PortInfo", "&m_node->nodePortsInfo[i]"};
 constexpr std::string_view kPortInfoLoop =
     "for (size_t i = 0; i < m_node->nodePortsInfo.size(); i++) {";
 
+/// Of the names of capability bits, so that the values stand in a column.
+constexpr std::size_t kNameWidth = 46;
+
 /// The port's mask without IsSM: a simulated port never claims to be a subnet manager.
 u_int32_t CapMskWithoutSM(const SMP_PortInfo& info) {
   return static_cast<u_int32_t>(info.CapMsk) & ~u_int32_t{2};
@@ -19,10 +22,11 @@ u_int32_t CapMskWithoutSM(const SMP_PortInfo& info) {
 
 // clang-format off
 
-constexpr Field<SMP_PortInfo> kCapMsk = {
-    "mad_buffer.CapMsk = 0x", [](const SMP_PortInfo& r) -> u_int64_t { return CapMskWithoutSM(r); }};
-constexpr Field<SMP_PortInfo> kCapMsk2 = FABSCAN_FIELD(SMP_PortInfo, CapMsk2);
-constexpr Field<SMP_PortInfo> kLinkWidthSup = FABSCAN_FIELD(SMP_PortInfo, LinkWidthSup);
+constexpr Field<SMP_PortInfo> kCapMsk[] = {
+    {"mad_buffer.CapMsk = 0x", [](const SMP_PortInfo& r) -> u_int64_t { return CapMskWithoutSM(r); }},
+};
+constexpr Field<SMP_PortInfo> kCapMsk2[] = {FABSCAN_FIELD(SMP_PortInfo, CapMsk2)};
+constexpr Field<SMP_PortInfo> kLinkWidthSup[] = {FABSCAN_FIELD(SMP_PortInfo, LinkWidthSup)};
 constexpr Field<SMP_PortInfo> kSpeedsAndMTU[] = {
     FABSCAN_FIELD(SMP_PortInfo, LinkSpeedExtSup2),
     FABSCAN_FIELD(SMP_PortInfo, LinkSpeedExtSup),
@@ -33,18 +37,14 @@ constexpr Field<SMP_PortInfo> kSpeedsAndMTU[] = {
 // clang-format on
 
 void WriteCapabilityNames(SourceWriter& writer, int indent, u_int32_t mask, bool is_cap_mask2) {
-  const std::vector<const char*>& names =
-      is_cap_mask2 ? SimInfoData::PortInfoCapMask2Bits : SimInfoData::PortInfoCapMaskBits;
-  constexpr std::string_view kSet = " = 1";
-  constexpr std::size_t kWidth = 50;
-
+  const BitNames& names = is_cap_mask2 ? kPortInfoCapMask2Names : kPortInfoCapMaskNames;
   writer.Line(indent).Text("// ---------- CapMask").Text(is_cap_mask2 ? "2" : "");
-  for (std::size_t bit = 0; bit < names.size(); ++bit) {
-    if (names[bit] == nullptr || ((mask >> (bit % 32)) & 1U) == 0) continue;
-    const std::string_view name = names[bit];
-    const std::size_t used = name.size() + kSet.size();
-    writer.Line(indent).Text("// ").Text(name);
-    writer.Indent(used < kWidth ? static_cast<int>(kWidth - used) : 0).Text(kSet);
+  for (std::size_t bit = 0; bit < names.count; ++bit) {
+    const PaddedText& name = names.names[bit];
+    if (name.c_str() == nullptr || ((mask >> (bit % 32)) & 1U) == 0) continue;
+    writer.AtOnce([indent, &name](auto& to) {
+      to.Line(indent).Text("// ").Padded(name, kNameWidth).Text(" = 1");
+    });
   }
 }
 
@@ -52,18 +52,20 @@ void WriteCapabilityNames(SourceWriter& writer, int indent, u_int32_t mask, bool
 void WriteValues(SourceWriter& writer, const SMP_PortInfo& info, int indent, bool with_cap_names,
                  bool with_link_width) {
   if (with_cap_names) WriteCapabilityNames(writer, indent, CapMskWithoutSM(info), false);
-  WriteStatement(writer.Line(indent), kCapMsk, info);
+  writer.AtOnce([indent, &info](auto& to) { WriteStatements<kCapMsk>(to, indent, info); });
   if (with_cap_names) {
     writer.EndLine();
     WriteCapabilityNames(writer, indent, info.CapMsk2, true);
   }
-  WriteStatement(writer.Line(indent), kCapMsk2, info);
-  writer.EndLine();
-  if (with_link_width) {
-    WriteStatement(writer.Line(indent), kLinkWidthSup, info);
-    writer.EndLine();
-  }
-  WriteStatements<kSpeedsAndMTU>(writer, indent, info);
+  writer.AtOnce([indent, with_link_width, &info](auto& to) {
+    WriteStatements<kCapMsk2>(to, indent, info);
+    to.EndLine();
+    if (with_link_width) {
+      WriteStatements<kLinkWidthSup>(to, indent, info);
+      to.EndLine();
+    }
+    WriteStatements<kSpeedsAndMTU>(to, indent, info);
+  });
 }
 
 template <class Marked>
@@ -75,7 +77,7 @@ void WriteSwitchLoop(SourceWriter& writer, const IBNode& node, const SMP_PortInf
         "#error \"Failed to dump PortInfo MAD. Zero and a regular ports must be provided.\"");
     return;
   }
-  WritePortLoop(writer, kPortInfoLoop, kPortInfo, [&] {
+  WritePortLoop<kPortInfo>(writer, kPortInfoLoop, [&] {
     writer.Line(kLoopIndent).Text("if (!i) {");
     WriteValues(writer, *port0, kBranchIndent, true, true);
     for (const auto& [number, info] : special) {
@@ -94,8 +96,8 @@ void WriteAdapterLoop(SourceWriter& writer, const SMP_PortInfo* regular) {
     WriteDiagnostic(writer, "#error \"Failed to dump PortInfo MAD. Null pointer is provided.\"");
     return;
   }
-  WritePortLoop(writer, kPortInfoLoop, kPortInfo,
-                [&] { WriteValues(writer, *regular, kLoopIndent, true, true); });
+  WritePortLoop<kPortInfo>(writer, kPortInfoLoop,
+                           [&] { WriteValues(writer, *regular, kLoopIndent, true, true); });
 }
 
 }  // namespace

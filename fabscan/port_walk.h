@@ -4,7 +4,6 @@
 #include <infiniband/fabscan/fabscan.h>
 
 #include <array>
-#include <bitset>
 #include <cstddef>
 #include <type_traits>
 #include <utility>
@@ -58,39 +57,56 @@ template <class Number, class Value, std::size_t Size>
 class NumberedMap {
  public:
   void Set(std::size_t number, const Value& value) {
-    values_[number] = value;
-    present_.set(number);
+    slots_[number].value = value;
+    present_[number / kWordBits] |= u_int64_t{1} << (number % kWordBits);
   }
-  bool empty() const { return present_.none(); }
+  bool empty() const { return NextFrom(0) == Size; }
 
   class Iterator {
    public:
-    Iterator(const NumberedMap& map, std::size_t number) : map_(map), number_(number) { Skip(); }
+    Iterator(const NumberedMap& map, std::size_t number) : map_(map), number_(number) {}
     std::pair<Number, const Value&> operator*() const {
-      return {static_cast<Number>(number_), map_.values_[number_]};
+      return {static_cast<Number>(number_), map_.slots_[number_].value};
     }
     Iterator& operator++() {
-      ++number_;
-      Skip();
+      number_ = map_.NextFrom(number_ + 1);
       return *this;
     }
     bool operator!=(const Iterator& other) const { return number_ != other.number_; }
 
    private:
-    void Skip() {
-      while (number_ < Size && !map_.present_[number_]) ++number_;
-    }
-
     const NumberedMap& map_;
     std::size_t number_;
   };
 
-  Iterator begin() const { return {*this, 0}; }
+  Iterator begin() const { return {*this, NextFrom(0)}; }
   Iterator end() const { return {*this, Size}; }
 
  private:
-  std::array<Value, Size> values_;
-  std::bitset<Size> present_;
+  static constexpr std::size_t kWordBits = 64;
+
+  // Nothing is made in a slot before it is set: a map of 256 maps would be a long way to go.
+  union Slot {
+    Slot() {}
+    Value value;
+  };
+  static_assert(std::is_trivially_copyable_v<Value>);
+
+  /// The first number there is from this one on; `Size` where there is none.
+  std::size_t NextFrom(std::size_t number) const {
+    std::size_t word = number / kWordBits;
+    if (word >= kWords) return Size;
+    u_int64_t bits = present_[word] >> (number % kWordBits) << (number % kWordBits);
+    while (bits == 0) {
+      if (++word == kWords) return Size;
+      bits = present_[word];
+    }
+    return word * kWordBits + static_cast<std::size_t>(__builtin_ctzll(bits));
+  }
+
+  static constexpr std::size_t kWords = (Size + kWordBits - 1) / kWordBits;
+  u_int64_t present_[kWords] = {};
+  std::array<Slot, Size> slots_;
 };
 
 template <class Record>
@@ -100,6 +116,19 @@ bool IsEmpty(const Record* record) {
 template <class Map>
 bool IsEmpty(const Map& map) {
   return map.empty();
+}
+
+/// Has the record on its way from memory by the time that it is written.
+template <class Record>
+void FetchAhead(const Record* record) {
+  constexpr std::size_t kCacheLine = 64;
+  for (std::size_t at = 0; at < sizeof(Record); at += kCacheLine) {
+    __builtin_prefetch(reinterpret_cast<const char*>(record) + at);
+  }
+}
+template <class Map>
+void FetchAhead(const Map& map) {
+  for (const auto& entry : map) FetchAhead(entry.second);
 }
 
 /// The ports of one node that have a value, as they are told apart. A value is a record, or a map
@@ -120,9 +149,11 @@ PortGroups<Value> GroupPorts(const IBNode& node, ValueOf value_of) {
     if (IsEmpty(value)) continue;
     if (port.isFNMPort() || port.isFNM1Port() || port.isSpecialPort()) {
       groups.marked.Set(port.num, value);
+      FetchAhead(value);
     } else if (IsEmpty(groups.regular)) {
       groups.regular_port = port.num;
       groups.regular = value;
+      FetchAhead(value);
     }
   }
   return groups;
@@ -133,18 +164,20 @@ PortGroups<Value> GroupPorts(const IBNode& node, ValueOf value_of) {
 template <class Marked, class WriteBranch, class WriteDefault>
 void WritePortSwitch(SourceWriter& writer, int case_indent, const Marked& marked,
                      WriteBranch write_branch, WriteDefault write_default) {
-  writer.Line(kLoopIndent).Text("switch (i) {");
+  writer.AtOnce([](auto& to) { to.Line(kLoopIndent).Text("switch (i) {"); });
   for (const auto& [number, value] : marked) {
     if constexpr (std::is_pointer_v<std::decay_t<decltype(value)>>) {
       if (value == nullptr) continue;
     }
-    writer.Line(case_indent).Text("case ").Decimal(number).Text(":");
+    writer.AtOnce([case_indent, port = unsigned{number}](auto& to) {
+      to.Line(case_indent).Text("case ").Decimal(port).Text(":");
+    });
     write_branch(number, value);
-    writer.Line(kBranchIndent).Text("break;");
+    writer.AtOnce([](auto& to) { to.Line(kBranchIndent).Text("break;"); });
   }
-  writer.Line(kLoopIndent).Text("default:");
+  writer.AtOnce([](auto& to) { to.Line(kLoopIndent).Text("default:"); });
   write_default();
-  writer.Line(kLoopIndent).Text("}");
+  writer.AtOnce([](auto& to) { to.Line(kLoopIndent).Text("}"); });
 }
 
 #endif

@@ -476,7 +476,7 @@ TEST_F(Facade, IsNotAskedToCloseWhenItsStreamThrows) {
                                   recording::answers.output_folder + "/mydev_generated.cpp");
   IBNode& node = Node(IB_SW_NODE, 1);
   fabscan_.discovered_fabric.NodeByName["N"] = &node;
-  for (const std::size_t length : {1'000U, 200'000U}) {
+  for (const std::size_t length : {1'000U, 2'000'000U}) {
     node.name.assign(length, 'n');
     for (const auto mask : {std::ios::badbit, std::ios::failbit | std::ios::badbit}) {
       recording::answers.stream_exceptions = mask;

@@ -53,23 +53,25 @@ using CounterSets = NumberedMap<u_int32_t, const WrenReductionCounters*, kCounte
 void WriteCounterSet(SourceWriter& writer, int indent, unsigned port, unsigned index,
                      const WrenReductionCounters& record) {
   const int inner = indent + 4;
-  writer.Line(indent).Text("{");
-  // A shorter type name than the record's; simulators declare it so.
-  writer.Line(indent).Text("WrenReductCounters mad_buffer = {0};");
-  writer.Line(indent).Text(
-      "const ib_wren_reduction_counters_t *p_ctr = m_node->getWrenReductionCounters(");
-  writer.Decimal(port).Text(", ").Decimal(index).Text(", lean_pipe);");
-  writer.Line(indent).Text("if (p_ctr) {");
-  writer.Line(inner).Text("ib_wren_reduction_counters_t ctr = *p_ctr;").EndLine();
-  WriteConversion(writer, inner, kCounters, "_unpack");
-  writer.EndLine();
-  WriteStatements<kCounterFields>(writer, inner, record);
-  WritePack(writer, inner, kCounters);
-  writer.EndLine();
-  writer.Line(inner).Text("m_node->setWrenReductionCounters(");
-  writer.Decimal(port).Text(", ").Decimal(index).Text(", lean_pipe, &ctr);");
-  writer.Line(indent).Text("}");
-  writer.Line(indent).Text("}");
+  writer.AtOnce([=, &record](auto& to) {
+    to.Line(indent).Text("{");
+    // A shorter type name than the record's; simulators declare it so.
+    to.Line(indent).Text("WrenReductCounters mad_buffer = {0};");
+    to.Line(indent).Text(
+        "const ib_wren_reduction_counters_t *p_ctr = m_node->getWrenReductionCounters(");
+    to.Decimal(port).Text(", ").Decimal(index).Text(", lean_pipe);");
+    to.Line(indent).Text("if (p_ctr) {");
+    to.Line(inner).Text("ib_wren_reduction_counters_t ctr = *p_ctr;").EndLine();
+    WriteConversion(to, inner, kCounters, "_unpack");
+    to.EndLine();
+    WriteStatements<kCounterFields>(to, inner, record);
+    WritePack(to, inner, kCounters);
+    to.EndLine();
+    to.Line(inner).Text("m_node->setWrenReductionCounters(");
+    to.Decimal(port).Text(", ").Decimal(index).Text(", lean_pipe, &ctr);");
+    to.Line(indent).Text("}");
+    to.Line(indent).Text("}");
+  });
 }
 
 template <class Sets>
@@ -105,10 +107,10 @@ void WriteCounterLoop(SourceWriter& writer, unsigned normal_port, const Sets* no
 
 // ---------- Push reduction counters ----------
 
-#define FABSCAN_SETTER(member)                                                   \
-  {                                                                              \
-    "wrapper.set_" #member "(0x",                                                \
-        [](const WrenPushReductionCounters& r) -> u_int64_t { return r.member; } \
+#define FABSCAN_SETTER(member)                                                         \
+  {                                                                                    \
+    "wrapper.set_" #member "(0x",                                                      \
+        [](const WrenPushReductionCounters& r) -> u_int64_t { return r.member; }, ");" \
   }
 
 // clang-format off
@@ -142,17 +144,19 @@ constexpr Target kUndeclaredPack = {"SMP_TarnExtPortInfo", "&m_node->nodeExtPort
 /// and MLID; the second is the pull counters' setter, which takes the view as well.
 void WritePushCounters(SourceWriter& writer, int indent, const WrenPushReductionCounters& record) {
   const int inner = indent + 4;
-  writer.Line(indent).Text("WrenPushReductionCounters mad_buffer = {0};");
-  writer.Line(indent).Text(
-      "const WrenPushReductionCounters_view_t *p_ctr = m_node->getWrenPushReductionCounters(");
-  writer.Decimal(record.port_select).Text(", ").Decimal(record.mlid).Text(");");
-  writer.Line(indent).Text("if (p_ctr) {");
-  writer.Line(inner).Text("WrenPushReductionCounters_view_t wrapper = *p_ctr;");
-  WriteStatements<kPushCounterSetters>(writer, inner, record, ");");
-  writer.EndLine();
-  writer.Line(inner).Text("m_node->setWrenReductionCounters(");
-  writer.Decimal(record.port_select).Text(", ").Decimal(record.mlid).Text(", &wrapper);");
-  writer.Line(indent).Text("}");
+  writer.AtOnce([=, &record](auto& to) {
+    to.Line(indent).Text("WrenPushReductionCounters mad_buffer = {0};");
+    to.Line(indent).Text(
+        "const WrenPushReductionCounters_view_t *p_ctr = m_node->getWrenPushReductionCounters(");
+    to.Decimal(record.port_select).Text(", ").Decimal(record.mlid).Text(");");
+    to.Line(indent).Text("if (p_ctr) {");
+    to.Line(inner).Text("WrenPushReductionCounters_view_t wrapper = *p_ctr;");
+    WriteStatements<kPushCounterSetters>(to, inner, record);
+    to.EndLine();
+    to.Line(inner).Text("m_node->setWrenReductionCounters(");
+    to.Decimal(record.port_select).Text(", ").Decimal(record.mlid).Text(", &wrapper);");
+    to.Line(indent).Text("}");
+  });
 }
 
 template <class Marked>
@@ -220,7 +224,8 @@ void SimInfoDumpCPP::GenerateWrenReductionCounters(
 void SimInfoDumpCPP::GenerateWrenReductionCounters(std::ostream& out, int indent,
                                                    const WrenReductionCounters* record) const {
   SourceWriter writer(out);
-  if (record != nullptr) WriteStatements<kCounterFields>(writer, indent, *record);
+  if (record == nullptr) return;
+  writer.AtOnce([=](auto& to) { WriteStatements<kCounterFields>(to, indent, *record); });
 }
 
 void SimInfoDumpCPP::GenerateWrenPushReductionCounters(std::ostream& out,

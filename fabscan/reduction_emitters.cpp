@@ -44,8 +44,11 @@ constexpr Field<WrenReductionPortInfo> kReductionPortCapabilityMask =
 
 /// Reaches the file at once, port by port.
 void WriteReductionPortInfo(SourceWriter& writer, int indent, const WrenReductionPortInfo& record) {
-  writer.EndLineAndFlush().Indent(indent);
-  WriteStatement(writer, kReductionPortCapabilityMask, record);
+  writer.EndLineAndFlush();
+  writer.AtOnce([indent, &record](auto& to) {
+    const auto& field = kReductionPortCapabilityMask;
+    to.Indent(indent).Text(field.before).Hex(field.value(record)).Text(field.after);
+  });
 }
 
 template <class Marked>
@@ -59,7 +62,7 @@ void WriteReductionPortLoop(SourceWriter& writer, const WrenReductionPortInfo* d
   const auto write_branch = [&](unsigned, const WrenReductionPortInfo* record) {
     WriteReductionPortInfo(writer, kBranchIndent, *record);
   };
-  WritePortLoop(writer, kReductionPortLoop, kReductionPortInfo, [&] {
+  WritePortLoop<kReductionPortInfo>(writer, kReductionPortLoop, [&] {
     WritePortSwitch(writer, kLoopIndent, special_records, write_branch,
                     [&] { write_branch(0, default_record); });
   });
@@ -79,7 +82,7 @@ void SimInfoDumpCPP::GenerateVSReductionManagerClassPortInfo(std::ostream& out,
                     "#error \"Failed to get VS IB_ClassPortInfo mad for the node=", node.name);
     return;
   }
-  WriteNodeBlock<kClassPortInfoFields>(writer, kClassPortInfo, *record);
+  WriteNodeBlock<kClassPortInfo, kClassPortInfoFields>(writer, *record);
 }
 
 void SimInfoDumpCPP::GenerateWrenReductionInfo(std::ostream& out, const IBNode& node) const {
@@ -93,7 +96,7 @@ void SimInfoDumpCPP::GenerateWrenReductionInfo(std::ostream& out, const IBNode& 
                     "#error \"Failed to get WrenReductionInfo mad for the node=", node.name);
     return;
   }
-  WriteNodeBlock<kReductionInfoFields>(writer, kReductionInfo, *record);
+  WriteNodeBlock<kReductionInfo, kReductionInfoFields>(writer, *record);
 }
 
 void SimInfoDumpCPP::GenerateWrenReductionPortInfo(std::ostream& out, const IBNode& node) const {
