@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "source_writer.h"
+
 namespace fabscan {
 namespace {
 
@@ -150,6 +152,117 @@ TEST_F(GatheringBufferTest, PassesOnWhatTheFileThrowsAndGoesQuietly) {
     out << "pending";
   }
   EXPECT_EQ(pieces.str(), Text(kPiece));
+}
+
+TEST_F(GatheringBufferTest, IsFoundUnderAStream) {
+  GatheringBuffer gathered(file);
+  std::ostream out(&gathered);
+  EXPECT_EQ(GatheringBuffer::Of(out), &gathered);
+  EXPECT_EQ(GatheringBuffer::Of(file), nullptr);
+  EXPECT_EQ(GatheringBuffer::Of(std::ostream(nullptr)), nullptr);
+}
+
+TEST_F(GatheringBufferTest, HasWhatAWriterWritesAtOnce) {
+  GatheringBuffer gathered(file);
+  std::ostream out(&gathered);
+  const char* const begin = gathered.Next();
+  {
+    SourceWriter writer(out);
+    writer.Text("abc");
+    EXPECT_EQ(std::string(begin, 3), "abc");
+  }
+  EXPECT_EQ(gathered.Next(), begin + 3);
+  out << "def";
+  SourceWriter(out).Text("ghi");
+  EXPECT_TRUE(gathered.HandOver());
+  EXPECT_EQ(pieces.str(), "abcdefghi");
+}
+
+// Wherever the piece ends in what one writer writes, and between two.
+TEST_F(GatheringBufferTest, TakesWhatWritersWriteBeyondThePiece) {
+  constexpr std::size_t kLine = 1 + 4 + 8 + kMostHexDigits + 1;
+  const std::string line = "\n    value = 123456789abcdef0;";
+  for (std::size_t room = 0; room < 2 * kLine; ++room) {
+    pieces.str("");
+    pieces.sizes.clear();
+    GatheringBuffer gathered(file);
+    std::ostream out(&gathered);
+    const std::string before = Text(kPiece - room);
+    SourceWriter(out).Text(before);
+    std::string expected = before;
+    for (int i = 0; i < 1000; ++i) {
+      SourceWriter writer(out);
+      writer.AtOnce([](auto& to) {
+        to.Line(4).Text("value = ").Hex(0x123456789abcdef0).Text(";");
+        to.Line(4).Text("value = ").Hex(0x123456789abcdef0).Text(";");
+      });
+      writer.Line(4).Text("value = ").Hex(0x123456789abcdef0).Text(";");
+      for (int line_count = 0; line_count < 3; ++line_count) expected += line;
+    }
+    EXPECT_TRUE(gathered.HandOver());
+    ASSERT_EQ(pieces.str(), expected) << room;
+    EXPECT_EQ(pieces.sizes.front(), kPiece);
+    EXPECT_EQ(pieces.sizes.size(), 2U);
+  }
+}
+
+TEST_F(GatheringBufferTest, TakesAWritersTextsOfAnyLength) {
+  for (const std::size_t size : {kPiece - 1, kPiece, kPiece + GatheringBuffer::kSlack,
+                                 kPiece + GatheringBuffer::kSlack + 1, 3 * kPiece + 5}) {
+    pieces.str("");
+    GatheringBuffer gathered(file);
+    std::ostream out(&gathered);
+    const std::string text = Text(size);
+    SourceWriter(out).Text("a").Text(text).Text("b").Indent(20'000).Text(text);
+    out << text << 'c';
+    EXPECT_TRUE(gathered.HandOver());
+    EXPECT_EQ(pieces.str(), "a" + text + "b" + std::string(20'000, ' ') + text + text + 'c');
+  }
+}
+
+TEST_F(GatheringBufferTest, TellsAWritersStreamThatTheFileFailed) {
+  pieces.room = kPiece;
+  GatheringBuffer gathered(file);
+  std::ostream out(&gathered);
+  SourceWriter(out).Text(Text(kPiece + GatheringBuffer::kSlack));
+  EXPECT_TRUE(out.good());
+  SourceWriter(out).Text("a");
+  EXPECT_TRUE(out.good());
+  SourceWriter(out).Text(Text(2 * kPiece));
+  EXPECT_TRUE(out.bad());
+  SourceWriter(out).Text(Text(5 * kPiece)).Text("b");
+  EXPECT_FALSE(gathered.HandOver());
+  EXPECT_EQ(pieces.str(), Text(kPiece));
+}
+
+TEST_F(GatheringBufferTest, PassesWhatTheFileThrowsThroughAWriter) {
+  pieces.room = kPiece;
+  pieces.throws = true;
+  file.exceptions(std::ios::badbit);
+  {
+    GatheringBuffer gathered(file);
+    std::ostream out(&gathered);
+    out.exceptions(std::ios::badbit);
+    EXPECT_THROW(SourceWriter(out).Text(Text(4 * kPiece)), std::runtime_error);
+    EXPECT_NO_THROW(SourceWriter(out).Text("pending"));
+  }
+  EXPECT_EQ(pieces.str(), Text(kPiece));
+}
+
+TEST_F(GatheringBufferTest, KeepsWhatAWriterWroteBeforeAnExceptionOfItsCaller) {
+  {
+    GatheringBuffer gathered(file);
+    std::ostream out(&gathered);
+    EXPECT_THROW(
+        {
+          SourceWriter writer(out);
+          writer.Text("before").EndLine();
+          throw 1;
+        },
+        int);
+    SourceWriter(out).Text("after");
+  }
+  EXPECT_EQ(pieces.str(), "before\nafter");
 }
 
 }  // namespace

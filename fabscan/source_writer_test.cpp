@@ -96,6 +96,31 @@ TEST(SourceWriter, IndentsByNothingWhereTheNumberIsNegative) {
   }
 }
 
+// The functions that write unchecked write what the checked ones do.
+TEST(SourceWriter, WritesTheSameAtOnce) {
+  static constexpr PaddedText kName("Name");
+  const auto write_all = [](auto& to) {
+    to.Text("text").Text({}).Line(0).Indent(1).Hex(0).Line(16).Hex(kMost).Text(" ");
+    to.Decimal(0).Text(" ").Decimal(9).Text(" ").Decimal(10).Text(" ").Decimal(99).Text(" ");
+    to.Decimal(100).Text(" ").Decimal(4294967295U).EndLine();
+    to.Padded(kName, 0).Text("|").Padded(kName, 4).Text("|").Padded(kName, 5).Text("|");
+    to.Padded(kName, PaddedText::kMost).Text("|");
+  };
+  const std::string expected =
+      "text\n 0\n" + std::string(16, ' ') + "ffffffffffffffff 0 9 10 99 100 4294967295\n" +
+      "Name|Name|Name |Name" + std::string(PaddedText::kMost - 4, ' ') + "|";
+  EXPECT_EQ(Written([&](SourceWriter& writer) { write_all(writer); }), expected);
+  EXPECT_EQ(Written([&](SourceWriter& writer) { writer.AtOnce(write_all); }), expected);
+}
+
+TEST(SourceWriter, WritesMoreAtOnceThanThereIsRoomFor) {
+  const std::string text(SourceWriter::kCapacity + 1, 'x');
+  EXPECT_EQ(Written([&](SourceWriter& writer) {
+              writer.Text("a").AtOnce([&](auto& to) { to.Text(text).Line(1).Text(text); });
+            }),
+            'a' + text + "\n " + text);
+}
+
 TEST(SourceWriter, TakesTextsOfAnyLengthAtAnyPlace) {
   constexpr std::size_t kCapacity = SourceWriter::kCapacity;
   for (const std::size_t before : {std::size_t{0}, std::size_t{1}, kCapacity - 1, kCapacity}) {
