@@ -2,6 +2,8 @@
 
 #include <harmless_name.h>
 
+#include "json_text.h"
+
 namespace fabscan {
 
 namespace {
@@ -67,19 +69,18 @@ json::array TakeArray(json::value value) {
 
 bool TakeBool(json::value value) { return TakeTyped(value.get_bool(), value, "true or false"); }
 
-std::string_view TakeText(json::value value) {
-  return TakeTyped(value.get_string(), value, "text");
+std::string TakeText(json::value value) {
+  return Unescaped(TakeTyped(value.get_raw_json_string(), value, "text"));
 }
 
 std::string TakeName(json::value value) {
   const std::string_view token = value.raw_json_token();
-  if (token.empty() || token.front() != '{') return std::string(TakeText(value));
+  if (token.empty() || token.front() != '{') return TakeText(value);
   std::string name;
   std::size_t keys = 0;
   for (auto item : TakeObject(value)) {
     json::field field = Take(std::move(item));
-    const std::string_view key = Take(field.unescaped_key());
-    if (key != "escaped" || ++keys > 1) {
+    if (Unescaped(field.key()) != "escaped" || ++keys > 1) {
       throw Malformed("must be text, or one object {\"escaped\": text}");
     }
     name = OriginalName(TakeText(field.value()));
@@ -95,7 +96,7 @@ void RefuseNumber(json::value value, unsigned bits) {
     if (Token(value).find('\\') != std::string_view::npos) {
       throw Malformed("must be " + wanted + ", without escapes");
     }
-    const std::string_view text = TakeText(value);
+    const std::string text = TakeText(value);
     if (IsHexText(text)) RefuseWidth(Quoted(text), bits);
     throw Malformed("must be " + wanted + ", not the text " + Quoted(text));
   }

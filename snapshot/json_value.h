@@ -33,8 +33,7 @@ T Take(simdjson::simdjson_result<T> result) {
 json::object TakeObject(json::value value);
 json::array TakeArray(json::value value);
 bool TakeBool(json::value value);
-/// Valid until the line is rewound.
-std::string_view TakeText(json::value value);
+std::string TakeText(json::value value);
 /// A name as the device gave it: text, or `{"escaped": text}`, where %XX stands for a byte.
 std::string TakeName(json::value value);
 
@@ -63,7 +62,7 @@ inline u_int64_t TakeNumber(json::value value, unsigned bits) {
 
 template <class Value, std::size_t N>
 Value TakeWord(json::value value, const Word<Value> (&words)[N]) {
-  const std::string_view given = TakeText(value);
+  const std::string given = TakeText(value);
   std::vector<std::string_view> texts;
   for (const Word<Value>& word : words) {
     if (word.text == given) return word.value;

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "json_text.h"
 #include "json_value.h"
 #include "record_fields.h"
 
@@ -40,7 +41,7 @@ class KnownKeys {
     for (std::size_t i = next_; i < count; ++i) {
       if (key.unsafe_is_equal(NameOf(*(std::begin(list_) + i)))) return Mark(i);
     }
-    return Mark(Search(Take(field.unescaped_key())));
+    return Mark(Search(Unescaped(key)));
   }
 
   /// Bit i: entry i was found.

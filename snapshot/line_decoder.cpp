@@ -4,6 +4,7 @@
 #include <harmless_name.h>
 
 #include "attribute_decoder.h"
+#include "json_text.h"
 #include "known_keys.h"
 
 namespace fabscan {
@@ -85,7 +86,7 @@ SnapshotHeader LineDecoder::DecodeHeader(json::document& line) {
   bool is_header = false;
   for (auto item : TakeLine(line)) {
     json::field field = Take(std::move(item));
-    is_header |= Take(field.unescaped_key()) == kHeaderKeys[kVersion];
+    is_header |= Unescaped(field.key()) == kHeaderKeys[kVersion];
   }
   if (!is_header) throw Malformed(kNoSnapshot);
   line.rewind();

@@ -15,8 +15,6 @@ std::string Complaint(simdjson::error_code error) {
   switch (error) {
     case simdjson::UTF8_ERROR:
       return "the line is not UTF-8 text; save it as UTF-8";
-    case simdjson::MEMALLOC:
-      throw std::bad_alloc();
     case simdjson::STRING_ERROR:
       return "not JSON: text with an escape that does not exist; correct it";
     case simdjson::UNCLOSED_STRING:
@@ -81,6 +79,7 @@ class SnapshotReader {
     } catch (const Malformed& malformed) {
       FailAtKey(malformed.what());
     } catch (const simdjson::simdjson_error& error) {
+      if (error.error() == simdjson::MEMALLOC) throw std::bad_alloc();
       if (lines_.number() == 1) Fail(kNoSnapshot);
       FailAtKey(Complaint(error.error()));
     }
