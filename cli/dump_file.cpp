@@ -30,6 +30,7 @@ DumpSummary Summarise(const StagedOutput& output) {
     if (generated_text.eof()) return summary;
   } catch (const GeneratedFileError&) {
     if (generated_text.good()) throw;
+  } catch (const std::ios_base::failure&) {  // told below
   }
   throw CommandError(fmt::format("{}: cannot read what was written; try again", output.path()));
 }

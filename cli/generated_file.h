@@ -43,10 +43,14 @@ class GeneratedFileError : public std::runtime_error {
 /// Reads a generated file node by node.
 class GeneratedFileReader {
  public:
-  /// `text` outlives the reader.
-  explicit GeneratedFileReader(std::istream& text) : text_(text) {}
+  /// `text` outlives the reader, and from now on throws where reading fails, so that a shortage of
+  /// memory is not taken for the end of the file.
+  explicit GeneratedFileReader(std::istream& text) : text_(text) {
+    text_.exceptions(std::ios::badbit);
+  }
 
-  /// Fills `node` with the next one; false at the end of the file. Throws GeneratedFileError.
+  /// Fills `node` with the next one; false at the end of the file. Throws GeneratedFileError, and
+  /// what the stream throws.
   bool Next(GeneratedNode& node);
 
  private:

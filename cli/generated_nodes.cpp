@@ -53,6 +53,15 @@ std::vector<const IBNode*> SelectedNodes(const IBFabric& fabric, const std::set<
   return nodes;
 }
 
+/// False also where the file cannot be read.
+bool TakeNext(GeneratedFileReader& reader, GeneratedNode& node) {
+  try {
+    return reader.Next(node);
+  } catch (const std::ios_base::failure&) {
+    return false;
+  }
+}
+
 }  // namespace
 
 void ForEachGeneratedNode(Fabscan& fabscan, const std::set<u_int64_t>& guids,
@@ -74,7 +83,7 @@ void ForEachGeneratedNode(Fabscan& fabscan, const std::set<u_int64_t>& guids,
     GeneratedFileReader reader(text);
     GeneratedNode generated;
     for (std::size_t i = begin; i < end; ++i) {
-      if (!reader.Next(generated) || generated.guid != nodes[i]->guid) {
+      if (!TakeNext(reader, generated) || generated.guid != nodes[i]->guid) {
         throw CommandError(scratch.file() + ": cannot read what was written; try again");
       }
       visit(*nodes[i], generated);

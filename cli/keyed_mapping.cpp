@@ -4,6 +4,7 @@
 #include <sodium.h>
 
 #include <cstring>
+#include <new>
 #include <stdexcept>
 
 namespace fabscan {
@@ -33,7 +34,7 @@ KeyedMapping::KeyedMapping(std::string_view secret) : key_{} {
   if (crypto_pwhash(key_.data(), key_.size(), secret.data(), secret.size(), kSalt,
                     crypto_pwhash_OPSLIMIT_INTERACTIVE, crypto_pwhash_MEMLIMIT_INTERACTIVE,
                     crypto_pwhash_ALG_ARGON2ID13) != 0) {
-    throw std::runtime_error("not enough memory to make a key");
+    throw std::bad_alloc();  // the only way to fail here
   }
 }
 

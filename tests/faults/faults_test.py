@@ -16,7 +16,7 @@ import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
 
-from command_line import DONE, EXAMPLES, FAILED, CommandTest, main, snapshot, switch
+from command_line import DONE, EXAMPLES, FAILED, INCOMPLETE, WRONG_USAGE, CommandTest, main, snapshot, switch
 
 PARTIAL = EXAMPLES / "partial.fabscan.jsonl"
 OUT = "mydev_generated.cpp"
@@ -54,16 +54,21 @@ class FaultTest(CommandTest):
                 return
             yield run
 
-    def assert_one_error(self, run):
-        self.assertEqual(run.returncode, FAILED, run.fault)
+    def assert_one_error(self, run, status=FAILED):
+        self.assertEqual(run.returncode, status, run.fault)
         self.assertRegex(run.stderr, r"\Afabscan: error: [^\n]+\n\Z", run.fault)
         self.assertNotIn("unexpected", run.stderr, run.fault)
 
 
-class Faults(FaultTest):
+class OneFileTest(FaultTest):
+    """A dump of one small snapshot, over an earlier file."""
+
+    snapshot = PARTIAL
+
     def setUp(self):
         super().setUp()
-        self.command = DUMP + ("--output-dir", "out")
+        self.command = ("dump", self.snapshot, "--prefix", "MyDev", "--force",
+                        "--output-dir", "out")
         run = self.run_command(*self.command)
         self.assertEqual(run.returncode, DONE, run.stderr)
         self.whole = self.output()
@@ -89,6 +94,8 @@ class Faults(FaultTest):
         self.assertEqual(self.output(), self.whole)
         self.assert_nothing_else()
 
+
+class Faults(OneFileTest):
     def test_a_write_fails(self):
         for number in (errno.ENOSPC, errno.EDQUOT, errno.EIO, errno.EFBIG):
             for run in self.every_call("write", number):
@@ -237,6 +244,64 @@ class OnePerModel(FaultTest):
                 for run in self.every_call(call, f"signal {int(number)}"):
                     self.assertEqual(run.returncode, -number, run.fault)
                     self.assertTrue(self.is_done() or self.is_as_before(), run.fault)
+
+
+class OutOfMemory(OneFileTest):
+    """One allocation fails, or all from there on, for every one of a small run. Those before main
+    are left out: the loader and the libraries end the program there by themselves."""
+
+    def setUp(self):
+        self.snapshot = "small"
+        super().setUp()
+
+    def run_command(self, *arguments, **more):
+        self.put("small", snapshot(switch()))
+        return super().run_command(*arguments, **more)
+
+    def every_allocation(self, done=DONE, failure=FAILED, **more):
+        """Every run that met it; where the command did not do without, it says what it lacks."""
+        failed = 0
+        for run in self.every_call("malloc", errno.ENOMEM, **more):
+            if run.returncode != done:
+                failed += 1
+                self.assert_one_error(run, failure)
+                # The file stream that the file is read back with keeps its reasons to itself.
+                self.assertRegex(run.stderr, "memory|cannot read what was written", run.fault)
+            yield run
+        self.assertGreater(failed, 500)
+
+    def check_dump(self, **more):
+        for run in self.every_allocation(**more):
+            # Telling of it fails too, when the file is in its place already.
+            allowed = [self.whole] + [EARLIER.splitlines()] * (run.returncode != DONE)
+            self.assertIn(self.output(), allowed, run.fault)
+            self.assert_nothing_else()
+
+    def test_one_allocation_fails(self):
+        self.check_dump()
+
+    def test_no_allocation_succeeds_from_there_on(self):
+        self.check_dump(onwards=True)
+
+    def check_command(self, *command, **statuses):
+        for run in self.every_allocation(command=command, **statuses):
+            self.assertEqual(set(self.entries()) - {"new", "out", "reached", "small"}, set(),
+                             run.fault)
+
+    def test_one_allocation_of_another_command_fails(self):
+        self.check_command("show", "small")
+        self.check_command("check", "small", done=INCOMPLETE)
+        self.check_command("diff", "small", "small", failure=WRONG_USAGE)
+
+    def test_one_allocation_of_anonymise_fails(self):
+        command = ("anonymise", "small", "--key", "a key of our own", "--output", "new", "--force")
+        self.assertEqual(self.run_command(*command).returncode, DONE)
+        new = self.folder / "new"
+        whole = new.read_text()
+        for run in self.every_allocation(command=command):
+            self.assertEqual(set(self.entries()) - {"new", "out", "reached", "small"}, set(),
+                             run.fault)
+            self.assertEqual(new.read_text(), whole, run.fault)
 
 
 if __name__ == "__main__":
