@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <csignal>
+#include <cstring>
 #include <exception>
 #include <iostream>
 #include <map>
@@ -113,6 +114,11 @@ ExitStatus FinishStandardOutput(ExitStatus status) {
   return kFailed;
 }
 
+/// As diff has it, where 1 says that there are differences.
+ExitStatus FailureOf(int argc, char** argv) {
+  return argc > 1 && std::strcmp(argv[1], "diff") == 0 ? kWrongUsage : kFailed;
+}
+
 }  // namespace
 
 }  // namespace fabscan
@@ -123,6 +129,6 @@ int main(int argc, char** argv) {
     return fabscan::FinishStandardOutput(fabscan::RunReportingErrors(argc, argv));
   } catch (const std::bad_alloc&) {  // of the command, or of telling what failed
     fabscan::PrintOutOfMemory();
-    return fabscan::kFailed;
+    return fabscan::FailureOf(argc, argv);
   }
 }
