@@ -1,4 +1,5 @@
-// fabscan-make-fabric: a snapshot of a made fabric, for measuring and for trying things out.
+// fabscan-make-fabric: a snapshot, or a discovery cache, of a made fabric, for measuring and for
+// trying things out.
 
 #include <fmt/format.h>
 #include <snapshot.h>
@@ -8,11 +9,12 @@
 #include <iostream>
 #include <string>
 
-#include "fabric_maker.h"
+#include "cache_maker.h"
 
 int main(int argc, char** argv) {
   fabscan::FabricShape shape;
   std::string output = "-";
+  bool cache = false;
   CLI::App app("Writes a snapshot of a made fabric: a fat tree with records of every kind.",
                "fabscan-make-fabric");
   app.add_option("--switches", shape.switches, "Switches")->capture_default_str();
@@ -21,17 +23,22 @@ int main(int argc, char** argv) {
       ->check(CLI::Range(4, 254));
   app.add_option("--adapters", shape.adapters, "Adapters of two ports each")->capture_default_str();
   app.add_option("--seed", shape.seed, "The same seed gives the same bytes")->capture_default_str();
+  app.add_flag("--cache", cache, "Write a discovery cache instead; its adapters have one port");
   app.add_option("--output", output, "The snapshot; - is standard output")->capture_default_str();
   CLI11_PARSE(app, argc, argv);
 
-  Fabscan fabscan;
-  fabscan::MakeFabric(shape, fabscan);
   const std::string source = fmt::format("made: {} switches of {} ports, {} adapters, seed {}",
                                          shape.switches, shape.ports, shape.adapters, shape.seed);
   std::ofstream file;
   if (output != "-") file.open(output, std::ios::binary | std::ios::trunc);
   std::ostream& out = output == "-" ? std::cout : file;
-  fabscan::WriteSnapshot(out, fabscan, {source, ""});
+  if (cache) {
+    out << fabscan::MakeCache(shape);
+  } else {
+    Fabscan fabscan;
+    fabscan::MakeFabric(shape, fabscan);
+    fabscan::WriteSnapshot(out, fabscan, {source, ""});
+  }
   out.flush();
   if (out) return 0;
   fmt::print(stderr,

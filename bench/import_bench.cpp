@@ -1,0 +1,95 @@
+// What importing a discovery cache costs, against reading the file and writing the snapshot's
+// bytes.
+
+#include <benchmark/benchmark.h>
+#include <cache_file.h>
+#include <fabric_builder.h>
+#include <snapshot.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "cache_maker.h"
+#include "ratio_table.h"
+#include "scratch_folder.h"
+#include "whole_file.h"
+
+namespace {
+
+constexpr fabscan::FabricShape kShape = {1600, 64, 23400, 1};  // 25,000 nodes
+
+void ImportCache(const std::string& cache, std::ostream& out) {
+  Fabscan fabscan;
+  fabscan::BuildFabric(fabscan::ReadCacheFile(cache), fabscan);
+  fabscan::WriteSnapshot(out, fabscan, {"a discovery cache", ""});
+}
+
+/// The cache, and the snapshot that it becomes.
+struct Subject {
+  Subject() {
+    const std::string made = fabscan::MakeCache(kShape);
+    fabscan::WriteWholeFile(cache, made);
+    cache_size = made.size();
+    std::ostringstream out;
+    ImportCache(cache, out);
+    snapshot = out.str();
+  }
+
+  const std::string cache = fabscan::ScratchFolder() / "fabric.cache";
+  const std::string output = fabscan::ScratchFolder() / "fabric.jsonl";
+  std::size_t cache_size = 0;
+  std::string snapshot;
+};
+
+Subject& TheSubject() {
+  static Subject subject;
+  return subject;
+}
+
+/// Runs `work`, which leaves the snapshot in a file that was not there.
+template <class Work>
+void Measure(benchmark::State& state, Work work) {
+  Subject& subject = TheSubject();
+  for (auto _ : state) {
+    work(subject);
+    state.PauseTiming();
+    if (std::filesystem::file_size(subject.output) != subject.snapshot.size()) {
+      state.SkipWithError("wrote other bytes");
+      break;
+    }
+    std::filesystem::remove(subject.output);
+    state.ResumeTiming();
+  }
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(subject.snapshot.size()));
+}
+
+void Import(benchmark::State& state) {
+  Measure(state, [](Subject& subject) {
+    std::ofstream out(subject.output, std::ios::binary);
+    ImportCache(subject.cache, out);
+  });
+}
+
+void ReadAndWrite(benchmark::State& state) {
+  Measure(state, [](Subject& subject) {
+    std::string bytes(subject.cache_size, '\0');
+    fabscan::ReadWholeFile(subject.cache, bytes);
+    benchmark::DoNotOptimize(bytes.data());
+    fabscan::WriteWholeFile(subject.output, subject.snapshot);
+  });
+}
+
+constexpr int kRepetitions = 9;
+
+BENCHMARK(Import)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();
+BENCHMARK(ReadAndWrite)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();
+
+const std::vector<fabscan::Ratio> kRatios = {
+    {"importing a cache, against reading it and write(2)", "Import", "ReadAndWrite"},
+};
+
+}  // namespace
+
+int main(int argc, char** argv) { return fabscan::RunAndCompare(argc, argv, kRatios); }
