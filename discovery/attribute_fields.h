@@ -17,7 +17,7 @@ struct WireField {
 };
 
 template <class Record>
-constexpr void Decode(const Payload& payload, const WireField<Record>& field, Record& record) {
+void Decode(const Payload& payload, const WireField<Record>& field, Record& record) {
   field.set(record, ReadBits(payload, field.first_bit, field.bits));
 }
 

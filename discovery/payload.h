@@ -1,10 +1,12 @@
 #ifndef FABSCAN_DISCOVERY_PAYLOAD_H
 #define FABSCAN_DISCOVERY_PAYLOAD_H
 
+#include <endian.h>
 #include <sys/types.h>
 
 #include <array>
 #include <cstddef>
+#include <cstring>
 
 namespace fabscan {
 
@@ -12,18 +14,15 @@ namespace fabscan {
 using Payload = std::array<u_int8_t, 64>;
 
 /// The unsigned number in bits `first_bit` to `first_bit + bits - 1` of a payload. Bit 0 is the
-/// most significant bit of byte 0, as the architecture counts; `bits` is 1 to 64.
-constexpr u_int64_t ReadBits(const Payload& payload, unsigned first_bit, unsigned bits) {
-  u_int64_t value = 0;
-  const unsigned end = first_bit + bits;
-  for (unsigned bit = first_bit; bit < end;) {
-    const unsigned in_byte = 8 - bit % 8;  // bits from here to the end of the byte
-    const unsigned taken = in_byte < end - bit ? in_byte : end - bit;
-    const unsigned piece = (payload[bit / 8] >> (in_byte - taken)) & ((1U << taken) - 1);
-    value = value << taken | piece;
-    bit += taken;
-  }
-  return value;
+/// most significant bit of byte 0, as the architecture counts; `bits` is 1 to 64, and more than 57
+/// begin with a byte.
+inline u_int64_t ReadBits(const Payload& payload, unsigned first_bit, unsigned bits) {
+  // Eight bytes that hold the number: from its first one on, or the last eight.
+  constexpr unsigned kLast = std::tuple_size_v<Payload> - sizeof(u_int64_t);
+  const unsigned byte = first_bit / 8 < kLast ? first_bit / 8 : kLast;
+  u_int64_t word = 0;
+  std::memcpy(&word, payload.data() + byte, sizeof word);
+  return be64toh(word) << (first_bit - 8 * byte) >> (64 - bits);
 }
 
 }  // namespace fabscan

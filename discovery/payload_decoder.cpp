@@ -1,7 +1,9 @@
 #include "payload_decoder.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
+#include <utility>
 
 #include "attribute_fields.h"
 
@@ -14,10 +16,16 @@ constexpr u_int32_t kPortInfoExtendedSupported = 1U << 1U;  // of CapMsk2
 constexpr u_int32_t kExtendedSpeeds2Supported = 1U << 11U;  // of CapMsk2
 constexpr u_int8_t kLinkUp = 5;                             // of PortPhysicalState
 
-template <class Record, std::size_t kCount>
-Record DecodeAll(const Payload& payload, const WireField<Record> (&fields)[kCount]) {
+/// Spelt out field by field, so that the compiler knows each one's place.
+template <const auto& kFields, class Record, std::size_t... I>
+void DecodeEach(const Payload& payload, Record& record, std::index_sequence<I...>) {
+  (Decode(payload, kFields[I], record), ...);
+}
+
+template <class Record, const auto& kFields>
+Record DecodeAll(const Payload& payload) {
   Record record = {};
-  for (const WireField<Record>& field : fields) Decode(payload, field, record);
+  DecodeEach<kFields>(payload, record, std::make_index_sequence<std::size(kFields)>());
   return record;
 }
 
@@ -27,16 +35,20 @@ bool HasCapability2(const SMP_PortInfo& info, u_int32_t bit) {
 
 }  // namespace
 
-SMP_NodeInfo DecodeNodeInfo(const Payload& payload) { return DecodeAll(payload, kNodeInfoFields); }
-
-SMP_SwitchInfo DecodeSwitchInfo(const Payload& payload) {
-  return DecodeAll(payload, kSwitchInfoFields);
+SMP_NodeInfo DecodeNodeInfo(const Payload& payload) {
+  return DecodeAll<SMP_NodeInfo, kNodeInfoFields>(payload);
 }
 
-SMP_PortInfo DecodePortInfo(const Payload& payload) { return DecodeAll(payload, kPortInfoFields); }
+SMP_SwitchInfo DecodeSwitchInfo(const Payload& payload) {
+  return DecodeAll<SMP_SwitchInfo, kSwitchInfoFields>(payload);
+}
+
+SMP_PortInfo DecodePortInfo(const Payload& payload) {
+  return DecodeAll<SMP_PortInfo, kPortInfoFields>(payload);
+}
 
 SMP_PortInfoExtended DecodePortInfoExtended(const Payload& payload) {
-  return DecodeAll(payload, kPortInfoExtendedFields);
+  return DecodeAll<SMP_PortInfoExtended, kPortInfoExtendedFields>(payload);
 }
 
 std::string DecodeNodeDescription(const Payload& payload) {

@@ -3,6 +3,7 @@
 
 #include <infiniband/fabscan/fabscan_types.h>
 
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
@@ -36,14 +37,25 @@ struct FieldRow {
   }
 };
 
+/// What stands before a field's value in a snapshot: `,"name":`.
+struct KeyText {
+  char text[64];
+  u_int8_t size;
+};
+
+/// The longest text of a number: `"0x`, 16 digits, `"`.
+inline constexpr std::size_t kNumberBytes = 20;
+
 /// The fields of one record, in declared order.
 struct RecordTable {
   std::string_view name;
   const FieldRow* rows;
   std::size_t row_count;
-  std::size_t size;       // of the record, in bytes
-  std::size_t numbers;    // in the whole record, nested ones included
-  u_int64_t dumped_rows;  // bit r: row r is dumped
+  std::size_t size;        // of the record, in bytes
+  std::size_t numbers;     // in the whole record, nested ones included
+  u_int64_t dumped_rows;   // bit r: row r is dumped
+  const KeyText* keys;     // of the rows
+  std::size_t text_bytes;  // that the record takes in a snapshot, at most
 
   constexpr const FieldRow* begin() const { return rows; }
   constexpr const FieldRow* end() const { return rows + row_count; }
@@ -120,6 +132,31 @@ constexpr u_int64_t DumpedRows(const FieldRow (&rows)[N]) {
 }
 
 template <std::size_t N>
+constexpr std::array<KeyText, N> MakeKeys(const FieldRow (&rows)[N]) {
+  std::array<KeyText, N> keys = {};
+  for (std::size_t i = 0; i < N; ++i) {
+    KeyText& key = keys[i];
+    const auto put = [&key](std::string_view text) {
+      for (const char c : text) key.text[key.size++] = c;
+    };
+    put(",\"");
+    put(rows[i].name);
+    put("\":");
+  }
+  return keys;
+}
+
+template <std::size_t N>
+constexpr std::size_t TextBytes(const FieldRow (&rows)[N]) {
+  std::size_t bytes = 2;
+  for (const FieldRow& row : rows) {
+    const std::size_t element = row.nested == nullptr ? kNumberBytes : row.nested->text_bytes;
+    bytes += sizeof(KeyText::text) + 2 + row.count * (element + 1);
+  }
+  return bytes;
+}
+
+template <std::size_t N>
 constexpr bool InDeclaredOrder(const FieldRow (&rows)[N]) {
   for (std::size_t i = 1; i < N; ++i) {
     if (rows[i].offset < rows[i - 1].offset + rows[i - 1].size * rows[i - 1].count) return false;
@@ -136,12 +173,14 @@ struct TableOf {
 
   static_assert(std::is_trivially_copyable_v<Record> && std::is_standard_layout_v<Record>);
   static_assert(kRowCount <= 64, "rows are marked in a 64-bit word");
+  static_assert(TextBytes(kRows) < std::size_t{1} << 16U, "a record is written in one piece");
   static_assert(InDeclaredOrder(kRows), "the table is not in declared order");
   static_assert(CountNumbers(kRows) == kNumbersIn<Record>, "the table misses a field");
 
+  static constexpr std::array<KeyText, kRowCount> kKeys = MakeKeys(kRows);
   static constexpr RecordTable value{
-      FieldsOf<Record>::kName, kRows, kRowCount, sizeof(Record), CountNumbers(kRows),
-      DumpedRows(kRows)};
+      FieldsOf<Record>::kName, kRows,        kRowCount,       sizeof(Record), CountNumbers(kRows),
+      DumpedRows(kRows),       kKeys.data(), TextBytes(kRows)};
 };
 
 }  // namespace fabscan

@@ -3,30 +3,13 @@
 
 #include "json_writer.h"
 #include "record_fields.h"
+#include "record_writer.h"
 #include "snapshot.h"
 #include "words.h"
 
 namespace fabscan {
 
 namespace {
-
-bool AllZero(const RecordTable& table, const void* record) {
-  for (const FieldRow& row : table) {
-    for (std::size_t i = 0; i < row.count; ++i) {
-      const void* element = row.element(record, i);
-      if (row.nested != nullptr ? !AllZero(*row.nested, element)
-                                : LoadNumber(element, row.size) != 0) {
-        return false;
-      }
-    }
-  }
-  return true;
-}
-
-bool AllZero(const FieldRow& row, const void* record) {
-  const RecordTable alone{{}, &row, 1, 0, 0, 0};
-  return AllZero(alone, record);
-}
 
 /// The whole fabric, in canonical form: keys in one order, defaults left out.
 class SnapshotWriter {
@@ -118,7 +101,7 @@ class SnapshotWriter {
     attributes_open_ = false;
     ForEachRecord(store_, node, [this](const RecordTable& table, const void* record) {
       OpenAttribute(table.name);
-      WriteRecord(table, record);
+      WriteRecord(json_, table, record);
     });
     if (attributes_open_) json_.EndObject();
   }
@@ -130,7 +113,7 @@ class SnapshotWriter {
       if (open != nullptr && open != &table) CloseIndexed(*open);
       if (open != &table) OpenAttribute(table.name);
       if (index == kOnlyOne) {
-        WriteRecord(table, record);
+        WriteRecord(json_, table, record);
         return;
       }
       if (open != &table) OpenIndexed(table);
@@ -161,31 +144,9 @@ class SnapshotWriter {
     if (&table == &kCountersTable) {
       const char digit = static_cast<char>('0' + index);
       json_.Key({&digit, 1});
-      WriteRecord(table, record);
+      WriteRecord(json_, table, record);
     } else {
       json_.Number(static_cast<u_int64_t>(index));
-    }
-  }
-
-  void WriteRecord(const RecordTable& table, const void* record) {
-    json_.BeginObject();
-    for (const FieldRow& row : table) {
-      if (!row.dumped && AllZero(row, record)) continue;
-      json_.Key(row.name);
-      if (row.is_array) json_.BeginArray();
-      for (std::size_t i = 0; i < row.count; ++i) WriteElement(row, row.element(record, i));
-      if (row.is_array) json_.EndArray();
-    }
-    json_.EndObject();
-  }
-
-  void WriteElement(const FieldRow& row, const void* element) {
-    if (row.nested != nullptr) {
-      WriteRecord(*row.nested, element);
-    } else if (row.size == sizeof(u_int64_t)) {
-      json_.Hex(LoadNumber(element, row.size));
-    } else {
-      json_.Number(LoadNumber(element, row.size));
     }
   }
 
