@@ -56,7 +56,7 @@ std::string CopyrightLine() {
 }
 
 TEST(FileFrame, NamesTheCurrentYear) {
-  std::tm now = {};
+  static std::tm now;  // the clock goes on showing it
   now.tm_year = 2031 - 1900;
   clock_now = &now;
   EXPECT_EQ(CopyrightLine(), "* SPDX-FileCopyrightText: Copyright (c) 2024-2031 " +
@@ -81,7 +81,7 @@ TEST(FileFrame, NamesTheLicenceThenSixLinesOfANotice) {
 }
 
 TEST(FileFrame, RepeatsTheFirstYearInIt) {
-  std::tm now = {};
+  static std::tm now;  // the clock goes on showing it
   now.tm_year = 2024 - 1900;
   clock_now = &now;
   EXPECT_EQ(CopyrightLine().substr(0, 50), "* SPDX-FileCopyrightText: Copyright (c) 2024-2024 ");

@@ -79,7 +79,7 @@ class UncheckedWriter {
   UncheckedWriter(char* at, char line_end) : at_(at), line_end_(line_end) {}
 
   [[gnu::always_inline]] UncheckedWriter& Text(std::string_view text) {
-    std::memcpy(at_, text.data(), text.size());
+    if (!text.empty()) std::memcpy(at_, text.data(), text.size());
     at_ += text.size();
     return *this;
   }
