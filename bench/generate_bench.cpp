@@ -6,13 +6,18 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "fabric_maker.h"
@@ -22,7 +27,7 @@
 namespace {
 
 using fabscan::FabricShape;
-using fabscan::Statement;
+using fabscan::StatementList;
 
 constexpr char kPrefix[] = "Bench";
 constexpr char kGeneratedName[] = "bench_generated.cpp";
@@ -41,51 +46,75 @@ const std::filesystem::path& Folder() {
   return scratch.path;
 }
 
-/// A made fabric, what is generated from it, and that taken apart.
-struct Subject {
+/// A made fabric, and what is generated from it.
+class Subject {
+ public:
   explicit Subject(unsigned switches) {
     FabricShape shape;
     shape.switches = switches;
-    fabscan::MakeFabric(shape, fabscan);
-    fabscan.setOutputFolder(Folder().string());
+    fabscan::MakeFabric(shape, fabscan_);
+    fabscan_.setOutputFolder(Folder().string());
     Generate();
-    std::ifstream file(Folder() / kGeneratedName, std::ios::binary);
-    text.assign(std::istreambuf_iterator<char>(file), {});
+    size_ = std::filesystem::file_size(Folder() / kGeneratedName);
     std::filesystem::remove(Folder() / kGeneratedName);
   }
 
-  int Generate() { return SimInfoDumpCPP(fabscan).Generate(kPrefix, {}); }
+  void Generate() {
+    if (SimInfoDumpCPP(fabscan_).Generate(kPrefix, {}) != 0) std::abort();
+  }
 
-  Fabscan fabscan;
-  std::string text;
+  std::uintmax_t Size() const { return size_; }
+
+  const std::string& Text() {
+    if (!text_.empty()) return text_;
+    Generate();
+    std::ifstream file(Folder() / kGeneratedName, std::ios::binary);
+    text_.assign(std::istreambuf_iterator<char>(file), {});
+    std::filesystem::remove(Folder() / kGeneratedName);
+    return text_;
+  }
+
+  const StatementList& Statements() {
+    if (!statements_) statements_.emplace(Text());
+    return *statements_;
+  }
+
+ private:
+  Fabscan fabscan_;
+  std::uintmax_t size_ = 0;
+  std::string text_;
+  std::optional<StatementList> statements_;
 };
 
-/// One fabric at a time: the large ones take gigabytes.
 Subject& SubjectOf(unsigned switches) {
   static std::map<unsigned, std::unique_ptr<Subject>> subjects;
-  if (subjects.count(switches) == 0) {
-    subjects.clear();
-    subjects.emplace(switches, std::make_unique<Subject>(switches));
-  }
-  return *subjects.at(switches);
+  auto& subject = subjects[switches];
+  if (subject == nullptr) subject = std::make_unique<Subject>(switches);
+  return *subject;
 }
 
-/// Runs `write(path)` on a file that is not there yet, each time.
+/// Runs `write(path)` on a file that is not there yet, each time. Removing it again is not
+/// measured.
 template <class Write>
 void Measure(benchmark::State& state, Write write) {
   Subject& subject = SubjectOf(static_cast<unsigned>(state.range(0)));
   const std::filesystem::path path = Folder() / kGeneratedName;
+  double processor_seconds = 0;
   for (auto _ : state) {
+    const auto begin = std::chrono::steady_clock::now();
+    const std::clock_t processor_begin = std::clock();
     write(subject, path);
-    state.PauseTiming();
-    if (std::filesystem::file_size(path) != subject.text.size()) {
+    processor_seconds += static_cast<double>(std::clock() - processor_begin) / CLOCKS_PER_SEC;
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
+    state.SetIterationTime(taken.count());
+    if (std::filesystem::file_size(path) != subject.Size()) {
       state.SkipWithError("wrote other bytes");
       break;
     }
     std::filesystem::remove(path);
-    state.ResumeTiming();
   }
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(subject.text.size()));
+  state.counters[fabscan::kProcessorSeconds] = processor_seconds;
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(subject.Size()));
 }
 
 void Generate(benchmark::State& state) {
@@ -93,11 +122,11 @@ void Generate(benchmark::State& state) {
 }
 
 void Write(benchmark::State& state) {
-  Measure(state, [](Subject& subject, const std::filesystem::path& path) {
+  const std::string& text = SubjectOf(static_cast<unsigned>(state.range(0))).Text();
+  Measure(state, [&](Subject&, const std::filesystem::path& path) {
     const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    for (std::size_t at = 0; at < subject.text.size();) {
-      const std::size_t size = std::min(kPiece, subject.text.size() - at);
-      const ssize_t written = ::write(file, subject.text.data() + at, size);
+    for (std::size_t at = 0; at < text.size();) {
+      const ssize_t written = ::write(file, text.data() + at, std::min(kPiece, text.size() - at));
       if (written <= 0) std::abort();
       at += static_cast<std::size_t>(written);
     }
@@ -105,29 +134,31 @@ void Write(benchmark::State& state) {
   });
 }
 
+/// The conventional way: each part of a statement inserted into the file's stream.
 void Streams(benchmark::State& state) {
-  const auto statements = fabscan::TakeApart(SubjectOf(static_cast<unsigned>(state.range(0))).text);
+  const auto& statements = SubjectOf(static_cast<unsigned>(state.range(0))).Statements();
   Measure(state, [&](Subject&, const std::filesystem::path& path) {
     std::ofstream out(path, std::ios::binary);
-    for (const Statement& statement : statements) {
-      out << statement.before;
-      if (statement.has_value) out << std::hex << statement.value << std::dec << statement.after;
+    for (const auto& [text, value] : statements) {
+      out << text->indent << text->text;
+      if (text->has_value) out << "0x" << std::hex << value << std::dec << text->after;
       out << '\n';
     }
   });
 }
 
+/// The same with fmt, into a buffer that is handed over in large pieces.
 void Formatted(benchmark::State& state) {
-  const auto statements = fabscan::TakeApart(SubjectOf(static_cast<unsigned>(state.range(0))).text);
+  const auto& statements = SubjectOf(static_cast<unsigned>(state.range(0))).Statements();
   Measure(state, [&](Subject&, const std::filesystem::path& path) {
     std::ofstream out(path, std::ios::binary);
     fmt::memory_buffer buffer;
-    for (const Statement& statement : statements) {
-      if (statement.has_value) {
-        fmt::format_to(std::back_inserter(buffer), "{}{:x}{}\n", statement.before, statement.value,
-                       statement.after);
+    for (const auto& [text, value] : statements) {
+      const auto end = fmt::appender(buffer);
+      if (text->has_value) {
+        fmt::format_to(end, "{}{}0x{:x}{}\n", text->indent, text->text, value, text->after);
       } else {
-        fmt::format_to(std::back_inserter(buffer), "{}\n", statement.before);
+        fmt::format_to(end, "{}{}\n", text->indent, text->text);
       }
       if (buffer.size() < kPiece) continue;
       out.write(buffer.data(), static_cast<std::streamsize>(buffer.size()));
@@ -137,12 +168,21 @@ void Formatted(benchmark::State& state) {
   });
 }
 
-constexpr int kRepetitions = 9;
+void Repeat(benchmark::internal::Benchmark* measured, int switches, int iterations) {
+  constexpr int kRepetitions = 15;
+  measured->Arg(switches)->Iterations(iterations)->Repetitions(kRepetitions)->UseManualTime();
+}
 
-BENCHMARK(Generate)->Arg(2000)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();
-BENCHMARK(Write)->Arg(2000)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();
-BENCHMARK(Streams)->Arg(2000)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();
-BENCHMARK(Formatted)->Arg(2000)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();
+void OnSwitches2000(benchmark::internal::Benchmark* measured) { Repeat(measured, 2000, 1); }
+void OnSwitches20(benchmark::internal::Benchmark* measured) { Repeat(measured, 20, 100); }
+void OnSwitches20000(benchmark::internal::Benchmark* measured) { Repeat(measured, 20000, 1); }
+
+BENCHMARK(Generate)->Apply(OnSwitches2000);
+BENCHMARK(Write)->Apply(OnSwitches2000);
+BENCHMARK(Streams)->Apply(OnSwitches2000);
+BENCHMARK(Formatted)->Apply(OnSwitches2000);
+BENCHMARK(Generate)->Apply(OnSwitches20);
+BENCHMARK(Generate)->Apply(OnSwitches20000);
 
 const std::vector<fabscan::Ratio> kRatios = {
     {"Generate to a file, against write(2) of the same bytes", "Generate/2000", "Write/2000"},
@@ -150,6 +190,14 @@ const std::vector<fabscan::Ratio> kRatios = {
     {"the same statements through fmt, against Generate", "Formatted/2000", "Generate/2000"},
 };
 
+const std::vector<fabscan::Throughput> kThroughputs = {
+    {"Generate of 20 switches", "Generate/20"},
+    {"Generate of 2,000 switches", "Generate/2000"},
+    {"Generate of 20,000 switches", "Generate/20000"},
+};
+
 }  // namespace
 
-int main(int argc, char** argv) { return fabscan::RunAndCompare(argc, argv, kRatios); }
+int main(int argc, char** argv) {
+  return fabscan::RunAndCompare(argc, argv, kRatios, kThroughputs);
+}

@@ -15,53 +15,100 @@ struct Summary {
   double spread;
 };
 
-Summary Summarise(std::vector<double> seconds) {
-  std::sort(seconds.begin(), seconds.end());
-  const double median = seconds[seconds.size() / 2];
-  return {median, (seconds.back() - seconds.front()) / median};
+Summary Summarise(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  const double median = values[values.size() / 2];
+  return {median, (values.back() - values.front()) / median};
 }
 
-/// Prints the benchmarks as they come, and keeps the time of each repetition.
+/// Of the repetitions of one benchmark.
+struct Measured {
+  std::vector<double> seconds;
+  std::vector<double> processor_seconds;
+  std::vector<double> bytes_per_second;
+};
+
+/// Prints the benchmarks as they come, and keeps what each repetition took.
 class RatioReporter : public benchmark::ConsoleReporter {
  public:
+  RatioReporter() : ConsoleReporter(OO_Tabular) {}
   void ReportRuns(const std::vector<Run>& runs) override;
-  void PrintTable(const std::vector<Ratio>& ratios) const;
+  void PrintRatios(const std::vector<Ratio>& ratios) const;
+  void PrintThroughputs(const std::vector<Throughput>& throughputs) const;
 
  private:
-  std::map<std::string, std::vector<double>> seconds_;
+  std::map<std::string, Measured> measured_;
 };
 
 void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
   for (const Run& run : runs) {
     if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
-    seconds_[run.run_name.function_name +
-             (run.run_name.args.empty() ? "" : "/" + run.run_name.args)]
-        .push_back(run.real_accumulated_time / static_cast<double>(run.iterations));
+    auto& measured = measured_[run.run_name.function_name +
+                               (run.run_name.args.empty() ? "" : "/" + run.run_name.args)];
+    measured.seconds.push_back(run.real_accumulated_time / static_cast<double>(run.iterations));
+    const auto processor = run.counters.find(kProcessorSeconds);
+    if (processor != run.counters.end()) measured.processor_seconds.push_back(processor->second);
+    const auto bytes = run.counters.find("bytes_per_second");
+    if (bytes != run.counters.end()) measured.bytes_per_second.push_back(bytes->second);
   }
   ConsoleReporter::ReportRuns(runs);
 }
 
-void RatioReporter::PrintTable(const std::vector<Ratio>& ratios) const {
-  fmt::print("\n{:<58} {:>8} {:>14}\n", "ratio of medians", "ratio", "spread");
+void RatioReporter::PrintRatios(const std::vector<Ratio>& ratios) const {
+  fmt::print(
+      "\n| ratio of medians | ratio | of processor time | ms | spread | against ms | spread |\n");
+  fmt::print("|---|---|---|---|---|---|---|\n");
   for (const Ratio& ratio : ratios) {
-    const auto measured = seconds_.find(ratio.measured);
-    const auto against = seconds_.find(ratio.against);
-    if (measured == seconds_.end() || against == seconds_.end()) continue;
-    const Summary left = Summarise(measured->second);
-    const Summary right = Summarise(against->second);
-    fmt::print("{:<58} {:>8.2f} {:>6.0f}% {:>5.0f}%\n", ratio.what, left.median / right.median,
-               100 * left.spread, 100 * right.spread);
+    const auto measured = measured_.find(ratio.measured);
+    const auto against = measured_.find(ratio.against);
+    if (measured == measured_.end() || against == measured_.end()) continue;
+    const Measured& one = measured->second;
+    const Measured& other = against->second;
+    const Summary left = Summarise(one.seconds);
+    const Summary right = Summarise(other.seconds);
+    std::string processor = "-";
+    if (!one.processor_seconds.empty() && !other.processor_seconds.empty()) {
+      processor = fmt::format("{:.2f}", Summarise(one.processor_seconds).median /
+                                            Summarise(other.processor_seconds).median);
+    }
+    fmt::print("| {} | {:.2f} | {} | {:.1f} | {:.0f} % | {:.1f} | {:.0f} % |\n", ratio.what,
+               left.median / right.median, processor, 1e3 * left.median, 100 * left.spread,
+               1e3 * right.median, 100 * right.spread);
   }
+}
+
+void RatioReporter::PrintThroughputs(const std::vector<Throughput>& throughputs) const {
+  double least = 0;
+  double most = 0;
+  fmt::print("\n| throughput | GB a second | spread |\n|---|---|---|\n");
+  for (const Throughput& throughput : throughputs) {
+    const auto measured = measured_.find(throughput.measured);
+    if (measured == measured_.end()) continue;
+    const Summary bytes = Summarise(measured->second.bytes_per_second);
+    fmt::print("| {} | {:.2f} | {:.0f} % |\n", throughput.what, bytes.median / 1e9,
+               100 * bytes.spread);
+    least = least == 0 ? bytes.median : std::min(least, bytes.median);
+    most = std::max(most, bytes.median);
+  }
+  if (least > 0) fmt::print("| highest above lowest | {:.0f} % | |\n", 100 * (most / least - 1));
 }
 
 }  // namespace
 
-int RunAndCompare(int argc, char** argv, const std::vector<Ratio>& ratios) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+int RunAndCompare(int argc, char** argv, const std::vector<Ratio>& ratios,
+                  const std::vector<Throughput>& throughputs) {
+  // Whatever else the machine does then meets all of them; the command line may say otherwise.
+  std::vector<char*> arguments(argv, argv + argc);
+  char interleaved[] = "--benchmark_enable_random_interleaving=true";
+  arguments.insert(arguments.begin() + 1, interleaved);
+  int count = static_cast<int>(arguments.size());
+  arguments.push_back(nullptr);
+  benchmark::Initialize(&count, arguments.data());
+  if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
   RatioReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintTable(ratios);
+  reporter.PrintRatios(ratios);
+  if (!throughputs.empty()) reporter.PrintThroughputs(throughputs);
   benchmark::Shutdown();
   return 0;
 }

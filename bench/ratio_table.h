@@ -6,6 +6,9 @@
 
 namespace fabscan {
 
+/// The counter in which a benchmark may say how much processor time its repetition took.
+inline constexpr char kProcessorSeconds[] = "processor_seconds";
+
 /// One row of the table that ends a run: what is compared with what.
 struct Ratio {
   std::string what;
@@ -13,11 +16,19 @@ struct Ratio {
   std::string against;   // name of another
 };
 
-/// Runs the benchmarks that the command line chooses, then prints the table: for each row whose
-/// benchmarks were run, the ratio of the medians of real time, and how far the repetitions of
-/// either side lay apart (largest less smallest, as a part of the median). Returns what the
-/// program's `main` is to return.
-int RunAndCompare(int argc, char** argv, const std::vector<Ratio>& ratios);
+/// One row of a table of throughputs that are to be the same: what they are, and the benchmark.
+struct Throughput {
+  std::string what;
+  std::string measured;
+};
+
+/// Runs the benchmarks that the command line chooses, a repetition of one after a repetition of
+/// another, then prints the tables, in Markdown: for each row whose benchmarks were run, the ratio
+/// of the medians of real time, that of processor time, and how far the repetitions lay apart in
+/// real time (largest less smallest, as a part of the median). Returns what the program's `main` is
+/// to return.
+int RunAndCompare(int argc, char** argv, const std::vector<Ratio>& ratios,
+                  const std::vector<Throughput>& throughputs = {});
 
 }  // namespace fabscan
 

@@ -4,22 +4,39 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace fabscan {
 
-/// One line of a generated file, taken apart: the text up to a hexadecimal value, the value, and
-/// the text after it. A line without a value is `before` alone.
-struct Statement {
-  std::string_view before;
-  std::uint64_t value = 0;
-  std::string_view after;
+/// A line of generated text, taken apart as the code that writes it would name its parts: the
+/// indent, the text up to "0x", and the text after the value. A line without a hexadecimal value is
+/// an indent and a text, its decimal numbers included.
+struct StatementText {
+  std::string indent;
+  std::string text;
+  std::string after;
   bool has_value = false;
 };
 
-/// The lines of a generated file, which outlives the list. What other ways of writing the same
-/// statements are given to write, without having to find the values first.
-std::vector<Statement> TakeApart(std::string_view generated);
+/// What other ways of writing a generated file are given to write, without having to look for
+/// records or values. Lines of the same text share it, as they would share a literal.
+class StatementList {
+ public:
+  struct Statement {
+    const StatementText* text;
+    std::uint64_t value;
+  };
+
+  explicit StatementList(std::string_view generated);
+
+  auto begin() const { return statements_.begin(); }
+  auto end() const { return statements_.end(); }
+
+ private:
+  std::unordered_map<std::string, StatementText> texts_;
+  std::vector<Statement> statements_;
+};
 
 }  // namespace fabscan
 
