@@ -35,23 +35,5 @@ TEST(CommandsTest, FindsByTheWholeName) {
   EXPECT_EQ(FindCommand(""), nullptr);
 }
 
-TEST(CommandsTest, CountsChangesAndSwaps) {
-  EXPECT_EQ(EditDistance("dump", "dump"), 0U);
-  EXPECT_EQ(EditDistance("", "dump"), 4U);
-  EXPECT_EQ(EditDistance("dump", ""), 4U);
-  EXPECT_EQ(EditDistance("dmup", "dump"), 1U);
-  EXPECT_EQ(EditDistance("dum", "dump"), 1U);
-  EXPECT_EQ(EditDistance("bump", "dump"), 1U);
-  EXPECT_EQ(EditDistance("kitten", "sitting"), 3U);
-}
-
-TEST(CommandsTest, SuggestsTheNearestNameIfItIsNear) {
-  const std::vector<std::string> names = {"dump", "discover", "diff"};
-  EXPECT_EQ(NearestName("dmup", names), "dump");
-  EXPECT_EQ(NearestName("discovr", names), "discover");
-  EXPECT_EQ(NearestName("dif", names), "diff");
-  EXPECT_EQ(NearestName("anonymise", names), "");
-}
-
 }  // namespace
 }  // namespace fabscan

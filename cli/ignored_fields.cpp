@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 #include <record_fields.h>
+#include <suggestion.h>
 
 #include "command.h"
-#include "commands.h"
 
 namespace fabscan {
 
@@ -49,7 +49,7 @@ IgnoredFields::IgnoredFields(const std::vector<std::string>& words)
   const auto known = KnownWords();
   for (const std::string& word : words) {
     if (known.count(word) != 0) continue;
-    const std::string_view nearest = NearestName(word, known);
+    const std::string_view nearest = NearestWord(word, known);
     throw CommandError(
         fmt::format("--ignore: there is no field '{}'; {}", word,
                     nearest.empty()

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 #include <snapshot.h>
+#include <suggestion.h>
 #include <version.h>
 
 #include <CLI/CLI.hpp>
@@ -32,7 +33,7 @@ void LetWritesFail() {
   for (const Command* command = kCommands; command->name != nullptr; ++command) {
     names.emplace_back(command->name);
   }
-  const std::string_view nearest = NearestName(word, names);
+  const std::string_view nearest = NearestWord(word, names);
   throw CommandError(
       nearest.empty()
           ? fmt::format("there is no subcommand '{}'; 'fabscan --help' lists them", word)
@@ -54,7 +55,7 @@ void LetWritesFail() {
     for (const CLI::Option* option : command->get_options()) {
       names.push_back(option->get_name());
     }
-    const std::string_view nearest = NearestName(unexpected.front(), names);
+    const std::string_view nearest = NearestWord(unexpected.front(), names);
     if (!nearest.empty()) message += fmt::format("; did you mean '{}'?", nearest);
   }
   throw CommandError(fmt::format("{}; see '{} --help'", message, call), kWrongUsage);

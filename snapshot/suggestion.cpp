@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <numeric>
 
 namespace fabscan {
 
@@ -14,36 +13,33 @@ constexpr std::size_t kShown = 60;
 
 char Lower(char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); }
 
-/// Least number of characters to insert, drop or change; letter case counts for nothing.
-std::size_t Distance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = row[0];
-    row[0] = i + 1;
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t change = diagonal + (Lower(a[i]) == Lower(b[j]) ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({change, row[j] + 1, diagonal + 1});
-    }
-  }
-  return row.back();
-}
+bool Same(char a, char b) { return Lower(a) == Lower(b); }
 
 }  // namespace
 
-std::string DidYouMean(std::string_view word, const std::vector<std::string_view>& candidates,
-                       std::string_view otherwise) {
-  std::string_view nearest;
-  std::size_t least = 1 + word.size() / 3;
-  if (word.size() <= kShown) {
-    for (const std::string_view candidate : candidates) {
-      const std::size_t distance = Distance(word, candidate);
-      if (distance > least || (distance == least && !nearest.empty())) continue;
-      least = distance;
-      nearest = candidate;
+std::size_t EditDistance(std::string_view from, std::string_view to) {
+  const std::size_t width = to.size() + 1;
+  std::vector<std::size_t> table((from.size() + 1) * width);
+  const auto at = [&](std::size_t row, std::size_t column) -> std::size_t& {
+    return table[row * width + column];
+  };
+  for (std::size_t i = 0; i <= from.size(); ++i) at(i, 0) = i;
+  for (std::size_t j = 0; j <= to.size(); ++j) at(0, j) = j;
+  for (std::size_t i = 1; i <= from.size(); ++i) {
+    for (std::size_t j = 1; j <= to.size(); ++j) {
+      const std::size_t change = Same(from[i - 1], to[j - 1]) ? 0U : 1U;
+      at(i, j) = std::min({at(i - 1, j) + 1, at(i, j - 1) + 1, at(i - 1, j - 1) + change});
+      if (i > 1 && j > 1 && Same(from[i - 1], to[j - 2]) && Same(from[i - 2], to[j - 1])) {
+        at(i, j) = std::min(at(i, j), at(i - 2, j - 2) + 1);
+      }
     }
   }
+  return at(from.size(), to.size());
+}
+
+std::string DidYouMean(std::string_view word, const std::vector<std::string_view>& candidates,
+                       std::string_view otherwise) {
+  const std::string_view nearest = NearestWord(word, candidates);
   if (nearest.empty()) return "; " + std::string(otherwise);
   return "; did you mean " + Quoted(nearest) + "?";
 }
