@@ -14,6 +14,7 @@
 #include "command.h"
 #include "counted.h"
 #include "keyed_mapping.h"
+#include "read_snapshot.h"
 #include "report.h"
 #include "snapshot_output.h"
 
@@ -79,7 +80,7 @@ ExitStatus AnonymiseSnapshot(const AnonymiseOptions& options, bool has_key) {
   StagedOutput output(options.output.path, options.output.force);
   const std::unique_ptr<KeyedMapping> mapping = MakeMapping(options, has_key);
   Fabscan fabscan;
-  ReadSnapshot(options.snapshot, fabscan);
+  ReadSnapshotWithProgress(options.snapshot, fabscan);
   Fabscan anonymised;
   try {
     AnonymiseFabric(fabscan, *mapping, options.keep_reasons, anonymised);

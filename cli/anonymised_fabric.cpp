@@ -5,6 +5,8 @@
 
 #include <cstring>
 
+#include "progress.h"
+
 namespace fabscan {
 
 namespace {
@@ -117,7 +119,13 @@ class Copy {
 void AnonymiseFabric(const Fabscan& from, const KeyedMapping& mapping, bool keep_reasons,
                      Fabscan& to) {
   Copy copy(from, mapping, keep_reasons, to);
-  for (const IBNode& node : from.discovered_fabric.nodes()) copy.Add(node);
+  Progress progress;
+  for (const IBNode& node : from.discovered_fabric.nodes()) {
+    progress.Show("nodes anonymised", node.createIndex, from.discovered_fabric.nodeCount());
+    copy.Add(node);
+  }
+  progress.Show("nodes anonymised", from.discovered_fabric.nodeCount(),
+                from.discovered_fabric.nodeCount());
 }
 
 }  // namespace fabscan

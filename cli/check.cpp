@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <snapshot.h>
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -13,6 +12,7 @@
 #include "command.h"
 #include "generated_nodes.h"
 #include "guid_options.h"
+#include "read_snapshot.h"
 #include "staged_output.h"
 
 namespace fabscan {
@@ -47,9 +47,7 @@ ExitStatus Check(const CheckOptions& options) {
   }
   const std::set<u_int64_t> chosen = options.guids.Read();
   Fabscan fabscan;
-  SnapshotReadOptions read_options;
-  if (!chosen.empty()) read_options.guids = &chosen;
-  ReadSnapshot(options.snapshot, fabscan, read_options);
+  ReadSnapshotWithProgress(options.snapshot, fabscan, chosen);
 
   const std::set<u_int64_t> found = WarnOfMissing(chosen, fabscan.discovered_fabric);
   CheckResult result;

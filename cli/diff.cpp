@@ -1,5 +1,5 @@
 #include <fmt/format.h>
-#include <snapshot.h>
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <exception>
@@ -13,6 +13,8 @@
 #include "fabric_differences.h"
 #include "guid_options.h"
 #include "json_result.h"
+#include "progress.h"
+#include "read_snapshot.h"
 #include "report.h"
 #include "terminal.h"
 
@@ -159,11 +161,18 @@ class JsonReport {
 };
 
 ExitStatus Compare(const DiffOptions& options) {
-  const ComparisonOptions comparison{options.by_name, IgnoredFields(options.ignored)};
+  ComparisonOptions comparison{options.by_name, IgnoredFields(options.ignored)};
   Fabscan first;
   Fabscan second;
-  ReadSnapshot(options.first, first);
-  ReadSnapshot(options.second, second);
+  ReadSnapshotWithProgress(options.first, first);
+  ReadSnapshotWithProgress(options.second, second);
+  Progress progress;
+  // On a terminal the differences themselves show how far it is.
+  if (::isatty(STDOUT_FILENO) != 1) {
+    comparison.progress = [&progress](std::size_t done, std::size_t total) {
+      progress.Show("nodes compared", done, total);
+    };
+  }
   const auto tell = [&](auto& report) {
     ForEachDifference(first, second, comparison, [&](const Difference& d) { report.Add(d); });
     return report.Finish() ? kSame : kDifferent;

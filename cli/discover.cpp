@@ -7,9 +7,9 @@
 #include <string>
 
 #include "command.h"
-#include "discovery_progress.h"
 #include "discovery_report.h"
 #include "interruption.h"
+#include "progress.h"
 #include "report.h"
 #include "snapshot_output.h"
 
@@ -25,7 +25,7 @@ struct DiscoverOptions {
 ExitStatus Discover(const DiscoverOptions& options) {
   StagedOutput output(options.output.path, options.output.force);
   Interruption interruption;
-  DiscoveryProgress progress;
+  Progress progress;
 
   LiveOptions live = options.live;
   live.stopped = [&interruption] { return interruption.requested(); };
@@ -36,10 +36,10 @@ ExitStatus Discover(const DiscoverOptions& options) {
   try {
     found = DiscoverLive(live);
   } catch (const DiscoveryError& error) {
-    progress.Clear();
+    progress.Finish();
     throw CommandError(error.what());
   }
-  progress.Clear();
+  progress.Finish();
 
   Fabscan fabscan;
   const DiscoveryReport report = BuildFabric(found.fabric, fabscan);

@@ -7,6 +7,7 @@
 #include <ctime>
 #include <iostream>
 
+#include "counted.h"
 #include "report.h"
 
 namespace fabscan {
@@ -14,13 +15,13 @@ namespace fabscan {
 ExitStatus Tell(const DiscoveryReport& report, const std::string& path) {
   const bool on_standard_output = path == "-";
   (on_standard_output ? std::cerr : std::cout)
-      << fmt::format("{}: {} nodes, {} ports; {} of {} attributes\n",
-                     on_standard_output ? "standard output" : path, report.nodes, report.ports,
-                     report.attributes_read, report.attributes_asked);
+      << fmt::format("{}: {}, {}; {} of {}\n", on_standard_output ? "standard output" : path,
+                     Counted(report.nodes, "node"), Counted(report.ports, "port"),
+                     report.attributes_read, Counted(report.attributes_asked, "attribute"));
   if (report.complete()) return kDone;
   for (const std::string& gap : report.gaps) PrintWarning(gap);
-  PrintWarning(fmt::format("the fabric was read in part: {} of {} nodes lack something",
-                           report.gaps.size(), report.nodes));
+  PrintWarning(fmt::format("the fabric was read in part: {} of {} lack something",
+                           report.gaps.size(), Counted(report.nodes, "node")));
   return kIncomplete;
 }
 

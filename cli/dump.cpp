@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <snapshot.h>
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
@@ -13,6 +12,7 @@
 #include "dump_options.h"
 #include "dump_summary.h"
 #include "guid_options.h"
+#include "read_snapshot.h"
 #include "report.h"
 #include "staged_output.h"
 
@@ -58,9 +58,7 @@ ExitStatus Dump(const DumpOptions& options) {
   StagedOutput output(output_dir / GeneratedFileName(options.prefix), options.force);
 
   Fabscan fabscan;
-  SnapshotReadOptions read_options;
-  if (!chosen.empty()) read_options.guids = &chosen;
-  ReadSnapshot(options.snapshot, fabscan, read_options);
+  ReadSnapshotWithProgress(options.snapshot, fabscan, chosen);
   const DumpSummary summary = WriteDumpFile(
       fabscan, options.prefix, SelectNodes(chosen, options, fabscan.discovered_fabric), output);
   output.Commit();

@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <snapshot.h>
 
 #include <filesystem>
 #include <iostream>
@@ -11,6 +10,8 @@
 #include "dump_file.h"
 #include "dump_options.h"
 #include "listed_models.h"
+#include "progress.h"
+#include "read_snapshot.h"
 #include "report.h"
 #include "table.h"
 
@@ -80,7 +81,7 @@ ExitStatus DumpModels(const DumpOptions& options) {
         kWrongUsage);
   }
   Fabscan fabscan;
-  ReadSnapshot(options.snapshot, fabscan);
+  ReadSnapshotWithProgress(options.snapshot, fabscan);
   const std::vector<ListedModel> list = ListModels(fabscan, PrefixStart(options.prefix));
   if (list.empty()) {
     throw CommandError(
@@ -95,11 +96,15 @@ ExitStatus DumpModels(const DumpOptions& options) {
                                                      options.force));
   }
   std::vector<ModelFile> files;
+  Progress progress;
   for (std::size_t i = 0; i < list.size(); ++i) {
+    progress.Show("files written", i, list.size());
     files.push_back({list[i], WriteDumpFile(fabscan, list[i].prefix,
                                             {list[i].model.representative->guid}, *outputs[i])});
   }
+  progress.Show("files written", list.size(), list.size());
   StagedOutput::CommitAll(outputs);
+  progress.Finish();
 
   PrintFiles(files, outputs);
   ReportUncompilable(files, options);

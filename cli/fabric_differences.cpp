@@ -26,7 +26,9 @@ class Comparison {
       : first_(first), second_(second), options_(options), visit_(visit) {}
 
   void Run() {
+    std::size_t compared = 0;
     for (const auto& entry : first_.discovered_fabric.NodeByName) {
+      if (options_.progress) options_.progress(compared++, first_.discovered_fabric.nodeCount());
       const IBNode* partner = PartnerOf(*entry.second, second_.discovered_fabric);
       place_ = {entry.second};
       if (partner == nullptr) {

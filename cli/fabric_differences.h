@@ -31,6 +31,8 @@ inline constexpr char kThere[] = "there";
 struct ComparisonOptions {
   bool by_name = false;  // joins nodes by name, otherwise by GUID
   IgnoredFields ignored;
+  /// Called for each node of the first fabric with how many were compared, and how many there are.
+  std::function<void(std::size_t done, std::size_t total)> progress = {};
 };
 
 /// Calls `visit` with each difference: by node in the order of the first fabric's names, then the

@@ -10,8 +10,8 @@
 
 #include "class_prefix.h"
 #include "command.h"
-#include "discovery_progress.h"
 #include "private_folder.h"
+#include "progress.h"
 #include "report.h"
 
 namespace fabscan {
@@ -70,7 +70,7 @@ void ForEachGeneratedNode(Fabscan& fabscan, const std::set<u_int64_t>& guids,
   const ScratchFolder scratch;
   fabscan.setOutputFolder(scratch.path());
   SimInfoDumpCPP generator(fabscan);
-  DiscoveryProgress progress;
+  Progress progress;
   for (std::size_t begin = 0; begin < nodes.size(); begin += kBatch) {
     progress.Show("nodes generated", begin, nodes.size());
     const std::size_t end = std::min(begin + kBatch, nodes.size());
@@ -89,6 +89,7 @@ void ForEachGeneratedNode(Fabscan& fabscan, const std::set<u_int64_t>& guids,
       visit(*nodes[i], generated);
     }
   }
+  progress.Show("nodes generated", nodes.size(), nodes.size());
 }
 
 }  // namespace fabscan

@@ -9,6 +9,7 @@
 
 #include "command.h"
 #include "discovery_report.h"
+#include "progress.h"
 #include "snapshot_output.h"
 
 namespace fabscan {
@@ -25,7 +26,13 @@ ExitStatus Import(const ImportOptions& options) {
   Fabscan fabscan;
   DiscoveryReport report;
   try {
-    report = BuildFabric(ReadCacheFile(options.cache), fabscan);
+    Progress progress;
+    const std::string what = "reading " + options.cache;
+    report = BuildFabric(ReadCacheFile(options.cache,
+                                       [&](std::size_t done, std::size_t total) {
+                                         progress.Show(what, done, total, Unit::kBytes);
+                                       }),
+                         fabscan);
   } catch (const CacheError& error) {
     throw CommandError(error.what());
   }

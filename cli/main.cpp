@@ -15,6 +15,7 @@
 
 #include "command.h"
 #include "commands.h"
+#include "progress.h"
 #include "report.h"
 
 namespace fabscan {
@@ -73,6 +74,7 @@ ExitStatus Run(int argc, char** argv) {
   for (const Command* command = kCommands; command->name != nullptr; ++command) {
     CLI::App* subcommand = app.add_subcommand(command->name, command->summary);
     actions[subcommand] = command->add(*subcommand);
+    AddLoudnessOptions(*subcommand);
   }
 
   if (argc < 2) {

@@ -9,7 +9,9 @@
 #include <string>
 
 #include "command.h"
+#include "counted.h"
 #include "merge_fabrics.h"
+#include "read_snapshot.h"
 #include "snapshot_output.h"
 
 namespace fabscan {
@@ -44,18 +46,18 @@ ExitStatus Merge(const MergeOptions& options) {
   StagedOutput output(options.output.path, options.output.force);
   Fabscan base;
   Fabscan extra;
-  const SnapshotHeader header = ReadSnapshot(options.base, base);
-  ReadSnapshot(options.extra, extra);
+  const SnapshotHeader header = ReadSnapshotWithProgress(options.base, base);
+  ReadSnapshotWithProgress(options.extra, extra);
   Fabscan merged;
   const MergeResult result = MergeOrRefuse(options, base, extra, merged);
   WriteAndCommit(output, merged, header);
 
   std::ostream& out = output.path() == "-" ? std::cerr : std::cout;
-  out << fmt::format("{}: {} nodes, {} of them added; {} records added", output.path(),
-                     merged.discovered_fabric.nodeCount(), result.added_nodes,
-                     result.added_records);
+  out << fmt::format("{}: {}, {} of them added; {} added", output.path(),
+                     Counted(merged.discovered_fabric.nodeCount(), "node"), result.added_nodes,
+                     Counted(result.added_records, "record"));
   if (result.conflicts != 0) {
-    out << fmt::format("; {} conflicting values taken from {}", result.conflicts,
+    out << fmt::format("; {} taken from {}", Counted(result.conflicts, "conflicting value"),
                        options.prefer == Prefer::kBase ? options.base : options.extra);
   }
   out << '\n';

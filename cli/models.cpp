@@ -1,6 +1,5 @@
 #include <device_models.h>
 #include <fmt/format.h>
-#include <snapshot.h>
 #include <words.h>
 
 #include <CLI/CLI.hpp>
@@ -15,6 +14,7 @@
 #include "json_result.h"
 #include "listed_models.h"
 #include "node_text.h"
+#include "read_snapshot.h"
 #include "shell_word.h"
 #include "table.h"
 
@@ -109,7 +109,7 @@ void PrintJson(const ModelsOptions& options, const std::vector<ListedModel>& lis
 
 ExitStatus Models(const ModelsOptions& options) {
   Fabscan fabscan;
-  ReadSnapshot(options.snapshot, fabscan);
+  ReadSnapshotWithProgress(options.snapshot, fabscan);
   const std::vector<ListedModel> list = ListModels(fabscan, "");
   (options.json ? PrintJson : PrintText)(options, list, fabscan.discovered_fabric.nodeCount());
   return kDone;

@@ -5,6 +5,8 @@
 #include <cerrno>
 #include <cstdlib>
 
+#include "ending_signals.h"
+
 namespace fabscan {
 
 /// The folders that are there, linked through the objects themselves: a signal handler may neither
@@ -21,40 +23,6 @@ struct AllPrivateFolders {
   }
 };
 std::atomic<PrivateFolder*> AllPrivateFolders::first{nullptr};
-
-namespace {
-
-constexpr int kEndingSignals[] = {SIGINT, SIGTERM, SIGHUP};
-
-extern "C" void RemoveFoldersAndEnd(int signal_number) {
-  AllPrivateFolders::RemoveAll();
-  // The default action follows, so that the caller sees which signal it was.
-  static_cast<void>(std::signal(signal_number, SIG_DFL));
-  static_cast<void>(::raise(signal_number));
-}
-
-void HandleEndingSignals() {
-  for (const int signal_number : kEndingSignals) {
-    struct sigaction current {};
-    if (::sigaction(signal_number, nullptr, &current) != 0) continue;
-    if (current.sa_handler != SIG_DFL) continue;
-    struct sigaction action {};
-    action.sa_handler = RemoveFoldersAndEnd;
-    for (const int other : kEndingSignals) ::sigaddset(&action.sa_mask, other);
-    ::sigaction(signal_number, &action, nullptr);
-  }
-}
-
-}  // namespace
-
-SignalsHeld::SignalsHeld() {
-  sigset_t ending;
-  ::sigemptyset(&ending);
-  for (const int signal_number : kEndingSignals) ::sigaddset(&ending, signal_number);
-  ::pthread_sigmask(SIG_BLOCK, &ending, &before_);
-}
-
-SignalsHeld::~SignalsHeld() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
 int PrivateFolder::Make(const std::string& pattern, const std::string& name) {
   path_ = pattern;
@@ -80,7 +48,7 @@ void PrivateFolder::note() noexcept {
   if (next_ != nullptr) next_.load()->previous_ = this;
   AllPrivateFolders::first = this;
   there_ = true;
-  HandleEndingSignals();
+  TidyOnEndingSignal(AllPrivateFolders::RemoveAll);
 }
 
 void PrivateFolder::forget() noexcept {

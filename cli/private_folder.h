@@ -2,27 +2,13 @@
 #define FABSCAN_CLI_PRIVATE_FOLDER_H
 
 #include <atomic>
-#include <csignal>
 #include <string>
 
 namespace fabscan {
 
-/// Holds back SIGINT, SIGTERM and SIGHUP for this thread while it lives, so that what happens
-/// meanwhile is one step for them.
-class SignalsHeld {
- public:
-  SignalsHeld();
-  ~SignalsHeld();
-  SignalsHeld(const SignalsHeld&) = delete;
-  SignalsHeld& operator=(const SignalsHeld&) = delete;
-
- private:
-  sigset_t before_;
-};
-
-/// A folder for one file, which nobody else uses. Both go with this object, and when one of these
-/// signals ends the program; one that is ignored, or that someone else handles, stays as it is.
-/// Any number of them at a time; one thread makes and ends them.
+/// A folder for one file, which nobody else uses. Both go with this object, and when SIGINT,
+/// SIGTERM or SIGHUP ends the program. Any number of them at a time; one thread makes and ends
+/// them.
 class PrivateFolder {
  public:
   PrivateFolder() = default;

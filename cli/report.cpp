@@ -16,16 +16,7 @@ constexpr unsigned char kFirstPrintable = 0x20;
 constexpr unsigned char kDelete = 0x7F;
 
 void PrintLine(std::string_view kind, std::string_view message) {
-  std::string line = fmt::format("fabscan: {}: ", kind);
-  for (const char c : message) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < kFirstPrintable || byte == kDelete) {
-      fmt::format_to(std::back_inserter(line), "\\x{:02x}", byte);
-    } else {
-      line += c;
-    }
-  }
-  line += '\n';
+  const std::string line = fmt::format("fabscan: {}: {}\n", kind, WithoutControls(message));
   // Results come before what is said of them when both go to the same place.
   FlushStandardOutput();
   // Nothing is left to tell of a standard error that cannot be written.
@@ -33,6 +24,19 @@ void PrintLine(std::string_view kind, std::string_view message) {
 }
 
 }  // namespace
+
+std::string WithoutControls(std::string_view text) {
+  std::string shown;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < kFirstPrintable || byte == kDelete) {
+      fmt::format_to(std::back_inserter(shown), "\\x{:02x}", byte);
+    } else {
+      shown += c;
+    }
+  }
+  return shown;
+}
 
 void PrintError(std::string_view message) { PrintLine("error", message); }
 void PrintWarning(std::string_view message) { PrintLine("warning", message); }

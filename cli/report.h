@@ -17,6 +17,9 @@ void PrintOutOfMemory();
 /// Writes out what is pending on standard output. 0, or the errno of the first write that failed.
 int FlushStandardOutput();
 
+/// `text` with each control character as \xNN.
+std::string WithoutControls(std::string_view text);
+
 /// What the system says of `error_number` (an errno value).
 std::string CauseText(int error_number);
 

@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <snapshot.h>
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -9,6 +8,7 @@
 
 #include "command.h"
 #include "guid_options.h"
+#include "read_snapshot.h"
 #include "show_report.h"
 
 namespace fabscan {
@@ -24,10 +24,8 @@ struct ShowOptions {
 ExitStatus Show(const ShowOptions& options) {
   const std::set<u_int64_t> chosen = options.guids.Read();
   Fabscan fabscan;
-  SnapshotReadOptions read_options;
-  if (!chosen.empty()) read_options.guids = &chosen;
   ShownSnapshot shown{
-      options.snapshot, ReadSnapshot(options.snapshot, fabscan, read_options), fabscan, {}};
+      options.snapshot, ReadSnapshotWithProgress(options.snapshot, fabscan, chosen), fabscan, {}};
 
   const std::set<u_int64_t> found = WarnOfUnknown(chosen, fabscan.discovered_fabric);
   if (!chosen.empty() && found.empty()) {

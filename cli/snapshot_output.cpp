@@ -5,6 +5,8 @@
 #include <CLI/CLI.hpp>
 #include <string_view>
 
+#include "progress.h"
+
 namespace fabscan {
 
 namespace {
@@ -27,13 +29,17 @@ void SnapshotOutputOptions::AddTo(CLI::App& app, const char* type_name) {
 }
 
 void WriteAndCommit(StagedOutput& output, const Fabscan& fabscan, const SnapshotHeader& header) {
+  Progress progress;
+  const auto show = [&progress](std::size_t done, std::size_t total) {
+    progress.Show("nodes written", done, total);
+  };
   if (IsCompressed(output.path())) {
     ZstdOutput compressed(output.stream());
     std::ostream out(&compressed);
-    WriteSnapshot(out, fabscan, header);
+    WriteSnapshot(out, fabscan, header, show);
     compressed.Finish();  // a stream that did not take everything fails in Commit
   } else {
-    WriteSnapshot(output.stream(), fabscan, header);
+    WriteSnapshot(output.stream(), fabscan, header, show);
   }
   output.Commit();
 }

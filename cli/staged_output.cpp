@@ -13,6 +13,7 @@
 #include <set>
 
 #include "command.h"
+#include "ending_signals.h"
 #include "report.h"
 
 namespace fabscan {

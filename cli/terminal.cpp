@@ -56,9 +56,13 @@ Terminal StandardOutput() {
   if (::isatty(STDOUT_FILENO) != 1) return terminal;
   const char* kind = std::getenv("TERM");
   terminal.colour = !IsSet("NO_COLOR") && kind != nullptr && std::string_view(kind) != "dumb";
-  struct winsize size {};
-  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0) terminal.width = size.ws_col;
+  terminal.width = WidthOf(STDOUT_FILENO);
   return terminal;
+}
+
+std::size_t WidthOf(int file) {
+  struct winsize size {};
+  return ::ioctl(file, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 std::string Painted(std::string_view text, Style style, const Terminal& terminal) {

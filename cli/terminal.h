@@ -18,6 +18,9 @@ struct Terminal {
 /// NO_COLOR is set and not empty, or TERM is "dumb".
 Terminal StandardOutput();
 
+/// The columns of the terminal behind `file`; 0 where it is none, or does not tell.
+std::size_t WidthOf(int file);
+
 enum class Style { kPlain, kHead, kGood, kQuiet, kWarning, kBad };
 
 /// `text` in this style, where the terminal has colour.

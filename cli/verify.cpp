@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <snapshot.h>
 #include <verification.h>
 
 #include <CLI/CLI.hpp>
@@ -11,8 +10,9 @@
 #include <thread>
 
 #include "command.h"
-#include "discovery_progress.h"
 #include "guid_options.h"
+#include "progress.h"
+#include "read_snapshot.h"
 #include "verify_folder.h"
 #include "verify_report.h"
 #include "verify_selection.h"
@@ -46,7 +46,7 @@ class Run {
     const std::size_t count = std::min<std::size_t>(jobs, verified_.size());
     for (std::size_t i = 0; i < count; ++i) threads.emplace_back([this] { work(); });
     for (std::thread& thread : threads) thread.join();
-    progress_.Clear();
+    progress_.Finish();
     return verified_;
   }
 
@@ -84,7 +84,7 @@ class Run {
   std::atomic<std::size_t> next_{0};
   std::mutex mutex_;  // of the generator and of what follows
   std::size_t done_ = 0;
-  DiscoveryProgress progress_;
+  Progress progress_;
 };
 
 Workspace MakeWorkspace(const VerifyFolder& folder, const Compiler& compiler) {
@@ -100,9 +100,7 @@ ExitStatus Verify(const VerifyOptions& options) {
   const std::set<u_int64_t> guids = options.guids.Read();
   const VerifyFolder folder(options.keep);
   Fabscan fabscan;
-  SnapshotReadOptions read_options;
-  if (options.guids.given()) read_options.guids = &guids;
-  ReadSnapshot(options.snapshot, fabscan, read_options);
+  ReadSnapshotWithProgress(options.snapshot, fabscan, guids);
   const std::vector<const IBNode*> nodes = options.guids.given()
                                                ? ChosenNodes(fabscan.discovered_fabric, guids)
                                                : RepresentativeNodes(fabscan);

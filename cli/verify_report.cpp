@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "counted.h"
 #include "guid_options.h"
 
 namespace fabscan {
@@ -13,10 +14,6 @@ namespace {
 
 /// Differences of one function that are written out before the rest is only counted.
 constexpr std::size_t kMaxDifferences = 5;
-
-std::string Count(std::size_t count, const char* noun) {
-  return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
-}
 
 const GeneratedLine* RefusalOf(const NodeReport& report, const std::string& function) {
   for (const GeneratedLine& line : report.refusals) {
@@ -32,8 +29,8 @@ std::string FunctionText(const NodeReport& report, const FunctionResult& functio
     text = fmt::format(kRow, function.name, "refused: " + refusal->text);
   } else {
     text = fmt::format(kRow, function.name,
-                       fmt::format("{}, {}, {} differ", Count(function.records, "record"),
-                                   Count(function.fields, "field"), function.differences.size()));
+                       fmt::format("{}, {}, {} differ", Counted(function.records, "record"),
+                                   Counted(function.fields, "field"), function.differences.size()));
   }
   const std::size_t shown = std::min(function.differences.size(), kMaxDifferences);
   for (std::size_t i = 0; i < shown; ++i) {
@@ -63,10 +60,10 @@ void VerifyTotals::Add(const VerifiedNode& node) {
 }
 
 std::string VerifyTotals::text() const {
-  std::string text = fmt::format("{}: {}, {}, {} differ\n", Count(nodes, "node"),
-                                 Count(records, "record"), Count(fields, "field"), differences);
+  std::string text = fmt::format("{}: {}, {}, {} differ\n", Counted(nodes, "node"),
+                                 Counted(records, "record"), Counted(fields, "field"), differences);
   const auto add = [&text](const char* what, std::size_t count) {
-    if (count != 0) text += fmt::format("{}: {}\n", what, Count(count, "node"));
+    if (count != 0) text += fmt::format("{}: {}\n", what, Counted(count, "node"));
   };
   add("refused to compile", refused);
   add("to be changed by hand before compiling", hand_places);

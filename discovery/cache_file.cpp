@@ -13,10 +13,13 @@ namespace fabscan {
 
 namespace {
 
+using Progress = std::function<void(std::size_t done, std::size_t total)>;
+
 /// Appends up to `count` bytes of `file`, as they come: an announced size is not believed before
 /// the bytes are there.
-void Append(std::FILE* file, u_int64_t count, std::string& bytes) {
-  constexpr u_int64_t kPiece = u_int64_t{1} << 20U;
+void Append(std::FILE* file, u_int64_t count, std::string& bytes, const Progress& progress) {
+  const u_int64_t total = bytes.size() + count;
+  constexpr u_int64_t kPiece = u_int64_t{1} << 18U;
   while (count > 0) {
     const std::size_t old_size = bytes.size();
     const auto wanted = static_cast<std::size_t>(std::min(count, kPiece));
@@ -26,15 +29,16 @@ void Append(std::FILE* file, u_int64_t count, std::string& bytes) {
     if (std::ferror(file) != 0) throw std::system_error(errno, std::generic_category());
     if (got < wanted) return;
     count -= got;
+    if (progress) progress(bytes.size(), total);
   }
 }
 
-std::string LoadCache(std::FILE* file) {
+std::string LoadCache(std::FILE* file, const Progress& progress) {
   std::string bytes;
-  Append(file, kCacheHeaderBytes, bytes);
+  Append(file, kCacheHeaderBytes, bytes, {});
   CacheCursor cursor(bytes);
   // One byte more, so that a file longer than announced is seen.
-  Append(file, CacheFileBytes(TakeCacheHeader(cursor)) - kCacheHeaderBytes + 1, bytes);
+  Append(file, CacheFileBytes(TakeCacheHeader(cursor)) - kCacheHeaderBytes + 1, bytes, progress);
   return bytes;
 }
 
@@ -44,7 +48,7 @@ struct CloseFile {
 
 }  // namespace
 
-FabricFindings ReadCacheFile(const std::string& path) {
+FabricFindings ReadCacheFile(const std::string& path, const Progress& progress) {
   std::unique_ptr<std::FILE, CloseFile> opened;
   std::FILE* file = stdin;
   if (path != "-") {
@@ -53,7 +57,7 @@ FabricFindings ReadCacheFile(const std::string& path) {
     file = opened.get();
   }
   try {
-    return ReadCache(LoadCache(file));
+    return ReadCache(LoadCache(file, progress));
   } catch (const CacheError& error) {
     throw CacheError(path + ": " + error.what());
   } catch (const std::system_error& error) {

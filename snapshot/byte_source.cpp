@@ -1,6 +1,7 @@
 #include "byte_source.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -29,6 +30,12 @@ class FileSource : public ByteSource {
     }
   }
 
+  std::size_t Size() const override {
+    struct stat status {};
+    if (::fstat(file_, &status) != 0 || !S_ISREG(status.st_mode)) return 0;
+    return static_cast<std::size_t>(status.st_size);
+  }
+
  private:
   int file_;
   bool owned_;
@@ -49,6 +56,27 @@ class MemorySource : public ByteSource {
   std::string_view rest_;
 };
 
+class WatchedSource : public ByteSource {
+ public:
+  WatchedSource(std::unique_ptr<ByteSource> source,
+                std::function<void(std::size_t, std::size_t)> progress)
+      : source_(std::move(source)), progress_(std::move(progress)), size_(source_->Size()) {}
+
+  std::size_t Read(char* to, std::size_t size) override {
+    const std::size_t got = source_->Read(to, size);
+    read_ += got;
+    progress_(read_, size_);
+    return got;
+  }
+  std::size_t Size() const override { return size_; }
+
+ private:
+  std::unique_ptr<ByteSource> source_;
+  std::function<void(std::size_t, std::size_t)> progress_;
+  std::size_t size_;
+  std::size_t read_ = 0;
+};
+
 }  // namespace
 
 std::unique_ptr<ByteSource> OpenFileSource(const std::string& path) {
@@ -56,6 +84,12 @@ std::unique_ptr<ByteSource> OpenFileSource(const std::string& path) {
   const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (file < 0) throw SourceError("cannot open: " + Reason(errno));
   return std::make_unique<FileSource>(file, true);
+}
+
+std::unique_ptr<ByteSource> Watched(
+    std::unique_ptr<ByteSource> source,
+    std::function<void(std::size_t done, std::size_t total)> progress) {
+  return std::make_unique<WatchedSource>(std::move(source), std::move(progress));
 }
 
 std::unique_ptr<ByteSource> MakeMemorySource(std::string_view bytes) {

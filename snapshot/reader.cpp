@@ -112,7 +112,9 @@ SnapshotHeader ReadSnapshot(const std::string& path, Fabscan& fabscan,
   const std::string name = path == "-" ? "standard input" : path;
   std::unique_ptr<ByteSource> source;
   try {
-    source = Decompressed(OpenFileSource(path));
+    source = OpenFileSource(path);
+    if (options.progress) source = Watched(std::move(source), options.progress);
+    source = Decompressed(std::move(source));
   } catch (const SourceError& error) {
     throw SnapshotError(name + ": " + error.what());
   }

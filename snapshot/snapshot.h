@@ -4,6 +4,7 @@
 #include <infiniband/fabscan/fabscan.h>
 
 #include <cstddef>
+#include <functional>
 #include <ostream>
 #include <set>
 #include <stdexcept>
@@ -32,6 +33,9 @@ struct SnapshotReadOptions {
   std::size_t max_line_bytes = std::size_t{64} << 20U;
   /// More nodes are an error.
   std::size_t max_nodes = 4'000'000;
+  /// Called every now and then with the bytes that were read of the file, and its size; 0 where
+  /// that is not known.
+  std::function<void(std::size_t done, std::size_t total)> progress;
 };
 
 /// Reads a saved fabric into `fabscan`, whose model and store are empty. `path` "-" is standard
@@ -42,7 +46,9 @@ SnapshotHeader ReadSnapshot(const std::string& path, Fabscan& fabscan,
 
 /// Writes the fabric with every record of the store, nodes in the order of their creation. Reading
 /// what was written, and writing it again, gives the same bytes. The caller checks the stream.
-void WriteSnapshot(std::ostream& out, const Fabscan& fabscan, const SnapshotHeader& header);
+/// `progress` is called for each node with how many were written, and how many there are.
+void WriteSnapshot(std::ostream& out, const Fabscan& fabscan, const SnapshotHeader& header,
+                   const std::function<void(std::size_t done, std::size_t total)>& progress = {});
 
 }  // namespace fabscan
 

@@ -20,9 +20,13 @@ class SnapshotWriter {
         store_(fabscan.fabric_extended_info),
         capabilities_(fabscan.capability_module) {}
 
-  void Write(const SnapshotHeader& header) {
+  void Write(const SnapshotHeader& header,
+             const std::function<void(std::size_t, std::size_t)>& progress) {
     WriteHeader(header);
-    for (const IBNode& node : fabric_.nodes()) WriteNode(node);
+    for (const IBNode& node : fabric_.nodes()) {
+      WriteNode(node);
+      if (progress) progress(node.createIndex + 1, fabric_.nodeCount());
+    }
     json_.BeginObject();
     json_.Key("end");
     json_.Bool(true);
@@ -223,8 +227,9 @@ class SnapshotWriter {
 
 }  // namespace
 
-void WriteSnapshot(std::ostream& out, const Fabscan& fabscan, const SnapshotHeader& header) {
-  SnapshotWriter(out, fabscan).Write(header);
+void WriteSnapshot(std::ostream& out, const Fabscan& fabscan, const SnapshotHeader& header,
+                   const std::function<void(std::size_t done, std::size_t total)>& progress) {
+  SnapshotWriter(out, fabscan).Write(header, progress);
 }
 
 }  // namespace fabscan

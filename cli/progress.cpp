@@ -1,0 +1,159 @@
+#include "progress.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <atomic>
+#include <cstdlib>
+
+#include "ending_signals.h"
+#include "report.h"
+#include "terminal.h"
+
+namespace fabscan {
+
+namespace {
+
+constexpr char kEraseLine[] = "\r\x1b[K";
+constexpr std::chrono::milliseconds kPause(100);
+constexpr std::chrono::seconds kDelay(1);
+/// A pace is not judged sooner.
+constexpr double kSecondsToJudge = 0.5;
+
+bool quiet = false;
+bool verbose = false;
+
+std::atomic<bool> line_is_shown{false};
+
+void EraseShownLine() {
+  if (!line_is_shown) return;
+  // A terminal that is gone takes nothing.
+  if (::write(STDERR_FILENO, kEraseLine, sizeof kEraseLine - 1) < 0) return;
+}
+
+bool CanWriteOver() {
+  const char* kind = std::getenv("TERM");
+  return ::isatty(STDERR_FILENO) == 1 && kind != nullptr && std::string_view(kind) != "dumb";
+}
+
+struct Scale {
+  double divisor;
+  const char* name;
+};
+
+/// In what a number of bytes up to `largest` reads well.
+Scale ScaleFor(double largest) {
+  if (largest >= 1e9) return {1e9, "GB"};
+  if (largest >= 1e6) return {1e6, "MB"};
+  return {1e3, "kB"};
+}
+
+std::string BytesText(double bytes) {
+  const Scale scale = ScaleFor(bytes);
+  return fmt::format("{:.1f} {}", bytes / scale.divisor, scale.name);
+}
+
+std::string CountText(std::size_t done, std::size_t total, Unit unit) {
+  if (unit == Unit::kItems) {
+    return total == 0 ? std::to_string(done) : fmt::format("{} of {}", done, total);
+  }
+  const auto bytes = static_cast<double>(done);
+  if (total == 0) return BytesText(bytes);
+  const Scale scale = ScaleFor(static_cast<double>(total));
+  return fmt::format("{:.1f} of {}", bytes / scale.divisor, BytesText(static_cast<double>(total)));
+}
+
+std::string TimeText(double seconds) {
+  if (seconds < 100) return fmt::format("{:.0f} s", seconds);
+  if (seconds < 6000) return fmt::format("{:.0f} min", seconds / 60);
+  return fmt::format("{:.1f} h", seconds / 3600);
+}
+
+double SecondsBetween(std::chrono::steady_clock::time_point from,
+                      std::chrono::steady_clock::time_point to) {
+  return std::chrono::duration<double>(to - from).count();
+}
+
+}  // namespace
+
+std::string ProgressText(std::string_view what, std::size_t done, std::size_t total, Unit unit,
+                         double seconds) {
+  std::string text = WithoutControls(what);
+  if (done == 0 && total == 0) return text + fmt::format(", {}", TimeText(seconds));
+  text += ": " + CountText(done, total, unit);
+  if (done == 0 || seconds < kSecondsToJudge) return text;
+  const double pace = static_cast<double>(done) / seconds;
+  text += unit == Unit::kBytes ? fmt::format(", {}/s", BytesText(pace))
+                               : fmt::format(", {:.{}f}/s", pace, pace < 10 ? 1 : 0);
+  if (done >= total) return text;
+  return text + fmt::format(", about {} left", TimeText(static_cast<double>(total - done) / pace));
+}
+
+void AddLoudnessOptions(CLI::App& app) {
+  app.add_flag("--quiet", quiet, "Show no progress, also on a terminal");
+  app.add_flag("--verbose", verbose, "Tell each step that is done and how long it took");
+}
+
+Progress::Progress() : made_(Clock::now()) {
+  if (quiet || !CanWriteOver()) return;
+  // A stream of its own: the libraries' chatter on standard error is taken away meanwhile.
+  const int terminal = ::dup(STDERR_FILENO);
+  if (terminal < 0) return;
+  terminal_ = ::fdopen(terminal, "w");
+  if (terminal_ == nullptr) ::close(terminal);
+}
+
+Progress::~Progress() {
+  Finish();
+  if (terminal_ != nullptr) static_cast<void>(std::fclose(terminal_));
+}
+
+void Progress::Show(std::string_view what, std::size_t done, std::size_t total, Unit unit) {
+  if (terminal_ == nullptr && !verbose) return;
+  const Clock::time_point now = Clock::now();
+  if (what != what_) {
+    finishStep();
+    what_ = what;
+    unit_ = unit;
+    begun_ = now;
+  }
+  done_ = done;
+  if (terminal_ == nullptr || now - made_ < kDelay || now - shown_last_ < kPause) return;
+  shown_last_ = now;
+  std::string line = ProgressText(what, done, total, unit, SecondsBetween(begun_, now));
+  // A line that wraps could not be written over.
+  const std::size_t width = WidthOf(::fileno(terminal_));
+  if (width > 1) line = Cut(line, width - 1);
+  TidyOnEndingSignal(EraseShownLine);
+  line_is_shown = true;
+  print(kEraseLine + line);
+}
+
+void Progress::finishStep() {
+  erase();
+  if (!verbose || what_.empty()) return;
+  const std::string count = done_ == 0 ? std::string() : ": " + CountText(done_, 0, unit_);
+  fmt::print(stderr, "fabscan: {}{} in {:.1f} s\n", WithoutControls(what_), count,
+             SecondsBetween(begun_, Clock::now()));
+}
+
+void Progress::Finish() {
+  finishStep();
+  what_.clear();
+  done_ = 0;
+}
+
+// A terminal that is gone takes nothing, and nothing is lost by it.
+void Progress::print(const std::string& text) {
+  static_cast<void>(std::fputs(text.c_str(), terminal_));
+  static_cast<void>(std::fflush(terminal_));
+}
+
+void Progress::erase() {
+  if (!line_is_shown) return;
+  print(kEraseLine);
+  line_is_shown = false;
+}
+
+}  // namespace fabscan

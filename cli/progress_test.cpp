@@ -1,0 +1,41 @@
+#include "progress.h"
+
+#include <gtest/gtest.h>
+
+namespace fabscan {
+namespace {
+
+TEST(ProgressTextTest, HasTotalPaceAndEstimate) {
+  EXPECT_EQ(ProgressText("nodes verified", 30, 120, Unit::kItems, 10),
+            "nodes verified: 30 of 120, 3.0/s, about 30 s left");
+  EXPECT_EQ(ProgressText("nodes generated", 2000, 42000, Unit::kItems, 1),
+            "nodes generated: 2000 of 42000, 2000/s, about 20 s left");
+  EXPECT_EQ(ProgressText("reading f", 50'000'000, 1'200'000'000, Unit::kBytes, 2),
+            "reading f: 0.1 of 1.2 GB, 25.0 MB/s, about 46 s left");
+}
+
+TEST(ProgressTextTest, JudgesNoPaceFromAMoment) {
+  EXPECT_EQ(ProgressText("nodes", 1, 10, Unit::kItems, 0.1), "nodes: 1 of 10");
+  EXPECT_EQ(ProgressText("nodes", 0, 10, Unit::kItems, 7), "nodes: 0 of 10");
+}
+
+TEST(ProgressTextTest, LeavesAwayWhatIsNotKnown) {
+  EXPECT_EQ(ProgressText("reading standard input", 1500, 0, Unit::kBytes, 3),
+            "reading standard input: 1.5 kB, 0.5 kB/s");
+  EXPECT_EQ(ProgressText("nodes", 10, 10, Unit::kItems, 5), "nodes: 10 of 10, 2.0/s");
+  EXPECT_EQ(ProgressText("scanning", 0, 0, Unit::kItems, 12), "scanning, 12 s");
+}
+
+TEST(ProgressTextTest, LongTimesReadWell) {
+  EXPECT_EQ(ProgressText("nodes", 1, 31, Unit::kItems, 20),
+            "nodes: 1 of 31, 0.1/s, about 10 min left");
+  EXPECT_EQ(ProgressText("nodes", 1, 1001, Unit::kItems, 18),
+            "nodes: 1 of 1001, 0.1/s, about 5.0 h left");
+}
+
+TEST(ProgressTextTest, NamesCannotMoveTheCursor) {
+  EXPECT_EQ(ProgressText("reading a\x1b[2J", 0, 0, Unit::kItems, 1), "reading a\\x1b[2J, 1 s");
+}
+
+}  // namespace
+}  // namespace fabscan

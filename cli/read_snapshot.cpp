@@ -1,0 +1,19 @@
+#include "read_snapshot.h"
+
+#include "progress.h"
+
+namespace fabscan {
+
+SnapshotHeader ReadSnapshotWithProgress(const std::string& path, Fabscan& fabscan,
+                                        const std::set<u_int64_t>& guids) {
+  Progress progress;
+  const std::string what = "reading " + (path == "-" ? "standard input" : path);
+  SnapshotReadOptions options;
+  if (!guids.empty()) options.guids = &guids;
+  options.progress = [&](std::size_t done, std::size_t total) {
+    progress.Show(what, done, total, Unit::kBytes);
+  };
+  return ReadSnapshot(path, fabscan, options);
+}
+
+}  // namespace fabscan

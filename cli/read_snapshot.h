@@ -1,0 +1,18 @@
+#ifndef FABSCAN_CLI_READ_SNAPSHOT_H
+#define FABSCAN_CLI_READ_SNAPSHOT_H
+
+#include <snapshot.h>
+
+#include <set>
+#include <string>
+
+namespace fabscan {
+
+/// `ReadSnapshot`, which shows how far it is. `guids` empty: all nodes in full; otherwise those,
+/// and the others as far as any node is known.
+SnapshotHeader ReadSnapshotWithProgress(const std::string& path, Fabscan& fabscan,
+                                        const std::set<u_int64_t>& guids = {});
+
+}  // namespace fabscan
+
+#endif
