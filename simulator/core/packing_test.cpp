@@ -23,7 +23,7 @@ using Records =
                    CC_CongestionSwitchGeneralSettings, IB_ClassPortInfo, WrenReductionInfo,
                    SMP_PortInfo, SMP_PortInfoExtended, SMP_TarnExtPortInfo, WrenReductionPortInfo,
                    WrenReductionCounters, WrenPushReductionCounters>;
-TYPED_TEST_SUITE(PackingTest, Records);
+TYPED_TEST_SUITE(PackingTest, Records, );
 
 template <class Record>
 std::set<std::string> NamesOf() {

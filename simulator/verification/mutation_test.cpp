@@ -1,5 +1,6 @@
 // Verification must be able to fail: every generated function is changed in each of three ways, and
-// each change must show in the report of that function.
+// each change must show in the report of that function; and where every assignment is changed,
+// every one must show.
 
 #include <gtest/gtest.h>
 
@@ -58,12 +59,20 @@ Assignment AssignmentAt(const Lines& body, std::size_t number) {
   return assignment;
 }
 
-void ChangeValue(Lines& body) {
-  const std::size_t number = AssignmentsIn(body).at(0);
+void ChangeValueAt(Lines& body, std::size_t number) {
   Assignment assignment = AssignmentAt(body, number);
   const bool is_zero = assignment.value == "0x0";
   assignment.value = is_zero ? "0x1" : "0x0";
   body[number] = assignment.line();
+}
+
+void ChangeValue(Lines& body) { ChangeValueAt(body, AssignmentsIn(body).at(0)); }
+
+void ChangeEveryValue(Lines& body) {
+  for (const std::size_t number : AssignmentsIn(body)) {
+    // The line that verification leaves out, as it does not compile.
+    if (AssignmentAt(body, number).field != "RedirectGID") ChangeValueAt(body, number);
+  }
 }
 
 void DropLine(Lines& body) {
@@ -91,8 +100,11 @@ struct Mutation {
   const char* name;
   void (*apply)(Lines& body);
 };
-constexpr Mutation kMutations[] = {
-    {"Keep", [](Lines&) {}}, {"Change", ChangeValue}, {"Drop", DropLine}, {"Swap", SwapFields}};
+constexpr Mutation kMutations[] = {{"Keep", [](Lines&) {}},
+                                   {"Change", ChangeValue},
+                                   {"Drop", DropLine},
+                                   {"Swap", SwapFields},
+                                   {"Every", ChangeEveryValue}};
 
 /// The generated file with one function's lines passed through `change`, and without a line in all
 /// others, so that many fit into one program.
@@ -155,7 +167,10 @@ TEST(Mutation, EveryChangeOfEveryFunctionShows) {
     const std::string& function = functions[i / kVariants];
     const FunctionResult& result = ResultOf(reports[i], function);
     EXPECT_GT(result.fields, 0U) << function;
-    if (i % kVariants == 0) {
+    const Mutation& mutation = kMutations[i % kVariants];
+    if (mutation.apply == ChangeEveryValue) {
+      EXPECT_EQ(result.differences.size(), result.fields) << function;
+    } else if (i % kVariants == 0) {
       EXPECT_TRUE(result.differences.empty()) << function << ": " << result.differences.at(0);
     } else {
       EXPECT_FALSE(result.differences.empty()) << function << ": " << mutants[i].prefix;
