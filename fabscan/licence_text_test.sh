@@ -28,16 +28,24 @@ refused() {
 
 refused FABSCAN_LICENCE_HOLDER '#define FABSCAN_LICENCE_HOLDER "Example */ int x;"'
 refused FABSCAN_LICENCE_HOLDER '#define FABSCAN_LICENCE_HOLDER "Example\nGroup"'
+refused FABSCAN_LICENCE_HOLDER '#define FABSCAN_LICENCE_HOLDER "Example /* Group"'
+refused FABSCAN_LICENCE_HOLDER '#define FABSCAN_LICENCE_HOLDER "Example\037Group"'
+refused FABSCAN_LICENCE_HOLDER '#define FABSCAN_LICENCE_HOLDER "Example\\\\"'
+refused FABSCAN_LICENCE_HOLDER '#define FABSCAN_LICENCE_HOLDER "Example "'
 refused FABSCAN_LICENCE_HOLDER '#define FABSCAN_LICENCE_HOLDER ""'
 refused FABSCAN_LICENCE_IDENTIFIER '#define FABSCAN_LICENCE_IDENTIFIER "two words"'
 refused FABSCAN_LICENCE_IDENTIFIER '#define FABSCAN_LICENCE_IDENTIFIER ""'
+# The characters beside those that an identifier takes.
+for character in '`' '{' '@' '[' / : ,; do
+  refused FABSCAN_LICENCE_IDENTIFIER "#define FABSCAN_LICENCE_IDENTIFIER \"Example$character\""
+done
 refused FABSCAN_LICENCE_NOTICE '#define FABSCAN_LICENCE_NOTICE "a", "b", "c", "d", "e", "f"'
 refused FABSCAN_LICENCE_NOTICE '#define FABSCAN_LICENCE_NOTICE "a", "b", "c", "d", "e."'
 refused FABSCAN_LICENCE_NOTICE '#define FABSCAN_LICENCE_NOTICE "a", "b/*", "c", "d", "e", "f."'
 
 cat >"$work/text.h" <<'TEXT'
-#define FABSCAN_LICENCE_HOLDER "Example Fabrics (Group)"
-#define FABSCAN_LICENCE_IDENTIFIER "Example-1.0"
+#define FABSCAN_LICENCE_HOLDER "Example * Fabrics / (Group~)"
+#define FABSCAN_LICENCE_IDENTIFIER "azAZ-0.9"
 #define FABSCAN_LICENCE_NOTICE "one", "two", "three", "four", "five", "six."
 TEXT
 cat >"$work/main.cpp" <<'SOURCE'
@@ -54,8 +62,8 @@ compile "$work/main.cpp" "$work/frame.o" "$project"/fabscan/{source_writer,gathe
 "$work/print" >"$work/block"
 diff - "$work/block" <<BLOCK
 /*
-* SPDX-FileCopyrightText: Copyright (c) 2024-$(date +%Y) Example Fabrics (Group). All rights reserved
-* SPDX-License-Identifier: LicenseRef-Example-1.0
+* SPDX-FileCopyrightText: Copyright (c) 2024-$(date +%Y) Example * Fabrics / (Group~). All rights reserved
+* SPDX-License-Identifier: LicenseRef-azAZ-0.9
 *
 * one
 * two
