@@ -14,6 +14,7 @@
 #include "command.h"
 #include "counted.h"
 #include "keyed_mapping.h"
+#include "read_limits.h"
 #include "read_snapshot.h"
 #include "report.h"
 #include "snapshot_output.h"
@@ -28,6 +29,7 @@ struct AnonymiseOptions {
   std::string key;
   std::string key_file;
   bool keep_reasons = false;
+  SnapshotReadOptions reading;
 };
 
 constexpr char kSource[] = "anonymised";
@@ -80,7 +82,7 @@ ExitStatus AnonymiseSnapshot(const AnonymiseOptions& options, bool has_key) {
   StagedOutput output(options.output.path, options.output.force);
   const std::unique_ptr<KeyedMapping> mapping = MakeMapping(options, has_key);
   Fabscan fabscan;
-  ReadSnapshotWithProgress(options.snapshot, fabscan);
+  ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading);
   Fabscan anonymised;
   try {
     AnonymiseFabric(fabscan, *mapping, options.keep_reasons, anonymised);
@@ -110,6 +112,7 @@ std::function<ExitStatus()> AddAnonymise(CLI::App& app) {
       ->excludes(key);
   app.add_flag("--keep-reasons", options->keep_reasons,
                "Keep the reasons why records are absent; they are free text");
+  AddReadLimits(app, options->reading);
   app.footer(
       "The same key gives the same replacements, in this snapshot and in others. Whoever has the "
       "key\n"

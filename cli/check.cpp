@@ -12,6 +12,7 @@
 #include "command.h"
 #include "generated_nodes.h"
 #include "guid_options.h"
+#include "read_limits.h"
 #include "read_snapshot.h"
 #include "staged_output.h"
 
@@ -25,6 +26,7 @@ struct CheckOptions {
   bool json = false;
   std::string html;
   bool force = false;
+  SnapshotReadOptions reading;
 };
 
 /// The page, and what it was made of in few words where standard output is free for them.
@@ -47,7 +49,7 @@ ExitStatus Check(const CheckOptions& options) {
   }
   const std::set<u_int64_t> chosen = options.guids.Read();
   Fabscan fabscan;
-  ReadSnapshotWithProgress(options.snapshot, fabscan, chosen);
+  ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading, chosen);
 
   const std::set<u_int64_t> found = WarnOfMissing(chosen, fabscan.discovered_fabric);
   CheckResult result;
@@ -87,6 +89,7 @@ std::function<ExitStatus()> AddCheck(CLI::App& app) {
                  "text of each; one file that needs no network; - is standard output")
       ->type_name("FILE");
   app.add_flag("--force", options->force, "Replace a page that exists");
+  AddReadLimits(app, options->reading);
   app.footer(
       "Generates the nodes as one file, which is not kept, and says what is in it. Exit status: 0 "
       "when\n"

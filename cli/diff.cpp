@@ -14,6 +14,7 @@
 #include "guid_options.h"
 #include "json_result.h"
 #include "progress.h"
+#include "read_limits.h"
 #include "read_snapshot.h"
 #include "report.h"
 #include "terminal.h"
@@ -33,6 +34,7 @@ struct DiffOptions {
   bool by_name = false;
   std::vector<std::string> ignored;
   bool json = false;
+  SnapshotReadOptions reading;
 };
 
 struct DiffCounts {
@@ -164,8 +166,8 @@ ExitStatus Compare(const DiffOptions& options) {
   ComparisonOptions comparison{options.by_name, IgnoredFields(options.ignored)};
   Fabscan first;
   Fabscan second;
-  ReadSnapshotWithProgress(options.first, first);
-  ReadSnapshotWithProgress(options.second, second);
+  ReadSnapshotWithProgress(options.first, first, options.reading);
+  ReadSnapshotWithProgress(options.second, second, options.reading);
   Progress progress;
   // On a terminal the differences themselves show how far it is.
   if (::isatty(STDOUT_FILENO) != 1) {
@@ -214,6 +216,7 @@ std::function<ExitStatus()> AddDiff(CLI::App& app) {
       ->type_name("FIELD")
       ->allow_extra_args(false);
   app.add_flag("--json", options->json, "Print one JSON object");
+  AddReadLimits(app, options->reading);
   app.footer(
       "Exit status: 0 when the two are the same, 1 when they differ, 2 for wrong usage or a file "
       "that\n"

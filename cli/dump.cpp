@@ -12,6 +12,7 @@
 #include "dump_options.h"
 #include "dump_summary.h"
 #include "guid_options.h"
+#include "read_limits.h"
 #include "read_snapshot.h"
 #include "report.h"
 #include "staged_output.h"
@@ -58,7 +59,7 @@ ExitStatus Dump(const DumpOptions& options) {
   StagedOutput output(output_dir / GeneratedFileName(options.prefix), options.force);
 
   Fabscan fabscan;
-  ReadSnapshotWithProgress(options.snapshot, fabscan, chosen);
+  ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading, chosen);
   const DumpSummary summary = WriteDumpFile(
       fabscan, options.prefix, SelectNodes(chosen, options, fabscan.discovered_fabric), output);
   output.Commit();
@@ -87,6 +88,7 @@ std::function<ExitStatus()> AddDump(CLI::App& app) {
       ->type_name("DIR");
   app.add_flag("--force", options->force, "Replace a file that exists");
   app.add_flag("--strict", options->strict, "Exit 3 when a file will not compile as it stands");
+  AddReadLimits(app, options->reading);
   app.footer(
       "Examples: one switch and one adapter, as devices of class MyDev, into mydev_generated.cpp\n"
       "  fabscan dump fabric.jsonl --prefix MyDev --guid 0x2c90000000001 --guid 0x2c90000000002\n"

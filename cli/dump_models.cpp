@@ -81,7 +81,7 @@ ExitStatus DumpModels(const DumpOptions& options) {
         kWrongUsage);
   }
   Fabscan fabscan;
-  ReadSnapshotWithProgress(options.snapshot, fabscan);
+  ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading);
   const std::vector<ListedModel> list = ListModels(fabscan, PrefixStart(options.prefix));
   if (list.empty()) {
     throw CommandError(

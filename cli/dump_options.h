@@ -1,6 +1,8 @@
 #ifndef FABSCAN_CLI_DUMP_OPTIONS_H
 #define FABSCAN_CLI_DUMP_OPTIONS_H
 
+#include <snapshot.h>
+
 #include <string>
 
 #include "command.h"
@@ -16,6 +18,7 @@ struct DumpOptions {
   bool one_per_model = false;
   bool force = false;
   bool strict = false;
+  SnapshotReadOptions reading;
 };
 
 /// `dump --one-per-model`: all files or none.

@@ -11,6 +11,7 @@
 #include "command.h"
 #include "counted.h"
 #include "merge_fabrics.h"
+#include "read_limits.h"
 #include "read_snapshot.h"
 #include "snapshot_output.h"
 
@@ -23,6 +24,7 @@ struct MergeOptions {
   std::string extra;
   SnapshotOutputOptions output;
   Prefer prefer = Prefer::kNeither;
+  SnapshotReadOptions reading;
 };
 
 MergeResult MergeOrRefuse(const MergeOptions& options, const Fabscan& base, const Fabscan& extra,
@@ -46,8 +48,8 @@ ExitStatus Merge(const MergeOptions& options) {
   StagedOutput output(options.output.path, options.output.force);
   Fabscan base;
   Fabscan extra;
-  const SnapshotHeader header = ReadSnapshotWithProgress(options.base, base);
-  ReadSnapshotWithProgress(options.extra, extra);
+  const SnapshotHeader header = ReadSnapshotWithProgress(options.base, base, options.reading);
+  ReadSnapshotWithProgress(options.extra, extra, options.reading);
   Fabscan merged;
   const MergeResult result = MergeOrRefuse(options, base, extra, merged);
   WriteAndCommit(output, merged, header);
@@ -76,6 +78,7 @@ std::function<ExitStatus()> AddMerge(CLI::App& app) {
   app.add_option("--prefer", options->prefer, "Whose values stand where the two differ")
       ->transform(CLI::CheckedTransformer(words).description(""))
       ->type_name("base|extra");
+  AddReadLimits(app, options->reading);
   app.footer(
       "Nodes are joined by GUID, ports by number. Without --prefer, values that differ are an "
       "error.\n"

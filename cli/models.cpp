@@ -14,6 +14,7 @@
 #include "json_result.h"
 #include "listed_models.h"
 #include "node_text.h"
+#include "read_limits.h"
 #include "read_snapshot.h"
 #include "shell_word.h"
 #include "table.h"
@@ -25,6 +26,7 @@ namespace {
 struct ModelsOptions {
   std::string snapshot;
   bool json = false;
+  SnapshotReadOptions reading;
 };
 
 std::size_t NodesOf(const std::vector<ListedModel>& list) {
@@ -109,7 +111,7 @@ void PrintJson(const ModelsOptions& options, const std::vector<ListedModel>& lis
 
 ExitStatus Models(const ModelsOptions& options) {
   Fabscan fabscan;
-  ReadSnapshotWithProgress(options.snapshot, fabscan);
+  ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading);
   const std::vector<ListedModel> list = ListModels(fabscan, "");
   (options.json ? PrintJson : PrintText)(options, list, fabscan.discovered_fabric.nodeCount());
   return kDone;
@@ -122,6 +124,7 @@ std::function<ExitStatus()> AddModels(CLI::App& app) {
   app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
       ->required();
   app.add_flag("--json", options->json, "Print one JSON object");
+  AddReadLimits(app, options->reading);
   app.footer(
       "Nodes are of one model when they agree in kind, vendor and device id, hardware revision, "
       "PSID\n"

@@ -5,10 +5,11 @@
 namespace fabscan {
 
 SnapshotHeader ReadSnapshotWithProgress(const std::string& path, Fabscan& fabscan,
+                                        const SnapshotReadOptions& limits,
                                         const std::set<u_int64_t>& guids) {
   Progress progress;
   const std::string what = "reading " + (path == "-" ? "standard input" : path);
-  SnapshotReadOptions options;
+  SnapshotReadOptions options = limits;
   if (!guids.empty()) options.guids = &guids;
   options.progress = [&](std::size_t done, std::size_t total) {
     progress.Show(what, done, total, Unit::kBytes);

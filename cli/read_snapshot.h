@@ -8,9 +8,10 @@
 
 namespace fabscan {
 
-/// `ReadSnapshot`, which shows how far it is. `guids` empty: all nodes in full; otherwise those,
-/// and the others as far as any node is known.
+/// `ReadSnapshot` with these limits, which shows how far it is. `guids` empty: all nodes in full;
+/// otherwise those, and the others as far as any node is known.
 SnapshotHeader ReadSnapshotWithProgress(const std::string& path, Fabscan& fabscan,
+                                        const SnapshotReadOptions& limits,
                                         const std::set<u_int64_t>& guids = {});
 
 }  // namespace fabscan

@@ -8,6 +8,7 @@
 
 #include "command.h"
 #include "guid_options.h"
+#include "read_limits.h"
 #include "read_snapshot.h"
 #include "show_report.h"
 
@@ -19,13 +20,16 @@ struct ShowOptions {
   std::string snapshot;
   GuidOptions guids;
   bool json = false;
+  SnapshotReadOptions reading;
 };
 
 ExitStatus Show(const ShowOptions& options) {
   const std::set<u_int64_t> chosen = options.guids.Read();
   Fabscan fabscan;
-  ShownSnapshot shown{
-      options.snapshot, ReadSnapshotWithProgress(options.snapshot, fabscan, chosen), fabscan, {}};
+  ShownSnapshot shown{options.snapshot,
+                      ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading, chosen),
+                      fabscan,
+                      {}};
 
   const std::set<u_int64_t> found = WarnOfUnknown(chosen, fabscan.discovered_fabric);
   if (!chosen.empty() && found.empty()) {
@@ -58,6 +62,7 @@ std::function<ExitStatus()> AddShow(CLI::App& app) {
       ->required();
   options->guids.AddTo(app);
   app.add_flag("--json", options->json, "Print one JSON object");
+  AddReadLimits(app, options->reading);
   app.footer(
       "Without --guid, a line a node and what was collected in all; with it, all of these nodes, "
       "port by\n"

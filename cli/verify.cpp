@@ -12,6 +12,7 @@
 #include "command.h"
 #include "guid_options.h"
 #include "progress.h"
+#include "read_limits.h"
 #include "read_snapshot.h"
 #include "verify_folder.h"
 #include "verify_report.h"
@@ -27,6 +28,7 @@ struct VerifyOptions {
   Compiler compiler;
   std::string keep;
   unsigned jobs = std::max(1U, std::thread::hardware_concurrency());
+  SnapshotReadOptions reading;
 };
 
 void PrintDetails(const std::vector<std::string>& lines) {
@@ -100,7 +102,7 @@ ExitStatus Verify(const VerifyOptions& options) {
   const std::set<u_int64_t> guids = options.guids.Read();
   const VerifyFolder folder(options.keep);
   Fabscan fabscan;
-  ReadSnapshotWithProgress(options.snapshot, fabscan, guids);
+  ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading, guids);
   const std::vector<const IBNode*> nodes = options.guids.given()
                                                ? ChosenNodes(fabscan.discovered_fabric, guids)
                                                : RepresentativeNodes(fabscan);
@@ -157,6 +159,7 @@ std::function<ExitStatus()> AddVerify(CLI::App& app) {
   app.add_option("--jobs", options->jobs, "Nodes that are compiled at a time")
       ->type_name("COUNT")
       ->check(CLI::PositiveNumber);
+  AddReadLimits(app, options->reading);
   app.footer(
       "Without --guid, one node of each device model is verified.\n"
       "Example: prove with another compiler that one switch is simulated as it reported itself\n"

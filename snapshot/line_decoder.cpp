@@ -163,7 +163,7 @@ bool LineDecoder::FindIdentity(json::document& line, Identity& identity) {
 IBNode& LineDecoder::MakeNode(const Identity& identity) {
   if (fabric_.nodeCount() >= options_.max_nodes) {
     throw Malformed("more than " + std::to_string(options_.max_nodes) +
-                    " nodes; raise the limit if that is meant");
+                    " nodes; raise max-nodes if that is meant");
   }
   if (const IBNode* other = fabric_.getNodeByGuid(identity.guid)) {
     path_.Enter(kNodeKeys[kGuid]);

@@ -19,7 +19,7 @@ std::optional<Line> LineReader::Next() {
                            : static_cast<std::size_t>(static_cast<const char*>(found) - from);
       if (line > max_line_) {
         throw SourceError("the line is longer than " + std::to_string(max_line_) +
-                          " bytes; raise the limit if it is meant to be");
+                          " bytes; raise max-line-bytes if it is meant to be");
       }
       if (found != nullptr) return Take(line, 1);
       searched = length;

@@ -279,12 +279,12 @@ TEST(ReaderErrors, Limits) {
   const std::string long_line =
       OneNode(NodeLine(R"(,"alternativeName":")" + std::string(100, 'a') + '"'));
   EXPECT_EQ(ReadError(long_line, options),
-            "f:2: the line is longer than 100 bytes; raise the limit if it is meant to be");
+            "f:2: the line is longer than 100 bytes; raise max-line-bytes if it is meant to be");
   EXPECT_EQ(ReadError(OneNode(NodeLine("")), options), "");
 
   options.max_nodes = 0;
   EXPECT_EQ(ReadError(OneNode(NodeLine("")), options),
-            "f:2: more than 0 nodes; raise the limit if that is meant");
+            "f:2: more than 0 nodes; raise max-nodes if that is meant");
   options.max_nodes = 1;
   EXPECT_EQ(ReadError(OneNode(NodeLine("")), options), "");
 }

@@ -1,0 +1,32 @@
+#include "read_limits.h"
+
+#include <CLI/CLI.hpp>
+
+namespace fabscan {
+
+namespace {
+
+// The parser counts bytes in 32 bits; the store counts ports in 32 bits, of which a node has up to
+// 256.
+constexpr std::size_t kLargestLine = (std::size_t{4} << 30U) - 256;
+constexpr std::size_t kMostNodes = 16'000'000;
+
+void AddLimit(CLI::App& app, const char* name, const char* what, std::size_t& limit,
+              std::size_t largest) {
+  app.add_option(name, limit, what)
+      ->transform(CLI::AsSizeValue(false).description(""))
+      ->check(CLI::Range(std::size_t{1}, largest).description(""))
+      ->capture_default_str()
+      ->type_name("N")
+      ->group("Limits of a snapshot; N may end in K, M or G");
+}
+
+}  // namespace
+
+void AddReadLimits(CLI::App& app, SnapshotReadOptions& options) {
+  AddLimit(app, "--max-line-bytes", "A longer line is an error", options.max_line_bytes,
+           kLargestLine);
+  AddLimit(app, "--max-nodes", "More nodes are an error", options.max_nodes, kMostNodes);
+}
+
+}  // namespace fabscan

@@ -1,0 +1,18 @@
+#ifndef FABSCAN_CLI_READ_LIMITS_H
+#define FABSCAN_CLI_READ_LIMITS_H
+
+#include <snapshot.h>
+
+namespace CLI {
+class App;
+}
+
+namespace fabscan {
+
+/// Adds the options by which a subcommand that reads snapshots raises or lowers the reader's
+/// limits.
+void AddReadLimits(CLI::App& app, SnapshotReadOptions& options);
+
+}  // namespace fabscan
+
+#endif
