@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 #include <guid_text.h>
 
-#include <algorithm>
 #include <map>
 #include <set>
 #include <utility>
@@ -56,11 +55,13 @@ class CacheReader {
       FailAt(size_, fmt::format("the file ends too early, of {} bytes", expected));
     if (size_ > expected) FailAt(expected, "there is more in the file than its header announces");
 
+    nodes_.reserve(header.nodes);  // they are there, as the size says
     for (u_int32_t i = 0; i < header.nodes; ++i) ReadNode();
     for (u_int32_t i = 0; i < header.ports; ++i) ReadPort();
     for (const auto& [key, port] : ports_) CheckPeer(port);
 
     FabricFindings findings;
+    findings.nodes.reserve(nodes_.size());
     for (CachedNode& node : nodes_) findings.nodes.push_back(WithPorts(node));
     for (const auto& [key, port] : ports_) {
       if (!port.taken) FailAt(port.offset, "no node of the file has this port");
@@ -135,14 +136,16 @@ class CacheReader {
   /// The node with every port that it has, be it in the file or not.
   NodeFindings WithPorts(CachedNode& node) {
     NodeFindings findings = std::move(node.findings);
-    for (unsigned number = node.is_switch ? 0 : 1; number <= node.port_count; ++number) {
-      PortFindings port;
-      port.number = static_cast<u_int8_t>(number);
-      port.info = node.is_switch ? Answer::Failed(kNotInCache) : Answer::NotAsked(kNotScanned);
-      findings.ports.push_back(port);
+    const unsigned first = node.is_switch ? 0 : 1;
+    findings.ports.resize(node.port_count + 1U - first);
+    for (unsigned i = 0; i < findings.ports.size(); ++i) {
+      findings.ports[i].number = static_cast<u_int8_t>(first + i);
     }
     for (const PortKey& key : node.stored) FillPort(node, key, findings);
     for (PortFindings& port : findings.ports) {
+      if (!port.scanned) {
+        port.info = node.is_switch ? Answer::Failed(kNotInCache) : Answer::NotAsked(kNotScanned);
+      }
       if (OffersPortInfoExtended(findings, port)) port.extended = Answer::NotAsked(kNotStored);
     }
     return findings;
@@ -156,10 +159,9 @@ class CacheReader {
                                       key.second, GuidText(key.first)));
     }
     CachedPort& cached = found->second;
-    const auto port =
-        std::find_if(findings.ports.begin(), findings.ports.end(),
-                     [&](const PortFindings& candidate) { return candidate.number == key.second; });
-    if (port == findings.ports.end() || port->scanned) {
+    const std::size_t place = key.second - (node.is_switch ? std::size_t{0} : 1);  // huge below 0
+    PortFindings* const port = place < findings.ports.size() ? &findings.ports[place] : nullptr;
+    if (port == nullptr || port->scanned) {
       FailAt(node.offset, fmt::format("the node has a port {} that it cannot have, or has it twice",
                                       key.second));
     }
