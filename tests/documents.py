@@ -1,7 +1,8 @@
-"""readme.py COMMAND CXX [--update]: what the README shows is what happens.
+"""documents.py COMMAND CXX [--update]: what the documents show is what happens.
 
 Each line after "$ " in a console block is run, in a folder of its own that has the examples; what
-follows it, up to the next such line, is what it prints. Each cpp block compiles.
+follows it, up to the next such line, is what it prints. Each cpp block compiles, beside the header
+that `fabscan scaffold --prefix MyDev` writes. docs/commands.md has the help of every subcommand.
 """
 
 import os
@@ -12,11 +13,13 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-README = ROOT / "README.md"
+DOCUMENTS = sorted([*ROOT.glob("*.md"), *ROOT.glob("docs/*.md")])
+REFERENCE = ROOT / "docs" / "commands.md"
+INCLUDES = ["include", "fabscan", "simulator/include", "simulator/devices/example"]
 
 
 def transcript(block, command):
-    with tempfile.TemporaryDirectory(prefix="fabscan-readme-") as folder:
+    with tempfile.TemporaryDirectory(prefix="fabscan-documents-") as folder:
         os.symlink(ROOT / "examples", pathlib.Path(folder) / "examples")
         bin_folder = str(pathlib.Path(command).resolve().parent)
         environment = {**os.environ, "PATH": bin_folder + ":" + os.environ["PATH"]}
@@ -30,28 +33,49 @@ def transcript(block, command):
         return shown
 
 
-def check_source(source, compiler):
-    subprocess.run([compiler, "-std=c++17", "-Wall", "-Wextra", "-Werror", "-fsyntax-only", "-xc++",
-                    f"-I{ROOT}/include", f"-I{ROOT}/fabscan", "-"], input=source, text=True,
-                   check=True)
+def check_source(source, command, compiler):
+    with tempfile.TemporaryDirectory(prefix="fabscan-documents-") as folder:
+        subprocess.run([command, "scaffold", "--prefix", "MyDev", "--output-dir", folder],
+                       check=True, stdout=subprocess.DEVNULL)
+        subprocess.run([compiler, "-std=c++17", "-Wall", "-Wextra", "-Werror", "-fsyntax-only",
+                        "-xc++", *(f"-I{ROOT / include}" for include in INCLUDES), f"-I{folder}",
+                        "-"], input=source, text=True, check=True)
+
+
+def check_reference(command):
+    """Every subcommand that help lists stands in the reference, under its own heading."""
+    text = subprocess.run([command, "--help"], check=True, text=True,
+                          stdout=subprocess.PIPE).stdout
+    names = re.findall(r"^  ([a-z]+) ", text.split("Subcommands:\n")[1], flags=re.M)
+    reference = REFERENCE.read_text()
+    missing = [name for name in names
+               if f"## {name}\n\n```console\n$ fabscan {name} --help\n" not in reference]
+    if not names or missing:
+        sys.exit(f"{REFERENCE}: no section for {', '.join(missing) or 'any subcommand'}")
 
 
 def main():
     command, compiler = sys.argv[1:3]
-    text = README.read_text()
-    for source in re.findall(r"```cpp\n(.*?)```", text, flags=re.S):
-        check_source(source, compiler)
-    fresh = re.sub(r"(```console\n)(.*?)(```)",
-                   lambda found: found[1] + transcript(found[2], command) + found[3], text,
-                   flags=re.S)
-    if sys.argv[3:] == ["--update"]:
-        README.write_text(fresh)
-        return 0
-    if fresh != text:
+    update = sys.argv[3:] == ["--update"]
+    check_reference(command)
+    stale = False
+    for document in DOCUMENTS:
+        text = document.read_text()
+        for source in re.findall(r"```cpp\n(.*?)```", text, flags=re.S):
+            check_source(source, command, compiler)
+        fresh = re.sub(r"(```console\n)(.*?)(```)",
+                       lambda found: found[1] + transcript(found[2], command) + found[3], text,
+                       flags=re.S)
+        if fresh == text:
+            continue
+        if update:
+            document.write_text(fresh)
+            print(document)
+            continue
+        stale = True
         print(fresh)
-        print("README.md is stale; if the new text is right, './run golden' renews it")
-        return 1
-    return 0
+        print(f"{document} is stale; if the new text is right, './run golden' renews it")
+    return 1 if stale else 0
 
 
 if __name__ == "__main__":
