@@ -28,6 +28,7 @@ class CacheMutator {
   using Nodes = std::vector<CacheBuilder::Node>;
 
   std::size_t OneOf(std::size_t count) { return random_() % count; }
+  std::size_t PortCount();
   CacheBuilder::Node& AnyNode(Nodes& nodes) { return nodes[OneOf(nodes.size())]; }
   CacheBuilder::Port* AnyPort(Nodes& nodes);
 
