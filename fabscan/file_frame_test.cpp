@@ -64,6 +64,7 @@ TEST(FileFrame, NamesTheCurrentYear) {
 }
 
 TEST(FileFrame, NamesTheLicenceThenSixLinesOfANotice) {
+  clock_now = nullptr;
   std::istringstream lines(Block());
   std::string line;
   std::getline(lines, line);
