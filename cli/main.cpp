@@ -1,21 +1,18 @@
 #include <fmt/format.h>
 #include <snapshot.h>
 #include <suggestion.h>
-#include <version.h>
 
-#include <CLI/CLI.hpp>
 #include <csignal>
 #include <cstring>
 #include <exception>
 #include <iostream>
-#include <map>
 #include <new>
 #include <string>
 #include <vector>
 
 #include "command.h"
+#include "command_line.h"
 #include "commands.h"
-#include "progress.h"
 #include "report.h"
 
 namespace fabscan {
@@ -63,33 +60,20 @@ void LetWritesFail() {
 }
 
 ExitStatus Run(int argc, char** argv) {
-  CLI::App app("Turns what an InfiniBand fabric reported into C++ source for a fabric simulator.",
-               "fabscan");
-  app.set_version_flag("--version", fmt::format("fabscan {}", kVersion));
-  app.require_subcommand(1);
-  app.get_formatter()->column_width(32);
-  app.footer("'fabscan SUBCOMMAND --help' tells more, with an example.");
-
-  std::map<const CLI::App*, std::function<ExitStatus()>> actions;
-  for (const Command* command = kCommands; command->name != nullptr; ++command) {
-    CLI::App* subcommand = app.add_subcommand(command->name, command->summary);
-    actions[subcommand] = command->add(*subcommand);
-    AddLoudnessOptions(*subcommand);
-  }
-
+  CommandLine line;
   if (argc < 2) {
     throw CommandError("a subcommand is missing; 'fabscan --help' lists them", kWrongUsage);
   }
   if (argv[1][0] != '-' && FindCommand(argv[1]) == nullptr) RefuseUnknownCommand(argv[1]);
   try {
-    app.parse(argc, argv);
+    line.app.parse(argc, argv);
   } catch (const CLI::Success& answer) {  // --help and --version
-    app.exit(answer, std::cout, std::cerr);
+    line.app.exit(answer, std::cout, std::cerr);
     return kDone;
   } catch (const CLI::ParseError& found) {
-    RefuseUsage(app, found);
+    RefuseUsage(line.app, found);
   }
-  return actions.at(app.get_subcommands().front())();
+  return line.actions.at(line.app.get_subcommands().front())();
 }
 
 ExitStatus RunReportingErrors(int argc, char** argv) {

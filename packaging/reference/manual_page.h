@@ -1,0 +1,18 @@
+#ifndef FABSCAN_PACKAGING_MANUAL_PAGE_H
+#define FABSCAN_PACKAGING_MANUAL_PAGE_H
+
+#include <command_line.h>
+
+#include <string>
+
+namespace fabscan {
+
+/// The page fabscan(1): what the command is for, its subcommands, its exit status.
+std::string ManualPage(const CommandLine& line);
+
+/// The page of one subcommand, fabscan-NAME(1).
+std::string ManualPage(const CLI::App& subcommand);
+
+}  // namespace fabscan
+
+#endif
