@@ -63,7 +63,8 @@ class Completions(unittest.TestCase):
     def bash(self, *words):
         script = f"""source '{FOLDER}/completions/fabscan'
             COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)); _fabscan; printf '%s\\n' "${{COMPREPLY[@]}}\""""
-        return run("bash", "-c", script, "bash", *words, cwd=self.folder).stdout.split("\n")[:-1]
+        listed = run("bash", "-c", script, "bash", *words, cwd=self.folder).stdout
+        return [line for line in listed.split("\n") if line]
 
     def fish(self, *words):
         home = dict(os.environ, HOME=str(self.folder), XDG_CONFIG_HOME=str(self.folder / "config"))
