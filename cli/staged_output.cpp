@@ -86,7 +86,7 @@ int Exchange(const std::string& one, const std::string& other) {
     ::unlink(aside.c_str());
   } else if (::rename(aside.c_str(), one.c_str()) != 0) {
     error_number = errno;
-    ::rename(aside.c_str(), other.c_str());
+    static_cast<void>(::rename(aside.c_str(), other.c_str()));
   }
   return error_number;
 }
@@ -207,7 +207,7 @@ void StagedOutput::exchangeWithTarget() {
 void StagedOutput::takeBack() {
   if (isStandardOutput()) return;
   if (exchanged_) {
-    ::rename(stagedPath().c_str(), target_.c_str());
+    static_cast<void>(::rename(stagedPath().c_str(), target_.c_str()));
   } else {
     ::unlink(target_.c_str());
   }
