@@ -173,7 +173,7 @@ void StagedOutput::CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& o
     for (; moved < outputs.size(); ++moved) {
       if (!outputs[moved]->isStandardOutput()) outputs[moved]->exchangeWithTarget();
     }
-  } catch (const CommandError&) {
+  } catch (...) {  // also where memory runs out
     while (moved-- > 0) outputs[moved]->takeBack();
     throw;
   }

@@ -293,6 +293,22 @@ class OutOfMemory(OneFileTest):
         self.check_command("check", "small", done=INCOMPLETE)
         self.check_command("diff", "small", "small", failure=WRONG_USAGE)
 
+    def test_one_allocation_of_a_page_or_of_files_by_model_fails(self):
+        for path, *command in (
+                ("page", "check", "small", "--html", "page", "--force"),
+                ("p_sw_0000_generated.cpp", "dump", "small", "--prefix", "P", "--one-per-model",
+                 "--force")):
+            output = self.folder / path
+            allowed = {"new", "out", "reached", "small", path}
+            output.write_text(EARLIER)
+            for run in self.every_allocation(command=command,
+                                             done=INCOMPLETE if path == "page" else DONE):
+                self.assertEqual(set(self.entries()) - allowed, set(), run.fault)
+                text = output.read_text()
+                self.assertTrue(text == EARLIER or text.endswith(("</html>\n", "}\n")), run.fault)
+                output.write_text(EARLIER)
+            output.unlink()
+
     def test_one_allocation_of_anonymise_fails(self):
         command = ("anonymise", "small", "--key", "a key of our own", "--output", "new", "--force")
         self.assertEqual(self.run_command(*command).returncode, DONE)
