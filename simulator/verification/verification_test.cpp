@@ -100,7 +100,7 @@ TEST_F(VerificationTest, EveryNodeHoldsWhatItsRecordsSay) {
   EXPECT_EQ(ResultOf(switch_report, "setWrenReductionCounters").fields, 6U * 20U);
   EXPECT_EQ(ResultOf(switch_report, "setWrenPushReductionCounters").fields, 3U * 17U);
 
-  for (const u_int64_t guid : {0x11, 0x12, 0x13}) {
+  for (const u_int64_t guid : {0x11U, 0x12U, 0x13U}) {
     const NodeReport report = VerifyNode(guid);
     EXPECT_THAT(DifferencesOf(report), IsEmpty());
     EXPECT_TRUE(report.compiles());
