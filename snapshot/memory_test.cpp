@@ -16,10 +16,14 @@ namespace {
 
 std::size_t in_use = 0;
 
-void* Counted(void* memory) {
-  if (memory == nullptr) throw std::bad_alloc();
+void* Count(void* memory) {
   in_use += ::malloc_usable_size(memory);
   return memory;
+}
+
+void* CountOrThrow(void* memory) {
+  if (memory == nullptr) throw std::bad_alloc();
+  return Count(memory);
 }
 
 void Free(void* memory) {
@@ -29,8 +33,14 @@ void Free(void* memory) {
 
 }  // namespace
 
-void* operator new(std::size_t size) { return Counted(std::malloc(size)); }
-void* operator new[](std::size_t size) { return Counted(std::malloc(size)); }
+void* operator new(std::size_t size) { return CountOrThrow(std::malloc(size)); }
+void* operator new[](std::size_t size) { return CountOrThrow(std::malloc(size)); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return Count(std::malloc(size));
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return Count(std::malloc(size));
+}
 void operator delete(void* memory) noexcept { Free(memory); }
 void operator delete[](void* memory) noexcept { Free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { Free(memory); }
