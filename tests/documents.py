@@ -12,8 +12,8 @@ import subprocess
 import sys
 import tempfile
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
-DOCUMENTS = sorted([*ROOT.glob("*.md"), *ROOT.glob("docs/*.md")])
+from document_blocks import DOCUMENTS, ROOT, SOURCE, TRANSCRIPT, blocks
+
 REFERENCE = ROOT / "docs" / "commands.md"
 INCLUDES = ["include", "fabscan", "simulator/include", "simulator/devices/example"]
 
@@ -61,9 +61,9 @@ def main():
     stale = False
     for document in DOCUMENTS:
         text = document.read_text()
-        for source in re.findall(r"```cpp\n(.*?)```", text, flags=re.S):
+        for source in blocks(text, SOURCE):
             check_source(source, command, compiler)
-        fresh = re.sub(r"(```console\n)(.*?)(```)",
+        fresh = re.sub(rf"(```{TRANSCRIPT}\n)(.*?)(```)",
                        lambda found: found[1] + transcript(found[2], command) + found[3], text,
                        flags=re.S)
         if fresh == text:

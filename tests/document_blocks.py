@@ -1,0 +1,32 @@
+"""What the documents show in blocks and in the midst of a sentence."""
+
+import pathlib
+import re
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+DOCUMENTS = sorted([*ROOT.glob("*.md"), *ROOT.glob("docs/*.md")])
+
+# What becomes of a block, by the word after its fence.
+TRANSCRIPT, SOURCE, COMMANDS = "console", "cpp", "sh"
+DATA = ("text", "json")
+
+FENCED = re.compile(r"^```(\w*)\n(.*?)^```$", flags=re.S | re.M)
+
+
+def blocks(text, kind):
+    return [block for word, block in FENCED.findall(text) if word == kind]
+
+
+def inline(text):
+    """Texts between backticks, outside of blocks."""
+    return [" ".join(code.split()) for code in re.findall(r"`([^`]+)`", FENCED.sub("", text))]
+
+
+def assert_known_blocks(document):
+    """A block that nobody runs, compiles or knows for data is one that nobody looks at."""
+    for word, block in FENCED.findall(document.read_text()):
+        if word not in (TRANSCRIPT, SOURCE, COMMANDS, *DATA):
+            raise SystemExit(f"{document}: a block of kind '{word}': write console, cpp or sh for "
+                             f"what is tested, text or json for data:\n{block}")
+    if re.search(r"^    (\$|\./|fabscan )", FENCED.sub("", document.read_text()), flags=re.M):
+        raise SystemExit(f"{document}: a command is indented; put it into a sh or console block")
