@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <system_error>
 
+#include "captured_standard_error.h"
+
 namespace fabscan {
 
 namespace {
@@ -23,6 +25,7 @@ std::string FailureText(int status, int error_number) {
 SubnetQuery::SubnetQuery(const LocalPort& port, const LiveOptions& options) {
   std::string adapter = port.channel_adapter;
   int classes[] = {IB_SMI_CLASS, IB_SMI_DIRECT_CLASS};
+  const CapturedStandardError captured;  // the library tells its causes there
   port_ = mad_rpc_open_port(adapter.data(), port.number, classes, 2);
   if (port_ == nullptr) {
     throw DiscoveryError(fmt::format("{} port {}: cannot register for subnet management: {}",

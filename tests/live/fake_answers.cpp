@@ -1,12 +1,18 @@
 // A preload for tests: answers chosen subnet-management queries in the place of the devices, or
-// withholds the answers. It stands between the InfiniBand libraries and libibumad.
+// withholds the answers, and makes up the ports of this host. It stands between the InfiniBand
+// libraries and libibumad.
 //
 // FABSCAN_FAKE_RULES     rules ATTRIBUTE:MODIFIER:WHAT separated by commas; ATTRIBUTE in hex,
 //                        MODIFIER a number or *, WHAT one of answer, refuse, silence, wait (which
-//                        is a silence that lasts); the first rule that fits counts
+//                        is a silence that lasts), once (one silence, then as without a rule),
+//                        unsent (the query cannot be sent); the first rule that fits counts
 // FABSCAN_FAKE_HOPS      the rules are for devices that are this many hops away, or more
 // FABSCAN_FAKE_OFFER     set: every PortInfo says that PortInfoExtended is supported
-// FABSCAN_FAKE_FORBID    set: no port can be opened, for want of permission
+// FABSCAN_FAKE_PORTS     the ports of this host, ADAPTER:PORT:STATE:LAYER separated by commas, all
+//                        of an adapter in a row; port 0 is an adapter that has gone meanwhile
+// FABSCAN_FAKE_NO_UMAD   set: libibumad cannot begin
+// FABSCAN_FAKE_FORBID    no port can be opened: the error number, 0 for none
+// FABSCAN_FAKE_OPENS     before that, so many times a port can be opened
 // FABSCAN_FAKE_CONSOLE   "FIFO COMMAND": before the first NodeInfo query over two hops or more,
 //                        gives the simulator this console command, and time to follow it
 
@@ -21,6 +27,7 @@
 #include <cstring>
 #include <deque>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -39,6 +46,13 @@ struct Reply {
   unsigned status = 0;  // of the user MAD: 0, or ETIMEDOUT
   unsigned wait = 0;    // in seconds
   unsigned char mad[kMadBytes] = {};
+};
+
+struct FakePort {
+  std::string adapter;
+  int number = 0;
+  unsigned state = 0;
+  std::string layer;
 };
 
 std::deque<Reply> waiting;
@@ -84,7 +98,7 @@ void QueueReply(const unsigned char* query, int agent, const std::string& what) 
   Reply reply;
   reply.agent = agent;
   std::memcpy(reply.mad, query, kMadBytes);
-  if (what == "silence" || what == "wait") {
+  if (what == "silence" || what == "wait" || what == "once") {
     reply.status = ETIMEDOUT;
     reply.wait = what == "wait" ? kWaitSeconds : 0;
   } else {
@@ -97,6 +111,33 @@ void QueueReply(const unsigned char* query, int agent, const std::string& what) 
     }
   }
   waiting.push_back(reply);
+}
+
+/// Whether a rule that holds once has held.
+bool HeldBefore() {
+  static bool held = false;
+  const bool before = held;
+  held = true;
+  return before;
+}
+
+std::vector<FakePort> FakePorts() {
+  std::vector<FakePort> ports;
+  const char* text = std::getenv("FABSCAN_FAKE_PORTS");
+  while (text != nullptr && *text != '\0') {
+    char adapter[UMAD_CA_NAME_LEN];
+    char layer[16];
+    FakePort port;
+    if (std::sscanf(text, "%19[^:]:%d:%u:%15[^,]", adapter, &port.number, &port.state, layer) ==
+        4) {
+      port.adapter = adapter;
+      port.layer = layer;
+      ports.push_back(port);
+    }
+    text = std::strchr(text, ',');
+    if (text != nullptr) ++text;
+  }
+  return ports;
 }
 
 void UseConsoleOnce(const unsigned char* mad) {
@@ -115,11 +156,52 @@ void UseConsoleOnce(const unsigned char* mad) {
 
 }  // namespace
 
+extern "C" int umad_init() {
+  if (std::getenv("FABSCAN_FAKE_NO_UMAD") != nullptr) return -1;
+  return Next(&umad_init, "umad_init")();
+}
+
+extern "C" int umad_get_cas_names(char names[][UMAD_CA_NAME_LEN], int most) {
+  const std::vector<FakePort> ports = FakePorts();
+  if (ports.empty()) return Next(&umad_get_cas_names, "umad_get_cas_names")(names, most);
+  int count = 0;
+  for (const FakePort& port : ports) {
+    if (count > 0 && port.adapter == names[count - 1]) continue;
+    if (count < most) std::strcpy(names[count++], port.adapter.c_str());
+  }
+  return count;
+}
+
+extern "C" int umad_get_ca(const char* name, umad_ca_t* adapter) {
+  const std::vector<FakePort> ports = FakePorts();
+  if (ports.empty()) return Next(&umad_get_ca, "umad_get_ca")(name, adapter);
+  *adapter = {};
+  for (const FakePort& port : ports) {
+    if (port.adapter != name) continue;
+    if (port.number == 0) return -ENODEV;
+    auto* made = new umad_port_t{};
+    made->portnum = port.number;
+    made->state = port.state;
+    std::strcpy(made->link_layer, port.layer.c_str());
+    adapter->ports[port.number] = made;
+  }
+  return 0;
+}
+
+extern "C" int umad_release_ca(umad_ca_t* adapter) {
+  if (FakePorts().empty()) return Next(&umad_release_ca, "umad_release_ca")(adapter);
+  for (const umad_port_t* port : adapter->ports) delete port;
+  return 0;
+}
+
 extern "C" int umad_open_port(const char* ca_name, int portnum) {
-  if (std::getenv("FABSCAN_FAKE_FORBID") == nullptr) {
+  static int opened = 0;
+  const char* error = std::getenv("FABSCAN_FAKE_FORBID");
+  const char* opens = std::getenv("FABSCAN_FAKE_OPENS");
+  if (error == nullptr || (opens != nullptr && opened++ < std::atoi(opens))) {
     return Next(&umad_open_port, "umad_open_port")(ca_name, portnum);
   }
-  errno = EACCES;
+  errno = std::atoi(error);
   return -EIO;
 }
 
@@ -128,7 +210,11 @@ extern "C" int umad_send(int portid, int agentid, void* umad, int length, int ti
   const auto* mad = static_cast<const unsigned char*>(umad_get_mad(umad));
   UseConsoleOnce(mad);
   const std::string what = FindRule(mad);
-  if (what.empty()) {
+  if (what == "unsent") {
+    errno = ENOBUFS;
+    return -EIO;
+  }
+  if (what.empty() || (what == "once" && HeldBefore())) {
     return Next(&umad_send, "umad_send")(portid, agentid, umad, length, timeout_ms, retries);
   }
   QueueReply(mad, agentid, what);

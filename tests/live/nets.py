@@ -49,6 +49,17 @@ def two_switches(descriptions=("leaf", "spine")):
     return net
 
 
+def chain(switches):
+    """An adapter, and switches one behind the other: each its port 2 to the next one's port 1."""
+    net = Net()
+    here = net.add("H", 0x2C90000100000, 2, "here HCA-1", 0x1017)
+    row = [net.add("S", 0x2C90000200000 + 0x100 * i, 2, f"switch {i + 1}") for i in range(switches)]
+    net.link(here, 1, row[0], 1)
+    for one, other in zip(row, row[1:]):
+        net.link(one, 2, other, 1)
+    return net
+
+
 LEAF, SPINE = "S-0002c90000200000", "S-0002c90000200100"
 HERE, THERE, ROUTER = "H-0002c90000100000", "H-0002c90000100100", "R-0002c90000300000"
 

@@ -78,8 +78,9 @@ class SimulatedFabric:
         time.sleep(0.3)
 
     def environment(self, **more):
-        return {**os.environ, "IBSIM_SOCKNAME": self.socket, "SIM_HOST": self.host,
-                "SOURCE_DATE_EPOCH": "0", "LD_PRELOAD": f"{FAKE_ANSWERS}:{umad2sim()}", **more}
+        own = {"IBSIM_SOCKNAME": self.socket, "SIM_HOST": self.host, "SOURCE_DATE_EPOCH": "0",
+               "LD_PRELOAD": f"{FAKE_ANSWERS}:{umad2sim()}"}
+        return {**os.environ, **own, **{name: str(value) for name, value in more.items()}}
 
     def run(self, *arguments, seconds=RUN_SECONDS, **more):
         return subprocess.run([str(a) for a in arguments], cwd=self.folder, timeout=seconds,
