@@ -1,7 +1,8 @@
 """The tests of the generator, arranged so that one changed source is tested in about a second.
 
-The generator becomes a shared library: of a changed source, one object is compiled and this library
-linked anew; the programs stay as they are. Only what includes a changed header is compiled again.
+Of a changed source one object is compiled: the generator becomes a shared library, which is linked
+anew, and the programs stay as they are. Of a changed header everything is compiled that includes it,
+but one test program after another: of each, only the parts that are linked into it.
 """
 
 import json
@@ -18,8 +19,14 @@ FABSCAN = PROJECT / "fabscan"
 ARCHIVE = "fabscan/libfabscan_generator.a"
 LIBRARY = "libmutated.so"
 QUESTIONS = "questions_test"    # has objects of its own, against other headers
+GOLDEN = "golden_files"
+LICENCE = "licence_text_test"
+INCLUDED = ("infiniband/fabscan/fabscan.h", "algorithm", "charconv", "fstream")
+INCLUDED_BY_TESTS = ("gmock/gmock.h", "gtest/gtest.h", *INCLUDED)
 CPU_SECONDS = 20
 MEMORY = 4 << 30
+LINKER = "-fuse-ld=gold"    # three times as fast as the usual one
+NOT_INLINED = ("-Dalways_inline=unused", "-Dflatten=unused")    # what is inlined takes longer
 
 
 def limited():
@@ -48,28 +55,38 @@ class Build:
             command = shlex.split(entry["command"])
             # With ccache every mutant would be stored.
             if pathlib.Path(command[0]).name == "ccache": command = command[1:]
+            command[1:1] = NOT_INLINED
             self.compilations[command[command.index("-o") + 1]] = (entry["file"], command)
         self.sources = sorted(p.name for p in FABSCAN.glob("*.cpp") if not p.stem.endswith("_test"))
         self.tests = sorted(p.stem for p in FABSCAN.glob("*_test.cpp"))
         self.lock, self.linked = threading.Lock(), set()
-        self.precompile()
+        self.precompiled = {
+            True: self.precompile("fabscan_generator", self.sources[0], INCLUDED),
+            False: self.precompile(self.tests[0], f"{self.tests[0]}.cpp", INCLUDED_BY_TESTS)}
         self.linking = {name: self._link_command(name) for name in [*self.tests, "fabscan"]}
+        self.parts = {name: self._parts(name) for name in self.linking if name != QUESTIONS}
 
-    def precompile(self):
-        """What every source of the generator includes, read once: half the time of a mutant."""
-        header = self.folder / "precompiled" / "all.h"
+    def precompile(self, target, source, includes):
+        """What is included everywhere, read once: half the time of a mutant."""
+        header = self.folder / "precompiled" / f"{target}.h"
         header.parent.mkdir(exist_ok=True)
-        header.write_text("#include <infiniband/fabscan/fabscan.h>\n#include <algorithm>\n"
-                          "#include <charconv>\n#include <fstream>\n")
-        _, command = self.compilations[self.object_of("fabscan_generator", self.sources[0])]
+        header.write_text("".join(f"#include <{name}>\n" for name in includes))
+        _, command = self.compilations[self.object_of(target, source)]
         command = command[:command.index("-o")] + ["-x", "c++-header", "-o", f"{header}.gch", header]
         if not runs(command, self.folder): raise RuntimeError("the headers do not compile")
-        self.precompiled = ["-include", str(header)]
+        return ["-include", str(header)]
 
     def _link_command(self, target):
         lines = subprocess.run(["ninja", "-C", self.folder, "-t", "commands", target], check=True,
                                capture_output=True, text=True).stdout.splitlines()
-        return shlex.split(lines[-1].removeprefix(": && ").removesuffix(" && :"))
+        return [*shlex.split(lines[-1].removeprefix(": && ").removesuffix(" && :")), LINKER]
+
+    def _parts(self, target):
+        """The sources whose objects are in a program."""
+        traced = subprocess.run([*self.linking[target], "-fuse-ld=bfd", "-Wl,--trace", "-Wl,--trace"],
+                                cwd=self.folder, check=True, capture_output=True, text=True).stdout
+        archived = re.findall(re.escape(ARCHIVE) + r"[(:)]+([\w.]+)\.o\b", traced)
+        return {*archived, f"{target}.cpp"}
 
     def object_of(self, target, source):
         return f"fabscan/CMakeFiles/{target}.dir/{source}.o"
@@ -112,7 +129,7 @@ class Worker:
         kept = self.build.folder / "unchanged" / target
         with self.build.lock:
             if target not in self.build.linked:
-                if not self.link_program(target, {}): raise RuntimeError(f"cannot link {target}")
+                if not self.link_program(target, {}, self.library): raise RuntimeError(f"cannot link {target}")
                 kept.parent.mkdir(exist_ok=True)
                 shutil.copy(self.folder / "programs" / target, kept)
                 self.build.linked.add(target)
@@ -126,32 +143,34 @@ class Worker:
                f"-I{FABSCAN}": f"-I{self.folder}/fabscan"}
         command = [own.get(word, word) for word in command]
         command[command.index("-o") + 1] = str(output)
-        if target == "fabscan_generator": command += self.build.precompiled
+        if target != QUESTIONS: command += self.build.precompiled[target == "fabscan_generator"]
         return str(output) if runs(command, self.build.folder) else None
 
     def link_library(self, changed):
         objects = [changed.get(source, path) for source, path in self.objects.items()]
-        return runs(["g++", "-shared", "-Wl,-Bsymbolic-functions", f"-Wl,-soname,{LIBRARY}",
+        return runs(["g++", "-shared", LINKER, "-Wl,-Bsymbolic-functions", f"-Wl,-soname,{LIBRARY}",
                      "-o", self.library, *objects],
                     self.build.folder)
 
-    def link_program(self, target, changed):
-        """`changed`: objects by the name of their source."""
+    def link_program(self, target, changed, generator):
+        """`changed`: objects by the name of their source; `generator`: what the others come from."""
         command = list(self.build.linking[target])
         command[command.index("-o") + 1] = str(self.folder / "programs" / target)
         for i, word in enumerate(command):
             name = word.rsplit("/", 1)[-1].removesuffix(".o")
-            if word == ARCHIVE: command[i] = str(self.library)
-            elif word.endswith(".o") and name in changed: command[i] = changed[name]
+            if word.endswith(".o") and name in changed: command[i] = changed[name]
+        if ARCHIVE in command:
+            at = command.index(ARCHIVE)
+            command[at:at + 1] = [*(changed[s] for s in changed if s in self.objects), generator]
         return runs(command, self.build.folder)
 
     # ---------- Tests ----------
 
     def passes(self, test):
-        if test == "golden_files":
+        if test == GOLDEN:
             return runs(["python3", "-B", PROJECT / "tests/golden.py",
                          self.folder / "programs/fabscan"], self.folder, self.environment)
-        if test == "licence_text_test":
+        if test == LICENCE:
             return runs([FABSCAN / "licence_text_test.sh", "g++", self.folder], self.folder,
                         self.environment)
         return runs([self.folder / "programs" / test], self.folder, self.environment)
@@ -177,39 +196,31 @@ class Worker:
         return found or self._test_questions([name])
 
     def _test_header(self, name, order):
-        includers = self.build.includers(name)
-        own_test = name.removesuffix(".h") + "_test"
-        own_compiled = None
-        if own_test in self.build.tests:    # before everything else, which takes longer
-            own_compiled = self.compile(own_test, own_test + ".cpp")
-            if own_compiled is None: return "compiler"
-            try:
-                self.link_library({})
-                if not self.link_program(own_test, {own_test + ".cpp": own_compiled}) or \
-                        not self.passes(own_test):
-                    return own_test
-            finally:
-                self._link_unchanged(own_test)
-        objects = {}
-        for source in includers:
-            if source not in self.build.sources: continue
-            objects[source] = self.compile("fabscan_generator", source)
-            if objects[source] is None: return "compiler"
-        if not self.link_library(objects): return "compiler"
-        relinked = []
+        includers = set(self.build.includers(name))
+        objects, linked = {}, []
+
+        def seen_by(test):
+            return self.build.parts["fabscan" if test == GOLDEN else test] & includers
+
+        def fails(test):
+            """A test's name when it fails; "compiler" when it cannot be made."""
+            program = "fabscan" if test == GOLDEN else test
+            for source in seen_by(test) - set(objects):
+                target = "fabscan_generator" if source in self.build.sources else program
+                objects[source] = self.compile(target, source)
+            if None in objects.values(): return "compiler"
+            linked.append(program)
+            changed = {source: objects[source] for source in seen_by(test)}
+            if not self.link_program(program, changed, ARCHIVE): return "compiler"
+            return "" if self.passes(test) else test
+
         try:
-            for source in includers:
-                test = source.removesuffix(".cpp")
-                if test not in self.build.tests or test == QUESTIONS: continue
-                compiled = own_compiled if test == own_test else self.compile(test, source)
-                if compiled is None: return "compiler"
-                relinked.append(test)
-                if not self.link_program(test, {source: compiled}): return "compiler"
-            found = self._first_failing(t for t in order if t != QUESTIONS)
-            return found or self._test_questions(
-                [s for s in includers if s in self.build.sources])
+            tests = [t for t in order if t not in (QUESTIONS, LICENCE) and seen_by(t)]
+            tests.sort(key=lambda t: len(seen_by(t)))    # the quickly made first
+            found = next(filter(None, map(fails, tests)), "")
+            return found or self._test_questions(includers & set(self.build.sources))
         finally:
-            for test in relinked: self._link_unchanged(test)
+            for program in linked: self._link_unchanged(program)
 
     def _test_questions(self, sources):
         objects = {}
@@ -217,7 +228,7 @@ class Worker:
             objects[source] = self.compile(QUESTIONS, source)
             if objects[source] is None: return "compiler"
         try:
-            if not self.link_program(QUESTIONS, objects): return "compiler"
+            if not self.link_program(QUESTIONS, objects, ARCHIVE): return "compiler"
             return "" if self.passes(QUESTIONS) else QUESTIONS
         finally:
             self._link_unchanged(QUESTIONS)
