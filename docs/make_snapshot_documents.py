@@ -149,7 +149,7 @@ def main(arguments):
         if not check:
             path.write_text(text, encoding="utf-8")
     if check and stale:
-        sys.exit(f"Stale: {', '.join(stale)}. Build the target update-snapshot-documents.")
+        sys.exit(f"Stale: {', '.join(stale)}. './run golden' renews them.")
 
 
 if __name__ == "__main__":
