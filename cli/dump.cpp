@@ -12,6 +12,7 @@
 #include "dump_options.h"
 #include "dump_summary.h"
 #include "guid_options.h"
+#include "progress.h"
 #include "read_limits.h"
 #include "read_snapshot.h"
 #include "report.h"
@@ -60,8 +61,10 @@ ExitStatus Dump(const DumpOptions& options) {
 
   Fabscan fabscan;
   ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading, chosen);
-  const DumpSummary summary = WriteDumpFile(
-      fabscan, options.prefix, SelectNodes(chosen, options, fabscan.discovered_fabric), output);
+  const std::set<u_int64_t> guids = SelectNodes(chosen, options, fabscan.discovered_fabric);
+  Progress progress;
+  const DumpSummary summary = WriteDumpFile(fabscan, options.prefix, guids, output, progress);
+  progress.Finish();
   output.Commit();
 
   Report(options, output.path(), summary, fabscan.discovered_fabric);

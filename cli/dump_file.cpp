@@ -4,8 +4,12 @@
 #include <fmt/format.h>
 
 #include <fstream>
+#include <functional>
+#include <vector>
 
 #include "command.h"
+#include "selected_nodes.h"
+#include "written_nodes.h"
 
 namespace fabscan {
 
@@ -23,10 +27,10 @@ void Generate(Fabscan& fabscan, const std::string& prefix, const std::set<u_int6
       fmt::format("{}{}; free some space, or write elsewhere", output.path(), cause));
 }
 
-DumpSummary Summarise(const StagedOutput& output) {
+DumpSummary Summarise(const StagedOutput& output, const std::function<void(std::size_t)>& visit) {
   std::ifstream generated_text(output.stagedPath(), std::ios::binary);
   try {
-    DumpSummary summary(generated_text);
+    DumpSummary summary(generated_text, visit);
     if (generated_text.eof()) return summary;
   } catch (const GeneratedFileError&) {
     if (generated_text.good()) throw;
@@ -40,7 +44,20 @@ DumpSummary Summarise(const StagedOutput& output) {
 DumpSummary WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
                           const std::set<u_int64_t>& guids, const StagedOutput& output) {
   Generate(fabscan, prefix, guids, output);
-  return Summarise(output);
+  return Summarise(output, [](std::size_t) {});
+}
+
+DumpSummary WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
+                          const std::set<u_int64_t>& guids, const StagedOutput& output,
+                          Progress& progress) {
+  const std::vector<const IBNode*> nodes = SelectedNodes(fabscan.discovered_fabric, guids);
+  WrittenNodes written(nodes, output.stagedPath());
+  progress.Watch(
+      "nodes generated", nodes.size(), [&written] { return written.Count(); },
+      [&] { Generate(fabscan, prefix, guids, output); });
+  return Summarise(output, [&progress, &nodes](std::size_t done) {
+    progress.Show("nodes counted", done, nodes.size());
+  });
 }
 
 }  // namespace fabscan

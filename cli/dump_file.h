@@ -7,6 +7,7 @@
 #include <string>
 
 #include "dump_summary.h"
+#include "progress.h"
 #include "staged_output.h"
 
 namespace fabscan {
@@ -15,6 +16,10 @@ namespace fabscan {
 /// and says what was written. Throws CommandError.
 DumpSummary WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
                           const std::set<u_int64_t>& guids, const StagedOutput& output);
+/// The same, which shows how far it is.
+DumpSummary WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
+                          const std::set<u_int64_t>& guids, const StagedOutput& output,
+                          Progress& progress);
 
 }  // namespace fabscan
 

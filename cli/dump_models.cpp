@@ -103,8 +103,8 @@ ExitStatus DumpModels(const DumpOptions& options) {
                                             {list[i].model.representative->guid}, *outputs[i])});
   }
   progress.Show("files written", list.size(), list.size());
-  StagedOutput::CommitAll(outputs);
   progress.Finish();
+  StagedOutput::CommitAll(outputs);
 
   PrintFiles(files, outputs);
   ReportUncompilable(files, options);

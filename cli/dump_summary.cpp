@@ -27,10 +27,11 @@ std::string NamedNodes(const std::vector<u_int64_t>& guids, const IBFabric& fabr
 
 }  // namespace
 
-DumpSummary::DumpSummary(std::istream& generated_text) {
+DumpSummary::DumpSummary(std::istream& generated_text,
+                         const std::function<void(std::size_t)>& visit) {
   GeneratedFileReader reader(generated_text);
   for (GeneratedNode node; reader.Next(node);) {
-    ++nodes_;
+    visit(++nodes_);
     guids_of_class_[node.class_word].push_back(node.guid);
     const std::size_t places_before = hand_places_;
     for (const GeneratedFunction& function : node.functions) {

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <istream>
 #include <map>
 #include <set>
@@ -18,8 +19,10 @@ namespace fabscan {
 /// What a generated file holds, counted, and what in it stops a build.
 class DumpSummary {
  public:
-  /// Throws GeneratedFileError.
-  explicit DumpSummary(std::istream& generated_text);
+  /// `visit` is called with the number of nodes so far. Throws GeneratedFileError.
+  explicit DumpSummary(
+      std::istream& generated_text,
+      const std::function<void(std::size_t)>& visit = [](std::size_t) {});
 
   std::size_t nodes() const { return nodes_; }
   /// Functions whose body is of this kind.

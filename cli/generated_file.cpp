@@ -46,6 +46,16 @@ std::string_view TakeLine(std::string_view& rest) {
   return line;
 }
 
+/// The GUID in the line that opens a node.
+std::optional<u_int64_t> GuidIn(std::string_view line) {
+  const std::size_t place = line.find(kBeforeGuid);
+  if (place == std::string_view::npos) return std::nullopt;
+  line.remove_prefix(place + kBeforeGuid.size());
+  u_int64_t guid = 0;
+  const bool read = std::from_chars(line.begin(), line.end(), guid, 16).ec == std::errc{};
+  return read ? std::optional(guid) : std::nullopt;
+}
+
 std::string_view WithoutIndent(std::string_view line) {
   const std::size_t first = line.find_first_not_of(' ');
   return first == std::string_view::npos ? std::string_view{} : line.substr(first);
@@ -69,13 +79,9 @@ bool GeneratedFileReader::Next(GeneratedNode& node) {
   at_node_ = false;
 
   node = GeneratedNode();
-  const std::size_t guid_place = line_.find(kBeforeGuid);
-  const char* const end = line_.data() + line_.size();
-  if (guid_place == std::string::npos ||
-      std::from_chars(line_.data() + guid_place + kBeforeGuid.size(), end, node.guid, 16).ec !=
-          std::errc{}) {
-    refuse("a node's GUID");
-  }
+  const std::optional<u_int64_t> guid = GuidIn(line_);
+  if (!guid) refuse("a node's GUID");
+  node.guid = *guid;
   if (!readLine()) refuse("a node's name");
   while (readLine()) {
     at_node_ = StartsWith(line_, kOpensNode);
@@ -109,6 +115,15 @@ void GeneratedFileReader::readFunction(GeneratedNode& node) {
     function.body += '\n';
   }
   function.kind = KindOfBody(function.body);
+}
+
+std::optional<u_int64_t> GuidOfLastNode(std::string_view text) {
+  const std::size_t place = text.rfind('\n' + std::string(kOpensNode));
+  if (place == std::string_view::npos) return std::nullopt;
+  text.remove_prefix(place + 1);
+  const std::size_t end = text.find('\n');
+  // The line may be written in part.
+  return end == std::string_view::npos ? std::nullopt : GuidIn(text.substr(0, end));
 }
 
 BodyKind KindOfBody(std::string_view body) {

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <istream>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -63,6 +64,9 @@ class GeneratedFileReader {
   std::size_t number_ = 0;
   bool at_node_ = false;  // `line_` opens the next node
 };
+
+/// The GUID of the last node that begins in `text`, a part of a generated file.
+std::optional<u_int64_t> GuidOfLastNode(std::string_view text);
 
 /// The kind of a function's body.
 BodyKind KindOfBody(std::string_view body);

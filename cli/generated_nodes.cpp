@@ -13,6 +13,7 @@
 #include "private_folder.h"
 #include "progress.h"
 #include "report.h"
+#include "selected_nodes.h"
 
 namespace fabscan {
 
@@ -42,16 +43,6 @@ class ScratchFolder {
  private:
   PrivateFolder folder_;
 };
-
-std::vector<const IBNode*> SelectedNodes(const IBFabric& fabric, const std::set<u_int64_t>& guids) {
-  std::vector<const IBNode*> nodes;
-  for (const auto& entry : fabric.NodeByName) {
-    const IBNode* node = entry.second;
-    if (node == nullptr || !node->in_sub_fabric) continue;
-    if (guids.empty() || guids.count(node->guid) != 0) nodes.push_back(node);
-  }
-  return nodes;
-}
 
 /// False also where the file cannot be read.
 bool TakeNext(GeneratedFileReader& reader, GeneratedNode& node) {

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "guid_options.h"
+#include "progress.h"
 
 namespace fabscan {
 
@@ -90,12 +91,15 @@ class FabricMerger {
       : base_(base), extra_(extra), to_(to), values_(prefer, result_) {}
 
   MergeResult Merge() {
+    const std::size_t at_least = base_.discovered_fabric.nodeCount();
+    Progress progress;
     for (const IBNode& node : base_.discovered_fabric.nodes()) {
+      progress.Show("nodes merged", node.createIndex, at_least);
       MergeNode(&node, extra_.discovered_fabric.getNodeByGuid(node.guid));
     }
     for (const IBNode& node : extra_.discovered_fabric.nodes()) {
       if (base_.discovered_fabric.getNodeByGuid(node.guid) != nullptr) continue;
-      ++result_.added_nodes;
+      progress.Show("nodes merged", at_least + result_.added_nodes++, 0);
       MergeNode(nullptr, &node);
     }
     return result_;

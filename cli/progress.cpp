@@ -10,6 +10,7 @@
 #include "ending_signals.h"
 #include "report.h"
 #include "terminal.h"
+#include "ticking.h"
 
 namespace fabscan {
 
@@ -75,6 +76,12 @@ double SecondsBetween(std::chrono::steady_clock::time_point from,
   return std::chrono::duration<double>(to - from).count();
 }
 
+/// Of the first step that is shown.
+std::chrono::steady_clock::time_point Beginning() {
+  static const std::chrono::steady_clock::time_point beginning = std::chrono::steady_clock::now();
+  return beginning;
+}
+
 }  // namespace
 
 std::string ProgressText(std::string_view what, std::size_t done, std::size_t total, Unit unit,
@@ -95,7 +102,8 @@ void AddLoudnessOptions(CLI::App& app) {
   app.add_flag("--verbose", verbose, "Tell each step that is done and how long it took");
 }
 
-Progress::Progress() : made_(Clock::now()) {
+Progress::Progress() {
+  Beginning();
   if (quiet || !CanWriteOver()) return;
   // A stream of its own: the libraries' chatter on standard error is taken away meanwhile.
   const int terminal = ::dup(STDERR_FILENO);
@@ -119,7 +127,7 @@ void Progress::Show(std::string_view what, std::size_t done, std::size_t total, 
     begun_ = now;
   }
   done_ = done;
-  if (terminal_ == nullptr || now - made_ < kDelay || now - shown_last_ < kPause) return;
+  if (terminal_ == nullptr || now - Beginning() < kDelay || now - shown_last_ < kPause) return;
   shown_last_ = now;
   std::string line = ProgressText(what, done, total, unit, SecondsBetween(begun_, now));
   // A line that wraps could not be written over.
@@ -128,6 +136,23 @@ void Progress::Show(std::string_view what, std::size_t done, std::size_t total, 
   TidyOnEndingSignal(EraseShownLine);
   line_is_shown = true;
   print(kEraseLine + line);
+}
+
+void Progress::Watch(std::string_view what, std::size_t total,
+                     const std::function<std::size_t()>& done, const std::function<void()>& task) {
+  Show(what, 0, total);
+  if (terminal_ == nullptr) {
+    task();
+  } else {
+    const Ticking ticking(kPause, [&] { Show(what, done(), total); });
+    task();
+  }
+  Show(what, total, total);
+}
+
+void Progress::Watch(std::string_view what, const std::function<void()>& task) {
+  Watch(
+      what, 0, [] { return std::size_t{0}; }, task);
 }
 
 void Progress::finishStep() {

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdio>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -20,7 +21,8 @@ void AddLoudnessOptions(CLI::App& app);
 enum class Unit { kItems, kBytes };
 
 /// How far a task of several steps is, in one line on standard error that is written over: on a
-/// terminal, from the second second on, and ten times a second at the most. Elsewhere, and with
+/// terminal, from the second second of all work on, and ten times a second at the most. Elsewhere,
+/// and with
 /// `--quiet`, it is silent. With `--verbose` each step leaves a line when it is done, anywhere.
 ///
 ///     Progress progress;
@@ -36,6 +38,12 @@ class Progress {
 
   /// `total` 0: not known.
   void Show(std::string_view what, std::size_t done, std::size_t total, Unit unit = Unit::kItems);
+  /// Runs `task`, which cannot tell how far it is, and meanwhile shows `done()`, from a thread of
+  /// its own; that is asked on a terminal only.
+  void Watch(std::string_view what, std::size_t total, const std::function<std::size_t()>& done,
+             const std::function<void()>& task);
+  /// The same, where only the time is known.
+  void Watch(std::string_view what, const std::function<void()>& task);
   /// Ends the last step, and takes the line away for what is said next.
   void Finish();
 
@@ -47,7 +55,6 @@ class Progress {
   void erase();
 
   std::FILE* terminal_ = nullptr;
-  Clock::time_point made_;
   Clock::time_point shown_last_;
   // The step that is under way.
   std::string what_;

@@ -1,6 +1,13 @@
 #include "progress.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <stdexcept>
+#include <thread>
 
 namespace fabscan {
 namespace {
@@ -35,6 +42,63 @@ TEST(ProgressTextTest, LongTimesReadWell) {
 
 TEST(ProgressTextTest, NamesCannotMoveTheCursor) {
   EXPECT_EQ(ProgressText("reading a\x1b[2J", 0, 0, Unit::kItems, 1), "reading a\\x1b[2J, 1 s");
+}
+
+/// Standard error on a terminal while it lives.
+class OnTerminal {
+ public:
+  OnTerminal()
+      : ours_(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK)), before_(::dup(STDERR_FILENO)) {
+    if (::grantpt(ours_) != 0 || ::unlockpt(ours_) != 0) throw std::runtime_error("no terminal");
+    const int its = ::open(::ptsname(ours_), O_RDWR | O_NOCTTY);
+    ::dup2(its, STDERR_FILENO);
+    ::close(its);
+    ::setenv("TERM", "xterm", 1);
+  }
+  ~OnTerminal() {
+    ::dup2(before_, STDERR_FILENO);
+    ::close(before_);
+    ::close(ours_);
+  }
+  OnTerminal(const OnTerminal&) = delete;
+  OnTerminal& operator=(const OnTerminal&) = delete;
+
+  std::string Written() const {
+    std::string written;
+    char part[4096];
+    for (ssize_t size; (size = ::read(ours_, part, sizeof part)) > 0;) {
+      written.append(part, static_cast<std::size_t>(size));
+    }
+    return written;
+  }
+
+ private:
+  int ours_;
+  int before_;
+};
+
+TEST(ProgressTest, WatchesWhatCannotTellByItself) {
+  const OnTerminal terminal;
+  std::atomic<std::size_t> done{0};
+  Progress progress;
+  progress.Watch(
+      "nodes generated", 40, [&done] { return done.load(); },
+      [&done] {
+        for (; done < 40; ++done) std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      });
+  progress.Finish();
+  const std::string written = terminal.Written();
+  EXPECT_NE(written.find("\r\x1b[Knodes generated: 2"), std::string::npos) << written;
+  EXPECT_NE(written.find(" of 40, "), std::string::npos) << written;
+  EXPECT_NE(written.find("/s, about 1 s left"), std::string::npos) << written;
+  EXPECT_EQ(written.substr(written.size() - 4), "\r\x1b[K");
+}
+
+TEST(ProgressTest, AWatchedTaskMayFail) {
+  const OnTerminal terminal;
+  Progress progress;
+  EXPECT_THROW(progress.Watch("putting it on disk", [] { throw std::runtime_error("full"); }),
+               std::runtime_error);
 }
 
 }  // namespace

@@ -41,6 +41,7 @@ void WriteAndCommit(StagedOutput& output, const Fabscan& fabscan, const Snapshot
   } else {
     WriteSnapshot(output.stream(), fabscan, header, show);
   }
+  progress.Finish();
   output.Commit();
 }
 

@@ -14,6 +14,7 @@
 
 #include "command.h"
 #include "ending_signals.h"
+#include "progress.h"
 #include "report.h"
 
 namespace fabscan {
@@ -157,8 +158,11 @@ void StagedOutput::putOnDisk() {
 }
 
 void StagedOutput::Commit() {
-  putOnDisk();
-  if (isStandardOutput()) return;
+  if (isStandardOutput()) return finishStream();
+  {
+    Progress progress;
+    progress.Watch("putting " + path_ + " on disk", [this] { putOnDisk(); });
+  }
   moveIntoPlace();
   folder_.Remove();
   // The file is in place by now: a file system that cannot synchronise folders is no failure.
@@ -166,7 +170,12 @@ void StagedOutput::Commit() {
 }
 
 void StagedOutput::CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& outputs) {
-  for (const auto& output : outputs) output->putOnDisk();
+  Progress progress;
+  std::size_t written = 0;
+  for (const auto& output : outputs) {
+    progress.Show("files put on disk", written++, outputs.size());
+    output->putOnDisk();
+  }
   const SignalsHeld held;
   std::size_t moved = 0;
   try {
