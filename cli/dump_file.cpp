@@ -55,6 +55,7 @@ DumpSummary WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
   progress.Watch(
       "nodes generated", nodes.size(), [&written] { return written.Count(); },
       [&] { Generate(fabscan, prefix, guids, output); });
+  progress.Show("nodes generated", nodes.size(), nodes.size());
   return Summarise(output, [&progress, &nodes](std::size_t done) {
     progress.Show("nodes counted", done, nodes.size());
   });

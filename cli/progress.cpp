@@ -89,6 +89,7 @@ std::string ProgressText(std::string_view what, std::size_t done, std::size_t to
   std::string text = WithoutControls(what);
   if (done == 0 && total == 0) return text + fmt::format(", {}", TimeText(seconds));
   text += ": " + CountText(done, total, unit);
+  if (done == 0 && seconds >= 1) return text + fmt::format(", {}", TimeText(seconds));
   if (done == 0 || seconds < kSecondsToJudge) return text;
   const double pace = static_cast<double>(done) / seconds;
   text += unit == Unit::kBytes ? fmt::format(", {}/s", BytesText(pace))
@@ -147,7 +148,6 @@ void Progress::Watch(std::string_view what, std::size_t total,
     const Ticking ticking(kPause, [&] { Show(what, done(), total); });
     task();
   }
-  Show(what, total, total);
 }
 
 void Progress::Watch(std::string_view what, const std::function<void()>& task) {

@@ -23,7 +23,8 @@ TEST(ProgressTextTest, HasTotalPaceAndEstimate) {
 
 TEST(ProgressTextTest, JudgesNoPaceFromAMoment) {
   EXPECT_EQ(ProgressText("nodes", 1, 10, Unit::kItems, 0.1), "nodes: 1 of 10");
-  EXPECT_EQ(ProgressText("nodes", 0, 10, Unit::kItems, 7), "nodes: 0 of 10");
+  EXPECT_EQ(ProgressText("nodes", 0, 10, Unit::kItems, 0.7), "nodes: 0 of 10");
+  EXPECT_EQ(ProgressText("nodes", 0, 10, Unit::kItems, 7), "nodes: 0 of 10, 7 s");
 }
 
 TEST(ProgressTextTest, LeavesAwayWhatIsNotKnown) {

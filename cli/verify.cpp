@@ -7,7 +7,9 @@
 #include <cstdio>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
+#include <utility>
 
 #include "command.h"
 #include "guid_options.h"
@@ -44,11 +46,16 @@ class Run {
   }
 
   const std::vector<VerifiedNode>& Verify(unsigned jobs) {
-    std::vector<std::thread> threads;
-    const std::size_t count = std::min<std::size_t>(jobs, verified_.size());
-    for (std::size_t i = 0; i < count; ++i) threads.emplace_back([this] { work(); });
-    for (std::thread& thread : threads) thread.join();
-    progress_.Finish();
+    Progress progress;
+    progress.Watch(
+        "nodes verified", verified_.size(), [this] { return done_.load(); },
+        [&] {
+          std::vector<std::thread> threads;
+          const std::size_t count = std::min<std::size_t>(jobs, verified_.size());
+          for (std::size_t i = 0; i < count; ++i) threads.emplace_back([this] { work(); });
+          for (std::thread& thread : threads) thread.join();
+        });
+    progress.Show("nodes verified", done_, verified_.size());
     return verified_;
   }
 
@@ -57,8 +64,7 @@ class Run {
     for (std::size_t i = next_++; i < verified_.size() && !VerifyFolder::Interrupted();
          i = next_++) {
       verifyNode(verified_[i]);
-      const std::lock_guard lock(mutex_);
-      progress_.Show("nodes verified", ++done_, verified_.size());
+      ++done_;
     }
   }
 
@@ -84,14 +90,16 @@ class Run {
   const Workspace& workspace_;
   std::vector<VerifiedNode> verified_;
   std::atomic<std::size_t> next_{0};
-  std::mutex mutex_;  // of the generator and of what follows
-  std::size_t done_ = 0;
-  Progress progress_;
+  std::atomic<std::size_t> done_{0};
+  std::mutex mutex_;  // of the generator
 };
 
 Workspace MakeWorkspace(const VerifyFolder& folder, const Compiler& compiler) {
+  std::optional<Workspace> workspace;
   try {
-    return Workspace(folder.path(), compiler);
+    Progress progress;
+    progress.Watch("compiling the simulator", [&] { workspace.emplace(folder.path(), compiler); });
+    return *std::move(workspace);
   } catch (const VerificationError& error) {
     PrintDetails(error.details());
     throw CommandError(error.what());
