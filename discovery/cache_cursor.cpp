@@ -12,12 +12,6 @@ void FailAt(std::size_t offset, const std::string& what) {
   throw CacheError(fmt::format("byte {}: {}", offset, what));
 }
 
-std::string_view CacheCursor::TakeBytes(std::size_t count) {
-  if (bytes_.size() - offset_ < count) FailAt(bytes_.size(), "the file ends too early");
-  offset_ += count;
-  return bytes_.substr(offset_ - count, count);
-}
-
 Payload CacheCursor::TakePayload() {
   Payload payload;
   std::memcpy(payload.data(), TakeBytes(payload.size()).data(), payload.size());

@@ -1,9 +1,11 @@
 #ifndef FABSCAN_DISCOVERY_CACHE_CURSOR_H
 #define FABSCAN_DISCOVERY_CACHE_CURSOR_H
 
+#include <endian.h>
 #include <sys/types.h>
 
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -18,11 +20,16 @@ namespace fabscan {
 /// few bytes are left, it throws CacheError.
 class CacheCursor {
  public:
-  explicit CacheCursor(std::string_view bytes) : bytes_(bytes) {}
+  explicit CacheCursor(std::string_view bytes, std::size_t offset = 0)
+      : bytes_(bytes), offset_(offset) {}
 
   std::size_t offset() const { return offset_; }
 
-  std::string_view TakeBytes(std::size_t count);
+  std::string_view TakeBytes(std::size_t count) {
+    if (bytes_.size() - offset_ < count) FailAt(bytes_.size(), "the file ends too early");
+    offset_ += count;
+    return bytes_.substr(offset_ - count, count);
+  }
   Payload TakePayload();
   /// A byte that is 0 or 1.
   bool TakeFlag();
@@ -30,11 +37,8 @@ class CacheCursor {
   template <class Number>
   Number Take() {
     u_int64_t value = 0;
-    const std::string_view field = TakeBytes(sizeof(Number));
-    for (std::size_t i = field.size(); i-- > 0;) {
-      value = value << 8U | static_cast<unsigned char>(field[i]);
-    }
-    return static_cast<Number>(value);
+    std::memcpy(&value, TakeBytes(sizeof(Number)).data(), sizeof(Number));
+    return static_cast<Number>(le64toh(value));
   }
 
  private:

@@ -1,5 +1,7 @@
 #include "cache_file.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -7,7 +9,6 @@
 #include <system_error>
 
 #include "cache_header.h"
-#include "cache_reader.h"
 
 namespace fabscan {
 
@@ -19,6 +20,10 @@ using Progress = std::function<void(std::size_t done, std::size_t total)>;
 /// the bytes are there.
 void Append(std::FILE* file, u_int64_t count, std::string& bytes, const Progress& progress) {
   const u_int64_t total = bytes.size() + count;
+  struct stat status = {};
+  if (fstat(fileno(file), &status) == 0 && static_cast<u_int64_t>(status.st_size) + 1 >= total) {
+    bytes.reserve(total);
+  }
   constexpr u_int64_t kPiece = u_int64_t{1} << 18U;
   while (count > 0) {
     const std::size_t old_size = bytes.size();
@@ -48,7 +53,7 @@ struct CloseFile {
 
 }  // namespace
 
-FabricFindings ReadCacheFile(const std::string& path, const Progress& progress) {
+CacheFindings ReadCacheFile(const std::string& path, const Progress& progress) {
   std::unique_ptr<std::FILE, CloseFile> opened;
   std::FILE* file = stdin;
   if (path != "-") {
@@ -57,7 +62,7 @@ FabricFindings ReadCacheFile(const std::string& path, const Progress& progress) 
     file = opened.get();
   }
   try {
-    return ReadCache(LoadCache(file, progress));
+    return CacheFindings(LoadCache(file, progress));
   } catch (const CacheError& error) {
     throw CacheError(path + ": " + error.what());
   } catch (const std::system_error& error) {

@@ -10,10 +10,6 @@ constexpr u_int32_t kMagic = 0x8fe7832b;
 constexpr u_int32_t kMagicOfOtherByteOrder = 0x2b83e78f;
 constexpr u_int32_t kVersion = 1;
 
-constexpr u_int64_t kNodeBytes = 207;
-constexpr u_int64_t kPortBytes = 95;
-constexpr u_int64_t kPortKeyBytes = 9;  // each port stands once more with its node
-
 }  // namespace
 
 CacheHeader TakeCacheHeader(CacheCursor& cursor) {
@@ -35,8 +31,8 @@ CacheHeader TakeCacheHeader(CacheCursor& cursor) {
 }
 
 u_int64_t CacheFileBytes(const CacheHeader& header) {
-  return kCacheHeaderBytes + header.nodes * kNodeBytes +
-         header.ports * (kPortKeyBytes + kPortBytes);
+  return kCacheHeaderBytes + u_int64_t{header.nodes} * kCacheNodeBytes +
+         u_int64_t{header.ports} * (kCachePortKeyBytes + kCachePortBytes);
 }
 
 }  // namespace fabscan

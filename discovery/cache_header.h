@@ -16,6 +16,9 @@ struct CacheHeader {
 };
 
 inline constexpr std::size_t kCacheHeaderBytes = 28;
+inline constexpr std::size_t kCacheNodeBytes = 207;
+inline constexpr std::size_t kCachePortBytes = 95;
+inline constexpr std::size_t kCachePortKeyBytes = 9;  // each port stands once more with its node
 
 /// Throws CacheError when this is no discovery cache, or one of another kind.
 CacheHeader TakeCacheHeader(CacheCursor& cursor);

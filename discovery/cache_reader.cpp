@@ -3,14 +3,14 @@
 #include <fmt/format.h>
 #include <guid_text.h>
 
-#include <map>
-#include <set>
+#include <bitset>
 #include <utility>
 
 #include "cache_cursor.h"
 #include "cache_header.h"
 #include "node_names.h"
 #include "payload_decoder.h"
+#include "place_index.h"
 
 namespace fabscan {
 
@@ -25,161 +25,242 @@ constexpr std::size_t kNodeLidBytes = 4;
 constexpr std::size_t kPortLidBytes = 4;
 
 /// How ports name each other: a switch has one port GUID for all of its ports.
-using PortKey = std::pair<u_int64_t, u_int8_t>;
+struct PortKey {
+  u_int64_t guid;
+  u_int8_t number;
 
-struct CachedNode {
-  std::size_t offset = 0;
-  NodeFindings findings;
-  bool is_switch = false;
-  unsigned port_count = 0;
-  std::vector<PortKey> stored;  // its ports that the file holds
+  bool operator==(const PortKey& other) const {
+    return guid == other.guid && number == other.number;
+  }
 };
 
-struct CachedPort {
-  std::size_t offset = 0;
-  u_int64_t node_guid = 0;
-  bool has_peer = false;
+u_int64_t HashOf(const PortKey& key) {
+  return fabscan::HashOf(fabscan::HashOf(key.guid) + key.number);
+}
+
+PortKey TakeKey(CacheCursor& cursor) {
+  const auto guid = cursor.Take<u_int64_t>();
+  return {guid, cursor.Take<u_int8_t>()};
+}
+
+/// A node as it stands in the file; its ports follow.
+struct NodeEntry {
+  explicit NodeEntry(CacheCursor& cursor) {
+    cursor.TakeBytes(kNodeLidBytes);  // all of it is in PortInfo and SwitchInfo as well
+    switch_info = cursor.TakePayload();
+    guid = cursor.Take<u_int64_t>();
+    type = cursor.Take<u_int8_t>();
+    port_count = cursor.Take<u_int8_t>();
+    node_info = cursor.TakePayload();
+    description = cursor.TakePayload();
+    stored = cursor.Take<u_int8_t>();
+  }
+
+  bool IsSwitch() const { return NodeTypeOf(type) == IB_SW_NODE; }
+  unsigned FirstPort() const { return IsSwitch() ? 0 : 1; }
+
+  Payload switch_info;
+  u_int64_t guid;
+  u_int8_t type;
+  u_int8_t port_count;
+  Payload node_info;
+  Payload description;
+  u_int8_t stored;  // how many of its ports the file holds
+};
+
+struct PortEntry {
+  explicit PortEntry(CacheCursor& cursor) : key(TakeKey(cursor)) {
+    cursor.TakeBytes(kPortLidBytes);  // all of it is in PortInfo as well
+    info = cursor.TakePayload();
+    node_guid = cursor.Take<u_int64_t>();
+    has_peer = cursor.TakeFlag();
+    peer = TakeKey(cursor);
+  }
+
+  PortKey key;
+  Payload info;
+  u_int64_t node_guid;
+  bool has_peer;
   PortKey peer;
-  Payload info = {};
-  bool taken = false;  // a node claimed it
-};
-
-class CacheReader {
- public:
-  explicit CacheReader(std::string_view bytes) : cursor_(bytes), size_(bytes.size()) {}
-
-  FabricFindings Read() {
-    const CacheHeader header = TakeCacheHeader(cursor_);
-    const u_int64_t expected = CacheFileBytes(header);
-    if (size_ < expected)
-      FailAt(size_, fmt::format("the file ends too early, of {} bytes", expected));
-    if (size_ > expected) FailAt(expected, "there is more in the file than its header announces");
-
-    nodes_.reserve(header.nodes);  // they are there, as the size says
-    for (u_int32_t i = 0; i < header.nodes; ++i) ReadNode();
-    for (u_int32_t i = 0; i < header.ports; ++i) ReadPort();
-    for (const auto& [key, port] : ports_) CheckPeer(port);
-
-    FabricFindings findings;
-    findings.nodes.reserve(nodes_.size());
-    for (CachedNode& node : nodes_) findings.nodes.push_back(WithPorts(node));
-    for (const auto& [key, port] : ports_) {
-      if (!port.taken) FailAt(port.offset, "no node of the file has this port");
-    }
-    return findings;
-  }
-
- private:
-  void ReadNode() {
-    CachedNode node;
-    node.offset = cursor_.offset();
-    cursor_.TakeBytes(kNodeLidBytes);  // all of it is in PortInfo and SwitchInfo as well
-    const Payload switch_info = cursor_.TakePayload();
-    node.findings.guid = cursor_.Take<u_int64_t>();
-    const auto type = cursor_.Take<u_int8_t>();
-    node.port_count = cursor_.Take<u_int8_t>();
-    node.findings.node_info = cursor_.TakePayload();
-    node.findings.description = Answer::Read(cursor_.TakePayload());
-
-    const SMP_NodeInfo info = DecodeNodeInfo(node.findings.node_info);
-    Agree(node, "GUID", node.findings.guid, info.NodeGUID);
-    Agree(node, "type", type, info.NodeType);
-    Agree(node, "number of ports", node.port_count, info.NumPorts);
-    if (!guids_.insert(node.findings.guid).second) {
-      FailAt(node.offset, "a second node with GUID " + GuidText(node.findings.guid));
-    }
-    node.is_switch = NodeTypeOf(type) == IB_SW_NODE;
-    if (node.is_switch) {
-      node.findings.switch_info =
-          switch_info == Payload{} ? Answer::Failed(kNotInCache) : Answer::Read(switch_info);
-    }
-
-    const auto stored = cursor_.Take<u_int8_t>();
-    for (unsigned i = 0; i < stored; ++i) {
-      const auto guid = cursor_.Take<u_int64_t>();
-      node.stored.emplace_back(guid, cursor_.Take<u_int8_t>());
-    }
-    nodes_.push_back(std::move(node));
-  }
-
-  static void Agree(const CachedNode& node, const char* what, u_int64_t node_says,
-                    u_int64_t node_info_says) {
-    if (node_says == node_info_says) return;
-    FailAt(node.offset, fmt::format("the node's {} is {:#x}, but {:#x} in its NodeInfo", what,
-                                    node_says, node_info_says));
-  }
-
-  void ReadPort() {
-    CachedPort port;
-    port.offset = cursor_.offset();
-    const auto guid = cursor_.Take<u_int64_t>();
-    const PortKey key(guid, cursor_.Take<u_int8_t>());
-    cursor_.TakeBytes(kPortLidBytes);  // all of it is in PortInfo as well
-    port.info = cursor_.TakePayload();
-    port.node_guid = cursor_.Take<u_int64_t>();
-    port.has_peer = cursor_.TakeFlag();
-    port.peer.first = cursor_.Take<u_int64_t>();
-    port.peer.second = cursor_.Take<u_int8_t>();
-    if (!ports_.emplace(key, port).second) {
-      FailAt(port.offset,
-             fmt::format("a second port {} with port GUID {}", key.second, GuidText(key.first)));
-    }
-  }
-
-  void CheckPeer(const CachedPort& port) const {
-    if (!port.has_peer || ports_.count(port.peer) != 0) return;
-    FailAt(port.offset,
-           fmt::format("the port's peer, port {} with port GUID {}, is not in the file",
-                       port.peer.second, GuidText(port.peer.first)));
-  }
-
-  /// The node with every port that it has, be it in the file or not.
-  NodeFindings WithPorts(CachedNode& node) {
-    NodeFindings findings = std::move(node.findings);
-    const unsigned first = node.is_switch ? 0 : 1;
-    findings.ports.resize(node.port_count + 1U - first);
-    for (unsigned i = 0; i < findings.ports.size(); ++i) {
-      findings.ports[i].number = static_cast<u_int8_t>(first + i);
-    }
-    for (const PortKey& key : node.stored) FillPort(node, key, findings);
-    for (PortFindings& port : findings.ports) {
-      if (!port.scanned) {
-        port.info = node.is_switch ? Answer::Failed(kNotInCache) : Answer::NotAsked(kNotScanned);
-      }
-      if (OffersPortInfoExtended(findings, port)) port.extended = Answer::NotAsked(kNotStored);
-    }
-    return findings;
-  }
-
-  void FillPort(const CachedNode& node, const PortKey& key, NodeFindings& findings) {
-    const auto found = ports_.find(key);
-    const bool known = found != ports_.end() && found->second.node_guid == findings.guid;
-    if (!known) {
-      FailAt(node.offset, fmt::format("the node's port {} with port GUID {} is not in the file",
-                                      key.second, GuidText(key.first)));
-    }
-    CachedPort& cached = found->second;
-    const std::size_t place = key.second - (node.is_switch ? std::size_t{0} : 1);  // huge below 0
-    PortFindings* const port = place < findings.ports.size() ? &findings.ports[place] : nullptr;
-    if (port == nullptr || port->scanned) {
-      FailAt(node.offset, fmt::format("the node has a port {} that it cannot have, or has it twice",
-                                      key.second));
-    }
-    cached.taken = true;
-    port->info = Answer::Read(cached.info);
-    port->scanned = true;
-    port->has_peer = cached.has_peer;
-  }
-
-  CacheCursor cursor_;
-  std::size_t size_;
-  std::vector<CachedNode> nodes_;
-  std::set<u_int64_t> guids_;
-  std::map<PortKey, CachedPort> ports_;
 };
 
 }  // namespace
 
-FabricFindings ReadCache(std::string_view bytes) { return CacheReader(bytes).Read(); }
+/// Checks a cache from its first byte to its last, and finds each node's ports.
+class CacheReader {
+ public:
+  CacheReader(CacheFindings& findings, const CacheHeader& header)
+      : findings_(findings),
+        bytes_(findings.bytes_),
+        header_(header),
+        first_port_(bytes_.size() - header.ports * kCachePortBytes),
+        nodes_(header.nodes, GuidAt{findings.nodes_}),
+        ports_(header.ports, KeyAt{bytes_.substr(first_port_)}),
+        taken_(header.ports) {}
+
+  void Read() {
+    findings_.nodes_.reserve(header_.nodes);
+    findings_.ports_of_nodes_.reserve(header_.ports);
+    CacheCursor cursor(bytes_, kCacheHeaderBytes);
+    for (u_int32_t i = 0; i < header_.nodes; ++i) ReadNode(i, cursor);
+    if (cursor.offset() != first_port_) {
+      FailAt(cursor.offset(), "the nodes have more or fewer ports than the header announces");
+    }
+    for (u_int32_t i = 0; i < header_.ports; ++i) ReadPort(i);
+    for (u_int32_t i = 0; i < header_.ports; ++i) CheckPeer(i);
+    for (CacheFindings::CachedNode& node : findings_.nodes_) ClaimPorts(node);
+    for (u_int32_t i = 0; i < header_.ports; ++i) {
+      if (!taken_[i]) FailAt(OffsetOf(i), "no node of the file has this port");
+    }
+  }
+
+ private:
+  struct GuidAt {
+    const std::vector<CacheFindings::CachedNode>& nodes;
+    u_int64_t operator()(u_int32_t place) const { return nodes[place].guid; }
+  };
+  struct KeyAt {
+    std::string_view ports;
+    PortKey operator()(u_int32_t place) const {
+      CacheCursor cursor(ports, place * kCachePortBytes);
+      return TakeKey(cursor);
+    }
+  };
+
+  void ReadNode(u_int32_t place, CacheCursor& cursor) {
+    const std::size_t offset = cursor.offset();
+    const NodeEntry entry(cursor);
+    const SMP_NodeInfo info = DecodeNodeInfo(entry.node_info);
+    Agree(offset, "GUID", entry.guid, info.NodeGUID);
+    Agree(offset, "type", entry.type, info.NodeType);
+    Agree(offset, "number of ports", entry.port_count, info.NumPorts);
+    findings_.nodes_.push_back({entry.guid, offset, 0});
+    if (!nodes_.Insert(place)) {
+      FailAt(offset, "a second node with GUID " + GuidText(entry.guid));
+    }
+    cursor.TakeBytes(entry.stored * kCachePortKeyBytes);
+  }
+
+  static void Agree(std::size_t offset, const char* what, u_int64_t node_says,
+                    u_int64_t node_info_says) {
+    if (node_says == node_info_says) return;
+    FailAt(offset, fmt::format("the node's {} is {:#x}, but {:#x} in its NodeInfo", what, node_says,
+                               node_info_says));
+  }
+
+  void ReadPort(u_int32_t place) {
+    const PortKey key = PortAt(place).key;
+    if (ports_.Insert(place)) return;
+    FailAt(OffsetOf(place),
+           fmt::format("a second port {} with port GUID {}", key.number, GuidText(key.guid)));
+  }
+
+  std::size_t OffsetOf(u_int32_t port) const { return first_port_ + port * kCachePortBytes; }
+  PortEntry PortAt(u_int32_t port) const {
+    CacheCursor cursor(bytes_, OffsetOf(port));
+    return PortEntry(cursor);
+  }
+
+  void CheckPeer(u_int32_t place) const {
+    const PortEntry port = PortAt(place);
+    if (!port.has_peer || ports_.Find(port.peer) != ports_.kNone) return;
+    FailAt(OffsetOf(place),
+           fmt::format("the port's peer, port {} with port GUID {}, is not in the file",
+                       port.peer.number, GuidText(port.peer.guid)));
+  }
+
+  /// Finds the ports that the node names.
+  void ClaimPorts(CacheFindings::CachedNode& node) {
+    CacheCursor cursor(bytes_, node.offset);
+    const NodeEntry entry(cursor);
+    node.first_port = findings_.ports_of_nodes_.size();
+    std::bitset<256> seen;
+    for (unsigned i = 0; i < entry.stored; ++i) {
+      const PortKey key = TakeKey(cursor);
+      const u_int32_t place = ports_.Find(key);
+      if (place == ports_.kNone || PortAt(place).node_guid != entry.guid) {
+        FailAt(node.offset, fmt::format("the node's port {} with port GUID {} is not in the file",
+                                        key.number, GuidText(key.guid)));
+      }
+      if (key.number < entry.FirstPort() || key.number > entry.port_count || seen[key.number]) {
+        FailAt(
+            node.offset,
+            fmt::format("the node has a port {} that it cannot have, or has it twice", key.number));
+      }
+      seen.set(key.number);
+      taken_[place] = true;
+      findings_.ports_of_nodes_.push_back(OffsetOf(place));
+    }
+  }
+
+  CacheFindings& findings_;
+  std::string_view bytes_;
+  CacheHeader header_;
+  std::size_t first_port_;  // its offset
+  PlaceIndex<u_int64_t, GuidAt> nodes_;
+  PlaceIndex<PortKey, KeyAt> ports_;
+  std::vector<bool> taken_;  // a node has this port
+};
+
+CacheFindings::CacheFindings(std::string bytes) : bytes_(std::move(bytes)) {
+  CacheCursor cursor(bytes_);
+  const CacheHeader header = TakeCacheHeader(cursor);
+  const u_int64_t expected = CacheFileBytes(header);
+  if (bytes_.size() < expected) {
+    FailAt(bytes_.size(), fmt::format("the file ends too early, of {} bytes", expected));
+  }
+  if (bytes_.size() > expected) {
+    FailAt(expected, "there is more in the file than its header announces");
+  }
+  CacheReader(*this, header).Read();
+}
+
+Payload CacheFindings::Description(std::size_t place) const {
+  CacheCursor cursor(bytes_, nodes_[place].offset);
+  return NodeEntry(cursor).description;
+}
+
+const NodeFindings& CacheFindings::Node(std::size_t place, NodeFindings& room) const {
+  CacheCursor cursor(bytes_, nodes_[place].offset);
+  const NodeEntry entry(cursor);
+  room.guid = entry.guid;
+  room.node_info = entry.node_info;
+  room.description.SetRead(entry.description);
+  if (!entry.IsSwitch()) {
+    room.switch_info.SetMissing(Answer::Outcome::kNotAsked, {});
+  } else if (entry.switch_info == Payload{}) {
+    room.switch_info.SetMissing(Answer::Outcome::kFailed, kNotInCache);
+  } else {
+    room.switch_info.SetRead(entry.switch_info);
+  }
+
+  // Every port that the node has, be it in the file or not.
+  const unsigned first = entry.FirstPort();
+  room.ports.resize(entry.port_count + 1U - first);
+  for (std::size_t i = 0; i < room.ports.size(); ++i) {
+    room.ports[i].number = static_cast<u_int8_t>(first + i);
+    room.ports[i].scanned = false;
+    room.ports[i].has_peer = false;
+  }
+  const std::size_t* const offsets = ports_of_nodes_.data() + nodes_[place].first_port;
+  for (std::size_t i = 0; i < entry.stored; ++i) {
+    CacheCursor at(bytes_, offsets[i]);
+    const PortEntry stored(at);
+    PortFindings& port = room.ports[stored.key.number - first];
+    port.info.SetRead(stored.info);
+    port.scanned = true;
+    port.has_peer = stored.has_peer;
+  }
+  for (PortFindings& port : room.ports) {
+    if (port.scanned) continue;
+    entry.IsSwitch() ? port.info.SetMissing(Answer::Outcome::kFailed, kNotInCache)
+                     : port.info.SetMissing(Answer::Outcome::kNotAsked, kNotScanned);
+  }
+  for (PortFindings& port : room.ports) {
+    port.extended.SetMissing(Answer::Outcome::kNotAsked,
+                             OffersPortInfoExtended(room, port) ? kNotStored : "");
+  }
+  return room;
+}
 
 }  // namespace fabscan

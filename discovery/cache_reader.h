@@ -1,8 +1,13 @@
 #ifndef FABSCAN_DISCOVERY_CACHE_READER_H
 #define FABSCAN_DISCOVERY_CACHE_READER_H
 
+#include <sys/types.h>
+
+#include <cstddef>
 #include <stdexcept>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "findings.h"
 
@@ -14,13 +19,35 @@ class CacheError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Reads the bytes of a discovery cache, as `ibnetdiscover --cache` writes it on a little-endian
-/// host. Nothing in the bytes is trusted: every count is held against what is there, and what the
-/// file says twice must agree. Throws CacheError.
+/// The findings of a discovery cache, as `ibnetdiscover --cache` writes it on a little-endian host:
+/// its nodes in the order of the file, out of its bytes.
 ///
 /// A cache lacks PortInfoExtended, and those ports of adapters and routers that the scan did not
 /// come by; both are noted with their reason.
-FabricFindings ReadCache(std::string_view bytes);
+class CacheFindings final : public FindingsSource {
+ public:
+  /// Nothing in the bytes is trusted: every count is held against what is there, and what the file
+  /// says twice must agree. Throws CacheError.
+  explicit CacheFindings(std::string bytes);
+
+  std::size_t NodeCount() const override { return nodes_.size(); }
+  u_int64_t Guid(std::size_t place) const override { return nodes_[place].guid; }
+  Payload Description(std::size_t place) const override;
+  const NodeFindings& Node(std::size_t place, NodeFindings& room) const override;
+
+ private:
+  friend class CacheReader;
+
+  struct CachedNode {
+    u_int64_t guid;
+    std::size_t offset;
+    std::size_t first_port;  // in `ports_of_nodes_`
+  };
+
+  std::string bytes_;
+  std::vector<CachedNode> nodes_;
+  std::vector<std::size_t> ports_of_nodes_;  // offsets of the ports that each node has, in turn
+};
 
 }  // namespace fabscan
 

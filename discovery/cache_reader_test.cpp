@@ -10,6 +10,7 @@
 #include "cache_builder.h"
 #include "cache_file.h"
 #include "fabric_builder.h"
+#include "payload_decoder.h"
 
 namespace fabscan {
 namespace {
@@ -25,7 +26,7 @@ constexpr std::size_t kOffsetOfStoredCount = 206;  // in a node, its ports follo
 
 std::string ErrorOf(const std::string& bytes) {
   try {
-    ReadCache(bytes);
+    const CacheFindings findings(bytes);
   } catch (const CacheError& error) {
     return error.what();
   }
@@ -43,7 +44,7 @@ std::string SnapshotOf(const Fabscan& fabscan) {
 std::string Outcome(const std::string& bytes) {
   Fabscan fabscan;
   try {
-    BuildFabric(ReadCache(bytes), fabscan);
+    BuildFabric(CacheFindings(bytes), fabscan);
   } catch (const CacheError& error) {
     EXPECT_THAT(error.what(), StartsWith("byte "));
     return {};
@@ -52,9 +53,12 @@ std::string Outcome(const std::string& bytes) {
 }
 
 TEST(CacheReader, ReadsNodesPortsAndPeers) {
-  const FabricFindings findings = ReadCache(CacheBuilder::Sample().Bytes());
-  ASSERT_EQ(findings.nodes.size(), 4U);
-  const NodeFindings& leaf = findings.nodes[0];
+  const CacheFindings findings(CacheBuilder::Sample().Bytes());
+  ASSERT_EQ(findings.NodeCount(), 4U);
+  EXPECT_EQ(findings.Guid(0), 0x200000U);
+  EXPECT_EQ(DecodeNodeDescription(findings.Description(0)), "leaf");
+  NodeFindings room;
+  const NodeFindings& leaf = findings.Node(0, room);
   EXPECT_EQ(leaf.guid, 0x200000U);
   EXPECT_TRUE(leaf.switch_info.read());
   ASSERT_EQ(leaf.ports.size(), 5U);
@@ -63,8 +67,9 @@ TEST(CacheReader, ReadsNodesPortsAndPeers) {
 }
 
 TEST(CacheReader, TellsWhichPortsACacheDoesNotHold) {
-  const FabricFindings findings = ReadCache(CacheBuilder::Sample().Bytes());
-  const NodeFindings& adapter = findings.nodes[2];
+  const CacheFindings findings(CacheBuilder::Sample().Bytes());
+  NodeFindings room;
+  const NodeFindings& adapter = findings.Node(2, room);
   ASSERT_EQ(adapter.ports.size(), 2U);
   EXPECT_TRUE(adapter.ports[0].info.read());
   EXPECT_EQ(adapter.ports[1].info.outcome, Answer::Outcome::kNotAsked);
@@ -77,9 +82,32 @@ TEST(CacheReader, TakesAMissingPortOfASwitchForAFailedQuery) {
   CacheBuilder::Node& node = builder.Add(0x10, IB_SW_NODE, 1, "s");
   builder.AddPort(node, 0);
   node.switch_info = {};
-  const FabricFindings findings = ReadCache(builder.Bytes());
-  EXPECT_EQ(findings.nodes[0].ports[1].info.outcome, Answer::Outcome::kFailed);
-  EXPECT_EQ(findings.nodes[0].switch_info.outcome, Answer::Outcome::kFailed);
+  NodeFindings room;
+  const NodeFindings& findings = CacheFindings(builder.Bytes()).Node(0, room);
+  EXPECT_EQ(findings.ports[1].info.outcome, Answer::Outcome::kFailed);
+  EXPECT_EQ(findings.switch_info.outcome, Answer::Outcome::kFailed);
+}
+
+TEST(CacheReader, LeavesNothingOfOneNodeInTheRoomOfTheNext) {
+  const CacheFindings findings(CacheBuilder::Sample().Bytes());
+  const auto adapter_in = [&](NodeFindings& room) {
+    const NodeFindings& adapter = findings.Node(2, room);
+    EXPECT_EQ(adapter.guid, 0x100000U);
+    EXPECT_FALSE(adapter.switch_info.read());
+    EXPECT_EQ(adapter.switch_info.reason, "");
+    ASSERT_EQ(adapter.ports.size(), 2U);
+    EXPECT_EQ(adapter.ports[0].number, 1);
+    EXPECT_TRUE(adapter.ports[0].scanned);
+    EXPECT_EQ(adapter.ports[1].number, 2);
+    EXPECT_FALSE(adapter.ports[1].scanned);
+    EXPECT_FALSE(adapter.ports[1].has_peer);
+    EXPECT_FALSE(adapter.ports[1].info.read());
+    EXPECT_EQ(adapter.ports[1].info.payload, Payload{});
+  };
+  NodeFindings room;
+  adapter_in(room);
+  EXPECT_TRUE(findings.Node(0, room).ports[2].scanned);
+  adapter_in(room);
 }
 
 TEST(CacheReader, ReadsASwitchOf254Ports) {
@@ -88,7 +116,8 @@ TEST(CacheReader, ReadsASwitchOf254Ports) {
   for (unsigned number = 0; number <= 254; ++number) {
     builder.AddPort(node, static_cast<u_int8_t>(number));
   }
-  EXPECT_EQ(ReadCache(builder.Bytes()).nodes[0].ports.size(), 255U);
+  NodeFindings room;
+  EXPECT_EQ(CacheFindings(builder.Bytes()).Node(0, room).ports.size(), 255U);
 }
 
 TEST(CacheReader, RefusesWhatIsNoCache) {
@@ -117,6 +146,19 @@ TEST(CacheReader, RefusesContradictions) {
   bytes = sample;  // the second stored port becomes the first one again
   bytes[kHeaderBytes + kOffsetOfStoredCount + 1 + 9 + 8] = 0;
   EXPECT_EQ(ErrorOf(bytes), "byte 28: the node has a port 0 that it cannot have, or has it twice");
+
+  bytes = sample;
+  --bytes[kHeaderBytes + kOffsetOfStoredCount];
+  EXPECT_EQ(
+      ErrorOf(bytes),
+      "byte 274: the node's GUID is 0x100000000000020, but 0x300000000000a5c in its NodeInfo");
+
+  CacheBuilder lonely;  // the last node names a port less than the file holds
+  lonely.AddPort(lonely.Add(0x10, IB_SW_NODE, 1, "s"), 0);
+  bytes = lonely.Bytes();
+  bytes[kHeaderBytes + kOffsetOfStoredCount] = 0;
+  EXPECT_EQ(ErrorOf(bytes),
+            "byte 235: the nodes have more or fewer ports than the header announces");
 
   CacheBuilder twice;
   twice.Add(0x10, IB_CA_NODE, 1, "one");
@@ -157,7 +199,7 @@ TEST(CacheReader, MakesAnErrorOrFindingsOfEveryChangedByte) {
     for (unsigned change = 1; change < 256; ++change) {
       byte = static_cast<char>(static_cast<unsigned char>(original) ^ change);
       try {
-        ASSERT_EQ(ReadCache(bytes).nodes.size(), 4U);
+        ASSERT_EQ(CacheFindings(bytes).NodeCount(), 4U);
         ++readable;
       } catch (const CacheError& error) {
         ASSERT_EQ(std::string_view(error.what()).substr(0, 5), "byte ");

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 #include "node_names.h"
 #include "payload_decoder.h"
@@ -124,23 +125,25 @@ class NodeBuilder {
 
 }  // namespace
 
-DiscoveryReport BuildFabric(const FabricFindings& findings, Fabscan& fabscan) {
-  std::vector<const NodeFindings*> nodes;
-  nodes.reserve(findings.nodes.size());
-  for (const NodeFindings& node : findings.nodes) nodes.push_back(&node);
-  std::sort(nodes.begin(), nodes.end(),
-            [](const NodeFindings* a, const NodeFindings* b) { return a->guid < b->guid; });
+DiscoveryReport BuildFabric(const FindingsSource& findings, Fabscan& fabscan) {
+  std::vector<std::pair<u_int64_t, std::size_t>> by_guid;  // and the place among the findings
+  by_guid.reserve(findings.NodeCount());
+  for (std::size_t place = 0; place < findings.NodeCount(); ++place) {
+    by_guid.emplace_back(findings.Guid(place), place);
+  }
+  std::sort(by_guid.begin(), by_guid.end());
 
   std::vector<NodeDescription> descriptions;
-  descriptions.reserve(nodes.size());
-  for (const NodeFindings* node : nodes) {
-    descriptions.push_back({node->guid, DecodeNodeDescription(node->description.payload)});
+  descriptions.reserve(by_guid.size());
+  for (const auto& [guid, place] : by_guid) {
+    descriptions.push_back({guid, DecodeNodeDescription(findings.Description(place))});
   }
   const std::vector<std::string> names = DistinctNames(descriptions);
 
   DiscoveryReport report;
-  for (std::size_t i = 0; i < nodes.size(); ++i) {
-    NodeBuilder(fabscan, report).Build(*nodes[i], names[i]);
+  NodeFindings room;
+  for (std::size_t i = 0; i < by_guid.size(); ++i) {
+    NodeBuilder(fabscan, report).Build(findings.Node(by_guid[i].second, room), names[i]);
   }
   return report;
 }

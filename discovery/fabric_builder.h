@@ -29,7 +29,7 @@ struct DiscoveryReport {
 ///
 /// Throws std::invalid_argument when the findings contradict each other: a GUID that two nodes
 /// have, a port twice or above the node's number of ports.
-DiscoveryReport BuildFabric(const FabricFindings& findings, Fabscan& fabscan);
+DiscoveryReport BuildFabric(const FindingsSource& findings, Fabscan& fabscan);
 
 }  // namespace fabscan
 

@@ -42,7 +42,8 @@ void SetLinked(PortFindings& port) {
 
 TEST(FabricBuilder, FillsModelAndStore) {
   Fabscan fabscan;
-  const DiscoveryReport report = BuildFabric(ReadCache(CacheBuilder::Sample().Bytes()), fabscan);
+  const DiscoveryReport report =
+      BuildFabric(CacheFindings(CacheBuilder::Sample().Bytes()), fabscan);
   EXPECT_EQ(report.nodes, 4U);
   EXPECT_EQ(report.ports, 11U);
   EXPECT_EQ(report.attributes_asked, 4U + 4U + 2U + 10U);
@@ -141,7 +142,7 @@ TEST(FabricBuilder, NotesThatRouterInfoIsNotAskedFor) {
   CacheBuilder builder;
   builder.AddPort(builder.Add(0x30, IB_RTR_NODE, 1, "router"), 1);
   Fabscan fabscan;
-  EXPECT_TRUE(BuildFabric(ReadCache(builder.Bytes()), fabscan).complete());
+  EXPECT_TRUE(BuildFabric(CacheFindings(builder.Bytes()), fabscan).complete());
   EXPECT_THAT(
       fabscan.fabric_extended_info.absentReasons(fabscan.discovered_fabric.nodes().front()),
       ElementsAre(Pair("SMP_RouterInfo",

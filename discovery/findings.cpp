@@ -7,7 +7,7 @@ namespace fabscan {
 namespace {
 
 bool SaysSo(const PortFindings& port) {
-  return port.info.read() && HasPortInfoExtended(DecodePortInfo(port.info.payload));
+  return port.info.read() && HasPortInfoExtended(port.info.payload);
 }
 
 }  // namespace

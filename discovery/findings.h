@@ -3,7 +3,9 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -24,6 +26,18 @@ struct Answer {
   static Answer NotAsked(std::string reason) { return {Outcome::kNotAsked, {}, std::move(reason)}; }
 
   bool read() const { return outcome == Outcome::kRead; }
+
+  /// The same in place, which keeps the room that `reason` has.
+  void SetRead(const Payload& read) {
+    outcome = Outcome::kRead;
+    payload = read;
+    reason.clear();
+  }
+  void SetMissing(Outcome missing, std::string_view why) {
+    outcome = missing;
+    payload = {};
+    reason = why;
+  }
 
   Outcome outcome = Outcome::kNotAsked;
   Payload payload = {};
@@ -54,8 +68,29 @@ struct NodeFindings {
 /// ports that links go out of; port 0 itself has no link to tell about.
 bool OffersPortInfoExtended(const NodeFindings& node, const PortFindings& port);
 
-/// A fabric as its devices described it, in the words of the wire.
-struct FabricFindings {
+/// A fabric as its devices described it, in the words of the wire. It is handed out node by node:
+/// all of it at once may take more memory than the model that it becomes.
+class FindingsSource {
+ public:
+  virtual ~FindingsSource() = default;
+
+  virtual std::size_t NodeCount() const = 0;
+  /// The GUID of node `place`, and its NodeDescription; all zero where it was not read.
+  virtual u_int64_t Guid(std::size_t place) const = 0;
+  virtual Payload Description(std::size_t place) const = 0;
+  /// What was found of node `place`. It may stand in `room`, which is used over and over.
+  virtual const NodeFindings& Node(std::size_t place, NodeFindings& room) const = 0;
+};
+
+/// Findings that are all in memory.
+struct FabricFindings final : FindingsSource {
+  std::size_t NodeCount() const override { return nodes.size(); }
+  u_int64_t Guid(std::size_t place) const override { return nodes[place].guid; }
+  Payload Description(std::size_t place) const override { return nodes[place].description.payload; }
+  const NodeFindings& Node(std::size_t place, NodeFindings& /*room*/) const override {
+    return nodes[place];
+  }
+
   std::vector<NodeFindings> nodes;
 };
 

@@ -4,6 +4,7 @@
 #include <guid_text.h>
 
 #include <cstddef>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -18,7 +19,7 @@ std::string WithGuid(const NodeDescription& node) {
 }  // namespace
 
 std::vector<std::string> DistinctNames(const std::vector<NodeDescription>& nodes) {
-  std::unordered_map<std::string, std::size_t> uses;
+  std::unordered_map<std::string_view, std::size_t> uses;
   for (const NodeDescription& node : nodes) ++uses[node.text];
 
   // Names with a GUID differ from each other in that GUID, but a description may look like one of

@@ -29,6 +29,14 @@ Record DecodeAll(const Payload& payload) {
   return record;
 }
 
+template <class Record, std::size_t kCount>
+constexpr const WireField<Record>& FieldNamed(const WireField<Record> (&fields)[kCount],
+                                              std::string_view name) {
+  std::size_t i = 0;
+  while (fields[i].name != name) ++i;
+  return fields[i];
+}
+
 bool HasCapability2(const SMP_PortInfo& info, u_int32_t bit) {
   return (info.CapMsk & kCapabilityMask2Supported) != 0 && (info.CapMsk2 & bit) != 0;
 }
@@ -58,7 +66,10 @@ std::string DecodeNodeDescription(const Payload& payload) {
   return text;
 }
 
-bool HasPortInfoExtended(const SMP_PortInfo& info) {
+bool HasPortInfoExtended(const Payload& port_info) {
+  static constexpr WireField<SMP_PortInfo> kMasks[] = {FieldNamed(kPortInfoFields, "CapMsk"),
+                                                       FieldNamed(kPortInfoFields, "CapMsk2")};
+  const auto info = DecodeAll<SMP_PortInfo, kMasks>(port_info);
   return HasCapability2(info, kPortInfoExtendedSupported);
 }
 

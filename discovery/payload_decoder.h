@@ -26,8 +26,8 @@ SMP_PortInfoExtended DecodePortInfoExtended(const Payload& payload);
 /// are the device's, unchecked.
 std::string DecodeNodeDescription(const Payload& payload);
 
-/// The device says that this port answers PortInfoExtended.
-bool HasPortInfoExtended(const SMP_PortInfo& info);
+/// The device says in this PortInfo that the port answers PortInfoExtended.
+bool HasPortInfoExtended(const Payload& port_info);
 /// The device says that this port has the second set of extended speeds.
 bool HasSecondExtendedSpeeds(const SMP_PortInfo& info);
 /// The physical link is up.

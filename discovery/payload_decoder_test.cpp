@@ -128,13 +128,13 @@ TEST(PayloadDecoder, EndsADescriptionAtItsZeroByteAndWithoutBlanks) {
 }
 
 TEST(PayloadDecoder, BelievesTheSecondCapabilityMaskOnlyWhereTheFirstAnnouncesIt) {
-  SMP_PortInfo info = {};
-  info.CapMsk2 = 1U << 1U | 1U << 11U;
-  EXPECT_FALSE(HasPortInfoExtended(info));
-  EXPECT_FALSE(HasSecondExtendedSpeeds(info));
-  info.CapMsk = 1U << 15U;
-  EXPECT_TRUE(HasPortInfoExtended(info));
-  EXPECT_TRUE(HasSecondExtendedSpeeds(info));
+  Payload payload = {};
+  WriteBits(payload, 480, 16, 1U << 1U | 1U << 11U);
+  EXPECT_FALSE(HasPortInfoExtended(payload));
+  EXPECT_FALSE(HasSecondExtendedSpeeds(DecodePortInfo(payload)));
+  WriteBits(payload, 160, 32, 1U << 15U);
+  EXPECT_TRUE(HasPortInfoExtended(payload));
+  EXPECT_TRUE(HasSecondExtendedSpeeds(DecodePortInfo(payload)));
 }
 
 TEST(PayloadDecoder, HasNoWordForNumbersThatAreReserved) {

@@ -23,7 +23,7 @@ Outcomes OutcomesFrom(std::string bytes) {
   for (unsigned seed = 1; seed <= 2000; ++seed) {
     bytes = CacheMutator(seed, AddOne).Mutated(bytes);
     try {
-      ReadCache(bytes);
+      const CacheFindings findings(bytes);
       ++outcomes.whole;
     } catch (const CacheError& error) {
       const std::string what = error.what();

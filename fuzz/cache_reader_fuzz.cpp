@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
+#include <string>
 
 #include "cache_mutator.h"
 #include "require.h"
@@ -15,17 +17,17 @@ namespace fabscan {
 namespace {
 
 void Check(std::string_view bytes) {
-  FabricFindings findings;
+  std::optional<CacheFindings> findings;
   try {
-    findings = ReadCache(bytes);
+    findings.emplace(std::string(bytes));
   } catch (const CacheError& error) {
     const std::string message = error.what();
     Require(!message.empty() && message.find('\n') == std::string::npos, "an error is one line");
     return;
   }
   Fabscan fabscan;
-  const DiscoveryReport report = BuildFabric(findings, fabscan);
-  Require(report.nodes == findings.nodes.size(), "every node of the cache is in the model");
+  const DiscoveryReport report = BuildFabric(*findings, fabscan);
+  Require(report.nodes == findings->NodeCount(), "every node of the cache is in the model");
   for (const std::string& gap : report.gaps) {
     Require(gap.find('\n') == std::string::npos, "a gap is one line");
   }

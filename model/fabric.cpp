@@ -13,13 +13,16 @@ void IBNode::setAlternativeName(std::string_view device_name) {
 IBNode& IBFabric::makeNode(std::string_view device_name, u_int64_t guid, IBNodeType type,
                            phys_port_t num_ports) {
   std::string name = fabscan::HarmlessName(device_name);
-  if (NodeByName.count(name) != 0) throw std::invalid_argument("node name in use: " + name);
+  const auto next = NodeByName.lower_bound(name);
+  if (next != NodeByName.end() && next->first == name) {
+    throw std::invalid_argument("node name in use: " + name);
+  }
   if (node_by_guid_.count(guid) != 0)
     throw std::invalid_argument("node GUID in use: " + fabscan::GuidText(guid));
 
   IBNode& node = nodes_.emplace_back(std::move(name), guid, type, num_ports,
                                      static_cast<u_int32_t>(nodes_.size()));
-  NodeByName.emplace(node.name, &node);
+  NodeByName.emplace_hint(next, node.name, &node);
   node_by_guid_.emplace(guid, &node);
   return node;
 }

@@ -1,6 +1,7 @@
 #include "harmless_name.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 
 #include "utf8.h"
@@ -66,6 +67,21 @@ bool IsHazard(char before, std::string_view rest, char32_t code) {
   }
 }
 
+/// Bytes that are harmless wherever they stand, as nearly all of a name's are.
+constexpr std::array<bool, 256> MakePlain() {
+  std::array<bool, 256> plain = {};
+  for (std::size_t byte = 0x20; byte < 0x7F; ++byte) plain[byte] = true;
+  for (const char c : {'\\', '"', '*', '?', '%'}) plain[static_cast<unsigned char>(c)] = false;
+  return plain;
+}
+constexpr std::array<bool, 256> kPlain = MakePlain();
+
+std::size_t PlainLength(std::string_view text) {
+  std::size_t length = 0;
+  while (length < text.size() && kPlain[static_cast<unsigned char>(text[length])]) ++length;
+  return length;
+}
+
 void AppendEscaped(std::string& to, std::string_view bytes) {
   for (const char byte : bytes) {
     const auto value = static_cast<unsigned char>(byte);
@@ -81,6 +97,11 @@ std::string HarmlessName(std::string_view device_name) {
   std::string harmless;
   harmless.reserve(device_name.size());
   for (std::string_view rest = device_name; !rest.empty();) {
+    if (const std::size_t plain = PlainLength(rest)) {
+      harmless.append(rest.substr(0, plain));
+      rest.remove_prefix(plain);
+      continue;
+    }
     const Utf8Character character = FirstCharacter(rest);
     const std::size_t length = std::max<std::size_t>(character.length, 1);
     const char before = harmless.empty() ? '\0' : harmless.back();
@@ -95,6 +116,7 @@ std::string HarmlessName(std::string_view device_name) {
 }
 
 std::string OriginalName(std::string_view harmless_name) {
+  if (harmless_name.find('%') == std::string_view::npos) return std::string(harmless_name);
   std::string original;
   original.reserve(harmless_name.size());
   for (std::string_view rest = harmless_name; !rest.empty();) {

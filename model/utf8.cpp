@@ -42,6 +42,10 @@ Utf8Character FirstCharacter(std::string_view text) {
 
 bool IsUtf8(std::string_view text) {
   while (!text.empty()) {
+    if (static_cast<unsigned char>(text.front()) < 0x80) {
+      text.remove_prefix(1);
+      continue;
+    }
     const std::size_t length = FirstCharacter(text).length;
     if (length == 0) return false;
     text.remove_prefix(length);

@@ -50,7 +50,7 @@ void DecodeCounters(json::object sets, const IBPort& port, TesselExtendedInfo& s
     json::field field = Take(std::move(item));
     const std::size_t index = known.Find(field);
     path.Enter(kCounterIndexes[index]);
-    DecodeRecord(TakeObject(field.value()), kCountersTable,
+    DecodeRecord(field.value(), kCountersTable,
                  &store.putCounters(port, static_cast<u_int32_t>(index)), path);
     path.Leave();
   }
@@ -80,7 +80,7 @@ void DecodeMonitors(json::array selectors, const IBPort& port, TesselExtendedInf
 template <>
 void AttributeDecoder<IBNode>::DecodeAttribute(json::value value, std::size_t index) {
   const RecordKind<IBNode>& kind = kNodeRecords[index];
-  DecodeRecord(TakeObject(value), *kind.table, kind.put(store_, owner_), path_);
+  DecodeRecord(value, *kind.table, kind.put(store_, owner_), path_);
 }
 
 template <>
@@ -94,7 +94,7 @@ void AttributeDecoder<IBPort>::DecodeAttribute(json::value value, std::size_t in
       break;
     default:
       const RecordKind<IBPort>& kind = kPortRecords[index];
-      DecodeRecord(TakeObject(value), *kind.table, kind.put(store_, owner_), path_);
+      DecodeRecord(value, *kind.table, kind.put(store_, owner_), path_);
   }
 }
 

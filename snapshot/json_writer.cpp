@@ -3,6 +3,7 @@
 #include <utf8.h>
 
 #include <algorithm>
+#include <array>
 
 namespace fabscan {
 
@@ -11,11 +12,15 @@ namespace {
 constexpr char kHexDigits[] = "0123456789abcdef";
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-/// A character that stands for itself.
-bool IsPlain(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  return byte >= 0x20 && byte < 0x80 && c != '"' && c != '\\';
+/// Whether a byte is a character that stands for itself.
+constexpr std::array<bool, 256> MakePlain() {
+  std::array<bool, 256> plain = {};
+  for (std::size_t byte = 0x20; byte < 0x80; ++byte) plain[byte] = byte != '"' && byte != '\\';
+  return plain;
 }
+constexpr std::array<bool, 256> kPlain = MakePlain();
+
+bool IsPlain(char c) { return kPlain[static_cast<unsigned char>(c)]; }
 
 }  // namespace
 

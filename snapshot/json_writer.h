@@ -31,6 +31,16 @@ class JsonWriter {
     Append("\":");
     fresh_ = true;
   }
+  /// The same for a literal, whose size the compiler knows.
+  template <std::size_t kSize>
+  void Key(const char (&key)[kSize]) {
+    char* at = BeginValue(kSize + 2);
+    *at++ = '"';
+    std::memcpy(at, key, kSize - 1);
+    std::memcpy(at + kSize - 1, "\":", 2);
+    EndValue(at + kSize + 1);
+    fresh_ = true;
+  }
 
   void Number(u_int64_t value) {
     Separate();

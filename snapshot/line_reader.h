@@ -10,7 +10,7 @@
 
 namespace fabscan {
 
-/// A line in place: the text without its line end, and how many bytes after it may be read.
+/// A line in place: the text, behind which stands a line end, and how many bytes may be read.
 struct Line {
   std::string_view text;
   std::size_t readable;  // from the start of the text

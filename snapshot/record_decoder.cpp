@@ -1,5 +1,6 @@
 #include "record_decoder.h"
 
+#include "canonical_record.h"
 #include "known_keys.h"
 
 namespace fabscan {
@@ -10,7 +11,7 @@ void DecodeElement(json::value value, const FieldRow& row, void* element, KeyPat
   if (row.nested == nullptr) {
     StoreNumber(element, row.size, TakeNumber(value, row.bits()));
   } else {
-    DecodeRecord(TakeObject(value), *row.nested, element, path);
+    DecodeRecord(value, *row.nested, element, path);
   }
 }
 
@@ -40,9 +41,11 @@ void DecodeElements(json::array elements, const FieldRow& row, void* record, Key
 
 }  // namespace
 
-void DecodeRecord(json::object fields, const RecordTable& table, void* record, KeyPath& path) {
+void DecodeRecord(json::value value, const RecordTable& table, void* record, KeyPath& path) {
+  // What is not taken out of a value here is passed over when its object goes on.
+  if (TakeCanonicalRecord(table, value.raw_json_token().data(), record)) return;
   KnownKeys known(table, "field");
-  for (auto item : fields) {
+  for (auto item : TakeObject(value)) {
     json::field field = Take(std::move(item));
     const FieldRow& row = table.rows[known.Find(field)];
     path.Enter(row.name);

@@ -8,7 +8,7 @@ namespace fabscan {
 
 /// Takes an object of fields into `record`, which is zeroed. Throws Malformed and
 /// simdjson::simdjson_error; `path` then tells where.
-void DecodeRecord(json::object fields, const RecordTable& table, void* record, KeyPath& path);
+void DecodeRecord(json::value value, const RecordTable& table, void* record, KeyPath& path);
 
 }  // namespace fabscan
 

@@ -71,6 +71,40 @@ const FieldRow* FindField(const RecordTable& table, std::string_view name);
 bool IsNodeRecord(std::string_view name);
 bool IsPortRecord(std::string_view name);
 
+/// Whether the node, or the port, has no record of this name, but could have one.
+bool Lacks(const TesselExtendedInfo& store, const IBNode& node, std::string_view name);
+bool Lacks(const TesselExtendedInfo& store, const IBPort& port, std::string_view name);
+
+/// `APPLY(type)` for every type that has a table, those within other records included.
+// clang-format off
+#define FABSCAN_EACH_RECORD(APPLY) \
+  APPLY(SMP_NodeInfo) \
+  APPLY(SMP_SwitchInfo) \
+  APPLY(SMP_RouterInfo) \
+  APPLY(SMP_ExtendedSwitchInfo) \
+  APPLY(ib_extended_node_info) \
+  APPLY(ib_description_mode) \
+  APPLY(ib_private_lft_info) \
+  APPLY(adaptive_routing_info) \
+  APPLY(HWInfo_Block_Element) \
+  APPLY(PSID_Block_Element) \
+  APPLY(FWInfo_Block_Element) \
+  APPLY(SWInfo_Block_Element) \
+  APPLY(GeneralInfoCapabilityMask) \
+  APPLY(VendorSpec_GeneralInfo) \
+  APPLY(CC_EnhancedCongestionInfo) \
+  APPLY(CC_CongestionSwitchGeneralSettings) \
+  APPLY(IB_ClassPortInfo) \
+  APPLY(WrenReductionInfo) \
+  APPLY(SMP_PortInfo) \
+  APPLY(SMP_PortInfoExtended) \
+  APPLY(SMP_TarnExtPortInfo) \
+  APPLY(WrenReductionPortInfo) \
+  APPLY(WrenReductionCounters) \
+  APPLY(WrenReductionConfigureMLIDMonitors) \
+  APPLY(WrenPushReductionCounters)
+// clang-format on
+
 /// Calls `visit(kind.table, record)` for every record that the node has.
 template <class Visit>
 void ForEachRecord(const TesselExtendedInfo& store, const IBNode& node, Visit&& visit) {

@@ -56,6 +56,8 @@ struct RecordTable {
   u_int64_t dumped_rows;   // bit r: row r is dumped
   const KeyText* keys;     // of the rows
   std::size_t text_bytes;  // that the record takes in a snapshot, at most
+  char* (*put_text)(char* at, const void* record);
+  bool (*take_text)(const char* text, void* record);
 
   constexpr const FieldRow* begin() const { return rows; }
   constexpr const FieldRow* end() const { return rows + row_count; }
@@ -91,6 +93,14 @@ inline void StoreNumber(void* to, std::size_t size, u_int64_t value) {
       *static_cast<u_int64_t*>(to) = value;
   }
 }
+
+/// Puts the record's text in a snapshot at `at`, where there is room for `text_bytes`, and returns
+/// its end. The record writer has one for each type of record.
+template <class Record>
+char* PutRecordText(char* at, const void* record);
+/// Takes it back where it is exactly that text; see `TakeCanonicalRecord`.
+template <class Record>
+bool TakeRecordText(const char* text, void* record);
 
 /// The table of one record type: `kName` and `kRows`.
 template <class Record>
@@ -178,9 +188,16 @@ struct TableOf {
   static_assert(CountNumbers(kRows) == kNumbersIn<Record>, "the table misses a field");
 
   static constexpr std::array<KeyText, kRowCount> kKeys = MakeKeys(kRows);
-  static constexpr RecordTable value{
-      FieldsOf<Record>::kName, kRows,        kRowCount,       sizeof(Record), CountNumbers(kRows),
-      DumpedRows(kRows),       kKeys.data(), TextBytes(kRows)};
+  static constexpr RecordTable value{FieldsOf<Record>::kName,
+                                     kRows,
+                                     kRowCount,
+                                     sizeof(Record),
+                                     CountNumbers(kRows),
+                                     DumpedRows(kRows),
+                                     kKeys.data(),
+                                     TextBytes(kRows),
+                                     &PutRecordText<Record>,
+                                     &TakeRecordText<Record>};
 };
 
 }  // namespace fabscan

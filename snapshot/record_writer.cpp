@@ -3,9 +3,13 @@
 #include <array>
 #include <charconv>
 #include <cstring>
+#include <utility>
+
+#include "record_fields.h"
 
 // Nearly all of a snapshot is records, so their text is put together by hand: there is room for a
-// whole record in the buffer, and what stands between the numbers was made when this was compiled.
+// whole record in the buffer, and the compiler makes a function of each table, in which each
+// field's key and place are constants.
 
 namespace fabscan {
 
@@ -29,37 +33,64 @@ constexpr std::array<SmallNumber, 256> MakeSmallNumbers() {
 }
 
 constexpr std::array<SmallNumber, 256> kSmallNumbers = MakeSmallNumbers();
-constexpr char kHexDigits[] = "0123456789abcdef";
 
-char* PutDecimal(char* at, u_int64_t value) {
-  if (value >= kSmallNumbers.size()) return std::to_chars(at, at + kNumberBytes, value).ptr;
-  std::memcpy(at, kSmallNumbers[value].digits, sizeof kSmallNumbers[value].digits);
-  return at + kSmallNumbers[value].count;
+struct DigitPair {
+  char digits[2];
+};
+
+/// All pairs of digits: those of 0 to base * base - 1.
+template <unsigned kBase>
+constexpr std::array<DigitPair, kBase * kBase> MakePairs() {
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::array<DigitPair, kBase* kBase> all = {};
+  for (unsigned value = 0; value < all.size(); ++value) {
+    all[value] = {{kDigits[value / kBase], kDigits[value % kBase]}};
+  }
+  return all;
+}
+
+constexpr auto kDecimalPairs = MakePairs<10>();
+constexpr auto kHexPairs = MakePairs<16>();
+
+char* PutPair(char* at, const DigitPair& pair) {
+  std::memcpy(at, &pair, sizeof pair);
+  return at + sizeof pair;
+}
+
+char* PutSmall(char* at, u_int32_t value) {
+  const SmallNumber& number = kSmallNumbers[value];
+  std::memcpy(at, &number, sizeof number);  // all four bytes, in one move
+  return at + number.count;
+}
+
+char* PutDecimal(char* at, u_int32_t value) {
+  if (value < kSmallNumbers.size()) return PutSmall(at, value);
+  if (value < 10'000) return PutPair(PutSmall(at, value / 100), kDecimalPairs[value % 100]);
+  if (value >= 1'000'000) return std::to_chars(at, at + kNumberBytes, value).ptr;
+  at = PutPair(PutSmall(at, value / 10'000), kDecimalPairs[value / 100 % 100]);
+  return PutPair(at, kDecimalPairs[value % 100]);
 }
 
 char* PutHex(char* at, u_int64_t value) {
   std::memcpy(at, "\"0x", 3);
   at += 3;
-  unsigned bits = value == 0 ? 4 : 64 - static_cast<unsigned>(__builtin_clzll(value));
-  for (bits = (bits + 3) / 4 * 4; bits > 0; bits -= 4) {
-    *at++ = kHexDigits[value >> (bits - 4) & 0xFU];
+  const auto count = static_cast<unsigned>(67 - __builtin_clzll(value | 1U)) / 4;
+  value <<= 64 - 4 * count;
+  for (unsigned i = 0; i < count; i += 2) {
+    PutPair(at + i, kHexPairs[value >> 56U]);
+    value <<= 8U;
   }
-  *at++ = '"';
-  return at;
+  at[count] = '"';
+  return at + count + 1;
 }
 
-char* PutNumber(char* at, std::size_t size, u_int64_t value) {
-  return size == sizeof(u_int64_t) ? PutHex(at, value) : PutDecimal(at, value);
+template <std::size_t kSize>
+char* PutNumber(char* at, u_int64_t value) {
+  if constexpr (kSize == sizeof(u_int64_t)) return PutHex(at, value);
+  return PutDecimal(at, static_cast<u_int32_t>(value));
 }
 
-bool AllZero(const FieldRow& row, const void* record);
-
-bool AllZero(const RecordTable& table, const void* record) {
-  for (const FieldRow& row : table) {
-    if (!AllZero(row, record)) return false;
-  }
-  return true;
-}
+bool AllZero(const RecordTable& table, const void* record);
 
 bool AllZero(const FieldRow& row, const void* record) {
   for (std::size_t i = 0; i < row.count; ++i) {
@@ -72,39 +103,62 @@ bool AllZero(const FieldRow& row, const void* record) {
   return true;
 }
 
-char* PutKey(char* at, const KeyText& key) {
-  std::memcpy(at, key.text,
-              sizeof key.text);  // in whole, which is faster than the part that counts
-  return at + key.size;
+bool AllZero(const RecordTable& table, const void* record) {
+  for (const FieldRow& row : table) {
+    if (!AllZero(row, record)) return false;
+  }
+  return true;
 }
 
-char* PutRecord(char* at, const RecordTable& table, const void* record);
+template <const RecordTable* kTable>
+char* PutRecord(char* at, const void* record);
 
-char* PutElements(char* at, const FieldRow& row, const void* record) {
-  if (row.is_array) *at++ = '[';
-  for (std::size_t i = 0; i < row.count; ++i) {
-    if (i != 0) *at++ = ',';
-    const void* element = row.element(record, i);
-    at = row.nested != nullptr ? PutRecord(at, *row.nested, element)
-                               : PutNumber(at, row.size, LoadNumber(element, row.size));
+template <const RecordTable* kTable, std::size_t kRow>
+char* PutKey(char* at) {
+  constexpr const KeyText& kKey = kTable->keys[kRow];
+  std::memcpy(at, kKey.text, kKey.size);
+  return at + kKey.size;
+}
+
+template <const RecordTable* kNested, std::size_t kSize>
+char* PutElement(char* at, const void* element) {
+  if constexpr (kNested != nullptr) {
+    return PutRecord<kNested>(at, element);
+  } else {
+    return PutNumber<kSize>(at, LoadNumber(element, kSize));
   }
-  if (row.is_array) *at++ = ']';
+}
+
+/// The field with its key, behind a comma; nothing, where it is left out.
+template <const RecordTable* kTable, std::size_t kRow>
+char* PutField(char* at, const void* record) {
+  constexpr const FieldRow& kField = kTable->rows[kRow];
+  if constexpr (!kField.is_array && kField.nested == nullptr) {
+    const u_int64_t value = LoadNumber(kField.element(record, 0), kField.size);
+    if (!kField.dumped && value == 0) return at;
+    return PutNumber<kField.size>(PutKey<kTable, kRow>(at), value);
+  }
+  if (!kField.dumped && AllZero(kField, record)) return at;
+  at = PutKey<kTable, kRow>(at);
+  if constexpr (kField.is_array) *at++ = '[';
+  for (std::size_t i = 0; i < kField.count; ++i) {
+    if (i != 0) *at++ = ',';
+    at = PutElement<kField.nested, kField.size>(at, kField.element(record, i));
+  }
+  if constexpr (kField.is_array) *at++ = ']';
   return at;
 }
 
-char* PutRecord(char* at, const RecordTable& table, const void* record) {
+template <const RecordTable* kTable, std::size_t... kRows>
+char* PutFields(char* at, const void* record, std::index_sequence<kRows...>) {
+  ((at = PutField<kTable, kRows>(at, record)), ...);
+  return at;
+}
+
+template <const RecordTable* kTable>
+char* PutRecord(char* at, const void* record) {
   char* const begin = at;
-  for (std::size_t i = 0; i < table.row_count; ++i) {
-    const FieldRow& row = table.rows[i];
-    if (row.is_array || row.nested != nullptr) {
-      if (!row.dumped && AllZero(row, record)) continue;
-      at = PutElements(PutKey(at, table.keys[i]), row, record);
-      continue;
-    }
-    const u_int64_t value = LoadNumber(row.element(record, 0), row.size);
-    if (!row.dumped && value == 0) continue;
-    at = PutNumber(PutKey(at, table.keys[i]), row.size, value);
-  }
+  at = PutFields<kTable>(at, record, std::make_index_sequence<kTable->row_count>());
   if (at == begin) ++at;
   *begin = '{';  // where the first key has its comma
   *at++ = '}';
@@ -113,8 +167,17 @@ char* PutRecord(char* at, const RecordTable& table, const void* record) {
 
 }  // namespace
 
+template <class Record>
+char* PutRecordText(char* at, const void* record) {
+  return PutRecord<&TableOf<Record>::value>(at, record);
+}
+
+#define PUTS_TEXT(record) template char* PutRecordText<record>(char*, const void*);
+FABSCAN_EACH_RECORD(PUTS_TEXT)
+#undef PUTS_TEXT
+
 void WriteRecord(JsonWriter& json, const RecordTable& table, const void* record) {
-  json.EndValue(PutRecord(json.BeginValue(table.text_bytes), table, record));
+  json.EndValue(table.put_text(json.BeginValue(table.text_bytes), record));
 }
 
 }  // namespace fabscan

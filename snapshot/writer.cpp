@@ -154,7 +154,8 @@ class SnapshotWriter {
     }
   }
 
-  void WriteMask(std::string_view key, const capability_mask_t* mask) {
+  template <class Key>
+  void WriteMask(const Key& key, const capability_mask_t* mask) {
     if (mask == nullptr) return;
     json_.Key(key);
     json_.BeginArray();
@@ -167,7 +168,7 @@ class SnapshotWriter {
   void WriteAbsent(const Owner& owner) {
     bool any = false;
     for (const auto& [record, reason] : store_.absentReasons(owner)) {
-      if (!IsRecordOf(owner, record) || HasRecord(owner, record)) continue;
+      if (!Lacks(store_, owner, record)) continue;
       if (!any) {
         json_.Key("absent");
         json_.BeginObject();
@@ -178,24 +179,9 @@ class SnapshotWriter {
     if (any) json_.EndObject();
   }
 
-  static bool IsRecordOf(const IBNode&, std::string_view name) { return IsNodeRecord(name); }
-  static bool IsRecordOf(const IBPort&, std::string_view name) { return IsPortRecord(name); }
-
-  bool HasRecord(const IBNode& node, std::string_view name) const {
-    bool has = false;
-    ForEachRecord(store_, node,
-                  [&](const RecordTable& table, const void*) { has |= table.name == name; });
-    return has;
-  }
-  bool HasRecord(const IBPort& port, std::string_view name) const {
-    bool has = false;
-    ForEachRecord(store_, port,
-                  [&](const RecordTable& table, int, const void*) { has |= table.name == name; });
-    return has;
-  }
-
   /// A name as the device gave it; one that JSON cannot hold, in its escaped form.
-  void WriteName(std::string_view key, const std::string& harmless) {
+  template <class Key>
+  void WriteName(const Key& key, const std::string& harmless) {
     const std::string original = OriginalName(harmless);
     if (IsUtf8(original)) {
       WriteText(key, original);
@@ -207,12 +193,14 @@ class SnapshotWriter {
     json_.EndObject();
   }
 
-  void WriteText(std::string_view key, std::string_view text) {
+  template <class Key>
+  void WriteText(const Key& key, std::string_view text) {
     json_.Key(key);
     json_.String(text);
   }
 
-  void WriteWhereNot(bool usual, std::string_view key, bool value) {
+  template <class Key>
+  void WriteWhereNot(bool usual, const Key& key, bool value) {
     if (value == usual) return;
     json_.Key(key);
     json_.Bool(value);

@@ -1,13 +1,12 @@
 #ifndef INFINIBAND_FABSCAN_TESSEL_EXTENDED_INFO_H
 #define INFINIBAND_FABSCAN_TESSEL_EXTENDED_INFO_H
 
+#include <infiniband/fabscan/absent_table.h>
 #include <infiniband/fabscan/fabscan_types.h>
 #include <infiniband/fabscan/slot_table.h>
 #include <infiniband/tessel/Fabric.h>
 
 #include <cstddef>
-#include <map>
-#include <string>
 #include <string_view>
 #include <tuple>
 
@@ -127,16 +126,25 @@ class TesselExtendedInfo {
   // ---------- Why a record was not collected ----------
 
   /// Record name -> reason, ascending by record name.
-  using AbsentReasons = std::map<std::string, std::string, std::less<>>;
+  using AbsentReasons = fabscan::AbsentReasons;
 
-  void setAbsent(const IBNode& node, std::string_view record, std::string_view reason);
-  void setAbsent(const IBPort& port, std::string_view record, std::string_view reason);
-  /// Empty where nothing was noted.
-  const AbsentReasons& absentReasons(const IBNode& node) const;
-  const AbsentReasons& absentReasons(const IBPort& port) const;
+  void setAbsent(const IBNode& node, std::string_view record, std::string_view reason) {
+    node_absent_.Set(node.createIndex, record, reason);
+  }
+  void setAbsent(const IBPort& port, std::string_view record, std::string_view reason) {
+    port_absent_.Set(port.createIndex, record, reason);
+  }
+  /// Empty where nothing was noted. Owners with the same reasons share them: they stay what they
+  /// are until the store goes, and further notes give the owner others.
+  const AbsentReasons& absentReasons(const IBNode& node) const {
+    return node_absent_.At(node.createIndex);
+  }
+  const AbsentReasons& absentReasons(const IBPort& port) const {
+    return port_absent_.At(port.createIndex);
+  }
   /// Takes all notes of the node away.
-  void clearAbsent(const IBNode& node) { node_absent_.erase(node.createIndex); }
-  void clearAbsent(const IBPort& port) { port_absent_.erase(port.createIndex); }
+  void clearAbsent(const IBNode& node) { node_absent_.Clear(node.createIndex); }
+  void clearAbsent(const IBPort& port) { port_absent_.Clear(port.createIndex); }
 
  private:
   using NodeRecords =
@@ -166,8 +174,8 @@ class TesselExtendedInfo {
   PortRecords port_records_;
   fabscan::SlotTable<WrenReductionCounters> counters_;               // port * kCounterSets + index
   fabscan::SlotTable<WrenReductionConfigureMLIDMonitors> monitors_;  // port * kMonitorSelectors + s
-  std::map<u_int32_t, AbsentReasons> node_absent_;
-  std::map<u_int32_t, AbsentReasons> port_absent_;
+  fabscan::AbsentTable node_absent_;
+  fabscan::AbsentTable port_absent_;
 };
 
 #endif

@@ -1,0 +1,58 @@
+#ifndef INFINIBAND_FABSCAN_ABSENT_TABLE_H
+#define INFINIBAND_FABSCAN_ABSENT_TABLE_H
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace fabscan {
+
+/// Why records were not collected: record name -> reason.
+using AbsentReasons = std::map<std::string, std::string, std::less<>>;
+
+/// The reasons of each node, or of each port, by dense creation index. Most ports of a fabric lack
+/// the same for the same reason, so each distinct set of reasons is held once.
+class AbsentTable {
+ public:
+  AbsentTable() = default;
+  AbsentTable(const AbsentTable&) = delete;  // it points into itself
+  AbsentTable& operator=(const AbsentTable&) = delete;
+
+  /// Empty where nothing was noted.
+  const AbsentReasons& At(std::size_t index) const {
+    const AbsentReasons* reasons = index < by_index_.size() ? by_index_[index] : nullptr;
+    return reasons == nullptr ? none_ : *reasons;
+  }
+  void Set(std::size_t index, std::string_view record, std::string_view reason);
+  void Clear(std::size_t index) {
+    if (index < by_index_.size()) by_index_[index] = nullptr;
+  }
+
+ private:
+  /// The set that `from` becomes when this reason is noted.
+  const AbsentReasons* Noted(const AbsentReasons* from, std::string_view record,
+                             std::string_view reason);
+
+  /// The change that was made last, which is mostly the next one as well.
+  struct Change {
+    const AbsentReasons* from = nullptr;
+    std::string record;
+    std::string reason;
+    const AbsentReasons* to = nullptr;
+  };
+
+  const AbsentReasons none_;
+  std::set<AbsentReasons> sets_;
+  std::vector<const AbsentReasons*> by_index_;
+  Change last_;
+};
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,118 @@
+#include "canonical_record.h"
+
+#include <cstring>
+#include <utility>
+
+#include "hex_number.h"
+#include "record_fields.h"
+
+// The counterpart of the record writer: a function made of each table, which knows what must come
+// next. No text that it looks for has a line end, so it never gets past the end of its line.
+
+namespace fabscan {
+
+namespace {
+
+/// Each takes what stands at `at` and returns its end, or null where it is something else.
+template <std::size_t kSize>
+const char* TakeDecimal(const char* at, u_int64_t& number) {
+  constexpr u_int64_t kLargest = ~u_int64_t{0} >> (64 - 8 * kSize);
+  constexpr std::size_t kMostDigits = 10;
+  const auto digit = [&at](std::size_t i) { return static_cast<unsigned>(at[i]) - '0'; };
+  if (digit(0) > 9) return nullptr;
+  number = digit(0);
+  if (number == 0) return at + 1;  // a digit after it is not what comes next
+  std::size_t count = 1;
+  for (; count <= kMostDigits && digit(count) <= 9; ++count) number = 10 * number + digit(count);
+  return number > kLargest ? nullptr : at + count;
+}
+
+/// How many of the eight bytes stand before the first quote; 8 where there is none.
+std::size_t BeforeQuote(const char* at) {
+  constexpr u_int64_t kEach = 0x0101010101010101;
+  u_int64_t bytes = 0;
+  std::memcpy(&bytes, at, sizeof bytes);
+  bytes ^= '"' * kEach;  // a quote is 0 now
+  const u_int64_t zeros = (bytes - kEach) & ~bytes & (0x80 * kEach);
+  return zeros == 0 ? 8 : static_cast<std::size_t>(__builtin_ctzll(zeros)) / 8;
+}
+
+const char* TakeHex(const char* at, u_int64_t& number) {
+  if (std::memcmp(at, "\"0x", 3) != 0) return nullptr;
+  at += 3;
+  std::size_t digits = BeforeQuote(at);
+  if (digits == 8) digits += BeforeQuote(at + 8);
+  if (at[digits] != '"' || !ReadHexDigits({at, digits}, number)) return nullptr;
+  return at + digits + 1;
+}
+
+template <const RecordTable* kTable>
+const char* TakeRecord(const char* at, void* record);
+
+template <const RecordTable* kNested, std::size_t kSize>
+const char* TakeElement(const char* at, void* element) {
+  if constexpr (kNested != nullptr) {
+    return TakeRecord<kNested>(at, element);
+  } else {
+    u_int64_t number = 0;
+    at = kSize == sizeof number ? TakeHex(at, number) : TakeDecimal<kSize>(at, number);
+    if (at != nullptr) StoreNumber(element, kSize, number);
+    return at;
+  }
+}
+
+template <const RecordTable* kTable, std::size_t kRow>
+const char* TakeValue(const char* at, void* record) {
+  constexpr const FieldRow& kField = kTable->rows[kRow];
+  if constexpr (!kField.is_array) {
+    return TakeElement<kField.nested, kField.size>(at, kField.element(record, 0));
+  }
+  for (std::size_t i = 0; i < kField.count; ++i) {
+    if (*at++ != (i == 0 ? '[' : ',')) return nullptr;
+    at = TakeElement<kField.nested, kField.size>(at, kField.element(record, i));
+    if (at == nullptr) return nullptr;
+  }
+  return *at == ']' ? at + 1 : nullptr;
+}
+
+/// Takes the field where it comes next, at `at`: behind '{' the first one, ',' any other. False
+/// where it is missing although it must not, or its value is something else.
+template <const RecordTable* kTable, std::size_t kRow>
+bool TakeField(const char*& at, char& before, void* record) {
+  constexpr const KeyText& kKey = kTable->keys[kRow];
+  const bool next = *at == before && std::memcmp(at + 1, kKey.text + 1, kKey.size - 1) == 0;
+  if (!next) return !kTable->rows[kRow].dumped;
+  before = ',';
+  at = TakeValue<kTable, kRow>(at + kKey.size, record);
+  return at != nullptr;
+}
+
+template <const RecordTable* kTable, std::size_t... kRows>
+const char* TakeFields(const char* at, void* record, std::index_sequence<kRows...>) {
+  char before = '{';
+  if (!(TakeField<kTable, kRows>(at, before, record) && ...)) return nullptr;
+  if (before == '{' && *at++ != '{') return nullptr;
+  return *at == '}' ? at + 1 : nullptr;
+}
+
+template <const RecordTable* kTable>
+const char* TakeRecord(const char* at, void* record) {
+  return TakeFields<kTable>(at, record, std::make_index_sequence<kTable->row_count>());
+}
+
+}  // namespace
+
+template <class Record>
+bool TakeRecordText(const char* text, void* record) {
+  return TakeRecord<&TableOf<Record>::value>(text, record) != nullptr;
+}
+
+#define TAKES_TEXT(record) template bool TakeRecordText<record>(const char*, void*);
+FABSCAN_EACH_RECORD(TAKES_TEXT)
+#undef TAKES_TEXT
+
+bool TakeCanonicalRecord(const RecordTable& table, const char* text, void* record) {
+  return table.take_text(text, record);
+}
+
+}  // namespace fabscan
