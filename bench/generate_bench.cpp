@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "fabric_maker.h"
+#include "processor_time.h"
 #include "ratio_table.h"
 #include "statement_list.h"
 
@@ -99,12 +100,12 @@ template <class Write>
 void Measure(benchmark::State& state, Write write) {
   Subject& subject = SubjectOf(static_cast<unsigned>(state.range(0)));
   const std::filesystem::path path = Folder() / kGeneratedName;
-  double processor_seconds = 0;
+  fabscan::ProcessorTime processor_time;
   for (auto _ : state) {
     const auto begin = std::chrono::steady_clock::now();
-    const std::clock_t processor_begin = std::clock();
+    processor_time.Start();
     write(subject, path);
-    processor_seconds += static_cast<double>(std::clock() - processor_begin) / CLOCKS_PER_SEC;
+    processor_time.Stop();
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
     state.SetIterationTime(taken.count());
     if (std::filesystem::file_size(path) != subject.Size()) {
@@ -113,7 +114,7 @@ void Measure(benchmark::State& state, Write write) {
     }
     std::filesystem::remove(path);
   }
-  state.counters[fabscan::kProcessorSeconds] = processor_seconds;
+  processor_time.Report(state);
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(subject.Size()));
 }
 

@@ -12,6 +12,7 @@
 #include <string>
 
 #include "cache_maker.h"
+#include "processor_time.h"
 #include "ratio_table.h"
 #include "scratch_folder.h"
 #include "whole_file.h"
@@ -52,8 +53,11 @@ Subject& TheSubject() {
 template <class Work>
 void Measure(benchmark::State& state, Work work) {
   Subject& subject = TheSubject();
+  fabscan::ProcessorTime processor_time;
   for (auto _ : state) {
+    processor_time.Start();
     work(subject);
+    processor_time.Stop();
     state.PauseTiming();
     if (std::filesystem::file_size(subject.output) != subject.snapshot.size()) {
       state.SkipWithError("wrote other bytes");
@@ -62,6 +66,7 @@ void Measure(benchmark::State& state, Work work) {
     std::filesystem::remove(subject.output);
     state.ResumeTiming();
   }
+  processor_time.Report(state);
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(subject.snapshot.size()));
 }
 

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <map>
 
+#include "processor_time.h"
+
 namespace fabscan {
 
 namespace {
@@ -26,6 +28,7 @@ struct Measured {
   std::vector<double> seconds;
   std::vector<double> processor_seconds;
   std::vector<double> bytes_per_second;
+  std::vector<double> bytes_per_processor_second;
 };
 
 /// Prints the benchmarks as they come, and keeps what each repetition took.
@@ -46,10 +49,14 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
     auto& measured = measured_[run.run_name.function_name +
                                (run.run_name.args.empty() ? "" : "/" + run.run_name.args)];
     measured.seconds.push_back(run.real_accumulated_time / static_cast<double>(run.iterations));
-    const auto processor = run.counters.find(kProcessorSeconds);
-    if (processor != run.counters.end()) measured.processor_seconds.push_back(processor->second);
     const auto bytes = run.counters.find("bytes_per_second");
     if (bytes != run.counters.end()) measured.bytes_per_second.push_back(bytes->second);
+    const auto processor = run.counters.find(kProcessorSeconds);
+    if (processor == run.counters.end()) continue;
+    measured.processor_seconds.push_back(processor->second / static_cast<double>(run.iterations));
+    if (bytes == run.counters.end()) continue;
+    measured.bytes_per_processor_second.push_back(bytes->second * run.real_accumulated_time /
+                                                  processor->second);
   }
   ConsoleReporter::ReportRuns(runs);
 }
@@ -77,20 +84,38 @@ void RatioReporter::PrintRatios(const std::vector<Ratio>& ratios) const {
   }
 }
 
+/// How far the highest of some medians lies above the lowest.
+class Range {
+ public:
+  void Add(double median) {
+    least_ = least_ == 0 ? median : std::min(least_, median);
+    most_ = std::max(most_, median);
+  }
+  double Above() const { return least_ == 0 ? 0 : most_ / least_ - 1; }
+
+ private:
+  double least_ = 0;
+  double most_ = 0;
+};
+
 void RatioReporter::PrintThroughputs(const std::vector<Throughput>& throughputs) const {
-  double least = 0;
-  double most = 0;
-  fmt::print("\n| throughput | GB a second | spread |\n|---|---|---|\n");
+  Range of_time;
+  Range of_processor_time;
+  fmt::print("\n| throughput | GB a second | spread | GB a processor second | spread |\n");
+  fmt::print("|---|---|---|---|---|\n");
   for (const Throughput& throughput : throughputs) {
     const auto measured = measured_.find(throughput.measured);
     if (measured == measured_.end()) continue;
     const Summary bytes = Summarise(measured->second.bytes_per_second);
-    fmt::print("| {} | {:.2f} | {:.0f} % |\n", throughput.what, bytes.median / 1e9,
-               100 * bytes.spread);
-    least = least == 0 ? bytes.median : std::min(least, bytes.median);
-    most = std::max(most, bytes.median);
+    const Summary of_processor = Summarise(measured->second.bytes_per_processor_second);
+    fmt::print("| {} | {:.2f} | {:.0f} % | {:.2f} | {:.0f} % |\n", throughput.what,
+               bytes.median / 1e9, 100 * bytes.spread, of_processor.median / 1e9,
+               100 * of_processor.spread);
+    of_time.Add(bytes.median);
+    of_processor_time.Add(of_processor.median);
   }
-  if (least > 0) fmt::print("| highest above lowest | {:.0f} % | |\n", 100 * (most / least - 1));
+  fmt::print("| highest above lowest | {:.0f} % | | {:.0f} % | |\n", 100 * of_time.Above(),
+             100 * of_processor_time.Above());
 }
 
 }  // namespace

@@ -6,9 +6,6 @@
 
 namespace fabscan {
 
-/// The counter in which a benchmark may say how much processor time its repetition took.
-inline constexpr char kProcessorSeconds[] = "processor_seconds";
-
 /// One row of the table that ends a run: what is compared with what.
 struct Ratio {
   std::string what;
@@ -26,7 +23,7 @@ struct Throughput {
 /// another, then prints the tables, in Markdown: for each row whose benchmarks were run, the ratio
 /// of the medians of real time, that of processor time, and how far the repetitions lay apart in
 /// real time (largest less smallest, as a part of the median). Returns what the program's `main` is
-/// to return.
+/// to return. For benchmarks that do not report their `ProcessorTime`, "-" stands in its place.
 int RunAndCompare(int argc, char** argv, const std::vector<Ratio>& ratios,
                   const std::vector<Throughput>& throughputs = {});
 

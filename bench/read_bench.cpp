@@ -13,11 +13,13 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "fabric_maker.h"
+#include "processor_time.h"
 #include "ratio_table.h"
 
 namespace {
@@ -47,7 +49,19 @@ const std::filesystem::path& Snapshot() {
   return scratch.snapshot;
 }
 
-void CountBytes(benchmark::State& state) {
+/// Runs `work`, which reads the snapshot. What it returns goes again unmeasured.
+template <class Work>
+void Measure(benchmark::State& state, Work work) {
+  fabscan::ProcessorTime processor_time;
+  for (auto _ : state) {
+    processor_time.Start();
+    std::optional result = work();
+    processor_time.Stop();
+    state.PauseTiming();
+    result.reset();
+    state.ResumeTiming();
+  }
+  processor_time.Report(state);
   state.SetBytesProcessed(state.iterations() *
                           static_cast<std::int64_t>(std::filesystem::file_size(Snapshot())));
 }
@@ -55,15 +69,11 @@ void CountBytes(benchmark::State& state) {
 void Read(benchmark::State& state, const std::set<u_int64_t>* guids) {
   fabscan::SnapshotReadOptions options;
   options.guids = guids;
-  for (auto _ : state) {
+  Measure(state, [&] {
     auto fabscan = std::make_unique<Fabscan>();
     fabscan::ReadSnapshot(Snapshot().string(), *fabscan, options);
-    benchmark::DoNotOptimize(fabscan->discovered_fabric.nodeCount());
-    state.PauseTiming();
-    fabscan.reset();
-    state.ResumeTiming();
-  }
-  CountBytes(state);
+    return std::optional(std::move(fabscan));
+  });
 }
 
 void ReadAll(benchmark::State& state) { Read(state, nullptr); }
@@ -98,21 +108,25 @@ void Walk(simdjson::ondemand::value value) {
 
 using Document = simdjson::ondemand::document;
 
-/// One document after the other, each on its line, as the file is read.
+/// One document after the other, each on its line, as the file is read. Returns their number.
 template <class Visit>
-void ForEachLine(Visit visit) {
+std::size_t ForEachLine(Visit visit) {
+  std::size_t documents = 0;
   simdjson::ondemand::parser parser;
   const auto source = fabscan::OpenFileSource(Snapshot().string());
   fabscan::LineReader lines(*source, fabscan::SnapshotReadOptions().max_line_bytes);
   while (const auto line = lines.Next()) {
     Document document = parser.iterate(line->text.data(), line->text.size(), line->readable);
     visit(document);
+    ++documents;
   }
+  return documents;
 }
 
 /// The same of bytes that are in memory already.
 template <class Visit>
-void ForEachLineInMemory(const simdjson::padded_string& json, Visit visit) {
+std::size_t ForEachLineInMemory(const simdjson::padded_string& json, Visit visit) {
+  std::size_t documents = 0;
   simdjson::ondemand::parser parser;
   const char* const end = json.data() + json.size();
   for (const char* line = json.data(); line < end;) {
@@ -121,31 +135,26 @@ void ForEachLineInMemory(const simdjson::padded_string& json, Visit visit) {
     const auto length = static_cast<std::size_t>((line_end == nullptr ? end : line_end) - line);
     Document document = parser.iterate(line, length, left + simdjson::SIMDJSON_PADDING);
     visit(document);
+    ++documents;
     line += length + 1;
   }
+  return documents;
 }
 
 void WalkDocument(Document& document) { Walk(document); }
 
 void WalkAll(benchmark::State& state) {
-  for (auto _ : state) ForEachLine(WalkDocument);
-  CountBytes(state);
+  Measure(state, [] { return std::optional(ForEachLine(WalkDocument)); });
 }
 
 void WalkAllInMemory(benchmark::State& state) {
   const simdjson::padded_string json = simdjson::padded_string::load(Snapshot().string());
-  for (auto _ : state) ForEachLineInMemory(json, WalkDocument);
-  CountBytes(state);
+  Measure(state, [&] { return std::optional(ForEachLineInMemory(json, WalkDocument)); });
 }
 
 /// The scan alone: where every document begins and ends.
 void ScanAll(benchmark::State& state) {
-  for (auto _ : state) {
-    std::size_t documents = 0;
-    ForEachLine([&](Document&) { ++documents; });
-    benchmark::DoNotOptimize(documents);
-  }
-  CountBytes(state);
+  Measure(state, [] { return std::optional(ForEachLine([](Document&) {})); });
 }
 
 constexpr int kRepetitions = 7;

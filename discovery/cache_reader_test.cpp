@@ -147,11 +147,10 @@ TEST(CacheReader, RefusesContradictions) {
   bytes[kHeaderBytes + kOffsetOfStoredCount + 1 + 9 + 8] = 0;
   EXPECT_EQ(ErrorOf(bytes), "byte 28: the node has a port 0 that it cannot have, or has it twice");
 
-  bytes = sample;
+  bytes = sample;  // the second node then begins with the last port of the first
   --bytes[kHeaderBytes + kOffsetOfStoredCount];
-  EXPECT_EQ(
-      ErrorOf(bytes),
-      "byte 274: the node's GUID is 0x100000000000020, but 0x300000000000a5c in its NodeInfo");
+  EXPECT_EQ(ErrorOf(bytes),
+            "byte 271: the node's GUID is 0x0, but 0x200000000000000 in its NodeInfo");
 
   CacheBuilder lonely;  // the last node names a port less than the file holds
   lonely.AddPort(lonely.Add(0x10, IB_SW_NODE, 1, "s"), 0);
