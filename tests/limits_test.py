@@ -1,5 +1,7 @@
 """The limits of a snapshot, which every subcommand that reads one can raise or lower."""
 
+import json
+
 from command_line import DONE, FAILED, WRONG_USAGE, CommandTest, main, snapshot, switch
 
 READERS = (("check", "s"), ("models", "s"), ("show", "s"), ("dump", "s", "--prefix", "P"),
@@ -28,6 +30,17 @@ class Limits(CommandTest):
             self.assert_fails(run, f"s:3: {NODES}", failure_of(command))
         self.assertEqual(self.entries(), ["s"])
         self.assertEqual(self.run_command("show", "s", "--max-nodes", 2).returncode, DONE)
+
+    def test_depth_of_a_node_that_is_not_chosen(self):
+        deep = "[" * 5_000_000 + "]" * 5_000_000
+        identity = json.dumps(switch("b", "0x2"))[1:-1]
+        for line in (f'{{{identity},"absent":{deep}}}', f'{{"absent":{deep},{identity}}}'):
+            self.put("s", "\n".join(['{"fabscan_snapshot":1}', json.dumps(switch("a", "0x1")), line,
+                                     '{"end":true,"nodes":2}']))
+            run = self.run_command("show", "s", "--guid", "0x1")
+            self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+            self.assert_fails(self.run_command("show", "s", "--guid", "0x2"),
+                              "s:3: absent: must be an object, {...}, not a list")
 
     def test_a_line_above_the_usual_limit(self):
         self.put("s", '{"fabscan_snapshot":1,"source":"' + "x" * (64 << 20) + '"}\n'

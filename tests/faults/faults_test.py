@@ -192,6 +192,72 @@ class Faults(OneFileTest):
             subprocess.run(["umount", str(disk)], check=True)
 
 
+class Compressed(FaultTest):
+    """The same of a compressed snapshot that is read, and of one that is written."""
+
+    def setUp(self):
+        super().setUp()
+        run = self.run_command("merge", PARTIAL, PARTIAL, "--output", "whole.zst")
+        self.assertEqual(run.returncode, DONE, run.stderr)
+        self.whole = (self.folder / "whole.zst").read_bytes()
+        self.command = ("merge", "whole.zst", "whole.zst", "--output", "out/new.zst", "--force")
+        self.new = self.folder / "out" / "new.zst"
+
+    def run_with_fault(self, *arguments, **more):
+        self.new.write_text(EARLIER)
+        run = super().run_with_fault(*arguments, **more)
+        (self.folder / "out" / OUT).unlink()
+        return run
+
+    def assert_failed(self, run, message):
+        self.assert_fails(run, message)
+        self.assertEqual(self.new.read_text(), EARLIER, run.fault)
+        self.assertEqual(self.entries("out"), [self.new.name], run.fault)
+
+    def test_a_write_fails(self):
+        for number, cause in ((errno.ENOSPC, "No space left on device"),
+                              (errno.EDQUOT, "Disk quota exceeded"),
+                              (errno.EIO, "Input/output error"), (errno.EFBIG, "File too large")):
+            for run in self.every_call("write", number):
+                self.assert_failed(run, f"out/new.zst: cannot write: {cause}; free some space, or "
+                                        "write elsewhere")
+
+    def test_a_write_stops_half_way(self):
+        for run in self.every_call("write", "short"):
+            self.assert_failed(run, "out/new.zst: cannot write: No space left on device; free some "
+                                    "space, or write elsewhere")
+
+    def test_a_file_cannot_be_put_in_place(self):
+        self.assert_failed(self.run_with_fault("fsync", 1, errno.EIO),
+                           "out/new.zst: cannot write: Input/output error; free some space, or "
+                           "write elsewhere")
+        self.assert_failed(self.run_with_fault("rename", 1, errno.EACCES),
+                           "out/new.zst: cannot replace: Permission denied; write elsewhere")
+
+    def test_a_read_fails(self):
+        for run in self.every_call("read", errno.EIO):
+            self.assertRegex(run.stderr, r"\Afabscan: error: whole\.zst(:\d+)?: cannot read: "
+                                         r"Input/output error\n\Z", run.fault)
+            self.assert_failed(run, run.stderr.removeprefix("fabscan: error: ").rstrip("\n"))
+
+    def test_a_signal_in_the_midst_of_it(self):
+        for call in ("read", "write", "fsync", "rename"):
+            for run in self.every_call(call, f"signal {int(signal.SIGTERM)}"):
+                self.assertEqual(run.returncode, -signal.SIGTERM, run.fault)
+                self.assertEqual(self.entries("out"), [self.new.name], run.fault)
+                self.assertIn(self.new.read_bytes(), (EARLIER.encode(), self.whole), run.fault)
+
+    def test_one_allocation_fails(self):
+        for run in self.every_call("malloc", errno.ENOMEM):
+            self.assertEqual(self.entries("out"), [self.new.name], run.fault)
+            if run.returncode == DONE:
+                self.assertEqual(self.new.read_bytes(), self.whole, run.fault)
+                continue
+            self.assert_one_error(run)
+            self.assertIn("memory", run.stderr, run.fault)
+            self.assertIn(self.new.read_bytes(), (EARLIER.encode(), self.whole), run.fault)
+
+
 class OnePerModel(FaultTest):
     """All files or none, and what was there before."""
 
@@ -224,6 +290,19 @@ class OnePerModel(FaultTest):
             self.assertTrue(self.is_as_before(), run.fault)
             runs += 1
         self.assertEqual(runs, 2)
+
+    def test_the_last_of_two_earlier_files_cannot_be_replaced(self):
+        second = self.folder / "out" / self.files[1]
+        self.first.write_text("one")
+        second.write_text("other")
+        environment = dict(os.environ, LD_PRELOAD=LIBRARY, FAULT_CALL="rename", FAULT_AT="2",
+                           FAULT_KIND=str(errno.EACCES), FAULT_REACHED=str(self.reached))
+        run = self.run_command(*self.command, env=environment)
+        self.assertTrue(self.reached.exists())
+        self.assert_fails(run, f"out/{second.name}: cannot replace: Permission denied; write "
+                               "elsewhere")
+        self.assertEqual((self.first.read_text(), second.read_text()), ("one", "other"))
+        self.assertEqual(self.entries("out"), self.files)
 
     def test_a_file_system_that_cannot_exchange(self):
         for run in self.every_call("rename", errno.EINVAL):
@@ -308,6 +387,40 @@ class OutOfMemory(OneFileTest):
                 self.assertTrue(text == EARLIER or text.endswith(("</html>\n", "}\n")), run.fault)
                 output.write_text(EARLIER)
             output.unlink()
+
+    def check_files_by_model(self, earlier, **more):
+        """Two files, of which these were there before: both are new, or nothing has changed."""
+        two = {"type": "SW", "numPorts": 2}, {"type": "CA", "numPorts": 1}
+        nodes = [{"name": f"N{i}", "guid": f"0x{i + 1}", **of} for i, of in enumerate(two)]
+        self.put("two", snapshot(*nodes))
+        command = ("dump", "two", "--prefix", "MyDevice", "--one-per-model", "--force",
+                   "--output-dir", "files")
+        folder = self.folder / "files"
+        folder.mkdir()
+        self.assertEqual(self.run_command(*command).returncode, DONE)
+        files = self.entries("files")
+        self.assertEqual(files, ["mydevice_hca_0000_generated.cpp",
+                                 "mydevice_sw_0000_generated.cpp"])
+        seen = set()
+        for run in self.every_allocation(command=command, **more):
+            texts = {name: (folder / name).read_text() for name in self.entries("files")}
+            whole = [name for name, text in texts.items() if text.endswith("}\n")]
+            as_before = texts == {name: EARLIER for name in earlier}
+            self.assertTrue(whole == files or as_before, f"{run.fault}{sorted(texts)} {whole}")
+            if run.returncode == DONE:
+                self.assertEqual(whole, files, run.fault)
+            seen.add((run.returncode, as_before))
+            for name in files:
+                (folder / name).unlink(missing_ok=True)
+            for name in earlier:
+                (folder / name).write_text(EARLIER)
+        self.assertIn((FAILED, True), seen)
+
+    def test_one_allocation_of_a_new_file_beside_an_earlier_one_fails(self):
+        self.check_files_by_model(earlier=["mydevice_hca_0000_generated.cpp"])
+
+    def test_no_allocation_of_two_files_succeeds_from_there_on(self):
+        self.check_files_by_model(earlier=["mydevice_sw_0000_generated.cpp"], onwards=True)
 
     def test_one_allocation_of_anonymise_fails(self):
         command = ("anonymise", "small", "--key", "a key of our own", "--output", "new", "--force")
