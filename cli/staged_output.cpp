@@ -132,6 +132,7 @@ std::ostream& StagedOutput::stream() {
 }
 
 void StagedOutput::finishStream() {
+  if (!isStandardOutput() && !file_.is_open()) return;
   std::ostream& out = stream();
   if (out.good()) errno = 0;  // else it tells of the write that failed: what followed wrote nothing
   out.flush();
@@ -151,14 +152,15 @@ void StagedOutput::finishStream() {
 }
 
 void StagedOutput::putOnDisk() {
-  if (isStandardOutput() || file_.is_open()) finishStream();
+  finishStream();
   if (isStandardOutput()) return;
   const int error_number = Synchronise(stagedPath());
   if (error_number != 0) Fail(path_, "write", error_number, kAdviseSpace);
 }
 
 void StagedOutput::Commit() {
-  if (isStandardOutput()) return finishStream();
+  finishStream();  // before anything else: errno tells which write failed
+  if (isStandardOutput()) return;
   {
     Progress progress;
     progress.Watch("putting " + path_ + " on disk", [this] { putOnDisk(); });
