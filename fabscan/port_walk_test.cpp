@@ -188,6 +188,17 @@ TEST_P(PortWalk, ComesToAnEndAtTwoHundredAndFiftyFivePorts) {
                                           Case("255", "0x1ff"), Default("0x1fd")));
 }
 
+TEST_P(PortWalk, KeepsMarkedPortsApartWhateverTheirNumbers) {
+  IBNode& node = Switch("S1", 255);
+  for (const std::size_t place : {63U, 64U, 65U, 127U, 128U, 129U, 192U, 255U}) {
+    node.Ports[place]->setFNMPort(true);
+  }
+  EXPECT_THAT(Branches(node),
+              ElementsAre(Case("63", "0x13f"), Case("64", "0x140"), Case("65", "0x141"),
+                          Case("127", "0x17f"), Case("128", "0x180"), Case("129", "0x181"),
+                          Case("192", "0x1c0"), Case("255", "0x1ff"), Default("0x101")));
+}
+
 TEST_P(PortWalk, EndsAtTheNodesPortsAndAtTheVectors) {
   IBNode& node = Switch("S1", 6);
   for (const std::size_t place : {1U, 4U, 6U}) node.Ports[place]->setFNMPort(true);

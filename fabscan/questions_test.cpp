@@ -456,6 +456,14 @@ TEST_F(Facade, HasItsStatusReturnedWhenItDoesNotOpen) {
   EXPECT_TRUE(std::filesystem::is_empty(recording::answers.output_folder));
 }
 
+TEST_F(Facade, GetsNothingToWriteWithAStatusEvenWhenTheStreamIsOpen) {
+  recording::answers.open_status = 3;
+  recording::answers.opens_all_the_same = true;
+  EXPECT_EQ(SimInfoDumpCPP(fabscan_).Generate("MyDev", {}), 3);
+  EXPECT_EQ(std::filesystem::file_size(recording::answers.output_folder + "/mydev_generated.cpp"),
+            0U);
+}
+
 TEST_F(Facade, IsNotAskedToCloseWhenAnEmitterThrows) {
   IBNode& node = Node(IB_SW_NODE, 1);
   fabscan_.discovered_fabric.NodeByName["N"] = &node;

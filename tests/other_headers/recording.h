@@ -34,11 +34,12 @@ inline void Ask(const std::string& question) {
 
 struct Answers {
   int open_status = 0;
+  bool opens_all_the_same = false;  // whatever the status
   std::string output_folder = ".";
   std::ios::iostate stream_exceptions = std::ios::goodbit;  // of the stream that OpenFile opens
   std::set<int> smp_bits, gmp_bits;                         // supported by every node
   int smp_status = 0, gmp_status = 0;
-  capability_mask_t smp_mask = {}, gmp_mask = {};
+  capability_mask_t smp_mask = {{0, 0, 0, 0}}, gmp_mask = {{0, 0, 0, 0}};
 };
 inline Answers answers;
 

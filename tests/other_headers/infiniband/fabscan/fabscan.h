@@ -40,7 +40,7 @@ class Fabscan {
     recording::Ask("OpenFile(" + description + ", " + identity.name_ + ", " +
                    std::to_string(identity.flags_) + ", " + std::to_string(flag) + ", " +
                    (comment == nullptr ? "null" : comment) + ")");
-    if (recording::answers.open_status == 0) {
+    if (recording::answers.open_status == 0 || recording::answers.opens_all_the_same) {
       out.open(recording::answers.output_folder + '/' + identity.name_);
       out.exceptions(recording::answers.stream_exceptions);
     }

@@ -6,7 +6,11 @@
 // The attribute records with members in an order of their own: nothing that reads them may depend
 // on how they are laid out.
 
+// Not zero where nobody writes zeros.
 struct capability_mask {
+  capability_mask() : mask{1, 1, 1, 1} {}
+  capability_mask(const u_int32_t (&words)[4]) : mask{words[0], words[1], words[2], words[3]} {}
+
   u_int32_t mask[4];
 };
 
