@@ -37,7 +37,8 @@ class JsonWriter {
     char* at = BeginValue(kSize + 2);
     *at++ = '"';
     std::memcpy(at, key, kSize - 1);
-    std::memcpy(at + kSize - 1, "\":", 2);
+    at[kSize - 1] = '"';
+    at[kSize] = ':';
     EndValue(at + kSize + 1);
     fresh_ = true;
   }

@@ -47,7 +47,7 @@ class AbsentTable {
     const AbsentReasons* to = nullptr;
   };
 
-  const AbsentReasons none_;
+  const AbsentReasons none_ = {};  // clang asks for the braces
   std::set<AbsentReasons> sets_;
   std::vector<const AbsentReasons*> by_index_;
   Change last_;
