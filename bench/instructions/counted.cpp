@@ -1,6 +1,8 @@
 // counted WHAT: does one thing on a made fabric in the working folder, and has callgrind count the
 // instructions of that alone. Without an argument, lists what there is.
 
+#include <cache_file.h>
+#include <fabric_builder.h>
 #include <fabscan_sim_info_dump.h>
 #include <snapshot.h>
 #include <valgrind/callgrind.h>
@@ -10,12 +12,14 @@
 #include <set>
 #include <string_view>
 
+#include "cache_maker.h"
 #include "fabric_maker.h"
 
 namespace {
 
 constexpr fabscan::FabricShape kShape = {40, 36, 160, 1};
 constexpr char kSnapshot[] = "fabric.jsonl";
+constexpr char kCache[] = "fabric.cache";
 
 /// Runs `work` with the counter on.
 template <class Work>
@@ -58,6 +62,17 @@ int ReadThree() {
   return Read(options);
 }
 
+int Import() {
+  std::ofstream(kCache, std::ios::binary) << fabscan::MakeCache(kShape);
+  return Counted([&] {
+    Fabscan fabscan;
+    fabscan::BuildFabric(fabscan::ReadCacheFile(kCache), fabscan);
+    std::ofstream out(kSnapshot, std::ios::binary);
+    fabscan::WriteSnapshot(out, fabscan, {});
+    return fabscan.discovered_fabric.nodeCount() == kShape.switches + kShape.adapters ? 0 : 1;
+  });
+}
+
 constexpr struct {
   std::string_view what;
   int (*run)();
@@ -65,6 +80,7 @@ constexpr struct {
     {"generate", Generate},
     {"read", ReadAll},
     {"read_three_nodes", ReadThree},
+    {"import", Import},
 };
 
 }  // namespace
