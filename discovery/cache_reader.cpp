@@ -169,6 +169,17 @@ class CacheReader {
                        port.peer.number, GuidText(port.peer.guid)));
   }
 
+  /// Where the port with this key is. Ports mostly stand in the order in which the nodes name them,
+  /// or the other way round.
+  u_int32_t PlaceOf(const PortKey& key) {
+    for (const u_int32_t place : {last_place_ + 1, last_place_ - 1}) {
+      if (place < header_.ports && KeyAt{bytes_.substr(first_port_)}(place) == key) {
+        return last_place_ = place;
+      }
+    }
+    return last_place_ = ports_.Find(key);
+  }
+
   /// Finds the ports that the node names.
   void ClaimPorts(CacheFindings::CachedNode& node) {
     CacheCursor cursor(bytes_, node.offset);
@@ -177,7 +188,7 @@ class CacheReader {
     std::bitset<256> seen;
     for (unsigned i = 0; i < entry.stored; ++i) {
       const PortKey key = TakeKey(cursor);
-      const u_int32_t place = ports_.Find(key);
+      const u_int32_t place = PlaceOf(key);
       if (place == ports_.kNone || PortAt(place).node_guid != entry.guid) {
         FailAt(node.offset, fmt::format("the node's port {} with port GUID {} is not in the file",
                                         key.number, GuidText(key.guid)));
@@ -200,6 +211,7 @@ class CacheReader {
   PlaceIndex<u_int64_t, GuidAt> nodes_;
   PlaceIndex<PortKey, KeyAt> ports_;
   std::vector<bool> taken_;  // a node has this port
+  u_int32_t last_place_ = 0;
 };
 
 CacheFindings::CacheFindings(std::string bytes) : bytes_(std::move(bytes)) {
