@@ -115,8 +115,7 @@ std::function<ExitStatus()> AddAnonymise(CLI::App& app) {
   AddReadLimits(app, options->reading);
   app.footer(
       "The same key gives the same replacements, in this snapshot and in others. Whoever has the "
-      "key\n"
-      "can find out which GUID became which.\n"
+      "key can find out which GUID became which.\n"
       "Example: for a bug report, such that the next one can be compared with it\n"
       "  fabscan anonymise fabric.jsonl --output shared.jsonl --key-file our.key");
   return [options, key] { return AnonymiseSnapshot(*options, key->count() != 0); };

@@ -92,8 +92,7 @@ std::function<ExitStatus()> AddCheck(CLI::App& app) {
   AddReadLimits(app, options->reading);
   app.footer(
       "Generates the nodes as one file, which is not kept, and says what is in it. Exit status: 0 "
-      "when\n"
-      "it would build, 3 when not.\n"
+      "when it would build, 3 when not.\n"
       "Examples: what would be missing of one switch\n"
       "  fabscan check fabric.jsonl --guid 0x2c90000000001\n"
       "The whole fabric, to look around in\n"

@@ -3,18 +3,90 @@
 #include <fmt/format.h>
 #include <version.h>
 
+#include <memory>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "commands.h"
+#include "exit_statuses.h"
 #include "progress.h"
+#include "terminal.h"
 
 namespace fabscan {
+
+namespace {
+
+/// Says of an option what a person writes: its word and, of one that has a name, whether it is
+/// required; a positional stands in the usage line. Descriptions fit the terminal.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  HelpFormatter() : width_(StandardOutput().width) {
+    if (width_ == 0) width_ = kWidthElsewhere;
+    column_width(width_ < kWidthForColumns ? 8 : 32);
+    label("REQUIRED", "(required)");
+  }
+  std::string make_option_opts(const CLI::Option* option) const override {
+    return option->get_positional() ? std::string() : Formatter::make_option_opts(option);
+  }
+  std::string make_option_desc(const CLI::Option* option) const override {
+    return besideNames(option->get_description());
+  }
+  std::string make_subcommand(const CLI::App* subcommand) const override {
+    std::ostringstream out;
+    CLI::detail::format_help(out, subcommand->get_name(),
+                             besideNames(subcommand->get_description()), column_width_);
+    return out.str();
+  }
+  std::string make_footer(const CLI::App* app) const override {
+    const std::string notes = NotesText(app->get_footer(), width_);
+    return notes.empty() ? notes : notes + '\n';
+  }
+
+ private:
+  static constexpr std::size_t kWidthElsewhere = 100;
+  static constexpr std::size_t kWidthForColumns = 64;
+
+  std::string besideNames(const std::string& description) const {
+    const std::vector<std::string> lines =
+        Wrapped(description, width_ > column_width_ ? width_ - column_width_ : 1);
+    return fmt::format("{}", fmt::join(lines, "\n"));
+  }
+
+  std::size_t width_;
+};
+
+std::string ExitStatusText() {
+  std::string text = "Exit status:\n";
+  for (const auto& [status, meaning] : kExitStatuses) {
+    text += fmt::format("  {}  {}\n", static_cast<int>(status), meaning);
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string NotesText(const std::string& notes, std::size_t width) {
+  std::istringstream paragraphs(notes);
+  std::vector<std::string> lines;
+  for (std::string paragraph; std::getline(paragraphs, paragraph);) {
+    if (paragraph.empty() || paragraph.front() == ' ') {
+      lines.push_back(paragraph);
+    } else {
+      for (std::string& line : Wrapped(paragraph, width)) lines.push_back(std::move(line));
+    }
+  }
+  return fmt::format("{}", fmt::join(lines, "\n"));
+}
 
 CommandLine::CommandLine()
     : app("Turns what an InfiniBand fabric reported into C++ source for a fabric simulator.",
           "fabscan") {
   app.set_version_flag("--version", fmt::format("fabscan {}", kVersion));
   app.require_subcommand(1);
-  app.get_formatter()->column_width(32);
-  app.footer("'fabscan SUBCOMMAND --help' tells more, with an example.");
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.footer(ExitStatusText() + "\n'fabscan SUBCOMMAND --help' tells more, with an example.");
 
   for (const Command* command = kCommands; command->name != nullptr; ++command) {
     CLI::App* subcommand = app.add_subcommand(command->name, command->summary);

@@ -219,8 +219,7 @@ std::function<ExitStatus()> AddDiff(CLI::App& app) {
   AddReadLimits(app, options->reading);
   app.footer(
       "Exit status: 0 when the two are the same, 1 when they differ, 2 for wrong usage or a file "
-      "that\n"
-      "cannot be read.\n"
+      "that cannot be read.\n"
       "Example: what changed since yesterday, but for port states and one record's LID\n"
       "  fabscan diff yesterday.jsonl today.jsonl --ignore state --ignore SMP_PortInfo.LID");
   return [options] { return Diff(*options); };

@@ -127,8 +127,7 @@ std::function<ExitStatus()> AddModels(CLI::App& app) {
   AddReadLimits(app, options->reading);
   app.footer(
       "Nodes are of one model when they agree in kind, vendor and device id, hardware revision, "
-      "PSID\n"
-      "and firmware.\n"
+      "PSID and firmware.\n"
       "Example: the models of a fabric, with the line that dumps each\n"
       "  fabscan models fabric.jsonl");
   return [options] { return Models(*options); };

@@ -18,7 +18,7 @@ void AddLimit(CLI::App& app, const char* name, const char* what, std::size_t& li
       ->check(CLI::Range(std::size_t{1}, largest).description(""))
       ->capture_default_str()
       ->type_name("N")
-      ->group("Limits of a snapshot; N may end in K, M or G");
+      ->group("Snapshot limits; N may end in K, M or G");
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ std::function<ExitStatus()> AddScaffold(CLI::App& app) {
       ->type_name("DIR");
   app.add_flag("--force", options->force, "Replace files that exist");
   app.footer(
-      "Writes NAME.h, in lower case, and CMakeLists.txt. They stand beside the file that\n"
+      "Writes NAME.h, in lower case, and CMakeLists.txt. They stand beside the file that "
       "'fabscan dump' writes for the same prefix, and build it with the installed simulator.\n"
       "Example: what mydev_generated.cpp needs, in the same folder\n"
       "  fabscan scaffold --prefix MyDev --output-dir devices/mydev");

@@ -65,8 +65,7 @@ std::function<ExitStatus()> AddShow(CLI::App& app) {
   AddReadLimits(app, options->reading);
   app.footer(
       "Without --guid, a line a node and what was collected in all; with it, all of these nodes, "
-      "port by\n"
-      "port.\n"
+      "port by port.\n"
       "Example: the ports of one switch, and what was collected of each\n"
       "  fabscan show fabric.jsonl --guid 0x2c90000000001");
   return [options] { return Show(*options); };

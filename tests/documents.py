@@ -15,6 +15,7 @@ import tempfile
 from document_blocks import DOCUMENTS, ROOT, SOURCE, TRANSCRIPT, blocks
 
 REFERENCE = ROOT / "docs" / "commands.md"
+CHANGES = ROOT / "CHANGELOG.md"
 INCLUDES = ["include", "fabscan", "simulator/include", "simulator/devices/example"]
 
 
@@ -54,10 +55,20 @@ def check_reference(command):
         sys.exit(f"{REFERENCE}: no section for {', '.join(missing) or 'any subcommand'}")
 
 
+def check_version(command):
+    """The newest release of the list of changes is what the command says it is."""
+    shown = subprocess.run([command, "--version"], check=True, text=True,
+                           stdout=subprocess.PIPE).stdout.split()
+    newest = re.search(r"^## (\S+) - \d{4}-\d\d-\d\d$", CHANGES.read_text(), flags=re.M)
+    if newest is None or shown != ["fabscan", newest[1]]:
+        sys.exit(f"{CHANGES}: the newest release is not {' '.join(shown)}")
+
+
 def main():
     command, compiler = sys.argv[1:3]
     update = sys.argv[3:] == ["--update"]
     check_reference(command)
+    check_version(command)
     stale = False
     for document in DOCUMENTS:
         text = document.read_text()

@@ -1,9 +1,11 @@
 #include "manual_page.h"
 
+#include <exit_statuses.h>
 #include <fmt/format.h>
 #include <version.h>
 
 #include <cctype>
+#include <string>
 
 #include "options.h"
 
@@ -66,22 +68,14 @@ std::string Options(const CLI::App& subcommand) {
   return ".SH OPTIONS\n" + text;
 }
 
+/// That of a page on a narrow terminal, without its margins.
+constexpr std::size_t kNotesWidth = 72;
+
 /// The text below the options, line by line as help shows it.
 std::string Notes(const CLI::App& app) {
-  return fmt::format(".SH NOTES\n.nf\n{}\n.fi\n", Escaped(app.get_footer()));
+  return fmt::format(".SH NOTES\n.nf\n{}\n.fi\n",
+                     Escaped(NotesText(app.get_footer(), kNotesWidth)));
 }
-
-struct Meaning {
-  const char* status;
-  const char* text;
-};
-
-constexpr Meaning kMeanings[] = {
-    {"0", "Done."},
-    {"1", "Failed, and nothing usable was written. Of diff: the snapshots differ."},
-    {"2", "Wrong usage. Of diff: trouble of any kind."},
-    {"3", "Written, but incomplete or not compilable. Of dump only with --strict."},
-};
 
 }  // namespace
 
@@ -98,7 +92,7 @@ std::string ManualPage(const CommandLine& line) {
         fmt::format("{}.BR fabscan\\-{} (1)", pages.empty() ? "" : ",\n", subcommand->get_name());
   }
   page += ".SH EXIT STATUS\n";
-  for (const Meaning& meaning : kMeanings) page += Tagged(meaning.status, meaning.text);
+  for (const auto& [status, text] : kExitStatuses) page += Tagged(std::to_string(status), text);
   page += fmt::format(".SH ENVIRONMENT\n{}{}", Tagged(".B NO_COLOR", "Where set, no colours."),
                       Tagged(".B TMPDIR", "Where temporary folders go."));
   return page + ".SH SEE ALSO\n" + pages + '\n';
