@@ -91,6 +91,7 @@ ExitStatus DumpModels(const DumpOptions& options) {
 
   const std::filesystem::path output_dir(options.output_dir);
   std::vector<std::unique_ptr<StagedOutput>> outputs;
+  outputs.reserve(list.size());
   for (const ListedModel& listed : list) {
     outputs.push_back(std::make_unique<StagedOutput>(output_dir / GeneratedFileName(listed.prefix),
                                                      options.force));

@@ -43,10 +43,7 @@ SourceWriter& SourceWriter::LongText(std::string_view text) {
 
 SourceWriter& SourceWriter::LongIndent(int blanks) {
   constexpr int kPart = static_cast<int>(kMostAtOnce);
-  for (; blanks > kPart; blanks -= kPart) {
-    MakeRoom(kPart);
-    Indent(kPart);
-  }
+  for (; blanks > kPart; blanks -= kPart) Indent(kPart);
   if (blanks <= 0) return *this;
   MakeRoom(kPart);
   return Indent(blanks);

@@ -194,6 +194,81 @@ TEST(SourceWriter, KeepsWhatWasWrittenBeforeAnExceptionOfItsCaller) {
   EXPECT_EQ(out.str(), "before\n");
 }
 
+TEST(SourceWriter, TellsOfItsStreamAsUsualWhileAnotherExceptionIsOnItsWay) {
+  struct : std::streambuf {
+  } refusing;
+  struct WritesInTheEnd {
+    std::ostream& out;
+    ~WritesInTheEnd() { SourceWriter(out).Text("a"); }
+  };
+  std::ostream out(&refusing);
+  EXPECT_THROW(
+      {
+        const WritesInTheEnd last{out};
+        throw 1;
+      },
+      int);
+  EXPECT_TRUE(out.bad());
+}
+
+/// Fails the first time, and takes everything from then on.
+class FailingOnce : public std::streambuf {
+ public:
+  std::string taken;
+
+ protected:
+  std::streamsize xsputn(const char* text, std::streamsize size) override {
+    if (!failed_) {
+      failed_ = true;
+      return 0;
+    }
+    taken.append(text, static_cast<std::size_t>(size));
+    return size;
+  }
+
+ private:
+  bool failed_ = false;
+};
+
+TEST(SourceWriter, WritesNothingTwiceAfterItsStreamHasThrown) {
+  FailingOnce buffer;
+  std::ostream out(&buffer);
+  out.exceptions(std::ios::badbit);
+  EXPECT_THROW(SourceWriter(out).Text("a").EndLineAndFlush(), std::ios::failure);
+  EXPECT_EQ(buffer.taken, "");
+}
+
+TEST(SourceWriter, WritesNothingTwiceAfterItsGatheringStreamHasThrown) {
+  FailingOnce buffer;
+  std::ostream file(&buffer);
+  GatheringBuffer gathered(file);
+  std::ostream out(&gathered);
+  out.exceptions(std::ios::badbit);
+  EXPECT_THROW(SourceWriter(out).Text(std::string(2'000'000, 'a')), std::ios::failure);
+  file.clear();
+  EXPECT_TRUE(gathered.HandOver());
+  // What lay beyond the piece that was lost.
+  EXPECT_EQ(buffer.taken, std::string(GatheringBuffer::kSlack, 'a'));
+}
+
+TEST(SourceWriter, PassesOnWhatTheFileBehindAGatheringStreamThrows) {
+  struct : std::streambuf {
+    std::streamsize xsputn(const char* /*text*/, std::streamsize /*size*/) override { throw 7; }
+  } throwing;
+  std::ostream file(&throwing);
+  file.exceptions(std::ios::badbit);
+  GatheringBuffer gathered(file);
+  std::ostream out(&gathered);
+  EXPECT_THROW(SourceWriter(out).Text(std::string(2'000'000, 'a')), int);
+}
+
+TEST(SourceWriter, LeavesAStreamAloneWhenItHasNothingToWrite) {
+  std::ostringstream out;
+  out.setstate(std::ios::badbit);
+  { const SourceWriter writer(out); }
+  EXPECT_EQ(out.rdstate(), std::ios::badbit);
+}
+
 TEST(SourceWriter, PassesOnWhatItsStreamThrowsInTheEnd) {
   struct : std::streambuf {
   } refusing;
