@@ -23,7 +23,7 @@ void Decode(const Payload& payload, const WireField<Record>& field, Record& reco
 
 #define FABSCAN_WIRE_FIELD(record, field, first_bit, bits)                             \
   WireField<record> {                                                                  \
-#field, (first_bit), (bits), [](record& to, u_int64_t value) {                       \
+#field, (first_bit), (bits), [](auto& to, u_int64_t value) {                         \
       static_assert((bits) <= 8 * sizeof(to.field), "field too narrow: " #field);    \
       to.field = static_cast<decltype(to.field)>(value);                             \
     } \

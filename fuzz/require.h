@@ -10,7 +10,8 @@ namespace fabscan {
 /// Ends the program, as a finding of the fuzzer, where a promise does not hold.
 inline void Require(bool holds, std::string_view promise) {
   if (holds) return;
-  std::fprintf(stderr, "broken promise: %.*s\n", static_cast<int>(promise.size()), promise.data());
+  static_cast<void>(std::fprintf(stderr, "broken promise: %.*s\n", static_cast<int>(promise.size()),
+                                 promise.data()));
   std::abort();
 }
 

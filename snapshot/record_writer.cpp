@@ -23,7 +23,7 @@ struct SmallNumber {
 
 constexpr std::array<SmallNumber, 256> MakeSmallNumbers() {
   std::array<SmallNumber, 256> all = {};
-  for (unsigned value = 0; value < all.size(); ++value) {
+  for (std::size_t value = 0; value < all.size(); ++value) {
     SmallNumber& number = all[value];
     for (unsigned unit = value < 10 ? 1 : value < 100 ? 10 : 100; unit > 0; unit /= 10) {
       number.digits[number.count++] = static_cast<char>('0' + value / unit % 10);
@@ -39,7 +39,7 @@ struct DigitPair {
 };
 
 /// All pairs of digits: those of 0 to base * base - 1.
-template <unsigned kBase>
+template <std::size_t kBase>
 constexpr std::array<DigitPair, kBase * kBase> MakePairs() {
   constexpr char kDigits[] = "0123456789abcdef";
   std::array<DigitPair, kBase* kBase> all = {};
@@ -72,8 +72,9 @@ char* PutDecimal(char* at, u_int32_t value) {
 }
 
 char* PutHex(char* at, u_int64_t value) {
-  std::memcpy(at, "\"0x", 3);
-  at += 3;
+  *at++ = '"';
+  *at++ = '0';
+  *at++ = 'x';
   const auto count = static_cast<unsigned>(67 - __builtin_clzll(value | 1U)) / 4;
   value <<= 64 - 4 * count;
   for (unsigned i = 0; i < count; i += 2) {

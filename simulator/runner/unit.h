@@ -10,6 +10,7 @@
 namespace fabscan {
 namespace simulator {
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): one more term of the sum
 #define RUNNER_COUNT_SETTER(name) +1
 constexpr std::size_t kSetters = 0 SIMULATOR_SETTERS(RUNNER_COUNT_SETTER);
 
