@@ -25,10 +25,15 @@ class HelpFormatter : public CLI::Formatter {
   HelpFormatter() : width_(StandardOutput().width) {
     if (width_ == 0) width_ = kWidthElsewhere;
     column_width(width_ < kWidthForColumns ? 8 : 32);
-    label("REQUIRED", "(required)");
   }
   std::string make_option_opts(const CLI::Option* option) const override {
-    return option->get_positional() ? std::string() : Formatter::make_option_opts(option);
+    if (option->get_positional() || option->get_type_size() == 0) return {};
+    const std::string type = option->get_type_name();
+    std::string text = ' ' + type.substr(0, type.find(':'));  // then follows what is checked
+    if (!option->get_default_str().empty()) text += '=' + option->get_default_str();
+    if (option->get_expected_max() == CLI::detail::expected_max_vector_size) text += " ...";
+    if (option->get_required()) text += " (required)";
+    return text;
   }
   std::string make_option_desc(const CLI::Option* option) const override {
     return besideNames(option->get_description());
