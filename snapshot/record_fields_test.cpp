@@ -90,6 +90,32 @@ TEST(RecordFields, WalksTheRecordsOfANodeAndAPort) {
                                 "WrenReductionCounters 6", "WrenReductionConfigureMLIDMonitors 1"));
 }
 
+// What the compiler makes of a table, made once more while the program runs.
+TEST(RecordFields, ATableIsMadeOfItsRows) {
+  const auto row = [](const char* name, std::size_t offset, bool dumped) {
+    return MakeRow<u_int16_t, u_int16_t>(name, offset, dumped);
+  };
+  const FieldRow modes = MakeRow<ib_description_mode[4], ib_description_mode[4]>("Modes", 4, true);
+  EXPECT_EQ(modes.count, 4U);
+  EXPECT_EQ(modes.nested, &TableOf<ib_description_mode>::value);
+
+  const FieldRow rows[] = {row("LID", 0, false), row("PartitionCap", 2, true), modes};
+  EXPECT_EQ(CountNumbers(rows), 1U + 1U + 4U * TableOf<ib_description_mode>::value.numbers);
+  EXPECT_EQ(DumpedRows(rows), 0b110U);
+  EXPECT_TRUE(InDeclaredOrder(rows));
+  const FieldRow turned[] = {rows[1], rows[0]};
+  EXPECT_FALSE(InDeclaredOrder(turned));
+  const FieldRow twice[] = {rows[1], rows[1]};
+  EXPECT_FALSE(InDeclaredOrder(twice));
+
+  const auto keys = MakeKeys(rows);
+  EXPECT_EQ(std::string(keys[0].text, keys[0].size), ",\"LID\":");
+  EXPECT_EQ(std::string(keys[1].text, keys[1].size), ",\"PartitionCap\":");
+  // Braces; a key for each row; the brackets of lists; the values, each with a comma.
+  EXPECT_EQ(TextBytes(rows), 2 + 3 * (sizeof(KeyText::text) + 2) + 2 * (kNumberBytes + 1) +
+                                 4 * (TableOf<ib_description_mode>::value.text_bytes + 1));
+}
+
 TEST(RecordFields, LoadsAndStoresEveryWidth) {
   for (const std::size_t size : {1U, 2U, 4U, 8U}) {
     u_int64_t room = 0;
