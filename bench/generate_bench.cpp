@@ -2,9 +2,7 @@
 
 #include <benchmark/benchmark.h>
 #include <fabscan_sim_info_dump.h>
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -22,40 +20,26 @@
 #include "fabric_maker.h"
 #include "processor_time.h"
 #include "ratio_table.h"
+#include "scratch_folder.h"
 #include "statement_list.h"
+#include "whole_file.h"
 
 namespace {
 
 using fabscan::FabricShape;
+using fabscan::ScratchFolder;
 using fabscan::StatementList;
 
 constexpr char kPrefix[] = "Bench";
 constexpr char kGeneratedName[] = "bench_generated.cpp";
-constexpr std::size_t kPiece = std::size_t{1} << 20U;
 
-/// A folder in another one, removed at the end.
-struct Scratch {
-  explicit Scratch(const std::filesystem::path& parent) {
-    std::string name = (parent / "bench-XXXXXX").string();
-    path = ::mkdtemp(name.data());
-  }
-  ~Scratch() { std::filesystem::remove_all(path); }
-  std::filesystem::path path;
-};
-
-/// For the files that are written.
-const std::filesystem::path& Folder() {
-  static const Scratch scratch(std::filesystem::current_path());
-  return scratch.path;
-}
-
-/// The same in a file system that is in memory, so that large files do not meet the kernel writing
-/// others to the disk; in the working folder where there is none.
+/// In a file system that is in memory, so that large files do not meet the kernel writing others to
+/// the disk; in the working folder where there is none.
 const std::filesystem::path& FolderInMemory() {
   static const char kShared[] = "/dev/shm";
-  static const Scratch scratch(
+  static const fabscan::TemporaryFolder folder(
       std::filesystem::is_directory(kShared) ? kShared : std::filesystem::current_path());
-  return scratch.path;
+  return folder.path();
 }
 
 /// A made fabric, and what is generated from it.
@@ -65,9 +49,9 @@ class Subject {
     FabricShape shape;
     shape.switches = switches;
     fabscan::MakeFabric(shape, fabscan_);
-    Generate(Folder());
-    size_ = std::filesystem::file_size(Folder() / kGeneratedName);
-    std::filesystem::remove(Folder() / kGeneratedName);
+    Generate(ScratchFolder());
+    size_ = std::filesystem::file_size(ScratchFolder() / kGeneratedName);
+    std::filesystem::remove(ScratchFolder() / kGeneratedName);
   }
 
   void Generate(const std::filesystem::path& folder) {
@@ -79,10 +63,10 @@ class Subject {
 
   const std::string& Text() {
     if (!text_.empty()) return text_;
-    Generate(Folder());
-    std::ifstream file(Folder() / kGeneratedName, std::ios::binary);
+    Generate(ScratchFolder());
+    std::ifstream file(ScratchFolder() / kGeneratedName, std::ios::binary);
     text_.assign(std::istreambuf_iterator<char>(file), {});
-    std::filesystem::remove(Folder() / kGeneratedName);
+    std::filesystem::remove(ScratchFolder() / kGeneratedName);
     return text_;
   }
 
@@ -108,7 +92,8 @@ Subject& SubjectOf(unsigned switches) {
 /// Runs `write(path)` on a file that is not there yet, each time. Removing it again is not
 /// measured.
 template <class Write>
-void Measure(benchmark::State& state, Write write, const std::filesystem::path& folder = Folder()) {
+void Measure(benchmark::State& state, Write write,
+             const std::filesystem::path& folder = ScratchFolder()) {
   Subject& subject = SubjectOf(static_cast<unsigned>(state.range(0)));
   const std::filesystem::path path = folder / kGeneratedName;
   fabscan::ProcessorTime processor_time;
@@ -147,13 +132,7 @@ void GenerateInMemory(benchmark::State& state) {
 void Write(benchmark::State& state) {
   const std::string& text = SubjectOf(static_cast<unsigned>(state.range(0))).Text();
   Measure(state, [&](Subject&, const std::filesystem::path& path) {
-    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    for (std::size_t at = 0; at < text.size();) {
-      const ssize_t written = ::write(file, text.data() + at, std::min(kPiece, text.size() - at));
-      if (written <= 0) std::abort();
-      at += static_cast<std::size_t>(written);
-    }
-    ::close(file);
+    fabscan::WriteWholeFile(path, text);
   });
 }
 
@@ -183,7 +162,7 @@ void Formatted(benchmark::State& state) {
       } else {
         fmt::format_to(end, "{}{}\n", text->indent, text->text);
       }
-      if (buffer.size() < kPiece) continue;
+      if (buffer.size() < fabscan::kFilePiece) continue;
       out.write(buffer.data(), static_cast<std::streamsize>(buffer.size()));
       buffer.clear();
     }

@@ -7,7 +7,6 @@
 #include <line_reader.h>
 #include <simdjson.h>
 #include <snapshot.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -22,32 +21,27 @@
 #include "fabric_maker.h"
 #include "processor_time.h"
 #include "ratio_table.h"
+#include "scratch_folder.h"
 
 namespace {
 
 constexpr unsigned kSwitches = 500;
 constexpr unsigned kAdapters = 19500;
 
-/// The snapshot that is read, removed at the end.
+/// The snapshot that is read.
 const std::filesystem::path& Snapshot() {
-  static const struct Scratch {
-    Scratch() {
-      std::string name = (std::filesystem::current_path() / "bench-XXXXXX").string();
-      path = ::mkdtemp(name.data());
-      snapshot = path / "fabric.jsonl";
-      Fabscan fabscan;
-      fabscan::FabricShape shape;
-      shape.switches = kSwitches;
-      shape.adapters = kAdapters;
-      fabscan::MakeFabric(shape, fabscan);
-      std::ofstream out(snapshot, std::ios::binary);
-      fabscan::WriteSnapshot(out, fabscan, {});
-    }
-    ~Scratch() { std::filesystem::remove_all(path); }
-    std::filesystem::path path;
-    std::filesystem::path snapshot;
-  } scratch;
-  return scratch.snapshot;
+  static const std::filesystem::path snapshot = [] {
+    std::filesystem::path path = fabscan::ScratchFolder() / "fabric.jsonl";
+    Fabscan fabscan;
+    fabscan::FabricShape shape;
+    shape.switches = kSwitches;
+    shape.adapters = kAdapters;
+    fabscan::MakeFabric(shape, fabscan);
+    std::ofstream out(path, std::ios::binary);
+    fabscan::WriteSnapshot(out, fabscan, {});
+    return path;
+  }();
+  return snapshot;
 }
 
 /// Runs `work`, which reads the snapshot. What it returns goes again unmeasured.
