@@ -46,12 +46,12 @@ constexpr int DigitValue(char c) {
   return -1;
 }
 
-bool ReadsAsEscape(std::string_view text) {
+constexpr bool ReadsAsEscape(std::string_view text) {
   return text.size() >= 3 && text[0] == '%' && DigitValue(text[1]) >= 0 && DigitValue(text[2]) >= 0;
 }
 
 /// Whether the character at the start of `rest` must not stand in source after `before`.
-bool IsHazard(char before, std::string_view rest, char32_t code) {
+constexpr bool IsHazard(char before, std::string_view rest, char32_t code) {
   switch (rest.front()) {
     case '\\':
     case '"':
@@ -67,11 +67,19 @@ bool IsHazard(char before, std::string_view rest, char32_t code) {
   }
 }
 
-/// Bytes that are harmless wherever they stand, as nearly all of a name's are.
+/// Whether an ASCII character is a hazard nowhere, whatever stands before it; an escape may follow.
+constexpr bool IsPlain(char c) {
+  const char rest[] = {c, '0', '0'};
+  for (char before = ' '; before <= '~'; ++before) {
+    if (IsHazard(before, {rest, sizeof rest}, static_cast<unsigned char>(c))) return false;
+  }
+  return true;
+}
+
+/// Bytes that need no second look, as nearly all of a name's.
 constexpr std::array<bool, 256> MakePlain() {
   std::array<bool, 256> plain = {};
-  for (std::size_t byte = 0x20; byte < 0x7F; ++byte) plain[byte] = true;
-  for (const char c : {'\\', '"', '*', '?', '%'}) plain[static_cast<unsigned char>(c)] = false;
+  for (char c = ' '; c <= '~'; ++c) plain[static_cast<unsigned char>(c)] = IsPlain(c);
   return plain;
 }
 constexpr std::array<bool, 256> kPlain = MakePlain();
