@@ -2,20 +2,12 @@
 
 #include <fmt/format.h>
 
-#include <cstring>
-
 #include "cache_reader.h"
 
 namespace fabscan {
 
 void FailAt(std::size_t offset, const std::string& what) {
   throw CacheError(fmt::format("byte {}: {}", offset, what));
-}
-
-Payload CacheCursor::TakePayload() {
-  Payload payload;
-  std::memcpy(payload.data(), TakeBytes(payload.size()).data(), payload.size());
-  return payload;
 }
 
 bool CacheCursor::TakeFlag() {

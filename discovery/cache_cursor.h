@@ -30,7 +30,11 @@ class CacheCursor {
     offset_ += count;
     return bytes_.substr(offset_ - count, count);
   }
-  Payload TakePayload();
+  Payload TakePayload() {
+    Payload payload;
+    std::memcpy(payload.data(), TakeBytes(payload.size()).data(), payload.size());
+    return payload;
+  }
   /// A byte that is 0 or 1.
   bool TakeFlag();
 

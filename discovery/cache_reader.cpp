@@ -95,7 +95,8 @@ class CacheReader {
         header_(header),
         first_port_(bytes_.size() - header.ports * kCachePortBytes),
         nodes_(header.nodes, GuidAt{findings.nodes_}),
-        ports_(header.ports, KeyAt{bytes_.substr(first_port_)}),
+        key_at_{bytes_.substr(first_port_)},
+        ports_(header.ports, key_at_),
         taken_(header.ports) {}
 
   void Read() {
@@ -149,7 +150,7 @@ class CacheReader {
   }
 
   void ReadPort(u_int32_t place) {
-    const PortKey key = PortAt(place).key;
+    const PortKey key = PortAt(place).key;  // with all that must be right beside it
     if (ports_.Insert(place)) return;
     FailAt(OffsetOf(place),
            fmt::format("a second port {} with port GUID {}", key.number, GuidText(key.guid)));
@@ -173,7 +174,7 @@ class CacheReader {
   /// or the other way round.
   u_int32_t PlaceOf(const PortKey& key) {
     for (const u_int32_t place : {last_place_ + 1, last_place_ - 1}) {
-      if (place < header_.ports && KeyAt{bytes_.substr(first_port_)}(place) == key) {
+      if (place < header_.ports && key_at_(place) == key) {
         return last_place_ = place;
       }
     }
@@ -209,6 +210,7 @@ class CacheReader {
   CacheHeader header_;
   std::size_t first_port_;  // its offset
   PlaceIndex<u_int64_t, GuidAt> nodes_;
+  KeyAt key_at_;
   PlaceIndex<PortKey, KeyAt> ports_;
   std::vector<bool> taken_;  // a node has this port
   u_int32_t last_place_ = 0;
