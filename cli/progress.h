@@ -22,8 +22,8 @@ enum class Unit { kItems, kBytes };
 
 /// How far a task of several steps is, in one line on standard error that is written over: on a
 /// terminal, from the second second of all work on, and ten times a second at the most. Elsewhere,
-/// and with
-/// `--quiet`, it is silent. With `--verbose` each step leaves a line when it is done, anywhere.
+/// and with `--quiet`, it is silent. With `--verbose` each step leaves a line when it is done,
+/// anywhere.
 ///
 ///     Progress progress;
 ///     for (...) progress.Show("nodes generated", done, total);

@@ -103,9 +103,9 @@ std::string ZshCase(const CLI::App& subcommand) {
   std::string arguments;
   for (const CLI::Option* option : NamedOptionsOf(subcommand)) {
     for (const std::string& name : NamesOf(*option)) {
-      const std::string specification = fmt::format("*{}[{}]{}", name, option->get_description(),
-                                                    TakesValue(*option) ? ZshAction(*option) : "");
-      arguments += fmt::format(" \\\n        {}", Quoted(specification));
+      const std::string described = fmt::format("*{}[{}]{}", name, option->get_description(),
+                                                TakesValue(*option) ? ZshAction(*option) : "");
+      arguments += fmt::format(" \\\n        {}", Quoted(described));
     }
   }
   if (!PositionalsOf(subcommand).empty()) arguments += " \\\n        '*:file:_files'";
