@@ -26,6 +26,12 @@ class HelpFormatter : public CLI::Formatter {
     if (width_ == 0) width_ = kWidthElsewhere;
     column_width(width_ < kWidthForColumns ? 8 : 32);
   }
+  std::string make_group(std::string group, bool is_positional,
+                         std::vector<const CLI::Option*> options) const override {
+    // CLI11 writes an empty line before each group, and one more after those before the last.
+    const bool is_last = !is_positional && group != kFirstGroup;
+    return CLI::Formatter::make_group(group, is_positional, std::move(options)).substr(is_last);
+  }
   std::string make_option_opts(const CLI::Option* option) const override {
     if (option->get_positional() || option->get_type_size() == 0) return {};
     const std::string type = option->get_type_name();
@@ -50,6 +56,7 @@ class HelpFormatter : public CLI::Formatter {
   }
 
  private:
+  static constexpr char kFirstGroup[] = "Options";
   static constexpr std::size_t kWidthElsewhere = 100;
   static constexpr std::size_t kWidthForColumns = 64;
 

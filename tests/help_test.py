@@ -28,6 +28,7 @@ class HelpTest(CommandTest):
         self.assertRegex(page, r"\n  SNAPSHOT {10,}The saved fabric")
         self.assertRegex(page, r"\n  --prefix NAME \(required\) ")
         self.assertNotIn("TEXT", page)
+        self.assertNotIn("\n\n\n", page)
 
     def test_names_the_exit_statuses(self):
         page = self.run_command("--help").stdout
