@@ -18,6 +18,7 @@
 #include "read_snapshot.h"
 #include "report.h"
 #include "snapshot_output.h"
+#include "standard_streams.h"
 
 namespace fabscan {
 
@@ -60,8 +61,8 @@ std::unique_ptr<KeyedMapping> MakeMapping(const AnonymiseOptions& options, bool 
 
 std::string ReportText(const AnonymiseOptions& options, const IBFabric& fabric, bool has_key) {
   std::string text =
-      fmt::format("{}: {}, {}\n", options.output.path, Counted(fabric.nodeCount(), "node"),
-                  Counted(fabric.portCount(), "port"));
+      fmt::format("{}: {}, {}\n", OutputName(options.output.path),
+                  Counted(fabric.nodeCount(), "node"), Counted(fabric.portCount(), "port"));
   text +=
       "  replaced  names and alternative names; GUIDs of nodes, ports and systems; GIDs and GID\n"
       "            prefixes but the default one; manufacturing MAC addresses; queue keys\n"
@@ -88,10 +89,10 @@ ExitStatus AnonymiseSnapshot(const AnonymiseOptions& options, bool has_key) {
     AnonymiseFabric(fabscan, *mapping, options.keep_reasons, anonymised);
   } catch (const std::invalid_argument& error) {
     throw CommandError(fmt::format("{}: two nodes would become one ({}); choose another key",
-                                   options.snapshot, error.what()));
+                                   InputName(options.snapshot), error.what()));
   }
   WriteAndCommit(output, anonymised, {kSource, ""});
-  std::ostream& out = options.output.path == "-" ? std::cerr : std::cout;
+  std::ostream& out = IsStandardStream(options.output.path) ? std::cerr : std::cout;
   out << ReportText(options, anonymised.discovered_fabric, has_key || !options.key_file.empty());
   return kDone;
 }

@@ -15,6 +15,7 @@
 #include "read_limits.h"
 #include "read_snapshot.h"
 #include "staged_output.h"
+#include "standard_streams.h"
 
 namespace fabscan {
 
@@ -32,11 +33,11 @@ struct CheckOptions {
 /// The page, and what it was made of in few words where standard output is free for them.
 void WritePage(const CheckPage& page, const CheckResult& result, const CheckOptions& options,
                StagedOutput& output) {
-  page.Write(output.stream(), result, options.snapshot);
+  page.Write(output.stream(), result, InputName(options.snapshot));
   output.Commit();
   if (options.json || options.html == "-") return;
   const Terminal terminal = StandardOutput();
-  std::cout << options.html << '\n' << TotalsText(result, options.snapshot, terminal);
+  std::cout << options.html << '\n' << TotalsText(result, InputName(options.snapshot), terminal);
 }
 
 ExitStatus Check(const CheckOptions& options) {
@@ -62,7 +63,7 @@ ExitStatus Check(const CheckOptions& options) {
   }
   if (result.nodes().empty()) {
     throw CommandError(fmt::format(
-        "{}: no node to check: {}", options.snapshot,
+        "{}: no node to check: {}", InputName(options.snapshot),
         chosen.empty() ? "none is in the sub-fabric; choose another snapshot"
                        : "none of the chosen GUIDs is in the sub-fabric; choose others"));
   }
@@ -71,7 +72,7 @@ ExitStatus Check(const CheckOptions& options) {
   if (options.json) {
     PrintCheckJson(result, options.snapshot);
   } else if (!output) {
-    std::cout << CheckText(result, options.snapshot, StandardOutput());
+    std::cout << CheckText(result, InputName(options.snapshot), StandardOutput());
   }
   return result.Builds() ? kDone : kIncomplete;
 }

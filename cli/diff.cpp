@@ -17,6 +17,7 @@
 #include "read_limits.h"
 #include "read_snapshot.h"
 #include "report.h"
+#include "standard_streams.h"
 #include "terminal.h"
 
 namespace fabscan {
@@ -91,10 +92,10 @@ class TextReport {
 
   bool Finish() {
     if (counts_.differences == 0) return true;
-    const std::string summary =
-        fmt::format("{}: {} in both, {} only in {}, {} only in {}",
-                    Counted(counts_.differences, "difference"), Counted(counts_.nodes, "node"),
-                    counts_.only_first, options_.first, counts_.only_second, options_.second);
+    const std::string summary = fmt::format(
+        "{}: {} in both, {} only in {}, {} only in {}", Counted(counts_.differences, "difference"),
+        Counted(counts_.nodes, "node"), counts_.only_first, InputName(options_.first),
+        counts_.only_second, InputName(options_.second));
     std::cout << '\n' << Paragraph(summary, terminal_);
     return false;
   }
@@ -102,8 +103,8 @@ class TextReport {
  private:
   std::string Values(const Difference& difference) const {
     if (difference.whole) {
-      return difference.second.empty() ? Removed("only in " + options_.first)
-                                       : Added("only in " + options_.second);
+      return difference.second.empty() ? Removed("only in " + InputName(options_.first))
+                                       : Added("only in " + InputName(options_.second));
     }
     return Removed(Shown(difference.first)) + " -> " + Added(Shown(difference.second));
   }

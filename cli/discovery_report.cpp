@@ -9,15 +9,15 @@
 
 #include "counted.h"
 #include "report.h"
+#include "standard_streams.h"
 
 namespace fabscan {
 
 ExitStatus Tell(const DiscoveryReport& report, const std::string& path) {
-  const bool on_standard_output = path == "-";
-  (on_standard_output ? std::cerr : std::cout)
-      << fmt::format("{}: {}, {}; {} of {}\n", on_standard_output ? "standard output" : path,
-                     Counted(report.nodes, "node"), Counted(report.ports, "port"),
-                     report.attributes_read, Counted(report.attributes_asked, "attribute"));
+  (IsStandardStream(path) ? std::cerr : std::cout)
+      << fmt::format("{}: {}, {}; {} of {}\n", OutputName(path), Counted(report.nodes, "node"),
+                     Counted(report.ports, "port"), report.attributes_read,
+                     Counted(report.attributes_asked, "attribute"));
   if (report.complete()) return kDone;
   for (const std::string& gap : report.gaps) PrintWarning(gap);
   PrintWarning(fmt::format("the fabric was read in part: {} of {} lack something",

@@ -17,6 +17,7 @@
 #include "read_snapshot.h"
 #include "report.h"
 #include "staged_output.h"
+#include "standard_streams.h"
 
 namespace fabscan {
 
@@ -32,7 +33,7 @@ std::set<u_int64_t> SelectNodes(const std::set<u_int64_t>& chosen, const DumpOpt
   }
   if (!any) {
     throw CommandError(fmt::format(
-        "{}: no node to write: {}", options.snapshot,
+        "{}: no node to write: {}", InputName(options.snapshot),
         chosen.empty() ? "none is in the sub-fabric; choose another snapshot"
                        : "none of the chosen GUIDs is in the sub-fabric; choose others"));
   }

@@ -13,6 +13,7 @@
 #include "progress.h"
 #include "read_snapshot.h"
 #include "report.h"
+#include "standard_streams.h"
 #include "table.h"
 
 namespace fabscan {
@@ -86,7 +87,7 @@ ExitStatus DumpModels(const DumpOptions& options) {
   if (list.empty()) {
     throw CommandError(
         fmt::format("{}: no node to write: none is in the sub-fabric; choose another snapshot",
-                    options.snapshot));
+                    InputName(options.snapshot)));
   }
 
   const std::filesystem::path output_dir(options.output_dir);

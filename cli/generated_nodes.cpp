@@ -3,7 +3,6 @@
 #include <fabscan_sim_info_dump.h>
 #include <fmt/format.h>
 
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -12,8 +11,8 @@
 #include "command.h"
 #include "private_folder.h"
 #include "progress.h"
-#include "report.h"
 #include "selected_nodes.h"
+#include "temporary_folder.h"
 
 namespace fabscan {
 
@@ -27,14 +26,9 @@ constexpr char kPrefix[] = "Check";
 class ScratchFolder {
  public:
   ScratchFolder() {
-    std::error_code error;
-    const std::string pattern = std::filesystem::temp_directory_path(error) / "fabscan-XXXXXX";
     const int error_number =
-        error ? error.value() : folder_.Make(pattern, GeneratedFileName(kPrefix));
-    if (error_number != 0) {
-      throw CommandError(fmt::format("{}: cannot make a temporary folder: {}; set TMPDIR", pattern,
-                                     CauseText(error_number)));
-    }
+        folder_.Make(TemporaryFolder() + "/fabscan-XXXXXX", GeneratedFileName(kPrefix));
+    if (error_number != 0) RefuseTemporaryFolder(error_number);
   }
 
   const std::string& path() const { return folder_.path(); }

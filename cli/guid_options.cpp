@@ -6,9 +6,11 @@
 #include <cerrno>
 #include <charconv>
 #include <fstream>
+#include <iostream>
 
 #include "command.h"
 #include "report.h"
+#include "standard_streams.h"
 
 namespace fabscan {
 
@@ -27,8 +29,11 @@ std::string_view Trimmed(std::string_view text) {
 }
 
 void ReadGuidFile(const std::string& path, std::set<u_int64_t>& guids) {
+  if (IsStandardStream(path)) TakeStandardInput();
   errno = 0;
-  std::ifstream file(path);
+  std::ifstream named;
+  if (!IsStandardStream(path)) named.open(path);
+  std::istream& file = IsStandardStream(path) ? std::cin : named;
   std::string line;
   unsigned long number = 0;
   while (std::getline(file, line)) {
@@ -37,17 +42,19 @@ void ReadGuidFile(const std::string& path, std::set<u_int64_t>& guids) {
     if (text.empty()) continue;
     const std::optional<u_int64_t> guid = ParseGuid(text);
     if (!guid) {
-      throw CommandError(fmt::format("{}:{}: '{}' is no GUID; {}", path, number, text, kAdvise),
-                         kWrongUsage);
+      throw CommandError(
+          fmt::format("{}:{}: '{}' is no GUID; {}", InputName(path), number, text, kAdvise),
+          kWrongUsage);
     }
     guids.insert(*guid);
   }
   if (!file.eof()) {
-    throw CommandError(fmt::format("{}: cannot read the GUIDs: {}; check --guid-file", path,
-                                   CauseText(errno != 0 ? errno : EIO)));
+    throw CommandError(fmt::format("{}: cannot read the GUIDs: {}; check --guid-file",
+                                   InputName(path), CauseText(errno != 0 ? errno : EIO)));
   }
   if (guids.empty()) {
-    throw CommandError(fmt::format("{}: names no GUID; write one a line", path), kWrongUsage);
+    throw CommandError(fmt::format("{}: names no GUID; write one a line", InputName(path)),
+                       kWrongUsage);
   }
 }
 
@@ -80,8 +87,9 @@ void GuidOptions::AddTo(CLI::App& app) {
   app.add_option("--guid", guids_, "A node to take, by its GUID; may be repeated")
       ->type_name("GUID")
       ->allow_extra_args(false);
-  app.add_option("--guid-file", file_,
-                 "A file that names nodes to take: one GUID a line, # comments")
+  app.add_option(
+         "--guid-file", file_,
+         "A file that names nodes to take: one GUID a line, # comments; - is standard input")
       ->type_name("FILE");
 }
 

@@ -41,11 +41,15 @@ void LetWritesFail() {
 
 /// What CLI11 found, with the option that was probably meant and where to read on.
 [[noreturn]] void RefuseUsage(const CLI::App& app, const CLI::ParseError& found) {
-  std::string call = "fabscan";
+  std::string call;
   std::string message = found.what();
-  const bool is_extra = dynamic_cast<const CLI::ExtrasError*>(&found) != nullptr;
-  for (const CLI::App* command : app.get_subcommands()) {
-    call += ' ' + command->get_name();
+  std::vector<const CLI::App*> commands = {&app};
+  for (const CLI::App* command : app.get_subcommands()) commands.push_back(command);
+  // What was not expected is why a subcommand is missing.
+  const bool is_extra =
+      dynamic_cast<const CLI::ExtrasError*>(&found) != nullptr || commands.size() == 1;
+  for (const CLI::App* command : commands) {
+    call += (call.empty() ? "" : " ") + command->get_name();
     const std::vector<std::string> unexpected = command->remaining();
     if (!is_extra || unexpected.empty()) continue;
     message = fmt::format("'{}' was not expected", unexpected.front());
@@ -54,7 +58,8 @@ void LetWritesFail() {
       names.push_back(option->get_name());
     }
     const std::string_view nearest = NearestWord(unexpected.front(), names);
-    if (!nearest.empty()) message += fmt::format("; did you mean '{}'?", nearest);
+    if (nearest.empty()) continue;
+    throw CommandError(fmt::format("{}; did you mean '{}'?", message, nearest), kWrongUsage);
   }
   throw CommandError(fmt::format("{}; see '{} --help'", message, call), kWrongUsage);
 }

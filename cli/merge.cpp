@@ -14,6 +14,7 @@
 #include "read_limits.h"
 #include "read_snapshot.h"
 #include "snapshot_output.h"
+#include "standard_streams.h"
 
 namespace fabscan {
 
@@ -34,14 +35,15 @@ MergeResult MergeOrRefuse(const MergeOptions& options, const Fabscan& base, cons
     result = MergeFabrics(base, extra, options.prefer, merged);
   } catch (const std::invalid_argument& error) {
     throw CommandError(fmt::format("{} and {} do not fit together: {}; are they of one fabric?",
-                                   options.base, options.extra, error.what()));
+                                   InputName(options.base), InputName(options.extra),
+                                   error.what()));
   }
   if (result.conflicts == 0 || options.prefer != Prefer::kNeither) return result;
   throw CommandError(fmt::format(
       "{} and {} contradict each other in {} value{}: {}; choose with --prefer base or --prefer "
       "extra",
-      options.base, options.extra, result.conflicts, result.conflicts == 1 ? "" : "s, the first",
-      result.first_conflict));
+      InputName(options.base), InputName(options.extra), result.conflicts,
+      result.conflicts == 1 ? "" : "s, the first", result.first_conflict));
 }
 
 ExitStatus Merge(const MergeOptions& options) {
@@ -54,13 +56,14 @@ ExitStatus Merge(const MergeOptions& options) {
   const MergeResult result = MergeOrRefuse(options, base, extra, merged);
   WriteAndCommit(output, merged, header);
 
-  std::ostream& out = output.path() == "-" ? std::cerr : std::cout;
-  out << fmt::format("{}: {}, {} of them added; {} added", output.path(),
+  std::ostream& out = IsStandardStream(output.path()) ? std::cerr : std::cout;
+  out << fmt::format("{}: {}, {} of them added; {} added", OutputName(output.path()),
                      Counted(merged.discovered_fabric.nodeCount(), "node"), result.added_nodes,
                      Counted(result.added_records, "record"));
   if (result.conflicts != 0) {
-    out << fmt::format("; {} taken from {}", Counted(result.conflicts, "conflicting value"),
-                       options.prefer == Prefer::kBase ? options.base : options.extra);
+    out << fmt::format(
+        "; {} taken from {}", Counted(result.conflicts, "conflicting value"),
+        options.prefer == Prefer::kBase ? InputName(options.base) : InputName(options.extra));
   }
   out << '\n';
   return kDone;
@@ -76,7 +79,8 @@ std::function<ExitStatus()> AddMerge(CLI::App& app) {
   app.add_option("EXTRA", options->extra, "The one that fills what BASE lacks")->required();
   options->output.AddTo(app, "OUT");
   app.add_option("--prefer", options->prefer, "Whose values stand where the two differ")
-      ->transform(CLI::CheckedTransformer(words).description(""))
+      ->transform(CLI::Transformer(words).description(""))
+      ->transform(CLI::IsMember(words).description(""))  // comes first, and takes no number
       ->type_name("base|extra");
   AddReadLimits(app, options->reading);
   app.footer(

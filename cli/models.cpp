@@ -17,6 +17,7 @@
 #include "read_limits.h"
 #include "read_snapshot.h"
 #include "shell_word.h"
+#include "standard_streams.h"
 #include "table.h"
 
 namespace fabscan {
@@ -43,8 +44,9 @@ std::string DumpLine(const std::string& snapshot, const ListedModel& listed) {
 void PrintText(const ModelsOptions& options, const std::vector<ListedModel>& list,
                std::size_t all_nodes) {
   const Terminal terminal = StandardOutput();
-  std::string text = fmt::format("{}: {}, {}\n", options.snapshot, Counted(NodesOf(list), "node"),
-                                 Counted(list.size(), "device model"));
+  std::string text =
+      fmt::format("{}: {}, {}\n", InputName(options.snapshot), Counted(NodesOf(list), "node"),
+                  Counted(list.size(), "device model"));
   if (all_nodes > NodesOf(list)) {
     text += fmt::format("left out, since outside the sub-fabric: {}\n",
                         Counted(all_nodes - NodesOf(list), "node"));

@@ -1,6 +1,9 @@
 #include "read_limits.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
+#include <string>
 
 namespace fabscan {
 
@@ -11,10 +14,20 @@ namespace {
 constexpr std::size_t kLargestLine = (std::size_t{4} << 30U) - 256;
 constexpr std::size_t kMostNodes = 16'000'000;
 
+/// Takes the number's ending; CLI11's own message would list every one that it knows.
+std::string TakeEnding(std::string& text) {
+  const std::string given = text;
+  try {
+    return CLI::AsSizeValue(false)(text);
+  } catch (const CLI::ValidationError&) {
+    return fmt::format("'{}' is no number; it may end in K, M or G", given);
+  }
+}
+
 void AddLimit(CLI::App& app, const char* name, const char* what, std::size_t& limit,
               std::size_t largest) {
   app.add_option(name, limit, what)
-      ->transform(CLI::AsSizeValue(false).description(""))
+      ->transform(CLI::Validator(TakeEnding, "", ""))
       ->check(CLI::Range(std::size_t{1}, largest).description(""))
       ->capture_default_str()
       ->type_name("N")

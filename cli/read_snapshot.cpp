@@ -1,14 +1,16 @@
 #include "read_snapshot.h"
 
 #include "progress.h"
+#include "standard_streams.h"
 
 namespace fabscan {
 
 SnapshotHeader ReadSnapshotWithProgress(const std::string& path, Fabscan& fabscan,
                                         const SnapshotReadOptions& limits,
                                         const std::set<u_int64_t>& guids) {
+  if (IsStandardStream(path)) TakeStandardInput();
   Progress progress;
-  const std::string what = "reading " + (path == "-" ? "standard input" : path);
+  const std::string what = "reading " + InputName(path);
   SnapshotReadOptions options = limits;
   if (!guids.empty()) options.guids = &guids;
   options.progress = [&](std::size_t done, std::size_t total) {

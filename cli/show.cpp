@@ -11,6 +11,7 @@
 #include "read_limits.h"
 #include "read_snapshot.h"
 #include "show_report.h"
+#include "standard_streams.h"
 
 namespace fabscan {
 
@@ -34,7 +35,7 @@ ExitStatus Show(const ShowOptions& options) {
   const std::set<u_int64_t> found = WarnOfUnknown(chosen, fabscan.discovered_fabric);
   if (!chosen.empty() && found.empty()) {
     throw CommandError(fmt::format("{}: no node to show: none has a chosen GUID; choose others",
-                                   options.snapshot));
+                                   InputName(options.snapshot)));
   }
   for (const auto& entry : fabscan.discovered_fabric.NodeByName) {
     const IBNode* node = entry.second;

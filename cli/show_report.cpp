@@ -11,6 +11,7 @@
 #include "counted.h"
 #include "guid_options.h"
 #include "node_text.h"
+#include "standard_streams.h"
 #include "table.h"
 
 namespace fabscan {
@@ -132,10 +133,10 @@ std::string NodeAttributesText(const Fabscan& fabscan, const IBNode& node,
 
 std::string ShowSummary(const ShownSnapshot& shown, const Terminal& terminal) {
   const IBFabric& fabric = shown.fabscan.discovered_fabric;
-  std::string text =
-      Paragraph(fmt::format("{}: {}{}, {}", shown.path, Counted(shown.nodes.size(), "node"),
-                            KindCounts(shown.nodes), Counted(fabric.portCount(), "port")),
-                terminal);
+  std::string text = Paragraph(
+      fmt::format("{}: {}{}, {}", InputName(shown.path), Counted(shown.nodes.size(), "node"),
+                  KindCounts(shown.nodes), Counted(fabric.portCount(), "port")),
+      terminal);
   const auto add = [&](const char* what, const std::string& said) {
     if (!said.empty()) text += Paragraph(fmt::format("{}: {}", what, HarmlessName(said)), terminal);
   };

@@ -16,6 +16,7 @@
 #include "progress.h"
 #include "read_limits.h"
 #include "read_snapshot.h"
+#include "standard_streams.h"
 #include "verify_folder.h"
 #include "verify_report.h"
 #include "verify_selection.h"
@@ -23,6 +24,8 @@
 namespace fabscan {
 
 namespace {
+
+constexpr unsigned kMostJobs = 1024;
 
 struct VerifyOptions {
   std::string snapshot;
@@ -118,7 +121,7 @@ ExitStatus Verify(const VerifyOptions& options) {
     throw CommandError(
         fmt::format("{}: no node to verify: none is in the sub-fabric; choose "
                     "another snapshot",
-                    options.snapshot));
+                    InputName(options.snapshot)));
   }
 
   const Workspace workspace = MakeWorkspace(folder, options.compiler);
@@ -133,18 +136,18 @@ ExitStatus Verify(const VerifyOptions& options) {
 
   if (totals.failed != 0) {
     throw CommandError(fmt::format("{}: {} of {} nodes could not be verified; the report says why",
-                                   options.snapshot, totals.failed, totals.nodes));
+                                   InputName(options.snapshot), totals.failed, totals.nodes));
   }
   if (totals.differences != 0) {
     throw CommandError(fmt::format("{}: {} fields of simulated nodes differ; the report names them",
-                                   options.snapshot, totals.differences),
+                                   InputName(options.snapshot), totals.differences),
                        kIncomplete);
   }
   if (totals.refused != 0 || totals.hand_places != 0) {
     throw CommandError(
         fmt::format("{}: what was verified agrees, but not every node compiles as it stands; the "
                     "report names the lines",
-                    options.snapshot),
+                    InputName(options.snapshot)),
         kIncomplete);
   }
   return kDone;
@@ -166,7 +169,7 @@ std::function<ExitStatus()> AddVerify(CLI::App& app) {
       ->type_name("DIR");
   app.add_option("--jobs", options->jobs, "Nodes that are compiled at a time")
       ->type_name("COUNT")
-      ->check(CLI::PositiveNumber);
+      ->check(CLI::Range(1U, kMostJobs).description(""));
   AddReadLimits(app, options->reading);
   app.footer(
       "Without --guid, one node of each device model is verified.\n"

@@ -9,7 +9,7 @@
 #include <system_error>
 
 #include "command.h"
-#include "report.h"
+#include "temporary_folder.h"
 
 namespace fabscan {
 
@@ -41,14 +41,8 @@ void MakeKeptFolder(const std::string& path) {
 void Restore(int signal, void (*handler)(int)) { static_cast<void>(std::signal(signal, handler)); }
 
 std::string MakeTemporaryFolder() {
-  std::error_code error;
-  std::string path = (fs::temp_directory_path(error) / "fabscan-verify-XXXXXX").string();
-  if (error || ::mkdtemp(path.data()) == nullptr) {
-    throw CommandError(
-        fmt::format("{}: cannot make a temporary folder: {}; set TMPDIR, or use "
-                    "--keep",
-                    path, error ? error.message() : CauseText(errno)));
-  }
+  std::string path = TemporaryFolder() + "/fabscan-verify-XXXXXX";
+  if (::mkdtemp(path.data()) == nullptr) RefuseTemporaryFolder(errno, ", or use --keep");
   return path;
 }
 

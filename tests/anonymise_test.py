@@ -144,7 +144,7 @@ class Anonymise(CommandTest):
             "  the key was made for this run and is gone; --key-file makes it repeatable\n")
         run = self.run_command("anonymise", path, "--output", "-", "--key", "k")
         self.assertTrue(run.stdout.startswith('{"fabscan_snapshot":1'))
-        self.assertTrue(run.stderr.startswith("-: 1 node, 0 ports\n"))
+        self.assertTrue(run.stderr.startswith("standard output: 1 node, 0 ports\n"))
         self.assertNotIn("gone", run.stderr)
 
     def test_errors(self):

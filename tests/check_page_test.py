@@ -280,7 +280,7 @@ class Page(CommandTest):
                 "onerror=\"document.title='taken'\">&lt;\u2028\u2029${1}")
         self.show("-", input=snapshot(switch(evil), switch("b\x01\x02\udc80", "0x2")
                                       ).replace("\\udc80", "\\ufffd"))
-        self.assertEqual(self.text_of("title"), "-: fabscan check")
+        self.assertEqual(self.text_of("title"), "standard input: fabscan check")
         self.assertEqual(self.browser.run("document.images.length"), 0)
         self.assertEqual(self.browser.run("document.scripts.length"), 2)
         shown = self.shown_nodes()

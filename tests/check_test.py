@@ -112,7 +112,7 @@ class Check(CommandTest):
                          f"fabscan: error: {DEMO}: no node to check: none of the chosen GUIDs is "
                          "in the sub-fabric; choose others")
         run = self.run_command("check", "-", input=snapshot())
-        self.assert_fails(run, "-: no node to check: none is in the sub-fabric; choose another "
+        self.assert_fails(run, "standard input: no node to check: none is in the sub-fabric; choose another "
                                "snapshot")
 
     def test_nothing_is_left_behind(self):

@@ -168,7 +168,7 @@ class OnePerModel(CommandTest):
                           "or dump them alone", WRONG_USAGE)
         self.assert_fails(self.run_command("dump", "-", "--prefix", "P", "--one-per-model",
                                            input=snapshot()),
-                          "-: no node to write: none is in the sub-fabric; choose another snapshot")
+                          "standard input: no node to write: none is in the sub-fabric; choose another snapshot")
         self.assert_fails(self.dump(DEMO, "--output-dir", "none"),
                           "none: cannot write there: No such file or directory; name a folder "
                           "that exists and that you may write")

@@ -112,7 +112,7 @@ class Selection(CommandTest):
         self.assertEqual(self.entries(), [])
         run = self.run_command("dump", "-", "--prefix", "P",
                                input=snapshot(switch(inSubFabric=False)))
-        self.assert_fails(run, "-: no node to write: none is in the sub-fabric; choose another "
+        self.assert_fails(run, "standard input: no node to write: none is in the sub-fabric; choose another "
                                "snapshot")
         run = self.run_command("dump", "-", "--prefix", "P", input=snapshot())
         self.assertEqual(run.returncode, FAILED)
@@ -198,8 +198,8 @@ class Usage(CommandTest):
 
     def test_options(self):
         self.assert_refused("--prefix is required; see 'fabscan dump --help'")
-        self.assert_refused("'--forse' was not expected; did you mean '--force'?; "
-                            "see 'fabscan dump --help'", "--prefix", "P", "--forse")
+        self.assert_refused("'--forse' was not expected; did you mean '--force'?",
+                            "--prefix", "P", "--forse")
         self.assert_refused("'second' was not expected; see 'fabscan dump --help'",
                             "second", "--prefix", "P")
         run = self.run_command("dump", "--prefix", "P")

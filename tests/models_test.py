@@ -83,7 +83,7 @@ class Models(CommandTest):
 
     def test_no_nodes(self):
         run = self.run_command("models", "-", input=snapshot())
-        self.assertEqual((run.returncode, run.stdout), (DONE, "-: 0 nodes, 0 device models\n"))
+        self.assertEqual((run.returncode, run.stdout), (DONE, "standard input: 0 nodes, 0 device models\n"))
 
     def test_a_missing_file(self):
         run = self.run_command("models", "none.jsonl")

@@ -192,7 +192,7 @@ class Show(CommandTest):
 
     def test_no_nodes(self):
         run = self.run_command("show", "-", input=snapshot())
-        self.assertEqual((run.returncode, run.stdout), (DONE, "-: 0 nodes, 0 ports\n"))
+        self.assertEqual((run.returncode, run.stdout), (DONE, "standard input: 0 nodes, 0 ports\n"))
 
     def test_a_node_without_ports(self):
         run = self.run_command("show", "-", "--guid", "1", input=snapshot(switch()))

@@ -1,0 +1,22 @@
+#include "temporary_folder.h"
+
+#include <fmt/format.h>
+
+#include <cstdlib>
+
+#include "command.h"
+#include "report.h"
+
+namespace fabscan {
+
+std::string TemporaryFolder() {
+  const char* set = std::getenv("TMPDIR");
+  return set != nullptr && *set != '\0' ? set : "/tmp";
+}
+
+void RefuseTemporaryFolder(int error_number, const char* else_do) {
+  throw CommandError(fmt::format("{}: cannot make a temporary folder: {}; set TMPDIR{}",
+                                 TemporaryFolder(), CauseText(error_number), else_do));
+}
+
+}  // namespace fabscan

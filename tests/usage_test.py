@@ -1,0 +1,73 @@
+"""What every subcommand has in common: wrong usage, and `-` for standard input and output."""
+
+import os
+
+from command_line import DONE, EXAMPLES, FAILED, WRONG_USAGE, CommandTest, main, snapshot, switch
+
+DEMO = EXAMPLES / "demo.fabscan.jsonl"
+TWICE = "standard input: can be read only once; name a file in place of one -"
+
+
+class Usage(CommandTest):
+    def assert_refused(self, message, *arguments, **more):
+        self.assert_fails(self.run_command(*arguments, **more), message, WRONG_USAGE)
+        self.assertEqual(self.entries(), [])
+
+    def test_an_option_before_the_subcommand(self):
+        self.assert_refused("'--verison' was not expected; did you mean '--version'?", "--verison")
+        self.assert_refused("'--json' was not expected; see 'fabscan show --help'",
+                            "--json", "show", DEMO)
+
+    def test_values_that_cannot_be(self):
+        for message, *arguments in (
+                ("--jobs: Value 0 not in range 1 to 1024; see 'fabscan verify --help'",
+                 "verify", DEMO, "--jobs", "0"),
+                ("--prefer: bsae not in {base,extra}; see 'fabscan merge --help'",
+                 "merge", DEMO, DEMO, "--output", "out", "--prefer", "bsae"),
+                ("--prefer: 1 not in {base,extra}; see 'fabscan merge --help'",
+                 "merge", DEMO, DEMO, "--output", "out", "--prefer", "1"),
+                ("--max-nodes: '5X' is no number; it may end in K, M or G; see 'fabscan show "
+                 "--help'", "show", DEMO, "--max-nodes", "5X")):
+            self.assert_refused(message, *arguments)
+
+
+class StandardStreams(CommandTest):
+    def test_standard_input_is_read_once(self):
+        for arguments in (("diff", "-", "-"),
+                          ("merge", "-", "-", "--output", "-")):
+            self.assert_fails(self.run_command(*arguments, input=snapshot(switch())), TWICE,
+                              WRONG_USAGE)
+        self.assert_fails(self.run_command("show", "-", "--guid-file", "-", input="1\n"), TWICE,
+                          WRONG_USAGE)
+
+    def test_guids_from_standard_input(self):
+        run = self.run_command("show", DEMO, "--guid-file", "-", input="5a1e0c0000000200 # leaf\n")
+        self.assertEqual(run.returncode, DONE, run.stderr)
+        self.assertIn("leaf-01/U1", run.stdout)
+        run = self.run_command("show", DEMO, "--guid-file", "-", input="\nx\n")
+        self.assert_fails(run, "standard input:2: 'x' is no GUID; a GUID is 1 to 16 hexadecimal "
+                               "digits, with or without 0x", WRONG_USAGE)
+
+    def test_they_are_called_by_their_names(self):
+        text = snapshot(switch())
+        for subcommand in ("show", "check", "models"):
+            run = self.run_command(subcommand, "-", input=text)
+            self.assertIn("standard input: 1 node", run.stdout)
+        run = self.run_command("diff", "-", DEMO, input=text)
+        self.assertIn(": only in standard input\n", run.stdout)
+        for command in (("anonymise", "-"), ("merge", "-", self.put("extra", text))):
+            run = self.run_command(*command, "--output", "-", input=text)
+            self.assertTrue(run.stderr.startswith("standard output: 1 node"), run.stderr)
+
+    def test_a_temporary_folder_that_is_not_there(self):
+        none = str(self.folder / "none")
+        for subcommand, advice in (("check", ""), ("verify", ", or use --keep")):
+            run = self.run_command(subcommand, DEMO, env={**os.environ, "TMPDIR": none})
+            self.assert_fails(run, f"{none}: cannot make a temporary folder: No such file or "
+                                   f"directory; set TMPDIR{advice}", FAILED)
+        run = self.run_command("check", DEMO, env={**os.environ, "TMPDIR": ""})
+        self.assertEqual(run.stderr, "")
+
+
+if __name__ == "__main__":
+    main()
