@@ -128,6 +128,12 @@ class Browser:
         self.post("/goog/cdp/execute", cmd="Emulation.setEmulatedMedia",
                   params={"features": [{"name": "prefers-color-scheme", "value": scheme}]})
 
+    def resize(self, width, height=900):
+        """The page's own area, in pixels."""
+        self.post("/goog/cdp/execute", cmd="Emulation.setDeviceMetricsOverride",
+                  params={"width": width, "height": height, "deviceScaleFactor": 1,
+                          "mobile": False})
+
     def logs(self):
         """What the console showed and which addresses were asked for, since the last call.
 

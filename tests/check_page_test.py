@@ -275,6 +275,21 @@ class Page(CommandTest):
                                         f"{scheme}: {selector}")
         self.assertNotEqual(*pages)
 
+    def test_windows_wide_and_narrow(self):
+        self.addCleanup(self.browser.resize, 1400)
+
+        def hidden(selector):
+            return self.browser.run("document.querySelector(arguments[0]).scrollWidth - "
+                                    "document.querySelector(arguments[0]).clientWidth", selector)
+
+        for width in (1280, 400):
+            self.browser.resize(width)
+            self.show(DEMO)
+            self.picture(str(width))
+            self.assertEqual(hidden("html"), 0, width)
+        self.browser.resize(1280)
+        self.assertEqual(hidden("#scroller"), 0)
+
     def test_hostile_text_stays_text(self):
         evil = ("</script><script>document.title='taken'</script><!-- <img src=x "
                 "onerror=\"document.title='taken'\">&lt;\u2028\u2029${1}")
