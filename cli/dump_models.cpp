@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "class_prefix.h"
@@ -91,12 +92,13 @@ ExitStatus DumpModels(const DumpOptions& options) {
   }
 
   const std::filesystem::path output_dir(options.output_dir);
-  std::vector<std::unique_ptr<StagedOutput>> outputs;
-  outputs.reserve(list.size());
+  std::vector<std::string> paths;
+  paths.reserve(list.size());
   for (const ListedModel& listed : list) {
-    outputs.push_back(std::make_unique<StagedOutput>(output_dir / GeneratedFileName(listed.prefix),
-                                                     options.force));
+    paths.push_back(output_dir / GeneratedFileName(listed.prefix));
   }
+  const std::vector<std::unique_ptr<StagedOutput>> outputs =
+      StagedOutput::Several(paths, options.force);
   std::vector<ModelFile> files;
   Progress progress;
   for (std::size_t i = 0; i < list.size(); ++i) {

@@ -26,16 +26,17 @@ constexpr char kPrefix[] = "Check";
 class ScratchFolder {
  public:
   ScratchFolder() {
-    const int error_number =
-        folder_.Make(TemporaryFolder() + "/fabscan-XXXXXX", GeneratedFileName(kPrefix));
+    const int error_number = folder_.Make(TemporaryFolder() + "/fabscan-XXXXXX");
     if (error_number != 0) RefuseTemporaryFolder(error_number);
+    file_ = folder_.path() + '/' + GeneratedFileName(kPrefix);
   }
 
   const std::string& path() const { return folder_.path(); }
-  const std::string& file() const { return folder_.file(); }
+  const std::string& file() const { return file_; }
 
  private:
   PrivateFolder folder_;
+  std::string file_;
 };
 
 /// False also where the file cannot be read.

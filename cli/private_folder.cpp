@@ -1,13 +1,38 @@
 #include "private_folder.h"
 
+#include <dirent.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdlib>
 
 #include "ending_signals.h"
 
 namespace fabscan {
+
+namespace {
+
+/// Removes the files in the folder. A signal handler may call it: it asks the system alone, and
+/// allocates nothing.
+void Empty(const char* path) noexcept {
+  const int folder = ::open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder < 0) return;
+  alignas(dirent64) std::byte entries[8192];
+  for (;;) {
+    const ssize_t size = ::getdents64(folder, entries, sizeof entries);
+    if (size <= 0) break;
+    for (ssize_t place = 0; place < size;) {
+      const auto* entry = reinterpret_cast<const dirent64*>(entries + place);
+      ::unlinkat(folder, entry->d_name, 0);  // "." and ".." are no files, and stay
+      place += entry->d_reclen;
+    }
+  }
+  ::close(folder);
+}
+
+}  // namespace
 
 /// The folders that are there, linked through the objects themselves: a signal handler may neither
 /// allocate nor wait, so it only follows pointers, each of which is whole at any time.
@@ -17,28 +42,26 @@ struct AllPrivateFolders {
 
   static void RemoveAll() {
     for (const PrivateFolder* folder = first; folder != nullptr; folder = folder->next_) {
-      ::unlink(folder->file_.c_str());
+      Empty(folder->path_.c_str());
       ::rmdir(folder->path_.c_str());
     }
   }
 };
 std::atomic<PrivateFolder*> AllPrivateFolders::first{nullptr};
 
-int PrivateFolder::Make(const std::string& pattern, const std::string& name) {
+int PrivateFolder::Make(const std::string& pattern) {
   path_ = pattern;
-  file_ = pattern + '/' + name;
   // Once the folder is there nothing may throw: no destructor would remove it.
   const SignalsHeld held;
   if (::mkdtemp(path_.data()) == nullptr) return errno;
-  file_.replace(0, path_.size(), path_);
   note();
   return 0;
 }
 
 void PrivateFolder::Remove() noexcept {
   if (!there_) return;
+  Empty(path_.c_str());  // which may take long, and may be ended
   const SignalsHeld held;
-  ::unlink(file_.c_str());
   ::rmdir(path_.c_str());
   forget();
 }

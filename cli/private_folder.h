@@ -6,9 +6,9 @@
 
 namespace fabscan {
 
-/// A folder for one file, which nobody else uses. Both go with this object, and when SIGINT,
-/// SIGTERM or SIGHUP ends the program. Any number of them at a time; one thread makes and ends
-/// them.
+/// A folder for files, which nobody else uses. It goes with this object, and when SIGINT, SIGTERM
+/// or SIGHUP ends the program, together with the files in it. Any number of them at a time; one
+/// thread makes and ends them.
 class PrivateFolder {
  public:
   PrivateFolder() = default;
@@ -17,12 +17,10 @@ class PrivateFolder {
   PrivateFolder& operator=(const PrivateFolder&) = delete;
 
   /// Makes the folder; `pattern` is its path, with XXXXXX at its end for letters that are free.
-  /// 0 or errno. The file `name` in it is left to the caller.
-  int Make(const std::string& pattern, const std::string& name);
-  bool there() const { return there_; }
+  /// 0 or errno.
+  int Make(const std::string& pattern);
   const std::string& path() const { return path_; }
-  const std::string& file() const { return file_; }
-  /// Removes the folder, with the file where it is still there.
+  /// Removes the folder, with the files that are still there.
   void Remove() noexcept;
 
  private:
@@ -31,7 +29,6 @@ class PrivateFolder {
   void forget() noexcept;
 
   std::string path_;
-  std::string file_;
   bool there_ = false;
   std::atomic<PrivateFolder*> next_{nullptr};
   PrivateFolder* previous_ = nullptr;

@@ -5,12 +5,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <iostream>
-#include <memory>
+#include <mutex>
 #include <set>
+#include <thread>
 
 #include "command.h"
 #include "ending_signals.h"
@@ -29,6 +33,10 @@ namespace {
 
 constexpr char kAdviseSpace[] = "free some space, or write elsewhere";
 constexpr char kAdviseForce[] = "--force replaces it";
+/// Threads that put files on disk besides the one that asks, and from how many files on.
+constexpr std::size_t kMostHelpers = 7;
+constexpr std::size_t kFilesForAHelper = 64;
+
 constexpr char kAdviseFolder[] = "name a folder that exists and that you may write";
 
 /// The path that a symbolic link at `path` leads to; `path` itself where there is none.
@@ -95,11 +103,25 @@ int Exchange(const std::string& one, const std::string& other) {
 }  // namespace
 
 StagedOutput::StagedOutput(const std::string& path, bool force)
+    : StagedOutput(path, force, nullptr) {}
+
+StagedOutput::StagedOutput(const std::string& path, bool force, const StagedOutput* before)
     : path_(path), target_(path), force_(force) {
   if (isStandardOutput()) return;
   target_ = FollowLink(path_);
   refuseTarget();
-  makeFolder();
+  makeFolder(before);
+}
+
+std::vector<std::unique_ptr<StagedOutput>> StagedOutput::Several(
+    const std::vector<std::string>& paths, bool force) {
+  std::vector<std::unique_ptr<StagedOutput>> outputs;
+  outputs.reserve(paths.size());
+  for (const std::string& path : paths) {
+    const StagedOutput* before = outputs.empty() ? nullptr : outputs.back().get();
+    outputs.push_back(std::unique_ptr<StagedOutput>(new StagedOutput(path, force, before)));
+  }
+  return outputs;
 }
 
 void StagedOutput::refuseTarget() const {
@@ -115,10 +137,15 @@ void StagedOutput::refuseTarget() const {
   if (!force_) throw CommandError(fmt::format("{}: exists; {}", path_, kAdviseForce));
 }
 
-void StagedOutput::makeFolder() {
+void StagedOutput::makeFolder(const StagedOutput* before) {
   const std::string parent = FolderOf(target_);
-  const int error_number = folder_.Make(parent + "/.fabscan-XXXXXX", NameOf(target_));
-  if (error_number != 0) Fail(parent, "write there", error_number, kAdviseFolder);
+  if (before != nullptr && FolderOf(before->target_) == parent) {
+    folder_ = before->folder_;
+  } else {
+    const int error_number = folder_->Make(parent + "/.fabscan-XXXXXX");
+    if (error_number != 0) Fail(parent, "write there", error_number, kAdviseFolder);
+  }
+  staged_path_ = folder() + '/' + NameOf(path_);  // which a link may lead to under another name
 }
 
 std::ostream& StagedOutput::stream() {
@@ -166,34 +193,83 @@ void StagedOutput::Commit() {
     progress.Watch("putting " + path_ + " on disk", [this] { putOnDisk(); });
   }
   moveIntoPlace();
-  folder_.Remove();
+  if (folder_.use_count() == 1) folder_->Remove();
   // The file is in place by now: a file system that cannot synchronise folders is no failure.
   Synchronise(FolderOf(target_));
 }
 
-void StagedOutput::CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& outputs) {
+/// On several threads: a file system writes together what is waited for at the same time.
+void StagedOutput::PutAllOnDisk(const std::vector<std::unique_ptr<StagedOutput>>& outputs) {
+  std::atomic<std::size_t> next{0};
+  std::atomic<std::size_t> done{0};
+  std::mutex mutex;  // of what follows
+  std::exception_ptr failure;
+  const auto work = [&] {
+    for (std::size_t i = next++; i < outputs.size(); i = next++) {
+      try {
+        outputs[i]->putOnDisk();
+        ++done;
+      } catch (...) {
+        next = outputs.size();
+        const std::lock_guard lock(mutex);
+        if (!failure) failure = std::current_exception();
+      }
+    }
+  };
+  constexpr char kWhat[] = "files put on disk";
   Progress progress;
-  std::size_t written = 0;
+  progress.Watch(
+      kWhat, outputs.size(), [&done] { return done.load(); },
+      [&] {
+        std::vector<std::thread> helpers;
+        helpers.reserve(kMostHelpers);
+        try {
+          const SignalsHeld held;  // in the new threads as well: a signal is for this one
+          const std::size_t useful = std::min(kMostHelpers, outputs.size() / kFilesForAHelper);
+          while (helpers.size() < useful) helpers.emplace_back(work);
+        } catch (const std::exception&) {  // fewer do it as well
+        }
+        work();
+        for (std::thread& helper : helpers) helper.join();
+      });
+  if (failure) std::rethrow_exception(failure);
+  progress.Show(kWhat, done, outputs.size());
+}
+
+void StagedOutput::CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& outputs) {
+  PutAllOnDisk(outputs);
+  Progress progress;
+  MoveAllIntoPlace(outputs, progress);
+  std::set<std::string> folders;
   for (const auto& output : outputs) {
-    progress.Show("files put on disk", written++, outputs.size());
-    output->putOnDisk();
+    if (!output->isStandardOutput()) folders.insert(FolderOf(output->target_));
   }
+  for (const std::string& folder : folders) Synchronise(folder);
+  const auto remove = [&outputs] {
+    for (const auto& output : outputs) output->folder_->Remove();
+  };
+  const bool replaced = std::any_of(outputs.begin(), outputs.end(),
+                                    [](const auto& output) { return output->exchanged_; });
+  if (!replaced) return remove();
+  progress.Watch("removing what was there before", remove);
+}
+
+/// In one step for signals.
+void StagedOutput::MoveAllIntoPlace(const std::vector<std::unique_ptr<StagedOutput>>& outputs,
+                                    Progress& progress) {
+  constexpr char kWhat[] = "files moved into place";
   const SignalsHeld held;
   std::size_t moved = 0;
   try {
     for (; moved < outputs.size(); ++moved) {
+      progress.Show(kWhat, moved, outputs.size());
       if (!outputs[moved]->isStandardOutput()) outputs[moved]->exchangeWithTarget();
     }
+    progress.Show(kWhat, moved, outputs.size());
   } catch (...) {  // also where memory runs out
     while (moved-- > 0) outputs[moved]->takeBack();
     throw;
   }
-  std::set<std::string> folders;
-  for (const auto& output : outputs) {
-    output->folder_.Remove();
-    if (!output->isStandardOutput()) folders.insert(FolderOf(output->target_));
-  }
-  for (const std::string& folder : folders) Synchronise(folder);
 }
 
 void StagedOutput::moveIntoPlace() {

@@ -119,6 +119,28 @@ TEST_F(StagedOutputTest, FollowsALinkToTheFile) {
   EXPECT_EQ(Content("real"), "new\n");
 }
 
+TEST_F(StagedOutputTest, AnotherWriterKnowsTheLinkAlone) {
+  Put("real", "old\n");
+  fs::create_symlink("real", folder_ / "out");
+  {
+    StagedOutput output(path_, true);
+    std::ofstream(output.folder() + "/out") << "by another\n";
+    output.Commit();
+  }
+  EXPECT_EQ(Content("real"), "by another\n");
+  EXPECT_EQ(EntryCount(), 2U);
+}
+
+TEST_F(StagedOutputTest, WhateverIsInTheFolderGoesWithIt) {
+  {
+    const StagedOutput output(path_, false);
+    for (const char* name : {"/out", "/other", "/.hidden"}) {
+      std::ofstream(output.folder() + name) << "text\n";
+    }
+  }
+  EXPECT_EQ(EntryCount(), 0U);
+}
+
 TEST_F(StagedOutputTest, RefusesALinkThatLeadsNowhere) {
   fs::create_symlink("missing", folder_ / "out");
   EXPECT_EQ(Error(path_, true), path_ +
@@ -178,11 +200,10 @@ class SeveralOutputs : public StagedOutputTest {
  protected:
   /// `count` outputs named 0 and on, each with some text.
   std::vector<std::unique_ptr<StagedOutput>> Write(int count, bool force) const {
-    std::vector<std::unique_ptr<StagedOutput>> outputs;
-    for (int i = 0; i < count; ++i) {
-      outputs.push_back(std::make_unique<StagedOutput>(folder_ / std::to_string(i), force));
-      outputs.back()->stream() << "new\n";
-    }
+    std::vector<std::string> paths;
+    for (int i = 0; i < count; ++i) paths.push_back(folder_ / std::to_string(i));
+    auto outputs = StagedOutput::Several(paths, force);
+    for (const auto& output : outputs) output->stream() << "new\n";
     return outputs;
   }
 };
@@ -192,6 +213,44 @@ TEST_F(SeveralOutputs, AppearTogether) {
   StagedOutput::CommitAll(Write(3, true));
   for (const char* name : {"0", "1", "2"}) EXPECT_EQ(Content(name), "new\n");
   EXPECT_EQ(EntryCount(), 3U);
+}
+
+TEST_F(SeveralOutputs, ShareAFolder) {
+  const auto outputs = Write(3, false);
+  EXPECT_EQ(EntryCount(), 1U);
+  EXPECT_EQ(outputs.front()->folder(), outputs.back()->folder());
+}
+
+TEST_F(SeveralOutputs, NeedNotGoToOneFolder) {
+  fs::create_directory(folder_ / "sub");
+  StagedOutput::CommitAll([this] {
+    auto outputs = StagedOutput::Several(
+        {folder_ / "0", folder_ / "sub/0", folder_ / "sub/1", folder_ / "1"}, false);
+    for (const auto& output : outputs) output->stream() << "new\n";
+    return outputs;
+  }());
+  for (const char* name : {"0", "1", "sub/0", "sub/1"}) EXPECT_EQ(Content(name), "new\n");
+  EXPECT_EQ(EntryCount(), 3U);
+}
+
+TEST_F(SeveralOutputs, NoneOfManyAppearsWhereOneIsNotOnDisk) {
+  constexpr int kMany = 300;  // enough for several threads
+  {
+    const auto outputs = Write(kMany, false);
+    fs::remove(outputs[150]->stagedPath());
+    try {
+      StagedOutput::CommitAll(outputs);
+      FAIL();
+    } catch (const CommandError& error) {
+      EXPECT_EQ(error.what(), (folder_ / "150").string() +
+                                  ": cannot write: No such file or directory; free some space, or "
+                                  "write elsewhere");
+    }
+  }
+  EXPECT_EQ(EntryCount(), 0U);
+  StagedOutput::CommitAll(Write(kMany, false));
+  EXPECT_EQ(EntryCount(), std::size_t{kMany});
+  EXPECT_EQ(Content("299"), "new\n");
 }
 
 TEST_F(SeveralOutputs, NoneAppearsWhereOneCannot) {
@@ -221,11 +280,10 @@ TEST_F(SeveralOutputs, ASignalRemovesAnyNumberOfFolders) {
   constexpr int kMany = 300;
   const pid_t child = ::fork();
   if (child == 0) {
-    const auto kept = Write(kMany, false);
-    {
-      const auto gone = Write(5, false);  // taken out of the midst
-    }
-    const auto more = Write(2, false);
+    std::vector<std::vector<std::unique_ptr<StagedOutput>>> kept;
+    for (int i = 0; i < kMany; ++i) kept.push_back(Write(2, false));  // with a folder each
+    kept.erase(kept.begin() + 5, kept.begin() + 10);                  // taken out of the midst
+    kept.push_back(Write(2, false));
     ::raise(SIGTERM);
     ::_exit(0);
   }

@@ -153,7 +153,8 @@ class OnePerModel(CommandTest):
             [command_line._command, "dump", path.name, "--prefix", "MyDev", "--one-per-model",
              "--force"], cwd=self.folder, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         deadline = time.monotonic() + 60
-        while len(self.entries()) < 30 and time.monotonic() < deadline:
+        while (len(list(self.folder.glob(".fabscan-*/*"))) < 30 and run.poll() is None
+               and time.monotonic() < deadline):
             pass
         run.send_signal(signal.SIGTERM)
         status = run.wait(60)
@@ -168,7 +169,8 @@ class OnePerModel(CommandTest):
                           "or dump them alone", WRONG_USAGE)
         self.assert_fails(self.run_command("dump", "-", "--prefix", "P", "--one-per-model",
                                            input=snapshot()),
-                          "standard input: no node to write: none is in the sub-fabric; choose another snapshot")
+                          "standard input: no node to write: none is in the sub-fabric; choose "
+                          "another snapshot")
         self.assert_fails(self.dump(DEMO, "--output-dir", "none"),
                           "none: cannot write there: No such file or directory; name a folder "
                           "that exists and that you may write")

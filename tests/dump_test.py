@@ -393,6 +393,14 @@ class Output(CommandTest):
             self.assertEqual(self.entries(), [OUT])
             self.assertEqual((self.folder / OUT).read_text(), "earlier\n")
 
+    def test_a_link_to_a_file_of_another_name(self):
+        self.put("real.cpp", "earlier\n")
+        (self.folder / "p_generated.cpp").symlink_to("real.cpp")
+        run = self.run_command("dump", DEMO, "--prefix", "P", "--force")
+        self.assertEqual(run.returncode, DONE, run.stderr)
+        self.assertIn("void P::SW::", (self.folder / "real.cpp").read_text())
+        self.assertEqual(self.entries(), ["p_generated.cpp", "real.cpp"])
+
     def test_two_runs_on_one_output(self):
         import command_line
         runs = [subprocess.Popen(
