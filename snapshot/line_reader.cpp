@@ -33,7 +33,7 @@ std::optional<Line> LineReader::Next() {
 
 Line LineReader::Take(std::size_t length, std::size_t line_end) {
   if (line_end == 0) buffer_[begin_ + length] = '\n';  // in the padding
-  const Line line{{buffer_.data() + begin_, length}, buffer_.size() - begin_};
+  const Line line{{buffer_.data() + begin_, length}, buffer_.size() - begin_, line_end != 0};
   begin_ += length + line_end;
   return line;
 }

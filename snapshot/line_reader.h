@@ -14,6 +14,7 @@ namespace fabscan {
 struct Line {
   std::string_view text;
   std::size_t readable;  // from the start of the text
+  bool ended;            // by a line end of its own, rather than by the end of the source
 };
 
 /// Cuts a source into lines without copying them: big reads into one buffer, lines shown where

@@ -81,6 +81,7 @@ class SnapshotReader {
     } catch (const simdjson::simdjson_error& error) {
       if (error.error() == simdjson::MEMALLOC) throw std::bad_alloc();
       if (lines_.number() == 1) Fail(kNoSnapshot);
+      if (!line.ended) Fail("the file is cut short in the midst of this line; take the whole file");
       FailAtKey(Complaint(error.error()));
     }
   }

@@ -268,6 +268,10 @@ TEST(ReaderErrors, Lines) {
       {OneNode("{\"name\":\"S\x01\",\"guid\":1,\"type\":\"SW\",\"numPorts\":1}"),
        "f:2: not JSON: a control character within text; write it as \\u00XX"},
       {OneNode("{\"name\":\"S1"), "f:2: not JSON: text without its closing quote; correct it"},
+      {kHeaderLine + std::string("{\"name\":\"S1"),
+       "f:2: the file is cut short in the midst of this line; take the whole file"},
+      {kHeaderLine + node.substr(0, node.size() - 2),
+       "f:2: the file is cut short in the midst of this line; take the whole file"},
       {OneNode("{\"name\":\"S\xFF\",\"guid\":1,\"type\":\"SW\",\"numPorts\":1}"),
        "f:2: the line is not UTF-8 text; save it as UTF-8"},
   });
