@@ -14,6 +14,7 @@
 #include "guid_options.h"
 #include "read_limits.h"
 #include "read_snapshot.h"
+#include "selected_nodes.h"
 #include "staged_output.h"
 #include "standard_streams.h"
 
@@ -61,6 +62,7 @@ ExitStatus Check(const CheckOptions& options) {
       if (output) page.Add(node, generated);
     });
   }
+  if (chosen.empty()) result.LeaveOut(NodesOutside(fabscan.discovered_fabric));
   if (result.nodes().empty()) {
     throw CommandError(fmt::format(
         "{}: no node to check: {}", InputName(options.snapshot),

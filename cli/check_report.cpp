@@ -11,26 +11,16 @@
 #include "counted.h"
 #include "guid_options.h"
 #include "json_result.h"
+#include "node_text.h"
+#include "selected_nodes.h"
 #include "table.h"
 
 namespace fabscan {
 
 namespace {
 
-/// Nodes that are named for a reason or a class before the rest is only counted.
-constexpr std::size_t kMaxNamed = 3;
-
 /// The column's letter: a to v for the 22 functions.
 char LetterOf(std::size_t function) { return static_cast<char>('a' + function); }
-
-std::string NamesOf(const std::vector<const IBNode*>& nodes) {
-  std::string names;
-  for (std::size_t i = 0; i < std::min(nodes.size(), kMaxNamed); ++i) {
-    names += fmt::format("{}{}", i == 0 ? "" : ", ", nodes[i]->name);
-  }
-  if (nodes.size() > kMaxNamed) names += fmt::format(" and {} more", nodes.size() - kMaxNamed);
-  return names;
-}
 
 std::string MatrixText(const CheckResult& result, const Terminal& terminal) {
   std::string letters;
@@ -154,7 +144,7 @@ std::string TotalsText(const CheckResult& result, const std::string& snapshot,
       Counted(nodes, "node"), Counted(nodes * result.functionNames().size(), "function"),
       result.count(Mark::kBlock), result.count(Mark::kComment), result.count(Mark::kError),
       result.count(Mark::kHand));
-  std::string text = Paragraph(counts, terminal);
+  std::string text = Paragraph(counts, terminal) + LeftOutText(result.leftOut());
   const Style style = result.Builds() ? Style::kGood : Style::kBad;
   for (const std::string& line : Wrapped(Verdict(result), terminal.width)) {
     text += Painted(line, style, terminal) + '\n';
@@ -178,6 +168,7 @@ void PrintCheckJson(const CheckResult& result, const std::string& snapshot) {
   json.Count("nodes", result.nodes().size());
   for (const MarkRow& row : kMarkRows) json.Count(row.word, result.count(row.mark));
   json.EndObject();
+  json.Count("outsideSubFabric", result.leftOut());
   json.BeginObjects("sharedClasses");
   for (const auto& [class_word, nodes] : result.SharedClasses()) {
     json.BeginObject();

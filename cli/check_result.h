@@ -39,6 +39,9 @@ struct CheckedNode {
 class CheckResult {
  public:
   void Add(const IBNode& node, const GeneratedNode& generated);
+  /// So many nodes are not checked: they are outside the sub-fabric.
+  void LeaveOut(std::size_t nodes) { left_out_ = nodes; }
+  std::size_t leftOut() const { return left_out_; }
 
   const std::vector<CheckedNode>& nodes() const { return nodes_; }
   const std::vector<std::string>& functionNames() const { return function_names_; }
@@ -57,6 +60,7 @@ class CheckResult {
   std::size_t numberOf(std::string reason);
 
   std::vector<CheckedNode> nodes_;
+  std::size_t left_out_ = 0;
   std::vector<std::string> function_names_;
   std::vector<std::array<std::size_t, kMarks>> counts_;  // by function, by mark
   std::vector<std::string> reasons_ = {""};

@@ -16,6 +16,7 @@
 #include "read_limits.h"
 #include "read_snapshot.h"
 #include "report.h"
+#include "selected_nodes.h"
 #include "staged_output.h"
 #include "standard_streams.h"
 
@@ -41,8 +42,8 @@ std::set<u_int64_t> SelectNodes(const std::set<u_int64_t>& chosen, const DumpOpt
 }
 
 void Report(const DumpOptions& options, const std::string& path, const DumpSummary& summary,
-            const IBFabric& fabric) {
-  fmt::print("{}\n{}\n", path, summary.text());
+            const IBFabric& fabric, std::size_t left_out) {
+  fmt::print("{}\n{}\n", path, summary.text(left_out));
   for (const std::string& line : summary.warnings(options.prefix, fabric)) PrintWarning(line);
   if (!options.strict || summary.compiles()) return;
   throw CommandError(
@@ -68,7 +69,8 @@ ExitStatus Dump(const DumpOptions& options) {
   progress.Finish();
   output.Commit();
 
-  Report(options, output.path(), summary, fabscan.discovered_fabric);
+  const IBFabric& fabric = fabscan.discovered_fabric;
+  Report(options, output.path(), summary, fabric, chosen.empty() ? NodesOutside(fabric) : 0);
   return kDone;
 }
 

@@ -14,6 +14,7 @@
 #include "progress.h"
 #include "read_snapshot.h"
 #include "report.h"
+#include "selected_nodes.h"
 #include "standard_streams.h"
 #include "table.h"
 
@@ -111,6 +112,7 @@ ExitStatus DumpModels(const DumpOptions& options) {
   StagedOutput::CommitAll(outputs);
 
   PrintFiles(files, outputs);
+  std::cout << LeftOutText(NodesOutside(fabscan.discovered_fabric));
   ReportUncompilable(files, options);
   return kDone;
 }

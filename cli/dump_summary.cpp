@@ -35,8 +35,10 @@ DumpSummary::DumpSummary(std::istream& generated_text,
     guids_of_class_[node.class_word].push_back(node.guid);
     const std::size_t places_before = hand_places_;
     for (const GeneratedFunction& function : node.functions) {
-      ++functions_[static_cast<std::size_t>(function.kind)];
-      if (!NeedsHand(function)) continue;
+      if (function.kind != BodyKind::kBlock || !NeedsHand(function)) {
+        ++functions_[static_cast<std::size_t>(function.kind)];
+        continue;
+      }
       ++hand_places_;
       hand_functions_.insert(function.name);
     }
@@ -45,7 +47,7 @@ DumpSummary::DumpSummary(std::istream& generated_text,
 }
 
 std::size_t DumpSummary::functions() const {
-  return std::accumulate(functions_.begin(), functions_.end(), std::size_t{0});
+  return std::accumulate(functions_.begin(), functions_.end(), hand_places_);
 }
 
 std::size_t DumpSummary::sharedClasses() const {
@@ -54,14 +56,18 @@ std::size_t DumpSummary::sharedClasses() const {
                     [](const auto& of_class) { return of_class.second.size() > 1; }));
 }
 
-std::string DumpSummary::text() const {
-  return fmt::format(
-      "  nodes written            {:>8}\n"
-      "  functions with a block   {:>8}\n"
-      "  skipped with a comment   {:>8}\n"
-      "  stopped with #error      {:>8}",
-      nodes_, functions(BodyKind::kBlock), functions(BodyKind::kComment),
-      functions(BodyKind::kError));
+std::string DumpSummary::text(std::size_t left_out) const {
+  std::string text;
+  const auto add = [&text](const char* what, std::size_t count) {
+    text += fmt::format("{}  {:<25}{:>8}", text.empty() ? "" : "\n", what, count);
+  };
+  add("nodes written", nodes_);
+  if (left_out != 0) add("outside the sub-fabric", left_out);
+  add("functions with a block", functions(BodyKind::kBlock));
+  add("skipped with a comment", functions(BodyKind::kComment));
+  add("stopped with #error", functions(BodyKind::kError));
+  add("to finish by hand", hand_places_);
+  return text;
 }
 
 std::vector<std::string> DumpSummary::warnings(const std::string& prefix,

@@ -25,7 +25,7 @@ class DumpSummary {
       const std::function<void(std::size_t)>& visit = [](std::size_t) {});
 
   std::size_t nodes() const { return nodes_; }
-  /// Functions whose body is of this kind.
+  /// Functions whose body is of this kind, without those that need a hand.
   std::size_t functions(BodyKind kind) const { return functions_[static_cast<std::size_t>(kind)]; }
   std::size_t functions() const;
   /// Classes that more than one node defines: such a file does not compile.
@@ -38,8 +38,9 @@ class DumpSummary {
     return functions(BodyKind::kError) == 0 && sharedClasses() == 0 && hand_places_ == 0;
   }
 
-  /// The lines for standard output, the last without a line end.
-  std::string text() const;
+  /// The lines for standard output, the last without a line end; `left_out` nodes are outside the
+  /// sub-fabric.
+  std::string text(std::size_t left_out = 0) const;
   /// What stops a build besides #error lines: a line for each shared class that names its nodes,
   /// one with the options that choose one node of each class, one for what needs a hand. `prefix`
   /// is that of the file.

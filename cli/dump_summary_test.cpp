@@ -34,7 +34,11 @@ TEST(DumpSummaryTest, CountsNodesAndFunctionsByKind) {
             "  nodes written                   4\n"
             "  functions with a block          2\n"
             "  skipped with a comment          1\n"
-            "  stopped with #error             1");
+            "  stopped with #error             1\n"
+            "  to finish by hand               0");
+  EXPECT_THAT(summary.text(3), testing::StartsWith("  nodes written                   4\n"
+                                                   "  outside the sub-fabric          3\n"
+                                                   "  functions with a block"));
 }
 
 TEST(DumpSummaryTest, NamesTheNodesOfASharedClassAndOneOfEach) {
@@ -63,6 +67,8 @@ TEST(DumpSummaryTest, NamesWhatNeedsAHand) {
   std::istringstream text(section);
   const DumpSummary summary(text);
   EXPECT_EQ(summary.handPlaces(), 1U);
+  EXPECT_EQ(summary.functions(BodyKind::kBlock), 0U);
+  EXPECT_EQ(summary.functions(), 1U);
   EXPECT_FALSE(summary.compiles());
   EXPECT_THAT(summary.warnings("P", fabric),
               ElementsAre("to finish by hand before the file compiles: "

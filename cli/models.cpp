@@ -16,6 +16,7 @@
 #include "node_text.h"
 #include "read_limits.h"
 #include "read_snapshot.h"
+#include "selected_nodes.h"
 #include "shell_word.h"
 #include "standard_streams.h"
 #include "table.h"
@@ -42,15 +43,12 @@ std::string DumpLine(const std::string& snapshot, const ListedModel& listed) {
 }
 
 void PrintText(const ModelsOptions& options, const std::vector<ListedModel>& list,
-               std::size_t all_nodes) {
+               std::size_t nodes_outside) {
   const Terminal terminal = StandardOutput();
   std::string text =
       fmt::format("{}: {}, {}\n", InputName(options.snapshot), Counted(NodesOf(list), "node"),
                   Counted(list.size(), "device model"));
-  if (all_nodes > NodesOf(list)) {
-    text += fmt::format("left out, since outside the sub-fabric: {}\n",
-                        Counted(all_nodes - NodesOf(list), "node"));
-  }
+  text += LeftOutText(nodes_outside);
   if (!list.empty()) {
     Table table({{"nodes", true},
                  {"kind"},
@@ -83,11 +81,11 @@ void PrintText(const ModelsOptions& options, const std::vector<ListedModel>& lis
 }
 
 void PrintJson(const ModelsOptions& options, const std::vector<ListedModel>& list,
-               std::size_t all_nodes) {
+               std::size_t nodes_outside) {
   JsonResult json;
   json.Text("snapshot", options.snapshot);
   json.Count("nodes", NodesOf(list));
-  json.Count("outsideSubFabric", all_nodes - NodesOf(list));
+  json.Count("outsideSubFabric", nodes_outside);
   json.BeginObjects("models");
   for (const ListedModel& listed : list) {
     const DeviceModel& model = listed.model;
@@ -115,7 +113,7 @@ ExitStatus Models(const ModelsOptions& options) {
   Fabscan fabscan;
   ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading);
   const std::vector<ListedModel> list = ListModels(fabscan, "");
-  (options.json ? PrintJson : PrintText)(options, list, fabscan.discovered_fabric.nodeCount());
+  (options.json ? PrintJson : PrintText)(options, list, NodesOutside(fabscan.discovered_fabric));
   return kDone;
 }
 

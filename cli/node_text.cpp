@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 #include <words.h>
 
+#include <algorithm>
+
 namespace fabscan {
 
 std::string KindText(IBNodeType type, IBSpecialPortType special) {
@@ -18,5 +20,15 @@ std::string IdText(u_int64_t id, int digits) {
 }
 
 std::string OrDash(const std::string& text) { return text.empty() ? "-" : text; }
+
+std::string NamesOf(const std::vector<const IBNode*>& nodes) {
+  constexpr std::size_t kMaxNamed = 3;
+  std::string names;
+  for (std::size_t i = 0; i < std::min(nodes.size(), kMaxNamed); ++i) {
+    names += fmt::format("{}{}", i == 0 ? "" : ", ", nodes[i]->name);
+  }
+  if (nodes.size() > kMaxNamed) names += fmt::format(" and {} more", nodes.size() - kMaxNamed);
+  return names;
+}
 
 }  // namespace fabscan

@@ -4,6 +4,7 @@
 #include <infiniband/tessel/Fabric.h>
 
 #include <string>
+#include <vector>
 
 namespace fabscan {
 
@@ -13,6 +14,9 @@ std::string KindText(IBNodeType type, IBSpecialPortType special);
 /// Hexadecimal with at least `digits` digits; a dash for 0, which stands for what was not
 /// collected.
 std::string IdText(u_int64_t id, int digits);
+
+/// The first few names, and how many more there are: `S1, S2, S3 and 7 more`.
+std::string NamesOf(const std::vector<const IBNode*>& nodes);
 
 /// `text`, or a dash where there is none.
 std::string OrDash(const std::string& text);

@@ -1,5 +1,9 @@
 #include "selected_nodes.h"
 
+#include <fmt/format.h>
+
+#include "counted.h"
+
 namespace fabscan {
 
 std::vector<const IBNode*> SelectedNodes(const IBFabric& fabric, const std::set<u_int64_t>& guids) {
@@ -10,6 +14,18 @@ std::vector<const IBNode*> SelectedNodes(const IBFabric& fabric, const std::set<
     if (guids.empty() || guids.count(node->guid) != 0) nodes.push_back(node);
   }
   return nodes;
+}
+
+std::size_t NodesOutside(const IBFabric& fabric) {
+  std::size_t outside = 0;
+  for (const IBNode& node : fabric.nodes()) outside += node.in_sub_fabric ? 0 : 1;
+  return outside;
+}
+
+std::string LeftOutText(std::size_t nodes_outside) {
+  if (nodes_outside == 0) return {};
+  return fmt::format("left out, since outside the sub-fabric: {}\n",
+                     Counted(nodes_outside, "node"));
 }
 
 }  // namespace fabscan

@@ -6,6 +6,7 @@
 #include <words.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "attribute_counts.h"
 #include "counted.h"
@@ -142,6 +143,12 @@ std::string ShowSummary(const ShownSnapshot& shown, const Terminal& terminal) {
   };
   add("source", shown.header.source);
   add("created", shown.header.created);
+  std::vector<const IBNode*> outside;
+  std::copy_if(shown.nodes.begin(), shown.nodes.end(), std::back_inserter(outside),
+               [](const IBNode* node) { return !node->in_sub_fabric; });
+  if (!outside.empty()) {
+    text += Paragraph("outside the sub-fabric: " + NamesOf(outside), terminal);
+  }
   if (shown.nodes.empty()) return text;
 
   AttributeCounts counts;

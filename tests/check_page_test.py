@@ -49,6 +49,7 @@ class Files(CommandTest):
             "page.html\n"
             f"{DEMO}: 10 nodes, 220 functions: 114 with a block, 104 skipped, 0 with #error, 2 to "
             "finish by hand\n"
+            "left out, since outside the sub-fabric: 1 node\n"
             "does not build: 2 to finish by hand, 2 classes that several nodes define\n")
         self.assertEqual(self.entries(), ["page.html"])
 

@@ -83,6 +83,8 @@ class Check(CommandTest):
             {"builds": False,
              "totals": {"nodes": 2, "error": 0, "hand": 2, "comment": 7, "block": 35},
              "sharedClasses": [{"class": "SW", "guids": [LEAF, SPINE]}]})
+        self.assertEqual(result["outsideSubFabric"], 0)  # of those that were chosen
+        self.assertEqual(self.result()["outsideSubFabric"], 1)
         self.assertEqual(result["nodes"][0]["functions"][11],
                          {"name": "setRouterInfo", "mark": "comment",
                           "reason": "The node is not a router"})

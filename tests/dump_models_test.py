@@ -43,7 +43,8 @@ class OnePerModel(CommandTest):
             "mydev_an_1021_generated.cpp       1      1       19       2           "
             "0x0000000000100002  host-00002\n"
             "\n"
-            "3 files, one node of each device model among 4 nodes\n")
+            "3 files, one node of each device model among 4 nodes\n"
+            "left out, since outside the sub-fabric: 1 node\n")
         self.assertEqual(
             run.stderr,
             "fabscan: warning: files that do not compile as written: 3 of 3; the table counts "

@@ -48,7 +48,10 @@ class Selection(CommandTest):
         bodies = [body.split("\n}\n")[0] for body in bodies]
         error = sum("#error" in body for body in bodies)
         comment = sum(all(line.startswith("//") for line in body.splitlines()) for body in bodies)
-        block = len(bodies) - error - comment
+        hand = sum("RedirectGID = 0x0x" in body or "WrenPushReductionCounters mad_buffer" in body
+                   for body in bodies)
+        self.assertEqual(hand, 2)
+        block = len(bodies) - error - comment - hand
         self.assertGreater(block, 0)
         self.assertGreater(comment, 0)
         nodes = self.text().count("// Node Type: ")
@@ -56,10 +59,14 @@ class Selection(CommandTest):
             run.stdout,
             f"{OUT}\n"
             f"  nodes written            {nodes:8}\n"
+            f"  outside the sub-fabric          1\n"
             f"  functions with a block   {block:8}\n"
             f"  skipped with a comment   {comment:8}\n"
-            f"  stopped with #error      {error:8}\n",
+            f"  stopped with #error      {error:8}\n"
+            f"  to finish by hand        {hand:8}\n",
         )
+        run = self.dump("--guid", "5a1e0c0000000500", "--force")
+        self.assertNotIn("outside", run.stdout)
 
     def test_errors_are_counted(self):
         run = self.run_command("dump", "-", "--prefix", "P", input=snapshot(switch()))

@@ -126,6 +126,8 @@ class Show(CommandTest):
         run = self.run_command("show", DEMO, "--guid", GUEST)
         self.assertEqual((run.returncode, run.stderr), (DONE, ""))
         self.assertIn("notes             outside the sub-fabric\n", run.stdout)
+        run = self.run_command("show", DEMO)
+        self.assertEqual(run.stdout.splitlines()[2], "outside the sub-fabric: lab-guest-01 HCA-1")
 
     def test_json(self):
         result = json.loads(self.run_command("show", PARTIAL, "--guid", LEAF, "--json").stdout)
