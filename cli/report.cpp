@@ -5,15 +5,13 @@
 #include <cerrno>
 #include <cstdio>
 #include <iostream>
-#include <iterator>
 #include <system_error>
+
+#include "terminal.h"
 
 namespace fabscan {
 
 namespace {
-
-constexpr unsigned char kFirstPrintable = 0x20;
-constexpr unsigned char kDelete = 0x7F;
 
 void PrintLine(std::string_view kind, std::string_view message) {
   const std::string line = fmt::format("fabscan: {}: {}\n", kind, WithoutControls(message));
@@ -24,19 +22,6 @@ void PrintLine(std::string_view kind, std::string_view message) {
 }
 
 }  // namespace
-
-std::string WithoutControls(std::string_view text) {
-  std::string shown;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < kFirstPrintable || byte == kDelete) {
-      fmt::format_to(std::back_inserter(shown), "\\x{:02x}", byte);
-    } else {
-      shown += c;
-    }
-  }
-  return shown;
-}
 
 void PrintError(std::string_view message) { PrintLine("error", message); }
 void PrintWarning(std::string_view message) { PrintLine("warning", message); }

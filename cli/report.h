@@ -6,8 +6,8 @@
 
 namespace fabscan {
 
-/// One line on standard error, `fabscan: error: MESSAGE`. Control characters in the message, which
-/// may hold text from devices and files, are shown as \xNN.
+/// One line on standard error, `fabscan: error: MESSAGE`, without controls: the message may hold
+/// text from devices and files.
 void PrintError(std::string_view message);
 /// The same with `fabscan: warning: `.
 void PrintWarning(std::string_view message);
@@ -16,9 +16,6 @@ void PrintOutOfMemory();
 
 /// Writes out what is pending on standard output. 0, or the errno of the first write that failed.
 int FlushStandardOutput();
-
-/// `text` with each control character as \xNN.
-std::string WithoutControls(std::string_view text);
 
 /// What the system says of `error_number` (an errno value).
 std::string CauseText(int error_number);

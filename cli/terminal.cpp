@@ -1,5 +1,6 @@
 #include "terminal.h"
 
+#include <fmt/format.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -7,6 +8,8 @@
 #include <clocale>
 #include <cstdlib>
 #include <cwchar>
+#include <cwctype>
+#include <iterator>
 
 namespace fabscan {
 
@@ -27,16 +30,24 @@ class ReadingUtf8 {
   locale_t before_;
 };
 
-/// Takes the first character off `rest`; returns its columns, and its bytes in `size`.
-std::size_t TakeCharacter(std::string_view& rest, std::size_t& size) {
+struct Character {
+  std::string_view bytes;
+  bool is_control;  // or no character at all
+  std::size_t width;
+};
+
+/// Takes the first character off `rest`.
+Character TakeCharacter(std::string_view& rest) {
   std::mbstate_t state{};
   wchar_t character = 0;
   const std::size_t taken = std::mbrtowc(&character, rest.data(), rest.size(), &state);
   const bool valid = taken != 0 && taken <= rest.size();
-  size = valid ? taken : 1;
-  rest.remove_prefix(size);
-  const int width = valid ? ::wcwidth(character) : 1;
-  return width < 0 ? 1 : static_cast<std::size_t>(width);
+  const std::string_view bytes = rest.substr(0, valid ? taken : 1);
+  rest.remove_prefix(bytes.size());
+  if (!valid) return {bytes, true, 1};
+  const int width = ::wcwidth(character);
+  return {bytes, std::iswcntrl(static_cast<std::wint_t>(character)) != 0,
+          width < 0 ? 1 : static_cast<std::size_t>(width)};
 }
 
 bool IsSet(const char* variable) {
@@ -73,10 +84,26 @@ std::string Painted(std::string_view text, Style style, const Terminal& terminal
   return painted;
 }
 
+std::string WithoutControls(std::string_view text) {
+  const ReadingUtf8 utf8;
+  std::string shown;
+  while (!text.empty()) {
+    const Character character = TakeCharacter(text);
+    if (!character.is_control) {
+      shown += character.bytes;
+      continue;
+    }
+    for (const char byte : character.bytes) {
+      fmt::format_to(std::back_inserter(shown), "\\x{:02x}", static_cast<unsigned char>(byte));
+    }
+  }
+  return shown;
+}
+
 std::size_t DisplayWidth(std::string_view text) {
   const ReadingUtf8 utf8;
   std::size_t width = 0;
-  for (std::size_t size = 0; !text.empty();) width += TakeCharacter(text, size);
+  while (!text.empty()) width += TakeCharacter(text).width;
   return width;
 }
 
@@ -86,9 +113,11 @@ std::string Cut(std::string_view text, std::size_t width) {
   std::string_view rest = text;
   std::size_t kept = 0;
   std::size_t columns = 0;
-  for (std::size_t size = 0; !rest.empty(); kept += size) {
-    columns += TakeCharacter(rest, size);
+  while (!rest.empty()) {
+    const Character character = TakeCharacter(rest);
+    columns += character.width;
     if (columns + 1 > width) break;
+    kept += character.bytes.size();
   }
   return std::string(text.substr(0, kept)) += kEllipsis;
 }

@@ -26,6 +26,10 @@ enum class Style { kPlain, kHead, kGood, kQuiet, kWarning, kBad };
 /// `text` in this style, where the terminal has colour.
 std::string Painted(std::string_view text, Style style, const Terminal& terminal);
 
+/// `text` that a terminal shows and does not obey: control characters, and bytes that are no UTF-8,
+/// stand as `\xNN`.
+std::string WithoutControls(std::string_view text);
+
 /// The columns that UTF-8 text takes. Bytes that are no character take one each.
 std::size_t DisplayWidth(std::string_view text);
 

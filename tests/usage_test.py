@@ -18,6 +18,12 @@ class Usage(CommandTest):
         self.assert_refused("'--json' was not expected; see 'fabscan show --help'",
                             "--json", "show", DEMO)
 
+    def test_what_is_repeated_does_nothing_to_a_terminal(self):
+        path = os.fsdecode(b"a\x9bb\xc2\x9bc\x1b\xe2\x80\xa8\xc3\xbc")
+        self.assert_fails(self.run_command("show", path),
+                          "a\\x9bb\\xc2\\x9bc\\x1b\\xe2\\x80\\xa8ü: cannot open: No such file or "
+                          "directory")
+
     def test_values_that_cannot_be(self):
         for message, *arguments in (
                 ("--jobs: Value 0 not in range 1 to 1024; see 'fabscan verify --help'",
