@@ -41,7 +41,7 @@ MergeResult MergeOrRefuse(const MergeOptions& options, const Fabscan& base, cons
   if (result.conflicts == 0 || options.prefer != Prefer::kNeither) return result;
   throw CommandError(fmt::format(
       "{} and {} contradict each other in {} value{}: {}; choose with --prefer base or --prefer "
-      "extra",
+      "extra; 'fabscan diff' lists what differs",
       InputName(options.base), InputName(options.extra), result.conflicts,
       result.conflicts == 1 ? "" : "s, the first", result.first_conflict));
 }

@@ -3,8 +3,10 @@
 #include <fmt/format.h>
 #include <harmless_name.h>
 #include <record_fields.h>
+#include <words.h>
 
 #include <cstring>
+#include <string>
 
 #include "guid_options.h"
 #include "progress.h"
@@ -12,6 +14,15 @@
 namespace fabscan {
 
 namespace {
+
+// As the snapshot has them.
+std::string ValueText(u_int64_t value) { return fmt::format("{:#x}", value); }
+std::string ValueText(phys_port_t number) { return std::to_string(number); }
+std::string ValueText(IBNodeType type) { return std::string(WordFor(kNodeTypeWords, type)); }
+std::string ValueText(IBPortState state) { return std::string(WordFor(kPortStateWords, state)); }
+std::string ValueText(IBSpecialPortType type) {
+  return std::string(WordFor(kSpecialNodeWords, type));
+}
 
 /// Joins values, and keeps the account of conflicts.
 class ValueMerger {
@@ -33,8 +44,7 @@ class ValueMerger {
     if (base == extra) return base;
     if (++result_.conflicts == 1) {
       result_.first_conflict =
-          fmt::format("{}: {} is {:#x} and {:#x}", place_, what, static_cast<u_int64_t>(base),
-                      static_cast<u_int64_t>(extra));
+          fmt::format("{}: {} is {} and {}", place_, what, ValueText(base), ValueText(extra));
     }
     return prefer_ == Prefer::kExtra ? extra : base;
   }
@@ -55,7 +65,8 @@ class ValueMerger {
     to = base == nullptr ? *extra : *base;
     if (base == nullptr || extra == nullptr) return;
     for (std::size_t i = 0; i < std::size(to.mask); ++i) {
-      to.mask[i] = JoinSaid(fmt::format("{}[{}]", what, i), base->mask[i], extra->mask[i]);
+      to.mask[i] = static_cast<u_int32_t>(JoinSaid(
+          fmt::format("{}[{}]", what, i), u_int64_t{base->mask[i]}, u_int64_t{extra->mask[i]}));
     }
   }
 

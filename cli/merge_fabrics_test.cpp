@@ -117,6 +117,21 @@ TEST(MergeFabrics, ComparesCapabilityMasksAndStates) {
   EXPECT_EQ(merged.port().port_state, IB_PORT_STATE_ACTIVE);
 }
 
+TEST(MergeFabrics, NamesValuesAsTheSnapshotDoes) {
+  EXPECT_EQ(Merged(Side(1), Side(2)).result.first_conflict,
+            "leaf (0x0002c90000000001): numPorts is 1 and 2");
+  Side base;
+  base.port.port_state = IB_PORT_STATE_INIT;
+  Side extra;
+  extra.port.port_state = IB_PORT_STATE_ACTIVE;
+  EXPECT_EQ(Merged(base, extra).result.first_conflict,
+            "leaf (0x0002c90000000001) port 1: state is INIT and ACTIVE");
+  base.node.setSpecialNodeType(IB_SPECIAL_PORT_AN);
+  extra.node.setSpecialNodeType(IB_SPECIAL_PORT_ROUTER);
+  EXPECT_EQ(Merged(base, extra).result.first_conflict,
+            "leaf (0x0002c90000000001): specialNode is AN and ROUTER");
+}
+
 TEST(MergeFabrics, AddsNodesThatTheBaseLacks) {
   Side base;
   Side extra(4, kGuid + 1, "leaf");

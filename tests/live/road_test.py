@@ -80,8 +80,9 @@ class RoadTest(LiveTestCase):
         done = self.merge(expect=1)
         self.assertEqual(done.stderr,
                          "fabscan: error: fabric.jsonl and extra.jsonl contradict each other in 1 "
-                         f"value: leaf ({LEAF_GUID}): numPorts is 0x6 and 0x7; choose with "
-                         "--prefer base or --prefer extra\n")
+                         f"value: leaf ({LEAF_GUID}): numPorts is 6 and 7; choose with "
+                         "--prefer base or --prefer extra; 'fabscan diff' lists what "
+                         "differs\n")
         self.assertFalse((self.fabric.folder / "whole.jsonl").exists())
         self.merge("--prefer", "extra")
         self.assertEqual(self.fabric.snapshot("whole.jsonl").node(nets.LEAF)["numPorts"], 7)
