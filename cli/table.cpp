@@ -15,7 +15,11 @@ constexpr std::size_t kNarrowest = 12;
 
 void Cell::Add(std::string text, Style style) {
   width_ += DisplayWidth(text);
-  parts_.emplace_back(std::move(text), style);
+  if (!parts_.empty() && parts_.back().second == style) {
+    parts_.back().first += text;
+  } else {
+    parts_.emplace_back(std::move(text), style);
+  }
 }
 
 void Cell::Add(const Cell& other) {

@@ -52,6 +52,14 @@ TEST(TableTest, PaintsOnATerminalOnly) {
   EXPECT_EQ(table.text({}), "state  port\nup!    1\n");
 }
 
+TEST(CellTest, PaintsARunOfOneStyleOnce) {
+  Cell cell("");
+  for (const char* sign : {"+", "+", "+"}) cell.Add(sign, Style::kGood);
+  cell.Add("!", Style::kBad);
+  EXPECT_EQ(cell.Paint({true, 0}), "\x1b[32m+++\x1b[0m\x1b[31m!\x1b[0m");
+  EXPECT_EQ(cell.width(), 4U);
+}
+
 TEST(DisplayWidthTest, CountsColumns) {
   EXPECT_EQ(DisplayWidth(""), 0U);
   EXPECT_EQ(DisplayWidth("plain"), 5U);
