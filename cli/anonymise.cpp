@@ -1,7 +1,9 @@
 #include <fmt/format.h>
 #include <snapshot.h>
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <iostream>
@@ -19,6 +21,7 @@
 #include "report.h"
 #include "snapshot_output.h"
 #include "standard_streams.h"
+#include "terminal.h"
 
 namespace fabscan {
 
@@ -60,21 +63,28 @@ std::unique_ptr<KeyedMapping> MakeMapping(const AnonymiseOptions& options, bool 
 }
 
 std::string ReportText(const AnonymiseOptions& options, const IBFabric& fabric, bool has_key) {
+  constexpr std::size_t kWidest = 88;
+  const std::size_t shown =
+      WidthOf(IsStandardStream(options.output.path) ? STDERR_FILENO : STDOUT_FILENO);
+  const std::size_t width = shown == 0 ? kWidest : std::min(shown, kWidest);
+  const char* reasons = "; reasons why records are absent";
+  const std::string removed = "source and time of the snapshot";
+  const std::string left =
+      "kinds, port numbers and states, LIDs, partition keys, vendor and device ids, hardware "
+      "revision, PSID, firmware and its date, up time, counters, the order of nodes";
   std::string text =
       fmt::format("{}: {}, {}\n", OutputName(options.output.path),
                   Counted(fabric.nodeCount(), "node"), Counted(fabric.portCount(), "port"));
-  text +=
-      "  replaced  names and alternative names; GUIDs of nodes, ports and systems; GIDs and GID\n"
-      "            prefixes but the default one; manufacturing MAC addresses; queue keys\n"
-      "  removed   source and time of the snapshot";
-  text += options.keep_reasons ? "\n" : "; reasons why records are absent\n";
-  text +=
-      "  left      kinds, port numbers and states, LIDs, partition keys, vendor and device ids,\n"
-      "            hardware revision, PSID, firmware and its date, up time, counters, the order\n"
-      "            of nodes";
-  text += options.keep_reasons ? "; reasons why records are absent, which are free text\n" : "\n";
+  text += Beside("  replaced  ",
+                 "names and alternative names; GUIDs of nodes, ports and systems; GIDs and GID "
+                 "prefixes but the default one; manufacturing MAC addresses; queue keys",
+                 width);
+  text += Beside("  removed   ", options.keep_reasons ? removed : removed + reasons, width);
+  text += Beside("  left      ",
+                 options.keep_reasons ? left + reasons + ", which are free text" : left, width);
   if (!has_key) {
-    text += "  the key was made for this run and is gone; --key-file makes it repeatable\n";
+    text += Beside(
+        "  ", "the key was made for this run and is gone; --key-file makes it repeatable", width);
   }
   return text;
 }

@@ -52,6 +52,12 @@ TEST(TableTest, PaintsOnATerminalOnly) {
   EXPECT_EQ(table.text({}), "state  port\nup!    1\n");
 }
 
+TEST(BesideTest, IndentsAsWideAsTheHead) {
+  EXPECT_EQ(Beside("  is  ", "one two three", 13), "  is  one two\n      three\n");
+  EXPECT_EQ(Beside("  is  ", "one two three", 0), "  is  one two three\n");
+  EXPECT_EQ(Beside("head ", "", 20), "head \n");
+}
+
 TEST(CellTest, PaintsARunOfOneStyleOnce) {
   Cell cell("");
   for (const char* sign : {"+", "+", "+"}) cell.Add(sign, Style::kGood);

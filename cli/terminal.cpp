@@ -140,6 +140,16 @@ std::vector<std::string> Wrapped(std::string_view text, std::size_t width) {
   return lines;
 }
 
+std::string Beside(std::string_view head, std::string_view text, std::size_t width) {
+  const std::size_t indent = DisplayWidth(head);
+  std::string beside(head);
+  for (const std::string& line : Wrapped(text, width > indent ? width - indent : width)) {
+    if (beside.size() > head.size()) beside += '\n' + std::string(indent, ' ');
+    beside += line;
+  }
+  return beside + '\n';
+}
+
 std::string Paragraph(std::string_view text, const Terminal& terminal) {
   std::string paragraph;
   for (const std::string& line : Wrapped(text, terminal.width)) paragraph += line + '\n';

@@ -40,6 +40,10 @@ std::string Cut(std::string_view text, std::size_t width);
 /// any.
 std::vector<std::string> Wrapped(std::string_view text, std::size_t width);
 
+/// `head` with the text beside it, in lines of at most `width` columns (0: no limit), each with a
+/// line end.
+std::string Beside(std::string_view head, std::string_view text, std::size_t width);
+
 /// One paragraph that fits the terminal, with a line end.
 std::string Paragraph(std::string_view text, const Terminal& terminal);
 

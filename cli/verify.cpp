@@ -130,7 +130,7 @@ ExitStatus Verify(const VerifyOptions& options) {
   for (const VerifiedNode& node : run.Verify(options.jobs)) {
     if (VerifyFolder::Interrupted()) return kFailed;
     totals.Add(node);
-    fmt::print("{}\n", ReportText(node));
+    fmt::print("{}\n", ReportText(node, StandardOutput()));
   }
   fmt::print("{}", totals.text());
 

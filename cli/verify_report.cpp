@@ -71,7 +71,7 @@ std::string VerifyTotals::text() const {
   return text;
 }
 
-std::string ReportText(const VerifiedNode& node) {
+std::string ReportText(const VerifiedNode& node, const Terminal& terminal) {
   std::string text = fmt::format("{} ({})\n", node.node->name, GuidText(node.node->guid));
   if (!node.failure.empty()) {
     text += fmt::format("  not verified: {}\n", node.failure);
@@ -87,13 +87,15 @@ std::string ReportText(const VerifiedNode& node) {
       idle += (idle.empty() ? "" : ", ") + function.name;
     }
   }
-  if (!idle.empty()) text += fmt::format("  nothing to assign: {}\n", idle);
+  if (!idle.empty()) text += Beside("  nothing to assign: ", idle, terminal.width);
   if (!node.report.hand_places.empty()) {
-    text += "  to be changed by hand before it compiles; verified in a copy with these changes\n";
+    text += Beside(
+        "  ", "to be changed by hand before it compiles; verified in a copy with these changes",
+        terminal.width);
   }
   for (const HandPlace& place : node.report.hand_places) {
-    text += fmt::format("    {}, {}\n      {}\n", place.line.function, place.what,
-                        Trimmed(place.line.text));
+    text += Beside("    ", fmt::format("{}, {}", place.line.function, place.what), terminal.width);
+    text += fmt::format("      {}\n", Trimmed(place.line.text));
   }
   return text;
 }

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "terminal.h"
+
 namespace fabscan {
 
 /// A node, and what verifying it showed or why it could not be verified.
@@ -33,7 +35,7 @@ struct VerifyTotals {
 };
 
 /// The node's lines of the report: each function, with its first differences.
-std::string ReportText(const VerifiedNode& node);
+std::string ReportText(const VerifiedNode& node, const Terminal& terminal);
 
 }  // namespace fabscan
 

@@ -147,6 +147,16 @@ class Anonymise(CommandTest):
         self.assertTrue(run.stderr.startswith("standard output: 1 node, 0 ports\n"))
         self.assertNotIn("gone", run.stderr)
 
+    def test_the_report_fits_the_terminal(self):
+        path = self.put("in.jsonl", snapshot(switch()))
+        for columns in (80, 40):
+            text = self.on_terminal("anonymise", path, "--output", "out", "--force",
+                                    columns=columns)
+            self.assertIn("\n            ", text)
+            self.assertRegex(text, r"order\s+of\s+nodes\n")
+            for line in text.splitlines():
+                self.assertLessEqual(len(line), columns, line)
+
     def test_errors(self):
         self.assert_fails(self.anonymise("--key", ""), "--key: is empty; give some text",
                           WRONG_USAGE)
