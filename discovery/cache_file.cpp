@@ -54,19 +54,21 @@ struct CloseFile {
 }  // namespace
 
 CacheFindings ReadCacheFile(const std::string& path, const Progress& progress) {
+  const std::string name = path == "-" ? "standard input" : path;
   std::unique_ptr<std::FILE, CloseFile> opened;
   std::FILE* file = stdin;
   if (path != "-") {
     opened.reset(std::fopen(path.c_str(), "rbe"));
-    if (!opened) throw CacheError(path + ": " + std::generic_category().message(errno));
+    if (!opened)
+      throw CacheError(name + ": cannot open: " + std::generic_category().message(errno));
     file = opened.get();
   }
   try {
     return CacheFindings(LoadCache(file, progress));
   } catch (const CacheError& error) {
-    throw CacheError(path + ": " + error.what());
+    throw CacheError(name + ": " + error.what());
   } catch (const std::system_error& error) {
-    throw CacheError(path + ": " + error.code().message());
+    throw CacheError(name + ": cannot read: " + error.code().message());
   }
 }
 

@@ -240,7 +240,8 @@ TEST(CacheFile, NamesThePathInErrors) {
         try {
           ReadCacheFile("/nonexistent/fabric.cache");
         } catch (const CacheError& error) {
-          EXPECT_STREQ(error.what(), "/nonexistent/fabric.cache: No such file or directory");
+          EXPECT_STREQ(error.what(),
+                       "/nonexistent/fabric.cache: cannot open: No such file or directory");
           throw;
         }
       },

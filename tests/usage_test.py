@@ -24,6 +24,16 @@ class Usage(CommandTest):
                           "a\\x9bb\\xc2\\x9bc\\x1b\\xe2\\x80\\xa8ü: cannot open: No such file or "
                           "directory")
 
+    def test_every_input_says_alike_that_it_cannot_be_read(self):
+        for subcommand in ("show", "import"):
+            output = ("--output", "out") if subcommand == "import" else ()
+            for path, cause in (("none", "cannot open: No such file or directory"),
+                                (self.folder, "cannot read: Is a directory")):
+                self.assert_fails(self.run_command(subcommand, path, *output), f"{path}: {cause}")
+        self.assert_fails(self.run_command("import", "-", "--output", "out", input="no cache\n"),
+                          "standard input: byte 0: not a discovery cache (as ibnetdiscover --cache "
+                          "writes it)")
+
     def test_values_that_cannot_be(self):
         for message, *arguments in (
                 ("--jobs: Value 0 not in range 1 to 1024; see 'fabscan verify --help'",
