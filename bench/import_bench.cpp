@@ -4,7 +4,7 @@
 #include <benchmark/benchmark.h>
 #include <cache_file.h>
 #include <fabric_builder.h>
-#include <snapshot.h>
+#include <snapshot_writer.h>
 
 #include <filesystem>
 #include <fstream>
@@ -20,11 +20,13 @@
 namespace {
 
 constexpr fabscan::FabricShape kShape = {1600, 64, 23400, 1};  // 25,000 nodes
+constexpr std::size_t kPortsOfAPart = 1024;
 
 void ImportCache(const std::string& cache, std::ostream& out) {
-  Fabscan fabscan;
-  fabscan::BuildFabric(fabscan::ReadCacheFile(cache), fabscan);
-  fabscan::WriteSnapshot(out, fabscan, {"a discovery cache", ""});
+  fabscan::SnapshotWriter writer(out, {"a discovery cache", ""});
+  fabscan::BuildFabricInParts(fabscan::ReadCacheFile(cache), kPortsOfAPart,
+                              [&](const Fabscan& part) { writer.Write(part); });
+  writer.Finish();
 }
 
 /// The cache, and the snapshot that it becomes.

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -21,22 +22,33 @@ struct ImportOptions {
   SnapshotOutputOptions output;
 };
 
-ExitStatus Import(const ImportOptions& options) {
-  StagedOutput output(options.output.path, options.output.force);
-  Fabscan fabscan;
-  DiscoveryReport report;
+/// A part is written while it is still in the processor's cache.
+constexpr std::size_t kPortsOfAPart = 1024;
+
+CacheFindings ReadFindings(const std::string& cache) {
+  Progress progress;
+  const std::string what = "reading " + cache;
   try {
-    Progress progress;
-    const std::string what = "reading " + options.cache;
-    report = BuildFabric(ReadCacheFile(options.cache,
-                                       [&](std::size_t done, std::size_t total) {
-                                         progress.Show(what, done, total, Unit::kBytes);
-                                       }),
-                         fabscan);
+    return ReadCacheFile(cache, [&](std::size_t done, std::size_t total) {
+      progress.Show(what, done, total, Unit::kBytes);
+    });
   } catch (const CacheError& error) {
     throw CommandError(error.what());
   }
-  WriteAndCommit(output, fabscan, {"fabscan import of a discovery cache", ""});
+}
+
+ExitStatus Import(const ImportOptions& options) {
+  StagedOutput output(options.output.path, options.output.force);
+  const CacheFindings findings = ReadFindings(options.cache);
+  DiscoveryReport report;
+  WriteAndCommit(output, {"fabscan import of a discovery cache", ""}, [&](SnapshotWriter& writer) {
+    Progress progress;
+    const auto show = [&](std::size_t nodes) {
+      progress.Show("nodes written", nodes, findings.NodeCount());
+    };
+    report = BuildFabricInParts(findings, kPortsOfAPart,
+                                [&](const Fabscan& part) { writer.Write(part, show); });
+  });
   return Tell(report, output.path());
 }
 

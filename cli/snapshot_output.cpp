@@ -29,19 +29,29 @@ void SnapshotOutputOptions::AddTo(CLI::App& app, const char* type_name) {
 }
 
 void WriteAndCommit(StagedOutput& output, const Fabscan& fabscan, const SnapshotHeader& header) {
-  Progress progress;
-  const auto show = [&progress](std::size_t done, std::size_t total) {
-    progress.Show("nodes written", done, total);
+  WriteAndCommit(output, header, [&fabscan](SnapshotWriter& writer) {
+    Progress progress;
+    writer.Write(fabscan, [&](std::size_t nodes) {
+      progress.Show("nodes written", nodes, fabscan.discovered_fabric.nodeCount());
+    });
+  });
+}
+
+void WriteAndCommit(StagedOutput& output, const SnapshotHeader& header,
+                    const std::function<void(SnapshotWriter& writer)>& write) {
+  const auto write_to = [&](std::ostream& out) {
+    SnapshotWriter writer(out, header);
+    write(writer);
+    writer.Finish();
   };
   if (IsCompressed(output.path())) {
     ZstdOutput compressed(output.stream());
     std::ostream out(&compressed);
-    WriteSnapshot(out, fabscan, header, show);
+    write_to(out);
     compressed.Finish();  // a stream that did not take everything fails in Commit
   } else {
-    WriteSnapshot(output.stream(), fabscan, header, show);
+    write_to(output.stream());
   }
-  progress.Finish();
   output.Commit();
 }
 

@@ -1,8 +1,9 @@
 #ifndef FABSCAN_CLI_SNAPSHOT_OUTPUT_H
 #define FABSCAN_CLI_SNAPSHOT_OUTPUT_H
 
-#include <snapshot.h>
+#include <snapshot_writer.h>
 
+#include <functional>
 #include <string>
 
 #include "staged_output.h"
@@ -25,6 +26,9 @@ struct SnapshotOutputOptions {
 /// Writes the fabric to `output`, compressed with zstd where its name ends in `.zst`, and commits
 /// it. Throws CommandError.
 void WriteAndCommit(StagedOutput& output, const Fabscan& fabscan, const SnapshotHeader& header);
+/// The same for a fabric that comes in parts: `write` gives them to the writer.
+void WriteAndCommit(StagedOutput& output, const SnapshotHeader& header,
+                    const std::function<void(SnapshotWriter& writer)>& write);
 
 }  // namespace fabscan
 

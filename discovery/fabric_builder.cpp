@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <map>
+#include <stdexcept>
 #include <utility>
 
 #include "node_names.h"
@@ -123,27 +124,60 @@ class NodeBuilder {
   std::string reason_;
 };
 
+/// What a fabric's nodes are called, and in which order they stand.
+struct NodeOrder {
+  explicit NodeOrder(const FindingsSource& findings) {
+    std::vector<std::pair<u_int64_t, std::size_t>> by_guid;
+    by_guid.reserve(findings.NodeCount());
+    for (std::size_t place = 0; place < findings.NodeCount(); ++place) {
+      by_guid.emplace_back(findings.Guid(place), place);
+    }
+    std::sort(by_guid.begin(), by_guid.end());
+    const auto twin = std::adjacent_find(by_guid.begin(), by_guid.end(), [](auto& one, auto& next) {
+      return one.first == next.first;
+    });
+    if (twin != by_guid.end()) {
+      throw std::invalid_argument("node GUID in use: " + GuidText(twin->first));
+    }
+
+    std::vector<NodeDescription> descriptions;
+    descriptions.reserve(by_guid.size());
+    places.reserve(by_guid.size());
+    for (const auto& [guid, place] : by_guid) {
+      places.push_back(place);
+      descriptions.push_back({guid, DecodeNodeDescription(findings.Description(place))});
+    }
+    names = DistinctNames(descriptions);
+  }
+
+  std::vector<std::size_t> places;  // among the findings, ascending by GUID
+  std::vector<std::string> names;
+};
+
 }  // namespace
 
 DiscoveryReport BuildFabric(const FindingsSource& findings, Fabscan& fabscan) {
-  std::vector<std::pair<u_int64_t, std::size_t>> by_guid;  // and the place among the findings
-  by_guid.reserve(findings.NodeCount());
-  for (std::size_t place = 0; place < findings.NodeCount(); ++place) {
-    by_guid.emplace_back(findings.Guid(place), place);
-  }
-  std::sort(by_guid.begin(), by_guid.end());
-
-  std::vector<NodeDescription> descriptions;
-  descriptions.reserve(by_guid.size());
-  for (const auto& [guid, place] : by_guid) {
-    descriptions.push_back({guid, DecodeNodeDescription(findings.Description(place))});
-  }
-  const std::vector<std::string> names = DistinctNames(descriptions);
-
+  const NodeOrder order(findings);
   DiscoveryReport report;
   NodeFindings room;
-  for (std::size_t i = 0; i < by_guid.size(); ++i) {
-    NodeBuilder(fabscan, report).Build(findings.Node(by_guid[i].second, room), names[i]);
+  for (std::size_t i = 0; i < order.places.size(); ++i) {
+    NodeBuilder(fabscan, report).Build(findings.Node(order.places[i], room), order.names[i]);
+  }
+  return report;
+}
+
+DiscoveryReport BuildFabricInParts(const FindingsSource& findings, std::size_t ports,
+                                   const std::function<void(const Fabscan& part)>& take) {
+  const NodeOrder order(findings);
+  DiscoveryReport report;
+  NodeFindings room;
+  for (std::size_t i = 0; i < order.places.size();) {
+    Fabscan part;
+    do {
+      NodeBuilder(part, report).Build(findings.Node(order.places[i], room), order.names[i]);
+      ++i;
+    } while (i < order.places.size() && part.discovered_fabric.portCount() < ports);
+    take(part);
   }
   return report;
 }

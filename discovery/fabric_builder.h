@@ -4,6 +4,7 @@
 #include <infiniband/fabscan/fabscan.h>
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,12 @@ struct DiscoveryReport {
 /// Throws std::invalid_argument when the findings contradict each other: a GUID that two nodes
 /// have, a port twice or above the node's number of ports.
 DiscoveryReport BuildFabric(const FindingsSource& findings, Fabscan& fabscan);
+
+/// The same nodes in parts of about `ports` ports, in the same order: `take` is given one model
+/// after another, each of which goes before the next is made. A fabric of any size takes the memory
+/// of a part, beside that of the findings and the names.
+DiscoveryReport BuildFabricInParts(const FindingsSource& findings, std::size_t ports,
+                                   const std::function<void(const Fabscan& part)>& take);
 
 }  // namespace fabscan
 

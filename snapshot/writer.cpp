@@ -1,54 +1,24 @@
 #include <harmless_name.h>
 #include <utf8.h>
 
-#include "json_writer.h"
 #include "record_fields.h"
 #include "record_writer.h"
-#include "snapshot.h"
+#include "snapshot_writer.h"
 #include "words.h"
 
 namespace fabscan {
 
 namespace {
 
-/// The whole fabric, in canonical form: keys in one order, defaults left out.
-class SnapshotWriter {
+/// Nodes of one model, in canonical form: keys in one order, defaults left out.
+class NodeWriter {
  public:
-  SnapshotWriter(std::ostream& out, const Fabscan& fabscan)
-      : json_(out),
-        fabric_(fabscan.discovered_fabric),
+  NodeWriter(JsonWriter& json, const Fabscan& fabscan)
+      : json_(json),
         store_(fabscan.fabric_extended_info),
         capabilities_(fabscan.capability_module) {}
 
-  void Write(const SnapshotHeader& header,
-             const std::function<void(std::size_t, std::size_t)>& progress) {
-    WriteHeader(header);
-    for (const IBNode& node : fabric_.nodes()) {
-      WriteNode(node);
-      if (progress) progress(node.createIndex + 1, fabric_.nodeCount());
-    }
-    json_.BeginObject();
-    json_.Key("end");
-    json_.Bool(true);
-    json_.Key("nodes");
-    json_.Number(fabric_.nodeCount());
-    json_.EndObject();
-    json_.EndLine();
-    json_.Flush();
-  }
-
- private:
-  void WriteHeader(const SnapshotHeader& header) {
-    json_.BeginObject();
-    json_.Key("fabscan_snapshot");
-    json_.Number(kSnapshotVersion);
-    if (!header.source.empty()) WriteText("source", header.source);
-    if (!header.created.empty()) WriteText("created", header.created);
-    json_.EndObject();
-    json_.EndLine();
-  }
-
-  void WriteNode(const IBNode& node) {
+  void Write(const IBNode& node) {
     json_.BeginObject();
     WriteName("name", node.name);
     json_.Key("guid");
@@ -73,6 +43,7 @@ class SnapshotWriter {
     json_.EndLine();
   }
 
+ private:
   void WritePorts(const IBNode& node) {
     bool any = false;
     for (const IBPort* port : node.Ports) {
@@ -206,8 +177,7 @@ class SnapshotWriter {
     json_.Bool(value);
   }
 
-  JsonWriter json_;
-  const IBFabric& fabric_;
+  JsonWriter& json_;
   const TesselExtendedInfo& store_;
   const CapabilityModule& capabilities_;
   bool attributes_open_ = false;
@@ -215,9 +185,51 @@ class SnapshotWriter {
 
 }  // namespace
 
+SnapshotWriter::SnapshotWriter(std::ostream& out, const SnapshotHeader& header) : json_(out) {
+  json_.BeginObject();
+  json_.Key("fabscan_snapshot");
+  json_.Number(kSnapshotVersion);
+  if (!header.source.empty()) {
+    json_.Key("source");
+    json_.String(header.source);
+  }
+  if (!header.created.empty()) {
+    json_.Key("created");
+    json_.String(header.created);
+  }
+  json_.EndObject();
+  json_.EndLine();
+}
+
+void SnapshotWriter::Write(const Fabscan& part,
+                           const std::function<void(std::size_t nodes)>& written) {
+  NodeWriter writer(json_, part);
+  for (const IBNode& node : part.discovered_fabric.nodes()) {
+    writer.Write(node);
+    ++nodes_;
+    if (written) written(nodes_);
+  }
+}
+
+void SnapshotWriter::Finish() {
+  json_.BeginObject();
+  json_.Key("end");
+  json_.Bool(true);
+  json_.Key("nodes");
+  json_.Number(nodes_);
+  json_.EndObject();
+  json_.EndLine();
+  json_.Flush();
+}
+
 void WriteSnapshot(std::ostream& out, const Fabscan& fabscan, const SnapshotHeader& header,
                    const std::function<void(std::size_t done, std::size_t total)>& progress) {
-  SnapshotWriter(out, fabscan).Write(header, progress);
+  SnapshotWriter writer(out, header);
+  const std::size_t total = fabscan.discovered_fabric.nodeCount();
+  writer.Write(fabscan, [&](std::size_t nodes) {
+    if (progress) progress(nodes, total);
+  });
+  writer.Finish();
 }
 
 }  // namespace fabscan

@@ -5,6 +5,7 @@
 #include <fabric_builder.h>
 #include <fabscan_sim_info_dump.h>
 #include <snapshot.h>
+#include <snapshot_writer.h>
 #include <valgrind/callgrind.h>
 
 #include <cstdio>
@@ -20,6 +21,7 @@ namespace {
 constexpr fabscan::FabricShape kShape = {40, 36, 160, 1};
 constexpr char kSnapshot[] = "fabric.jsonl";
 constexpr char kCache[] = "fabric.cache";
+constexpr std::size_t kPortsOfAPart = 1024;
 
 /// Runs `work` with the counter on.
 template <class Work>
@@ -65,11 +67,13 @@ int ReadThree() {
 int Import() {
   std::ofstream(kCache, std::ios::binary) << fabscan::MakeCache(kShape);
   return Counted([&] {
-    Fabscan fabscan;
-    fabscan::BuildFabric(fabscan::ReadCacheFile(kCache), fabscan);
     std::ofstream out(kSnapshot, std::ios::binary);
-    fabscan::WriteSnapshot(out, fabscan, {});
-    return fabscan.discovered_fabric.nodeCount() == kShape.switches + kShape.adapters ? 0 : 1;
+    fabscan::SnapshotWriter writer(out, {});
+    const fabscan::DiscoveryReport report =
+        fabscan::BuildFabricInParts(fabscan::ReadCacheFile(kCache), kPortsOfAPart,
+                                    [&](const Fabscan& part) { writer.Write(part); });
+    writer.Finish();
+    return report.nodes == kShape.switches + kShape.adapters ? 0 : 1;
   });
 }
 
