@@ -1,7 +1,7 @@
 #include "cache_reader.h"
 
 #include <gmock/gmock.h>
-#include <snapshot.h>
+#include <snapshot_writer.h>
 
 #include <cstdio>
 #include <fstream>
@@ -39,17 +39,28 @@ std::string SnapshotOf(const Fabscan& fabscan) {
   return out.str();
 }
 
-/// The snapshot made of these bytes, or an empty text where they end in a clear error. Anything
-/// else fails the test.
+std::string SnapshotInParts(const CacheFindings& findings, std::size_t ports) {
+  std::ostringstream out;
+  SnapshotWriter writer(out, {});
+  BuildFabricInParts(findings, ports, [&](const Fabscan& part) { writer.Write(part); });
+  writer.Finish();
+  return out.str();
+}
+
+/// The snapshot made of these bytes, at once and in parts, or an empty text where they end in a
+/// clear error. Anything else fails the test.
 std::string Outcome(const std::string& bytes) {
-  Fabscan fabscan;
   try {
-    BuildFabric(CacheFindings(bytes), fabscan);
+    const CacheFindings findings(bytes);
+    Fabscan fabscan;
+    BuildFabric(findings, fabscan);
+    const std::string whole = SnapshotOf(fabscan);
+    for (const std::size_t ports : {1, 6}) EXPECT_EQ(SnapshotInParts(findings, ports), whole);
+    return whole;
   } catch (const CacheError& error) {
     EXPECT_THAT(error.what(), StartsWith("byte "));
     return {};
   }
-  return SnapshotOf(fabscan);
 }
 
 TEST(CacheReader, ReadsNodesPortsAndPeers) {

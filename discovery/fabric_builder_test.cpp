@@ -2,6 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include <stdexcept>
+#include <string>
+#include <vector>
+
 #include "cache_builder.h"
 #include "cache_reader.h"
 
@@ -82,6 +86,28 @@ TEST(FabricBuilder, OrdersNodesByGuidAndTellsTwinsApart) {
   EXPECT_EQ(nodes[0].name, "sw [0x0000000000000010]");
   EXPECT_EQ(nodes[0].getAlternativeName(), "sw");
   EXPECT_EQ(nodes[1].name, "sw [0x0000000000000020]");
+}
+
+TEST(FabricBuilder, MakesPartsOfWholeNodesUntilTheyHaveThePorts) {
+  FabricFindings findings;
+  findings.nodes = {Switch(0x30), Switch(0x20), Switch(0x10)};
+  std::vector<std::vector<std::string>> names;
+  const DiscoveryReport report = BuildFabricInParts(findings, 4, [&](const Fabscan& part) {
+    names.emplace_back();
+    for (const IBNode& node : part.discovered_fabric.nodes()) names.back().push_back(node.name);
+  });
+  EXPECT_THAT(names, ElementsAre(ElementsAre("sw [0x0000000000000010]", "sw [0x0000000000000020]"),
+                                 ElementsAre("sw [0x0000000000000030]")));
+  EXPECT_EQ(report.nodes, 3U);
+  EXPECT_EQ(report.ports, 9U);
+}
+
+TEST(FabricBuilder, RefusesTwoNodesOfOneGuidInWhicheverParts) {
+  FabricFindings findings;
+  findings.nodes = {Switch(0x10), Switch(0x20), Switch(0x10)};
+  Fabscan fabscan;
+  EXPECT_THROW(BuildFabric(findings, fabscan), std::invalid_argument);
+  EXPECT_THROW(BuildFabricInParts(findings, 1, [](const Fabscan&) {}), std::invalid_argument);
 }
 
 TEST(FabricBuilder, NotesWhatFailedWithItsCause) {
