@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -92,6 +93,24 @@ TEST_F(GatheringBufferTest, WritesCharactersOneByOne) {
   EXPECT_TRUE(gathered.HandOver());
   EXPECT_EQ(pieces.str(), text);
   EXPECT_THAT(pieces.sizes, ElementsAre(kPiece, 2U));
+}
+
+TEST_F(GatheringBufferTest, WritesASingleCharacterAfterAPiece) {
+  GatheringBuffer gathered(file);
+  std::ostream out(&gathered);
+  out << Text(kPiece) << 'x';
+  EXPECT_TRUE(gathered.HandOver());
+  EXPECT_EQ(pieces.str(), Text(kPiece) + 'x');
+}
+
+TEST_F(GatheringBufferTest, TakesTextAfterWhatLiesBeyondThePiece) {
+  const std::string beyond = Text(kPiece + 100);
+  GatheringBuffer gathered(file);
+  gathered.Advance(std::copy(beyond.begin(), beyond.end(), gathered.Next()));
+  EXPECT_EQ(gathered.sputn("abc", 3), 3);
+  EXPECT_TRUE(gathered.HandOver());
+  EXPECT_EQ(pieces.str(), beyond + "abc");
+  EXPECT_THAT(pieces.sizes, ElementsAre(kPiece, 103U));
 }
 
 TEST_F(GatheringBufferTest, EndsTheFirstPieceWithAPageOfTheFile) {

@@ -35,6 +35,8 @@ TEST(PortInfo, SwitchNeedsPortZeroAndARegularPort) {
   IBNode& without_zero = fabric.Switch("S2", 1);
   PutInfo(fabric, without_zero, 1, 1);
   EXPECT_EQ(fabric.Body(kGeneratePortInfo, without_zero), kNoZeroOrRegular);
+  without_zero.Ports[0] = nullptr;
+  EXPECT_EQ(fabric.Body(kGeneratePortInfo, without_zero), kNoZeroOrRegular);
 }
 
 TEST(PortInfo, AdapterNeedsARegularPort) {

@@ -48,7 +48,7 @@ class Mutant:
             return " ".join(text.split())
         before = squeezed(source[first:last])
         after = squeezed(source[first:self.begin] + self.text + source[self.end:last])
-        return f"{self.place} | {self.kind} | {before} => {after}"
+        return f"{self.place} | {self.kind} | {before} => {after}".rstrip()
 
 
 class Source:
