@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <limits>
 #include <locale>
 #include <sstream>
@@ -119,6 +121,62 @@ TEST(SourceWriter, WritesMoreAtOnceThanThereIsRoomFor) {
               writer.Text("a").AtOnce([&](auto& to) { to.Text(text).Line(1).Text(text); });
             }),
             'a' + text + "\n " + text);
+}
+
+/// Takes the pieces that a writer hands over, and notes the longest.
+class Pieces : public std::stringbuf {
+ public:
+  std::streamsize longest = 0;
+
+ protected:
+  std::streamsize xsputn(const char* text, std::streamsize size) override {
+    longest = std::max(longest, size);
+    return std::stringbuf::xsputn(text, size);
+  }
+};
+
+/// A writer, and bytes behind its room that are not its own.
+struct Guarded {
+  explicit Guarded(std::ostream& out) : writer(out) { guard.fill('#'); }
+  SourceWriter writer;
+  std::array<char, 64> guard;
+};
+
+/// What `write` writes, and has written at once, stays within the writer's room, however little of
+/// it is left.
+template <class Write>
+void ExpectWithinRoom(Write write) {
+  const std::string expected = Written([&](SourceWriter& writer) { write(writer); });
+  for (std::size_t room = 0; room <= 80; ++room) {
+    for (const bool at_once : {false, true}) {
+      const std::string before(SourceWriter::kCapacity - room, 'a');
+      Pieces pieces;
+      std::ostream out(&pieces);
+      {
+        Guarded guarded(out);
+        guarded.writer.Text(before);
+        at_once ? static_cast<void>(guarded.writer.AtOnce(write)) : write(guarded.writer);
+        EXPECT_EQ(std::count(guarded.guard.begin(), guarded.guard.end(), '#'), 64) << room;
+      }
+      EXPECT_LE(pieces.longest, std::streamsize{SourceWriter::kCapacity}) << room;
+      EXPECT_EQ(pieces.str(), before + expected) << room;
+    }
+  }
+}
+
+TEST(SourceWriter, StaysWithinItsRoom) {
+  static constexpr PaddedText kName("Name");
+  ExpectWithinRoom([](auto& to) { to.Text("text"); });
+  ExpectWithinRoom([](auto& to) { to.Padded(kName, 0); });
+  ExpectWithinRoom([](auto& to) { to.Padded(kName, PaddedText::kMost); });
+  ExpectWithinRoom([](auto& to) { to.Indent(1); });
+  ExpectWithinRoom([](auto& to) { to.Indent(16); });
+  ExpectWithinRoom([](auto& to) { to.Hex(0); });
+  ExpectWithinRoom([](auto& to) { to.Hex(kMost); });
+  ExpectWithinRoom([](auto& to) { to.Decimal(4294967295U); });
+  ExpectWithinRoom([](auto& to) { to.EndLine(); });
+  ExpectWithinRoom([](auto& to) { to.Line(4); });
+  ExpectWithinRoom([](auto& to) { to.Text("a").Line(1).Hex(kMost).Decimal(100).EndLine(); });
 }
 
 TEST(SourceWriter, TakesTextsOfAnyLengthAtAnyPlace) {
