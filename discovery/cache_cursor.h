@@ -35,8 +35,6 @@ class CacheCursor {
     std::memcpy(payload.data(), TakeBytes(payload.size()).data(), payload.size());
     return payload;
   }
-  /// A byte that is 0 or 1.
-  bool TakeFlag();
 
   template <class Number>
   Number Take() {

@@ -4,6 +4,7 @@
 #include <guid_text.h>
 
 #include <bitset>
+#include <cstring>
 #include <utility>
 
 #include "cache_cursor.h"
@@ -68,20 +69,40 @@ struct NodeEntry {
   u_int8_t stored;  // how many of its ports the file holds
 };
 
-struct PortEntry {
-  explicit PortEntry(CacheCursor& cursor) : key(TakeKey(cursor)) {
-    cursor.TakeBytes(kPortLidBytes);  // all of it is in PortInfo as well
-    info = cursor.TakePayload();
-    node_guid = cursor.Take<u_int64_t>();
-    has_peer = cursor.TakeFlag();
-    peer = TakeKey(cursor);
+/// A port as it stands in the file: every one has the same size, and the file's was held against
+/// their number.
+class PortEntry {
+ public:
+  explicit PortEntry(const char* at) : at_(at) {}
+
+  PortKey Key() const { return KeyAt(0); }
+  Payload Info() const {
+    Payload payload;
+    std::memcpy(payload.data(), at_ + kInfo, payload.size());
+    return payload;
+  }
+  u_int64_t NodeGuid() const { return GuidAt(kNodeGuid); }
+  u_int8_t HasPeer() const { return static_cast<u_int8_t>(at_[kHasPeer]); }
+  PortKey Peer() const { return KeyAt(kPeer); }
+
+  // Where what is where.
+  static constexpr std::size_t kInfo = kCachePortKeyBytes + kPortLidBytes;
+  static constexpr std::size_t kNodeGuid = kInfo + std::tuple_size_v<Payload>;
+  static constexpr std::size_t kHasPeer = kNodeGuid + sizeof(u_int64_t);
+  static constexpr std::size_t kPeer = kHasPeer + 1;
+  static_assert(kPeer + kCachePortKeyBytes == kCachePortBytes);
+
+ private:
+  u_int64_t GuidAt(std::size_t offset) const {
+    u_int64_t guid = 0;
+    std::memcpy(&guid, at_ + offset, sizeof guid);
+    return le64toh(guid);
+  }
+  PortKey KeyAt(std::size_t offset) const {
+    return {GuidAt(offset), static_cast<u_int8_t>(at_[offset + sizeof(u_int64_t)])};
   }
 
-  PortKey key;
-  Payload info;
-  u_int64_t node_guid;
-  bool has_peer;
-  PortKey peer;
+  const char* at_;
 };
 
 }  // namespace
@@ -95,7 +116,7 @@ class CacheReader {
         header_(header),
         first_port_(bytes_.size() - header.ports * kCachePortBytes),
         nodes_(header.nodes, GuidAt{findings.nodes_}),
-        key_at_{bytes_.substr(first_port_)},
+        key_at_{bytes_.data() + first_port_},
         ports_(header.ports, key_at_),
         taken_(header.ports) {}
 
@@ -121,10 +142,9 @@ class CacheReader {
     u_int64_t operator()(u_int32_t place) const { return nodes[place].guid; }
   };
   struct KeyAt {
-    std::string_view ports;
+    const char* ports;
     PortKey operator()(u_int32_t place) const {
-      CacheCursor cursor(ports, place * kCachePortBytes);
-      return TakeKey(cursor);
+      return PortEntry(ports + place * kCachePortBytes).Key();
     }
   };
 
@@ -150,24 +170,26 @@ class CacheReader {
   }
 
   void ReadPort(u_int32_t place) {
-    const PortKey key = PortAt(place).key;  // with all that must be right beside it
+    const PortEntry port = PortAt(place);
+    if (port.HasPeer() > 1) {
+      FailAt(OffsetOf(place) + PortEntry::kHasPeer,
+             fmt::format("a flag is 0 or 1, not {}", port.HasPeer()));
+    }
     if (ports_.Insert(place)) return;
+    const PortKey key = port.Key();
     FailAt(OffsetOf(place),
            fmt::format("a second port {} with port GUID {}", key.number, GuidText(key.guid)));
   }
 
   std::size_t OffsetOf(u_int32_t port) const { return first_port_ + port * kCachePortBytes; }
-  PortEntry PortAt(u_int32_t port) const {
-    CacheCursor cursor(bytes_, OffsetOf(port));
-    return PortEntry(cursor);
-  }
+  PortEntry PortAt(u_int32_t port) const { return PortEntry(bytes_.data() + OffsetOf(port)); }
 
   void CheckPeer(u_int32_t place) const {
     const PortEntry port = PortAt(place);
-    if (!port.has_peer || ports_.Find(port.peer) != ports_.kNone) return;
+    if (port.HasPeer() == 0 || ports_.Find(port.Peer()) != ports_.kNone) return;
     FailAt(OffsetOf(place),
            fmt::format("the port's peer, port {} with port GUID {}, is not in the file",
-                       port.peer.number, GuidText(port.peer.guid)));
+                       port.Peer().number, GuidText(port.Peer().guid)));
   }
 
   /// Where the port with this key is. Ports mostly stand in the order in which the nodes name them,
@@ -190,7 +212,7 @@ class CacheReader {
     for (unsigned i = 0; i < entry.stored; ++i) {
       const PortKey key = TakeKey(cursor);
       const u_int32_t place = PlaceOf(key);
-      if (place == ports_.kNone || PortAt(place).node_guid != entry.guid) {
+      if (place == ports_.kNone || PortAt(place).NodeGuid() != entry.guid) {
         FailAt(node.offset, fmt::format("the node's port {} with port GUID {} is not in the file",
                                         key.number, GuidText(key.guid)));
       }
@@ -258,12 +280,11 @@ const NodeFindings& CacheFindings::Node(std::size_t place, NodeFindings& room) c
   }
   const std::size_t* const offsets = ports_of_nodes_.data() + nodes_[place].first_port;
   for (std::size_t i = 0; i < entry.stored; ++i) {
-    CacheCursor at(bytes_, offsets[i]);
-    const PortEntry stored(at);
-    PortFindings& port = room.ports[stored.key.number - first];
-    port.info.SetRead(stored.info);
+    const PortEntry stored(bytes_.data() + offsets[i]);
+    PortFindings& port = room.ports[stored.Key().number - first];
+    port.info.SetRead(stored.Info());
     port.scanned = true;
-    port.has_peer = stored.has_peer;
+    port.has_peer = stored.HasPeer() != 0;
   }
   for (PortFindings& port : room.ports) {
     if (port.scanned) continue;

@@ -15,7 +15,7 @@ namespace fabscan {
 /// Writes JSON text through a buffer of its own: commas by itself, no blanks, no locale.
 class JsonWriter {
  public:
-  static constexpr std::size_t kBufferBytes = std::size_t{1} << 18U;
+  static constexpr std::size_t kBufferBytes = std::size_t{1} << 20U;
 
   explicit JsonWriter(std::ostream& out) : out_(out), buffer_(kBufferBytes) {}
 
