@@ -55,7 +55,7 @@ std::string Outcome(const std::string& bytes) {
     Fabscan fabscan;
     BuildFabric(findings, fabscan);
     const std::string whole = SnapshotOf(fabscan);
-    for (const std::size_t ports : {1, 6}) EXPECT_EQ(SnapshotInParts(findings, ports), whole);
+    for (const std::size_t ports : {1U, 6U}) EXPECT_EQ(SnapshotInParts(findings, ports), whole);
     return whole;
   } catch (const CacheError& error) {
     EXPECT_THAT(error.what(), StartsWith("byte "));
