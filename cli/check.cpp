@@ -36,13 +36,13 @@ void WritePage(const CheckPage& page, const CheckResult& result, const CheckOpti
                StagedOutput& output) {
   page.Write(output.stream(), result, InputName(options.snapshot));
   output.Commit();
-  if (options.json || options.html == "-") return;
+  if (options.json || IsStandardStream(options.html)) return;
   const Terminal terminal = StandardOutput();
   std::cout << options.html << '\n' << TotalsText(result, InputName(options.snapshot), terminal);
 }
 
 ExitStatus Check(const CheckOptions& options) {
-  if (options.html == "-" && options.json) {
+  if (IsStandardStream(options.html) && options.json) {
     throw CommandError("--html - and --json both want standard output; name a file", kWrongUsage);
   }
   std::unique_ptr<StagedOutput> output;

@@ -12,6 +12,7 @@
 #include "discovery_report.h"
 #include "progress.h"
 #include "snapshot_output.h"
+#include "standard_streams.h"
 
 namespace fabscan {
 
@@ -22,12 +23,9 @@ struct ImportOptions {
   SnapshotOutputOptions output;
 };
 
-/// A part is written while it is still in the processor's cache.
-constexpr std::size_t kPortsOfAPart = 1024;
-
 CacheFindings ReadFindings(const std::string& cache) {
   Progress progress;
-  const std::string what = "reading " + cache;
+  const std::string what = "reading " + InputName(cache);
   try {
     return ReadCacheFile(cache, [&](std::size_t done, std::size_t total) {
       progress.Show(what, done, total, Unit::kBytes);

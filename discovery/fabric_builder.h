@@ -32,6 +32,9 @@ struct DiscoveryReport {
 /// have, a port twice or above the node's number of ports.
 DiscoveryReport BuildFabric(const FindingsSource& findings, Fabscan& fabscan);
 
+/// So many ports make a part that is still in the processor's cache when it has been built.
+inline constexpr std::size_t kPortsOfAPart = 1024;
+
 /// The same nodes in parts of about `ports` ports, in the same order: `take` is given one model
 /// after another, each of which goes before the next is made. A fabric of any size takes the memory
 /// of a part, beside that of the findings and the names.

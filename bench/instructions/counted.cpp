@@ -21,7 +21,6 @@ namespace {
 constexpr fabscan::FabricShape kShape = {40, 36, 160, 1};
 constexpr char kSnapshot[] = "fabric.jsonl";
 constexpr char kCache[] = "fabric.cache";
-constexpr std::size_t kPortsOfAPart = 1024;
 
 /// Runs `work` with the counter on.
 template <class Work>
@@ -70,7 +69,7 @@ int Import() {
     std::ofstream out(kSnapshot, std::ios::binary);
     fabscan::SnapshotWriter writer(out, {});
     const fabscan::DiscoveryReport report =
-        fabscan::BuildFabricInParts(fabscan::ReadCacheFile(kCache), kPortsOfAPart,
+        fabscan::BuildFabricInParts(fabscan::ReadCacheFile(kCache), fabscan::kPortsOfAPart,
                                     [&](const Fabscan& part) { writer.Write(part); });
     writer.Finish();
     return report.nodes == kShape.switches + kShape.adapters ? 0 : 1;
