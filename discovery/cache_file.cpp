@@ -18,19 +18,17 @@ using Progress = std::function<void(std::size_t done, std::size_t total)>;
 
 /// Appends up to `count` bytes of `file`, as they come: an announced size is not believed before
 /// the bytes are there.
-void Append(std::FILE* file, u_int64_t count, std::string& bytes, const Progress& progress) {
+void Append(std::FILE* file, u_int64_t count, FileBytes& bytes, const Progress& progress) {
   const u_int64_t total = bytes.size() + count;
   struct stat status = {};
   if (fstat(fileno(file), &status) == 0 && static_cast<u_int64_t>(status.st_size) + 1 >= total) {
-    bytes.reserve(total);
+    bytes.Reserve(total);
   }
   constexpr u_int64_t kPiece = u_int64_t{1} << 18U;
   while (count > 0) {
-    const std::size_t old_size = bytes.size();
     const auto wanted = static_cast<std::size_t>(std::min(count, kPiece));
-    bytes.resize(old_size + wanted);
-    const std::size_t got = std::fread(&bytes[old_size], 1, wanted, file);
-    bytes.resize(old_size + got);
+    const std::size_t got = std::fread(bytes.Room(wanted), 1, wanted, file);
+    bytes.Take(got);
     if (std::ferror(file) != 0) throw std::system_error(errno, std::generic_category());
     if (got < wanted) return;
     count -= got;
@@ -38,10 +36,10 @@ void Append(std::FILE* file, u_int64_t count, std::string& bytes, const Progress
   }
 }
 
-std::string LoadCache(std::FILE* file, const Progress& progress) {
-  std::string bytes;
+FileBytes LoadCache(std::FILE* file, const Progress& progress) {
+  FileBytes bytes;
   Append(file, kCacheHeaderBytes, bytes, {});
-  CacheCursor cursor(bytes);
+  CacheCursor cursor(bytes.view());
   // One byte more, so that a file longer than announced is seen.
   Append(file, CacheFileBytes(TakeCacheHeader(cursor)) - kCacheHeaderBytes + 1, bytes, progress);
   return bytes;

@@ -2,7 +2,9 @@
 
 #include <fmt/format.h>
 #include <guid_text.h>
+#include <infiniband/fabscan/place_index.h>
 
+#include <algorithm>
 #include <bitset>
 #include <cstring>
 #include <utility>
@@ -11,7 +13,6 @@
 #include "cache_header.h"
 #include "node_names.h"
 #include "payload_decoder.h"
-#include "place_index.h"
 
 namespace fabscan {
 
@@ -21,14 +22,11 @@ constexpr char kNotScanned[] = "a discovery cache holds only the ports that the 
 constexpr char kNotInCache[] = "not in the discovery cache: the query had failed";
 constexpr char kNotStored[] = "a discovery cache does not hold it";
 
-// What the file says of LIDs, masks and port 0 beside the payloads that say it too.
-constexpr std::size_t kNodeLidBytes = 4;
-constexpr std::size_t kPortLidBytes = 4;
-
-/// How ports name each other: a switch has one port GUID for all of its ports.
-struct PortKey {
-  u_int64_t guid;
-  u_int8_t number;
+/// How ports name each other: a switch has one port GUID for all of its ports. Packed, so that it
+/// takes 16 bytes together with a place.
+struct [[gnu::packed]] PortKey {
+  u_int64_t guid = 0;
+  u_int8_t number = 0;
 
   bool operator==(const PortKey& other) const {
     return guid == other.guid && number == other.number;
@@ -39,71 +37,91 @@ u_int64_t HashOf(const PortKey& key) {
   return fabscan::HashOf(fabscan::HashOf(key.guid) + key.number);
 }
 
-PortKey TakeKey(CacheCursor& cursor) {
-  const auto guid = cursor.Take<u_int64_t>();
-  return {guid, cursor.Take<u_int8_t>()};
-}
+/// A piece of the file's bytes, all of which are there.
+class Entry {
+ protected:
+  explicit Entry(const char* at) : at_(at) {}
 
-/// A node as it stands in the file; its ports follow.
-struct NodeEntry {
-  explicit NodeEntry(CacheCursor& cursor) {
-    cursor.TakeBytes(kNodeLidBytes);  // all of it is in PortInfo and SwitchInfo as well
-    switch_info = cursor.TakePayload();
-    guid = cursor.Take<u_int64_t>();
-    type = cursor.Take<u_int8_t>();
-    port_count = cursor.Take<u_int8_t>();
-    node_info = cursor.TakePayload();
-    description = cursor.TakePayload();
-    stored = cursor.Take<u_int8_t>();
-  }
-
-  bool IsSwitch() const { return NodeTypeOf(type) == IB_SW_NODE; }
-  unsigned FirstPort() const { return IsSwitch() ? 0 : 1; }
-
-  Payload switch_info;
-  u_int64_t guid;
-  u_int8_t type;
-  u_int8_t port_count;
-  Payload node_info;
-  Payload description;
-  u_int8_t stored;  // how many of its ports the file holds
-};
-
-/// A port as it stands in the file: every one has the same size, and the file's was held against
-/// their number.
-class PortEntry {
- public:
-  explicit PortEntry(const char* at) : at_(at) {}
-
-  PortKey Key() const { return KeyAt(0); }
-  Payload Info() const {
-    Payload payload;
-    std::memcpy(payload.data(), at_ + kInfo, payload.size());
-    return payload;
-  }
-  u_int64_t NodeGuid() const { return GuidAt(kNodeGuid); }
-  u_int8_t HasPeer() const { return static_cast<u_int8_t>(at_[kHasPeer]); }
-  PortKey Peer() const { return KeyAt(kPeer); }
-
-  // Where what is where.
-  static constexpr std::size_t kInfo = kCachePortKeyBytes + kPortLidBytes;
-  static constexpr std::size_t kNodeGuid = kInfo + std::tuple_size_v<Payload>;
-  static constexpr std::size_t kHasPeer = kNodeGuid + sizeof(u_int64_t);
-  static constexpr std::size_t kPeer = kHasPeer + 1;
-  static_assert(kPeer + kCachePortKeyBytes == kCachePortBytes);
-
- private:
+  u_int8_t ByteAt(std::size_t offset) const { return static_cast<u_int8_t>(at_[offset]); }
   u_int64_t GuidAt(std::size_t offset) const {
     u_int64_t guid = 0;
     std::memcpy(&guid, at_ + offset, sizeof guid);
     return le64toh(guid);
   }
   PortKey KeyAt(std::size_t offset) const {
-    return {GuidAt(offset), static_cast<u_int8_t>(at_[offset + sizeof(u_int64_t)])};
+    return {GuidAt(offset), ByteAt(offset + sizeof(u_int64_t))};
+  }
+  std::string_view PayloadAt(std::size_t offset) const {
+    return {at_ + offset, std::tuple_size_v<Payload>};
   }
 
+ private:
   const char* at_;
 };
+
+/// A node as it stands in the file; the keys of its ports follow. What the file says of the node's
+/// LIDs is in PortInfo and SwitchInfo as well.
+class NodeEntry : public Entry {
+ public:
+  explicit NodeEntry(CacheCursor& cursor) : Entry(cursor.TakeBytes(kCacheNodeBytes).data()) {}
+
+  std::string_view SwitchInfo() const { return PayloadAt(kSwitchInfo); }
+  u_int64_t Guid() const { return GuidAt(kGuid); }
+  u_int8_t Type() const { return ByteAt(kType); }
+  u_int8_t PortCount() const { return ByteAt(kPortCount); }
+  std::string_view NodeInfo() const { return PayloadAt(kNodeInfo); }
+  std::string_view Description() const { return PayloadAt(kDescription); }
+  /// How many of its ports the file holds.
+  u_int8_t Stored() const { return ByteAt(kStored); }
+
+  bool IsSwitch() const { return NodeTypeOf(Type()) == IB_SW_NODE; }
+  unsigned FirstPort() const { return IsSwitch() ? 0 : 1; }
+
+ private:
+  // Where what is.
+  static constexpr std::size_t kSwitchInfo = 4;
+  static constexpr std::size_t kGuid = kSwitchInfo + std::tuple_size_v<Payload>;
+  static constexpr std::size_t kType = kGuid + sizeof(u_int64_t);
+  static constexpr std::size_t kPortCount = kType + 1;
+  static constexpr std::size_t kNodeInfo = kPortCount + 1;
+  static constexpr std::size_t kDescription = kNodeInfo + std::tuple_size_v<Payload>;
+  static constexpr std::size_t kStored = kDescription + std::tuple_size_v<Payload>;
+  static_assert(kStored + 1 == kCacheNodeBytes);
+};
+
+/// A port as it stands in the file, whose size was held against the number of ports. LID and mask
+/// are in PortInfo as well.
+class PortEntry : public Entry {
+ public:
+  explicit PortEntry(const char* at) : Entry(at) {}
+
+  PortKey Key() const { return KeyAt(0); }
+  std::string_view Info() const { return PayloadAt(kInfo); }
+  u_int64_t NodeGuid() const { return GuidAt(kNodeGuid); }
+  u_int8_t HasPeer() const { return ByteAt(kHasPeer); }
+  PortKey Peer() const { return KeyAt(kPeer); }
+
+  // Where what is.
+  static constexpr std::size_t kInfo = kCachePortKeyBytes + 4;
+  static constexpr std::size_t kNodeGuid = kInfo + std::tuple_size_v<Payload>;
+  static constexpr std::size_t kHasPeer = kNodeGuid + sizeof(u_int64_t);
+  static constexpr std::size_t kPeer = kHasPeer + 1;
+  static_assert(kPeer + kCachePortKeyBytes == kCachePortBytes);
+};
+
+/// A port as its node names it.
+class PortOfNode : public Entry {
+ public:
+  explicit PortOfNode(CacheCursor& cursor) : Entry(cursor.TakeBytes(kCachePortKeyBytes).data()) {}
+
+  PortKey Key() const { return KeyAt(0); }
+};
+
+void SetSwitchInfo(Answer& answer, const NodeEntry& node) {
+  if (!node.IsSwitch()) return answer.SetNotAsked({});
+  answer.SetRead(node.SwitchInfo());
+  if (answer.payload == Payload{}) answer.SetFailed(kNotInCache);
+}
 
 }  // namespace
 
@@ -112,12 +130,11 @@ class CacheReader {
  public:
   CacheReader(CacheFindings& findings, const CacheHeader& header)
       : findings_(findings),
-        bytes_(findings.bytes_),
+        bytes_(findings.bytes_.view()),
         header_(header),
         first_port_(bytes_.size() - header.ports * kCachePortBytes),
-        nodes_(header.nodes, GuidAt{findings.nodes_}),
-        key_at_{bytes_.data() + first_port_},
-        ports_(header.ports, key_at_),
+        nodes_(header.nodes),
+        ports_(header.ports),
         taken_(header.ports) {}
 
   void Read() {
@@ -128,8 +145,14 @@ class CacheReader {
     if (cursor.offset() != first_port_) {
       FailAt(cursor.offset(), "the nodes have more or fewer ports than the header announces");
     }
-    for (u_int32_t i = 0; i < header_.ports; ++i) ReadPort(i);
-    for (u_int32_t i = 0; i < header_.ports; ++i) CheckPeer(i);
+    for (u_int32_t i = 0; i < header_.ports; ++i) {
+      ports_.Expect(PortAt(Ahead(i)).Key());
+      ReadPort(i);
+    }
+    for (u_int32_t i = 0; i < header_.ports; ++i) {
+      ports_.Expect(PortAt(Ahead(i)).Peer());
+      CheckPeer(i);
+    }
     for (CacheFindings::CachedNode& node : findings_.nodes_) ClaimPorts(node);
     for (u_int32_t i = 0; i < header_.ports; ++i) {
       if (!taken_[i]) FailAt(OffsetOf(i), "no node of the file has this port");
@@ -137,29 +160,18 @@ class CacheReader {
   }
 
  private:
-  struct GuidAt {
-    const std::vector<CacheFindings::CachedNode>& nodes;
-    u_int64_t operator()(u_int32_t place) const { return nodes[place].guid; }
-  };
-  struct KeyAt {
-    const char* ports;
-    PortKey operator()(u_int32_t place) const {
-      return PortEntry(ports + place * kCachePortBytes).Key();
-    }
-  };
-
   void ReadNode(u_int32_t place, CacheCursor& cursor) {
     const std::size_t offset = cursor.offset();
     const NodeEntry entry(cursor);
-    const SMP_NodeInfo info = DecodeNodeInfo(entry.node_info);
-    Agree(offset, "GUID", entry.guid, info.NodeGUID);
-    Agree(offset, "type", entry.type, info.NodeType);
-    Agree(offset, "number of ports", entry.port_count, info.NumPorts);
-    findings_.nodes_.push_back({entry.guid, offset, 0});
-    if (!nodes_.Insert(place)) {
-      FailAt(offset, "a second node with GUID " + GuidText(entry.guid));
+    const SMP_NodeInfo info = DecodeNodeInfo(PayloadOf(entry.NodeInfo()));
+    Agree(offset, "GUID", entry.Guid(), info.NodeGUID);
+    Agree(offset, "type", entry.Type(), info.NodeType);
+    Agree(offset, "number of ports", entry.PortCount(), info.NumPorts);
+    findings_.nodes_.push_back({entry.Guid(), offset, 0});
+    if (!nodes_.Insert(entry.Guid(), place)) {
+      FailAt(offset, "a second node with GUID " + GuidText(entry.Guid()));
     }
-    cursor.TakeBytes(entry.stored * kCachePortKeyBytes);
+    cursor.TakeBytes(entry.Stored() * kCachePortKeyBytes);
   }
 
   static void Agree(std::size_t offset, const char* what, u_int64_t node_says,
@@ -175,11 +187,14 @@ class CacheReader {
       FailAt(OffsetOf(place) + PortEntry::kHasPeer,
              fmt::format("a flag is 0 or 1, not {}", port.HasPeer()));
     }
-    if (ports_.Insert(place)) return;
     const PortKey key = port.Key();
+    if (ports_.Insert(key, place)) return;
     FailAt(OffsetOf(place),
            fmt::format("a second port {} with port GUID {}", key.number, GuidText(key.guid)));
   }
+
+  /// A port that will be looked at soon: long enough for the processor to fetch what that takes.
+  u_int32_t Ahead(u_int32_t port) const { return std::min(port + 12, header_.ports - 1); }
 
   std::size_t OffsetOf(u_int32_t port) const { return first_port_ + port * kCachePortBytes; }
   PortEntry PortAt(u_int32_t port) const { return PortEntry(bytes_.data() + OffsetOf(port)); }
@@ -196,7 +211,7 @@ class CacheReader {
   /// or the other way round.
   u_int32_t PlaceOf(const PortKey& key) {
     for (const u_int32_t place : {last_place_ + 1, last_place_ - 1}) {
-      if (place < header_.ports && key_at_(place) == key) {
+      if (place < header_.ports && PortAt(place).Key() == key) {
         return last_place_ = place;
       }
     }
@@ -209,14 +224,15 @@ class CacheReader {
     const NodeEntry entry(cursor);
     node.first_port = findings_.ports_of_nodes_.size();
     std::bitset<256> seen;
-    for (unsigned i = 0; i < entry.stored; ++i) {
-      const PortKey key = TakeKey(cursor);
+    const u_int64_t guid = entry.Guid();
+    for (unsigned i = entry.Stored(); i > 0; --i) {
+      const PortKey key = PortOfNode(cursor).Key();
       const u_int32_t place = PlaceOf(key);
-      if (place == ports_.kNone || PortAt(place).NodeGuid() != entry.guid) {
+      if (place == ports_.kNone || PortAt(place).NodeGuid() != guid) {
         FailAt(node.offset, fmt::format("the node's port {} with port GUID {} is not in the file",
                                         key.number, GuidText(key.guid)));
       }
-      if (key.number < entry.FirstPort() || key.number > entry.port_count || seen[key.number]) {
+      if (key.number < entry.FirstPort() || key.number > entry.PortCount() || seen[key.number]) {
         FailAt(
             node.offset,
             fmt::format("the node has a port {} that it cannot have, or has it twice", key.number));
@@ -231,15 +247,14 @@ class CacheReader {
   std::string_view bytes_;
   CacheHeader header_;
   std::size_t first_port_;  // its offset
-  PlaceIndex<u_int64_t, GuidAt> nodes_;
-  KeyAt key_at_;
-  PlaceIndex<PortKey, KeyAt> ports_;
+  PlaceIndex<u_int64_t> nodes_;
+  PlaceIndex<PortKey> ports_;
   std::vector<bool> taken_;  // a node has this port
   u_int32_t last_place_ = 0;
 };
 
-CacheFindings::CacheFindings(std::string bytes) : bytes_(std::move(bytes)) {
-  CacheCursor cursor(bytes_);
+CacheFindings::CacheFindings(FileBytes bytes) : bytes_(std::move(bytes)) {
+  CacheCursor cursor(bytes_.view());
   const CacheHeader header = TakeCacheHeader(cursor);
   const u_int64_t expected = CacheFileBytes(header);
   if (bytes_.size() < expected) {
@@ -251,36 +266,30 @@ CacheFindings::CacheFindings(std::string bytes) : bytes_(std::move(bytes)) {
   CacheReader(*this, header).Read();
 }
 
-Payload CacheFindings::Description(std::size_t place) const {
-  CacheCursor cursor(bytes_, nodes_[place].offset);
-  return NodeEntry(cursor).description;
+std::string_view CacheFindings::Description(std::size_t place) const {
+  CacheCursor cursor(bytes_.view(), nodes_[place].offset);
+  return DescriptionText(NodeEntry(cursor).Description());
 }
 
 const NodeFindings& CacheFindings::Node(std::size_t place, NodeFindings& room) const {
-  CacheCursor cursor(bytes_, nodes_[place].offset);
+  CacheCursor cursor(bytes_.view(), nodes_[place].offset);
   const NodeEntry entry(cursor);
-  room.guid = entry.guid;
-  room.node_info = entry.node_info;
-  room.description.SetRead(entry.description);
-  if (!entry.IsSwitch()) {
-    room.switch_info.SetMissing(Answer::Outcome::kNotAsked, {});
-  } else if (entry.switch_info == Payload{}) {
-    room.switch_info.SetMissing(Answer::Outcome::kFailed, kNotInCache);
-  } else {
-    room.switch_info.SetRead(entry.switch_info);
-  }
+  room.guid = entry.Guid();
+  room.node_info = PayloadOf(entry.NodeInfo());
+  room.description.SetRead(entry.Description());
+  SetSwitchInfo(room.switch_info, entry);
 
   // Every port that the node has, be it in the file or not.
   const unsigned first = entry.FirstPort();
-  room.ports.resize(entry.port_count + 1U - first);
+  room.ports.resize(entry.PortCount() + 1U - first);
   for (std::size_t i = 0; i < room.ports.size(); ++i) {
     room.ports[i].number = static_cast<u_int8_t>(first + i);
     room.ports[i].scanned = false;
     room.ports[i].has_peer = false;
   }
   const std::size_t* const offsets = ports_of_nodes_.data() + nodes_[place].first_port;
-  for (std::size_t i = 0; i < entry.stored; ++i) {
-    const PortEntry stored(bytes_.data() + offsets[i]);
+  for (std::size_t i = 0; i < entry.Stored(); ++i) {
+    const PortEntry stored(bytes_.view().data() + offsets[i]);
     PortFindings& port = room.ports[stored.Key().number - first];
     port.info.SetRead(stored.Info());
     port.scanned = true;
@@ -288,12 +297,11 @@ const NodeFindings& CacheFindings::Node(std::size_t place, NodeFindings& room) c
   }
   for (PortFindings& port : room.ports) {
     if (port.scanned) continue;
-    entry.IsSwitch() ? port.info.SetMissing(Answer::Outcome::kFailed, kNotInCache)
-                     : port.info.SetMissing(Answer::Outcome::kNotAsked, kNotScanned);
+    entry.IsSwitch() ? port.info.SetFailed(kNotInCache) : port.info.SetNotAsked(kNotScanned);
   }
+  const PortInfoExtendedOffer offer(room);
   for (PortFindings& port : room.ports) {
-    port.extended.SetMissing(Answer::Outcome::kNotAsked,
-                             OffersPortInfoExtended(room, port) ? kNotStored : "");
+    port.extended.SetNotAsked(offer.Has(port) ? kNotStored : "");
   }
   return room;
 }

@@ -5,10 +5,10 @@
 
 #include <cstddef>
 #include <stdexcept>
-#include <string>
 #include <string_view>
 #include <vector>
 
+#include "file_bytes.h"
 #include "findings.h"
 
 namespace fabscan {
@@ -28,11 +28,12 @@ class CacheFindings final : public FindingsSource {
  public:
   /// Nothing in the bytes is trusted: every count is held against what is there, and what the file
   /// says twice must agree. Throws CacheError.
-  explicit CacheFindings(std::string bytes);
+  explicit CacheFindings(FileBytes bytes);
+  explicit CacheFindings(std::string_view bytes) : CacheFindings(FileBytes(bytes)) {}
 
   std::size_t NodeCount() const override { return nodes_.size(); }
   u_int64_t Guid(std::size_t place) const override { return nodes_[place].guid; }
-  Payload Description(std::size_t place) const override;
+  std::string_view Description(std::size_t place) const override;
   const NodeFindings& Node(std::size_t place, NodeFindings& room) const override;
 
  private:
@@ -44,7 +45,7 @@ class CacheFindings final : public FindingsSource {
     std::size_t first_port;  // in `ports_of_nodes_`
   };
 
-  std::string bytes_;
+  FileBytes bytes_;
   std::vector<CachedNode> nodes_;
   std::vector<std::size_t> ports_of_nodes_;  // offsets of the ports that each node has, in turn
 };

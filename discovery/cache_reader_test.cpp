@@ -67,7 +67,7 @@ TEST(CacheReader, ReadsNodesPortsAndPeers) {
   const CacheFindings findings(CacheBuilder::Sample().Bytes());
   ASSERT_EQ(findings.NodeCount(), 4U);
   EXPECT_EQ(findings.Guid(0), 0x200000U);
-  EXPECT_EQ(DecodeNodeDescription(findings.Description(0)), "leaf");
+  EXPECT_EQ(findings.Description(0), "leaf");
   NodeFindings room;
   const NodeFindings& leaf = findings.Node(0, room);
   EXPECT_EQ(leaf.guid, 0x200000U);

@@ -5,8 +5,10 @@
 #include <guid_text.h>
 
 #include <algorithm>
+#include <limits>
 #include <map>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 #include "node_names.h"
@@ -19,12 +21,16 @@ namespace {
 constexpr char kRouterInfoReason[] =
     "not asked for: the public libraries know neither its attribute id nor its layout";
 
-/// Builds one node, and gathers what is missing of it.
+/// Builds nodes, and gathers what is missing of them.
 class NodeBuilder {
  public:
   NodeBuilder(Fabscan& fabscan, DiscoveryReport& report) : fabscan_(fabscan), report_(report) {}
 
-  void Build(const NodeFindings& findings, const std::string& name) {
+  void Build(const NodeFindings& findings, std::string_view name) {
+    missing_.clear();
+    missing_of_ports_.clear();
+    second_speeds_ = false;
+
     const SMP_NodeInfo info = DecodeNodeInfo(findings.node_info);
     IBNode& node = fabscan_.discovered_fabric.makeNode(name, findings.guid,
                                                        NodeTypeOf(info.NodeType), info.NumPorts);
@@ -32,9 +38,9 @@ class NodeBuilder {
     Count(true);
     ++report_.nodes;
 
-    const std::string description = DecodeNodeDescription(findings.description.payload);
+    const std::string_view description = DescriptionText(BytesOf(findings.description.payload));
     if (description != name) node.setAlternativeName(description);
-    if (Take(findings.description)) missing_.push_back("NodeDescription (" + reason_ + ")");
+    if (Take(findings.description)) missing_.push_back(BecauseOf("NodeDescription"));
 
     if (node.type == IB_RTR_NODE) store().setAbsent(node, "SMP_RouterInfo", kRouterInfoReason);
     if (node.type == IB_SW_NODE) AddSwitchInfo(node, findings.switch_info);
@@ -66,8 +72,12 @@ class NodeBuilder {
     return !answer.read();
   }
 
+  std::string BecauseOf(std::string_view what) const {
+    return fmt::format("{} ({})", what, reason_);
+  }
+
   void AddSwitchInfo(const IBNode& node, const Answer& answer) {
-    if (Take(answer)) missing_.push_back("SwitchInfo (" + reason_ + ")");
+    if (Take(answer)) missing_.push_back(BecauseOf("SwitchInfo"));
     if (answer.read()) {
       store().put(node, DecodeSwitchInfo(answer.payload));
     } else if (!answer.reason.empty()) {
@@ -78,18 +88,30 @@ class NodeBuilder {
   void AddPort(IBNode& node, const PortFindings& findings) {
     IBPort& port = fabscan_.discovered_fabric.makePort(node, findings.number);
     ++report_.ports;
-    if (Take(findings.info)) Miss(findings.number, "PortInfo (" + reason_ + ")");
+    if (Take(findings.info)) Miss(findings.number, BecauseOf("PortInfo"));
     if (findings.info.read()) {
       AddPortInfo(node, port, findings);
     } else if (!findings.info.reason.empty()) {
       store().setAbsent(port, "SMP_PortInfo", findings.info.reason);
     }
-    if (Take(findings.extended)) Miss(findings.number, "PortInfoExtended (" + reason_ + ")");
+    if (Take(findings.extended)) Miss(findings.number, BecauseOf("PortInfoExtended"));
     if (findings.extended.read()) {
       store().put(port, DecodePortInfoExtended(findings.extended.payload));
     } else if (!findings.extended.reason.empty()) {
-      store().setAbsent(port, "SMP_PortInfoExtended", findings.extended.reason);
+      LackExtended(port, findings);
     }
+  }
+
+  /// Nearly all ports of a cache lack nothing but this, for one reason.
+  void LackExtended(const IBPort& port, const PortFindings& findings) {
+    const std::string_view reason = findings.extended.reason;
+    if (!findings.info.read()) return store().setAbsent(port, "SMP_PortInfoExtended", reason);
+    const bool alike = reason.data() == alike_reason_.data() &&  // the text itself: no look at it
+                       reason.size() == alike_reason_.size();
+    if (alike_ != nullptr && alike) return store().shareAbsent(port, *alike_);
+    store().setAbsent(port, "SMP_PortInfoExtended", reason);
+    alike_ = &port;
+    alike_reason_ = reason;
   }
 
   void AddPortInfo(const IBNode& node, IBPort& port, const PortFindings& findings) {
@@ -100,8 +122,8 @@ class NodeBuilder {
 
     const bool external = port.num != 0 || node.type != IB_SW_NODE;
     if (!external || !findings.scanned || findings.has_peer || !IsLinked(info)) return;
-    const std::string& cause = findings.peer_failure;
-    Miss(port.num, cause.empty() ? "the linked peer" : "the linked peer (" + cause + ")");
+    reason_ = findings.peer_failure;
+    Miss(port.num, reason_.empty() ? "the linked peer" : BecauseOf("the linked peer"));
   }
 
   /// Ports that miss the same are told together.
@@ -118,15 +140,22 @@ class NodeBuilder {
 
   Fabscan& fabscan_;
   DiscoveryReport& report_;
+
+  // Of the node that is being built.
   std::vector<std::string> missing_;
   std::map<std::string, std::vector<unsigned>> missing_of_ports_;
   bool second_speeds_ = false;
-  std::string reason_;
+  std::string_view reason_;
+
+  const IBPort* alike_ = nullptr;  // lacks nothing but PortInfoExtended,
+  std::string_view alike_reason_;  // for this reason
 };
 
 /// What a fabric's nodes are called, and in which order they stand.
 struct NodeOrder {
-  explicit NodeOrder(const FindingsSource& findings) {
+  explicit NodeOrder(const FindingsSource& findings) : names(Sort(findings)) {}
+
+  std::vector<NodeDescription> Sort(const FindingsSource& findings) {
     std::vector<std::pair<u_int64_t, std::size_t>> by_guid;
     by_guid.reserve(findings.NodeCount());
     for (std::size_t place = 0; place < findings.NodeCount(); ++place) {
@@ -140,46 +169,64 @@ struct NodeOrder {
       throw std::invalid_argument("node GUID in use: " + GuidText(twin->first));
     }
 
-    std::vector<NodeDescription> descriptions;
-    descriptions.reserve(by_guid.size());
+    std::vector<NodeDescription> nodes;
+    nodes.reserve(by_guid.size());
     places.reserve(by_guid.size());
     for (const auto& [guid, place] : by_guid) {
       places.push_back(place);
-      descriptions.push_back({guid, DecodeNodeDescription(findings.Description(place))});
+      nodes.push_back({guid, findings.Description(place)});
     }
-    names = DistinctNames(descriptions);
+    return nodes;
   }
 
   std::vector<std::size_t> places;  // among the findings, ascending by GUID
-  std::vector<std::string> names;
+  NodeNames names;
+};
+
+/// Builds the nodes of the findings in their order, into as many models as one likes.
+class NodesInTurn {
+ public:
+  explicit NodesInTurn(const FindingsSource& findings) : findings_(findings), order_(findings) {}
+
+  bool Left() const { return next_ < order_.places.size(); }
+
+  /// Builds nodes until the model has so many ports, or no node is left.
+  void BuildInto(Fabscan& fabscan, std::size_t ports) {
+    NodeBuilder builder(fabscan, report_);
+    while (Left()) {
+      builder.Build(findings_.Node(order_.places[next_], room_), order_.names[next_]);
+      ++next_;
+      if (fabscan.discovered_fabric.portCount() >= ports) return;
+    }
+  }
+
+  DiscoveryReport TakeReport() { return std::move(report_); }
+
+ private:
+  const FindingsSource& findings_;
+  const NodeOrder order_;
+  std::size_t next_ = 0;
+  NodeFindings room_;
+  DiscoveryReport report_;
 };
 
 }  // namespace
 
 DiscoveryReport BuildFabric(const FindingsSource& findings, Fabscan& fabscan) {
-  const NodeOrder order(findings);
-  DiscoveryReport report;
-  NodeFindings room;
-  for (std::size_t i = 0; i < order.places.size(); ++i) {
-    NodeBuilder(fabscan, report).Build(findings.Node(order.places[i], room), order.names[i]);
-  }
-  return report;
+  NodesInTurn nodes(findings);
+  nodes.BuildInto(fabscan, std::numeric_limits<std::size_t>::max());
+  return nodes.TakeReport();
 }
 
 DiscoveryReport BuildFabricInParts(const FindingsSource& findings, std::size_t ports,
                                    const std::function<void(const Fabscan& part)>& take) {
-  const NodeOrder order(findings);
-  DiscoveryReport report;
-  NodeFindings room;
-  for (std::size_t i = 0; i < order.places.size();) {
-    Fabscan part;
-    do {
-      NodeBuilder(part, report).Build(findings.Node(order.places[i], room), order.names[i]);
-      ++i;
-    } while (i < order.places.size() && part.discovered_fabric.portCount() < ports);
+  NodesInTurn nodes(findings);
+  Fabscan part;
+  for (; nodes.Left(); part.clear()) {
+    nodes.BuildInto(part, ports);
     take(part);
   }
-  return report;
+  return nodes.TakeReport();
 }
 
 }  // namespace fabscan

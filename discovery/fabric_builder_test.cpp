@@ -131,6 +131,33 @@ TEST(FabricBuilder, NotesWhatFailedWithItsCause) {
               ElementsAre(Pair("SMP_PortInfo", "timed out")));
 }
 
+TEST(FabricBuilder, NotesTheReasonOfEachPortHoweverManyShareIt) {
+  static constexpr char kNotHeld[] = "not held";
+  FabricFindings findings;
+  findings.nodes = {Switch(0x10), Switch(0x20)};
+  for (NodeFindings& node : findings.nodes) {
+    for (PortFindings& port : node.ports) port.extended = Answer::NotAsked(kNotHeld);
+  }
+  findings.nodes[0].ports[1].info = Answer::Failed("timed out");
+  findings.nodes[1].ports[0].extended = Answer::NotAsked("another");
+  findings.nodes[1].ports[1].extended = Answer::NotAsked({});
+  Fabscan fabscan;
+  BuildFabric(findings, fabscan);
+
+  const auto reasons = [&](u_int64_t guid, phys_port_t number) -> const auto& {
+    return fabscan.fabric_extended_info.absentReasons(
+        *fabscan.discovered_fabric.getNodeByGuid(guid)->getPort(number));
+  };
+  const auto not_held = ElementsAre(Pair("SMP_PortInfoExtended", "not held"));
+  EXPECT_THAT(reasons(0x10, 0), not_held);
+  EXPECT_THAT(reasons(0x10, 1), ElementsAre(Pair("SMP_PortInfo", "timed out"),
+                                            Pair("SMP_PortInfoExtended", "not held")));
+  EXPECT_THAT(reasons(0x10, 2), not_held);
+  EXPECT_THAT(reasons(0x20, 0), ElementsAre(Pair("SMP_PortInfoExtended", "another")));
+  EXPECT_THAT(reasons(0x20, 1), IsEmpty());
+  EXPECT_THAT(reasons(0x20, 2), not_held);
+}
+
 TEST(FabricBuilder, NamesALinkedPortWithoutAPeer) {
   FabricFindings findings;
   findings.nodes = {Switch(0x10)};
@@ -178,11 +205,11 @@ TEST(FabricBuilder, NotesThatRouterInfoIsNotAskedFor) {
 
 TEST(Findings, ASwitchOffersPortInfoExtendedAtItsPort0ForTheOthers) {
   NodeFindings node = Switch(0x10);
-  EXPECT_FALSE(OffersPortInfoExtended(node, node.ports[1]));
+  EXPECT_FALSE(PortInfoExtendedOffer(node).Has(node.ports[1]));
   WriteBits(node.ports[0].info.payload, kCapMskBit, 32, kHasCapMsk2);
   WriteBits(node.ports[0].info.payload, kCapMsk2Bit, 16, 1U << 1U);
-  EXPECT_TRUE(OffersPortInfoExtended(node, node.ports[1]));
-  EXPECT_FALSE(OffersPortInfoExtended(node, node.ports[0]));
+  EXPECT_TRUE(PortInfoExtendedOffer(node).Has(node.ports[1]));
+  EXPECT_FALSE(PortInfoExtendedOffer(node).Has(node.ports[0]));
 }
 
 TEST(Findings, AnAdapterOffersPortInfoExtendedPortByPort) {
@@ -190,8 +217,8 @@ TEST(Findings, AnAdapterOffersPortInfoExtendedPortByPort) {
   WriteBits(node.node_info, 16, 8, IB_CA_NODE);
   WriteBits(node.ports[2].info.payload, kCapMskBit, 32, kHasCapMsk2);
   WriteBits(node.ports[2].info.payload, kCapMsk2Bit, 16, 1U << 1U);
-  EXPECT_TRUE(OffersPortInfoExtended(node, node.ports[2]));
-  EXPECT_FALSE(OffersPortInfoExtended(node, node.ports[1]));
+  EXPECT_TRUE(PortInfoExtendedOffer(node).Has(node.ports[2]));
+  EXPECT_FALSE(PortInfoExtendedOffer(node).Has(node.ports[1]));
 }
 
 }  // namespace

@@ -12,11 +12,19 @@ bool SaysSo(const PortFindings& port) {
 
 }  // namespace
 
-bool OffersPortInfoExtended(const NodeFindings& node, const PortFindings& port) {
-  if (NodeTypeOf(DecodeNodeInfo(node.node_info).NodeType) != IB_SW_NODE) return SaysSo(port);
-  if (port.number == 0) return false;
+std::string_view FabricFindings::Description(std::size_t place) const {
+  return DescriptionText(BytesOf(nodes[place].description.payload));
+}
+
+PortInfoExtendedOffer::PortInfoExtendedOffer(const NodeFindings& node)
+    : is_switch_(NodeTypeOf(DecodeNodeInfo(node.node_info).NodeType) == IB_SW_NODE) {
   const bool has_port_0 = !node.ports.empty() && node.ports.front().number == 0;
-  return SaysSo(port) || (has_port_0 && SaysSo(node.ports.front()));
+  of_all_ports_ = is_switch_ && has_port_0 && SaysSo(node.ports.front());
+}
+
+bool PortInfoExtendedOffer::Has(const PortFindings& port) const {
+  if (is_switch_ && port.number == 0) return false;
+  return of_all_ports_ || SaysSo(port);
 }
 
 }  // namespace fabscan

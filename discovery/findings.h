@@ -4,9 +4,8 @@
 #include <sys/types.h>
 
 #include <cstddef>
-#include <string>
+#include <cstring>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "payload.h"
@@ -22,17 +21,19 @@ struct Answer {
   };
 
   static Answer Read(const Payload& payload) { return {Outcome::kRead, payload, {}}; }
-  static Answer Failed(std::string reason) { return {Outcome::kFailed, {}, std::move(reason)}; }
-  static Answer NotAsked(std::string reason) { return {Outcome::kNotAsked, {}, std::move(reason)}; }
+  static Answer Failed(std::string_view reason) { return {Outcome::kFailed, {}, reason}; }
+  static Answer NotAsked(std::string_view reason) { return {Outcome::kNotAsked, {}, reason}; }
 
   bool read() const { return outcome == Outcome::kRead; }
 
-  /// The same in place, which keeps the room that `reason` has.
-  void SetRead(const Payload& read) {
+  /// The same in place.
+  void SetRead(std::string_view bytes) {
     outcome = Outcome::kRead;
-    payload = read;
-    reason.clear();
+    std::memcpy(payload.data(), bytes.data(), payload.size());
+    reason = {};
   }
+  void SetFailed(std::string_view why) { SetMissing(Outcome::kFailed, why); }
+  void SetNotAsked(std::string_view why) { SetMissing(Outcome::kNotAsked, why); }
   void SetMissing(Outcome missing, std::string_view why) {
     outcome = missing;
     payload = {};
@@ -41,7 +42,7 @@ struct Answer {
 
   Outcome outcome = Outcome::kNotAsked;
   Payload payload = {};
-  std::string reason;
+  std::string_view reason;  // lasts as long as the program: there are few, for very many answers
 };
 
 struct PortFindings {
@@ -52,8 +53,8 @@ struct PortFindings {
   /// nowhere, or into another fabric, are not on its way.
   bool scanned = false;
   bool has_peer = false;
-  /// Why the peer of a linked port is not known; may be empty.
-  std::string peer_failure;
+  /// Why the peer of a linked port is not known; may be empty. It lasts like an answer's reason.
+  std::string_view peer_failure;
 };
 
 struct NodeFindings {
@@ -64,9 +65,17 @@ struct NodeFindings {
   std::vector<PortFindings> ports;  // ascending by number
 };
 
-/// The device says that this port answers PortInfoExtended. A switch says it at its port 0, for the
+/// Which ports answer PortInfoExtended, as the device says. A switch says it at its port 0, for the
 /// ports that links go out of; port 0 itself has no link to tell about.
-bool OffersPortInfoExtended(const NodeFindings& node, const PortFindings& port);
+class PortInfoExtendedOffer {
+ public:
+  explicit PortInfoExtendedOffer(const NodeFindings& node);
+  bool Has(const PortFindings& port) const;
+
+ private:
+  bool is_switch_;
+  bool of_all_ports_ = false;
+};
 
 /// A fabric as its devices described it, in the words of the wire. It is handed out node by node:
 /// all of it at once may take more memory than the model that it becomes.
@@ -75,9 +84,10 @@ class FindingsSource {
   virtual ~FindingsSource() = default;
 
   virtual std::size_t NodeCount() const = 0;
-  /// The GUID of node `place`, and its NodeDescription; all zero where it was not read.
+  /// The GUID of node `place`, and its NodeDescription's text, which stands in the source; empty
+  /// where it was not read.
   virtual u_int64_t Guid(std::size_t place) const = 0;
-  virtual Payload Description(std::size_t place) const = 0;
+  virtual std::string_view Description(std::size_t place) const = 0;
   /// What was found of node `place`. It may stand in `room`, which is used over and over.
   virtual const NodeFindings& Node(std::size_t place, NodeFindings& room) const = 0;
 };
@@ -86,7 +96,7 @@ class FindingsSource {
 struct FabricFindings final : FindingsSource {
   std::size_t NodeCount() const override { return nodes.size(); }
   u_int64_t Guid(std::size_t place) const override { return nodes[place].guid; }
-  Payload Description(std::size_t place) const override { return nodes[place].description.payload; }
+  std::string_view Description(std::size_t place) const override;
   const NodeFindings& Node(std::size_t place, NodeFindings& /*room*/) const override {
     return nodes[place];
   }

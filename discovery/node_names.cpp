@@ -2,11 +2,9 @@
 
 #include <fmt/format.h>
 #include <guid_text.h>
+#include <infiniband/fabscan/place_index.h>
 
 #include <cstddef>
-#include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 
 namespace fabscan {
 
@@ -16,31 +14,39 @@ std::string WithGuid(const NodeDescription& node) {
   return fmt::format("{}{}[{}]", node.text, node.text.empty() ? "" : " ", GuidText(node.guid));
 }
 
+/// Which nodes have a description that another one has as well.
+std::vector<bool> SharedTexts(const std::vector<NodeDescription>& nodes) {
+  PlaceIndex<std::string_view> first(nodes.size());
+  std::vector<bool> shared(nodes.size());
+  for (u_int32_t place = 0; place < nodes.size(); ++place) {
+    if (first.Insert(nodes[place].text, place)) continue;
+    shared[place] = true;
+    shared[first.Find(nodes[place].text)] = true;
+  }
+  return shared;
+}
+
 }  // namespace
 
-std::vector<std::string> DistinctNames(const std::vector<NodeDescription>& nodes) {
-  std::unordered_map<std::string_view, std::size_t> uses;
-  for (const NodeDescription& node : nodes) ++uses[node.text];
+NodeNames::NodeNames(const std::vector<NodeDescription>& nodes) {
+  names_.reserve(nodes.size());
+  for (const NodeDescription& node : nodes) names_.push_back(node.text);
+  const std::vector<bool> shared = SharedTexts(nodes);
 
   // Names with a GUID differ from each other in that GUID, but a description may look like one of
   // them. Its node then gets its GUID as well, which can bring up another such case.
-  std::vector<std::string> names(nodes.size());
-  std::unordered_set<std::string> with_guid;
+  std::vector<bool> has_guid(nodes.size());
   for (bool changed = true; changed;) {
     changed = false;
     for (std::size_t i = 0; i < nodes.size(); ++i) {
-      if (!names[i].empty()) continue;
-      const std::string& text = nodes[i].text;
-      if (!text.empty() && uses[text] == 1 && with_guid.count(text) == 0) continue;
-      names[i] = WithGuid(nodes[i]);
-      with_guid.insert(names[i]);
+      if (has_guid[i]) continue;
+      const bool distinct = !nodes[i].text.empty() && !shared[i];
+      if (distinct && (with_guid_.empty() || with_guid_.count(nodes[i].text) == 0)) continue;
+      names_[i] = *with_guid_.insert(WithGuid(nodes[i])).first;
+      has_guid[i] = true;
       changed = true;
     }
   }
-  for (std::size_t i = 0; i < nodes.size(); ++i) {
-    if (names[i].empty()) names[i] = nodes[i].text;
-  }
-  return names;
 }
 
 }  // namespace fabscan

@@ -59,11 +59,9 @@ SMP_PortInfoExtended DecodePortInfoExtended(const Payload& payload) {
   return DecodeAll<SMP_PortInfoExtended, kPortInfoExtendedFields>(payload);
 }
 
-std::string DecodeNodeDescription(const Payload& payload) {
-  const auto end = std::find(payload.begin(), payload.end(), u_int8_t{0});
-  std::string text(payload.begin(), end);
-  text.erase(text.find_last_not_of(' ') + 1);
-  return text;
+std::string_view DescriptionText(std::string_view payload) {
+  const std::string_view text = payload.substr(0, payload.find('\0'));
+  return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
 bool HasPortInfoExtended(const Payload& port_info) {

@@ -4,7 +4,7 @@
 #include <infiniband/fabscan/fabscan_types.h>
 #include <infiniband/tessel/Fabric.h>
 
-#include <string>
+#include <string_view>
 
 #include "payload.h"
 
@@ -22,9 +22,9 @@ SMP_SwitchInfo DecodeSwitchInfo(const Payload& payload);
 SMP_PortInfo DecodePortInfo(const Payload& payload);
 SMP_PortInfoExtended DecodePortInfoExtended(const Payload& payload);
 
-/// The text of a NodeDescription: up to the first zero byte, without blanks at its end. The bytes
-/// are the device's, unchecked.
-std::string DecodeNodeDescription(const Payload& payload);
+/// The text of a NodeDescription, of which `payload` is the bytes: up to the first zero byte,
+/// without blanks at its end. The bytes are the device's, unchecked; they stay where they are.
+std::string_view DescriptionText(std::string_view payload);
 
 /// The device says in this PortInfo that the port answers PortInfoExtended.
 bool HasPortInfoExtended(const Payload& port_info);

@@ -25,12 +25,6 @@ Payload PayloadOf(std::initializer_list<u_int8_t> bytes) {
   return payload;
 }
 
-Payload PayloadOf(std::string_view text) {
-  Payload payload = {};
-  std::copy(text.begin(), text.end(), payload.begin());
-  return payload;
-}
-
 TEST(PayloadDecoder, ReadsNodeInfo) {
   const SMP_NodeInfo info = DecodeNodeInfo(PayloadOf({
       0x01, 0x02, 0x03, 0x24,                          // versions, type, ports
@@ -119,12 +113,13 @@ TEST(PayloadDecoder, LeavesTheManagementKeyBehind) {
 }
 
 TEST(PayloadDecoder, EndsADescriptionAtItsZeroByteAndWithoutBlanks) {
-  EXPECT_EQ(DecodeNodeDescription(PayloadOf("host HCA-1")), "host HCA-1");
-  EXPECT_EQ(DecodeNodeDescription(PayloadOf("padded   ")), "padded");
-  EXPECT_EQ(DecodeNodeDescription(PayloadOf(std::string_view("old\0er text", 11))), "old");
-  EXPECT_EQ(DecodeNodeDescription(PayloadOf("")), "");
-  EXPECT_EQ(DecodeNodeDescription(PayloadOf("   ")), "");
-  EXPECT_EQ(DecodeNodeDescription(PayloadOf(std::string(64, 'x'))), std::string(64, 'x'));
+  EXPECT_EQ(DescriptionText("host HCA-1"), "host HCA-1");
+  EXPECT_EQ(DescriptionText({"host\0\0\0", 7}), "host");
+  EXPECT_EQ(DescriptionText("padded   "), "padded");
+  EXPECT_EQ(DescriptionText({"old\0er text", 11}), "old");
+  EXPECT_EQ(DescriptionText({"\0\0", 2}), "");
+  EXPECT_EQ(DescriptionText("   "), "");
+  EXPECT_EQ(DescriptionText(std::string(64, 'x')), std::string(64, 'x'));
 }
 
 TEST(PayloadDecoder, BelievesTheSecondCapabilityMaskOnlyWhereTheFirstAnnouncesIt) {

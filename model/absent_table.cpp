@@ -3,7 +3,7 @@
 namespace fabscan {
 
 void AbsentTable::Set(std::size_t index, std::string_view record, std::string_view reason) {
-  if (index >= by_index_.size()) by_index_.resize(index + 1);
+  Reserve(index);
   by_index_[index] = Noted(by_index_[index], record, reason);
 }
 

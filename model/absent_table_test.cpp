@@ -62,5 +62,26 @@ TEST(AbsentTable, ForgetsWhatIsCleared) {
   EXPECT_THAT(table.At(1), ElementsAre(Pair("SMP_NodeInfo", "timed out")));
 }
 
+TEST(AbsentTable, SharesTheReasonsOfAnother) {
+  AbsentTable table;
+  table.Set(2, "SMP_PortInfo", "timed out");
+  table.Share(9, 2);
+  table.Share(0, 40);
+  EXPECT_EQ(&table.At(9), &table.At(2));
+  EXPECT_THAT(table.At(0), IsEmpty());
+  table.Set(9, "SMP_PortInfo", "not asked");
+  EXPECT_THAT(table.At(2), ElementsAre(Pair("SMP_PortInfo", "timed out")));
+}
+
+TEST(AbsentTable, ForgetsAllAtOnce) {
+  AbsentTable table;
+  table.Set(0, "SMP_NodeInfo", "timed out");
+  table.Clear();
+  EXPECT_THAT(table.At(0), IsEmpty());
+  table.Set(1, "SMP_NodeInfo", "timed out");
+  EXPECT_THAT(table.At(0), IsEmpty());
+  EXPECT_THAT(table.At(1), ElementsAre(Pair("SMP_NodeInfo", "timed out")));
+}
+
 }  // namespace
 }  // namespace fabscan

@@ -136,4 +136,39 @@ TEST_F(AttributeStoreTest, NotesWhyARecordIsAbsent) {
   EXPECT_EQ(store_.absentReasons(port_).size(), 1U);
 }
 
+TEST_F(AttributeStoreTest, SharesTheNotesOfAnotherPort) {
+  store_.setAbsent(port_, "SMP_PortInfo", "timed out");
+  store_.shareAbsent(other_port_, port_);
+  EXPECT_EQ(&store_.absentReasons(other_port_), &store_.absentReasons(port_));
+  EXPECT_TRUE(store_.absentReasons(node_).empty());
+}
+
+TEST_F(AttributeStoreTest, ForgetsEverythingWhereItIsCleared) {
+  store_.put<SMP_NodeInfo>(node_).VendorID = 0x2c9;
+  store_.put<SMP_PortInfo>(port_).LID = 7;
+  store_.putCounters(port_, 1);
+  store_.putMonitors(port_, 1);
+  store_.setAbsent(node_, "SMP_SwitchInfo", "timed out");
+  store_.setAbsent(port_, "SMP_PortInfoExtended", "timed out");
+  EXPECT_TRUE(store_.hasCountersOrMonitors());
+  store_.clear();
+  EXPECT_EQ(store_.find<SMP_NodeInfo>(node_), nullptr);
+  EXPECT_EQ(store_.find<SMP_PortInfo>(port_), nullptr);
+  EXPECT_EQ(store_.getWrenReductionCounters(port_.createIndex, 1), nullptr);
+  EXPECT_EQ(store_.getWrenReductionConfigureMLIDMonitors(port_.createIndex, 1), nullptr);
+  EXPECT_FALSE(store_.hasCountersOrMonitors());
+  EXPECT_TRUE(store_.absentReasons(node_).empty());
+  EXPECT_TRUE(store_.absentReasons(port_).empty());
+  EXPECT_EQ(store_.put<SMP_NodeInfo>(node_).VendorID, 0U) << "a record of before shows through";
+  EXPECT_EQ(store_.put<SMP_PortInfo>(other_port_).LID, 0U);
+}
+
+TEST_F(AttributeStoreTest, EitherCountersOrMonitorsAreSome) {
+  store_.putMonitors(port_, 0);
+  EXPECT_TRUE(store_.hasCountersOrMonitors());
+  store_.clear();
+  store_.putCounters(port_, 0);
+  EXPECT_TRUE(store_.hasCountersOrMonitors());
+}
+
 }  // namespace

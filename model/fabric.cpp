@@ -12,18 +12,19 @@ void IBNode::setAlternativeName(std::string_view device_name) {
 
 IBNode& IBFabric::makeNode(std::string_view device_name, u_int64_t guid, IBNodeType type,
                            phys_port_t num_ports) {
-  std::string name = fabscan::HarmlessName(device_name);
-  const auto next = NodeByName.lower_bound(name);
-  if (next != NodeByName.end() && next->first == name) {
+  if (place_by_guid_.Find(guid) != place_by_guid_.kNone) {
+    throw std::invalid_argument("node GUID in use: " + fabscan::GuidText(guid));
+  }
+  IBNode& node = nodes_.emplace_back(fabscan::HarmlessName(device_name), guid, type, num_ports,
+                                     static_cast<u_int32_t>(nodes_.size()));
+  // Whoever makes nodes in some order often has their names in that order as well.
+  const auto named = NodeByName.try_emplace(NodeByName.end(), node.name, &node);
+  if (named->second != &node) {
+    const std::string name = node.name;
+    nodes_.pop_back();
     throw std::invalid_argument("node name in use: " + name);
   }
-  if (node_by_guid_.count(guid) != 0)
-    throw std::invalid_argument("node GUID in use: " + fabscan::GuidText(guid));
-
-  IBNode& node = nodes_.emplace_back(std::move(name), guid, type, num_ports,
-                                     static_cast<u_int32_t>(nodes_.size()));
-  NodeByName.emplace_hint(next, node.name, &node);
-  node_by_guid_.emplace(guid, &node);
+  place_by_guid_.Insert(guid, node.createIndex);
   return node;
 }
 
@@ -36,15 +37,24 @@ IBPort& IBFabric::makePort(IBNode& node, phys_port_t number) {
     throw std::invalid_argument("port number in use");
   }
   if (node.Ports.empty()) node.Ports.reserve(node.numPorts + std::size_t{1});
-  if (number >= node.Ports.size()) node.Ports.resize(number + std::size_t{1});
   IBPort& port = ports_.emplace_back(number, static_cast<u_int32_t>(ports_.size()));
+  if (number > node.Ports.size()) node.Ports.resize(number);
+  if (number == node.Ports.size()) node.Ports.push_back(nullptr);
   node.Ports[number] = &port;
   return port;
 }
 
+void IBFabric::clear() {
+  NodeByName.clear();
+  place_by_guid_.Clear();
+  ports_.clear();
+  nodes_.clear();
+}
+
 IBNode* IBFabric::getNodeByGuid(u_int64_t guid) const {
-  const auto found = node_by_guid_.find(guid);
-  return found == node_by_guid_.end() ? nullptr : found->second;
+  const u_int32_t place = place_by_guid_.Find(guid);
+  // Whoever has the fabric has its nodes: those of `NodeByName` are no more constant.
+  return place == place_by_guid_.kNone ? nullptr : const_cast<IBNode*>(&nodes_[place]);
 }
 
 void IBFabric::WriteFileHeader(std::ostream& out, const char* comment_prefix) {

@@ -86,6 +86,20 @@ TEST(FabricTest, RefusesAPortThatCannotBe) {
   EXPECT_EQ(adapter.Ports.size(), 2U);
 }
 
+TEST(FabricTest, BeginsAgainWhereItIsCleared) {
+  IBFabric fabric;
+  fabric.makePort(fabric.makeNode("S", 1, IB_SW_NODE, 2), 1);
+  fabric.clear();
+  EXPECT_EQ(fabric.nodeCount(), 0U);
+  EXPECT_EQ(fabric.portCount(), 0U);
+  EXPECT_TRUE(fabric.NodeByName.empty());
+  EXPECT_EQ(fabric.getNodeByGuid(1), nullptr);
+  IBNode& node = fabric.makeNode("S", 1, IB_SW_NODE, 2);
+  EXPECT_EQ(node.createIndex, 0U);
+  EXPECT_EQ(fabric.makePort(node, 2).createIndex, 0U);
+  EXPECT_EQ(fabric.getNodeByGuid(1), &node);
+}
+
 TEST(FabricTest, NodesStartAsOrdinaryOnesOfTheSubFabric) {
   IBFabric fabric;
   IBNode& node = fabric.makeNode("S", 1, IB_SW_NODE, 1);

@@ -47,7 +47,8 @@ constexpr int DigitValue(char c) {
 }
 
 constexpr bool ReadsAsEscape(std::string_view text) {
-  return text.size() >= 3 && text[0] == '%' && DigitValue(text[1]) >= 0 && DigitValue(text[2]) >= 0;
+  return text.size() >= 3 && text[0] == kEscapeMark && DigitValue(text[1]) >= 0 &&
+         DigitValue(text[2]) >= 0;
 }
 
 /// Whether the character at the start of `rest` must not stand in source after `before`.
@@ -60,7 +61,7 @@ constexpr bool IsHazard(char before, std::string_view rest, char32_t code) {
       return before == '/';
     case '?':
       return before == '?';
-    case '%':
+    case kEscapeMark:
       return ReadsAsEscape(rest);
     default:
       return IsDeceptive(code);
@@ -93,7 +94,7 @@ std::size_t PlainLength(std::string_view text) {
 void AppendEscaped(std::string& to, std::string_view bytes) {
   for (const char byte : bytes) {
     const auto value = static_cast<unsigned char>(byte);
-    to += '%';
+    to += kEscapeMark;
     to += kDigits[value >> 4U];
     to += kDigits[value & 0xFU];
   }
@@ -124,7 +125,7 @@ std::string HarmlessName(std::string_view device_name) {
 }
 
 std::string OriginalName(std::string_view harmless_name) {
-  if (harmless_name.find('%') == std::string_view::npos) return std::string(harmless_name);
+  if (harmless_name.find(kEscapeMark) == std::string_view::npos) return std::string(harmless_name);
   std::string original;
   original.reserve(harmless_name.size());
   for (std::string_view rest = harmless_name; !rest.empty();) {

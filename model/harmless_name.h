@@ -6,6 +6,9 @@
 
 namespace fabscan {
 
+/// What every escaped byte of a harmless name begins with; one without it is as the device gave it.
+inline constexpr char kEscapeMark = '%';
+
 /// A device's name in a form that can stand anywhere in C++ source, be it in a comment, in a string
 /// or in a directive whose quote is never closed, without changing what the compiler sees of the
 /// rest, and that shows a reader what it is.

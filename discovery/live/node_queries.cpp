@@ -28,8 +28,9 @@ class NodeQueries {
     for (PortFindings& port : node_.ports) {
       if (!port.info.read()) AskPort(type, port);
     }
+    const PortInfoExtendedOffer offer(node_);
     for (PortFindings& port : node_.ports) {
-      if (OffersPortInfoExtended(node_, port)) {
+      if (offer.Has(port)) {
         port.extended = Ask(SubnetAttribute::kPortInfoExtended, port.number);
       }
       if (LacksPeer(type, port)) port.peer_failure = AskPeer(port.number);
@@ -61,7 +62,7 @@ class NodeQueries {
     return answer;
   }
 
-  std::string AskPeer(unsigned exit) {
+  std::string_view AskPeer(unsigned exit) {
     if (query_ == nullptr || options_.stopped()) return "interrupted";
     const Answer answer = query_->GetBehind(path_, exit, SubnetAttribute::kNodeInfo);
     return answer.read() ? "it answers now: discover again" : answer.reason;

@@ -2,7 +2,8 @@
 
 #include <infiniband/ibnetdisc.h>
 
-#include <cstring>
+#include <string_view>
+#include <tuple>
 
 #include "payload_decoder.h"
 
@@ -11,9 +12,7 @@ namespace fabscan {
 namespace {
 
 Payload PayloadOf(const void* bytes) {
-  Payload payload;
-  std::memcpy(payload.data(), bytes, payload.size());
-  return payload;
+  return fabscan::PayloadOf({static_cast<const char*>(bytes), std::tuple_size_v<Payload>});
 }
 
 /// An attribute that the scan did not get is all zero here.

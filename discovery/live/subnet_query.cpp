@@ -5,7 +5,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <set>
+#include <string>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "captured_standard_error.h"
 
@@ -13,11 +17,18 @@ namespace fabscan {
 
 namespace {
 
+/// The same text for the rest of the program. There are as many as devices have statuses, and the
+/// system errors.
+std::string_view Lasting(std::string text) {
+  static std::set<std::string> texts;
+  return *texts.insert(std::move(text)).first;
+}
+
 /// Why a query without an answer failed: a refusal has a status, anything else an error number.
-std::string FailureText(int status, int error_number) {
-  if (status != 0) return fmt::format("status {:#06x}", status);
+std::string_view FailureText(int status, int error_number) {
+  if (status != 0) return Lasting(fmt::format("status {:#06x}", status));
   if (error_number == ETIMEDOUT || error_number == 0) return kTimedOut;
-  return std::generic_category().message(error_number);
+  return Lasting(std::generic_category().message(error_number));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
 #include <map>
@@ -30,11 +31,21 @@ class AbsentTable {
     return reasons == nullptr ? none_ : *reasons;
   }
   void Set(std::size_t index, std::string_view record, std::string_view reason);
+  void Share(std::size_t index, std::size_t other) {
+    Reserve(std::max(index, other));
+    by_index_[index] = by_index_[other];
+  }
+  /// Forgets all notes.
+  void Clear() { by_index_.clear(); }
   void Clear(std::size_t index) {
     if (index < by_index_.size()) by_index_[index] = nullptr;
   }
 
  private:
+  void Reserve(std::size_t index) {
+    if (index >= by_index_.size()) by_index_.resize(index + 1 + index / 4);
+  }
+
   /// The set that `from` becomes when this reason is noted.
   const AbsentReasons* Noted(const AbsentReasons* from, std::string_view record,
                              std::string_view reason);

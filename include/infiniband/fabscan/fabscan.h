@@ -21,6 +21,13 @@ class Fabscan {
   TesselExtendedInfo fabric_extended_info;
   CapabilityModule capability_module;
 
+  /// Empties fabric, store and capabilities, and keeps their memory for another fabric.
+  void clear() {
+    discovered_fabric.clear();
+    fabric_extended_info.clear();
+    capability_module.clear();
+  }
+
   /// The folder that output files are placed in; the working folder until set.
   void setOutputFolder(std::string folder) { output_folder_ = std::move(folder); }
 

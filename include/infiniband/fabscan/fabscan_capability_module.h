@@ -31,6 +31,11 @@ class CapabilityModule {
   void put(const IBNode& node, bool isGMP, const capability_mask_t& mask) {
     (isGMP ? gmp_ : smp_).slot(node.createIndex) = mask;
   }
+  /// Forgets all masks, and keeps the memory for others.
+  void clear() {
+    smp_.clear();
+    gmp_.clear();
+  }
 
  private:
   static bool isSet(const capability_mask_t* mask, unsigned bit) {

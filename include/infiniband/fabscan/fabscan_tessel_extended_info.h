@@ -13,8 +13,8 @@
 /// The attribute store: every record that was collected, by the `createIndex` of its node or port.
 ///
 /// Getters take constant time and answer null for what was not collected. The store owns its
-/// records; they stay where they are until the store goes. Records are put in by node or port, so
-/// that none can stand under a wrong index:
+/// records; they stay where they are until it is cleared or goes. Records are put in by node or
+/// port, so that none can stand under a wrong index:
 ///
 ///     store.put<SMP_NodeInfo>(node).VendorID = 0x2c9;
 ///     store.put(port, port_info);
@@ -87,6 +87,9 @@ class TesselExtendedInfo {
     return monitors_.find(std::size_t{port} * kMonitorSelectors + selector);
   }
 
+  /// Whether any port has counter sets or monitors: most fabrics have none.
+  bool hasCountersOrMonitors() const { return counters_.size() + monitors_.size() != 0; }
+
   /// The getters by record type, for code that walks all records.
   template <class Record>
   const Record* find(const IBNode& node) const {
@@ -134,6 +137,10 @@ class TesselExtendedInfo {
   void setAbsent(const IBPort& port, std::string_view record, std::string_view reason) {
     port_absent_.Set(port.createIndex, record, reason);
   }
+  /// Gives the port, of which nothing was noted, the notes of another one.
+  void shareAbsent(const IBPort& port, const IBPort& other) {
+    port_absent_.Share(port.createIndex, other.createIndex);
+  }
   /// Empty where nothing was noted. Owners with the same reasons share them: they stay what they
   /// are until the store goes, and further notes give the owner others.
   const AbsentReasons& absentReasons(const IBNode& node) const {
@@ -145,6 +152,9 @@ class TesselExtendedInfo {
   /// Takes all notes of the node away.
   void clearAbsent(const IBNode& node) { node_absent_.Clear(node.createIndex); }
   void clearAbsent(const IBPort& port) { port_absent_.Clear(port.createIndex); }
+
+  /// Forgets all records and notes, and keeps the memory for others.
+  void clear();
 
  private:
   using NodeRecords =

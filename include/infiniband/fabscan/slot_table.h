@@ -12,7 +12,7 @@
 namespace fabscan {
 
 /// The records of one attribute, by dense creation index. Looking one up takes constant time; a
-/// record stays where it is while others are added; an index without a record costs four bytes.
+/// record stays where it is until the table is cleared; an index without a record costs four bytes.
 template <class Record>
 class SlotTable {
  public:
@@ -26,10 +26,17 @@ class SlotTable {
   Record& slot(std::size_t index) {
     if (index >= slots_.size()) grow(index + 1);
     if (slots_[index] == kEmpty) {
-      if (count_ % kChunkRecords == 0) chunks_.push_back(std::make_unique<Chunk>());
+      if (count_ == chunks_.size() * kChunkRecords) chunks_.emplace_back(new Chunk);
+      const_cast<Record&>(at(count_)) = {};
       slots_[index] = ++count_;
     }
     return const_cast<Record&>(at(slots_[index] - 1));
+  }
+
+  /// Forgets all records, and keeps the memory for others.
+  void clear() noexcept {
+    slots_.clear();
+    count_ = 0;
   }
 
   std::size_t size() const noexcept { return count_; }
@@ -45,7 +52,7 @@ class SlotTable {
 
   void grow(std::size_t size) {
     if (size > slots_.capacity()) slots_.reserve(std::max(size, slots_.size() + slots_.size() / 4));
-    slots_.resize(size, kEmpty);
+    slots_.resize(slots_.capacity(), kEmpty);
   }
 
   std::vector<u_int32_t> slots_;  // position in the chunks plus one

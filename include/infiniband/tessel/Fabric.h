@@ -1,6 +1,7 @@
 #ifndef INFINIBAND_TESSEL_FABRIC_H
 #define INFINIBAND_TESSEL_FABRIC_H
 
+#include <infiniband/fabscan/place_index.h>
 #include <sys/types.h>
 
 #include <cstddef>
@@ -9,7 +10,6 @@
 #include <ostream>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -128,6 +128,9 @@ class IBFabric {
   /// taken, above `numPorts`, or 0 on a node that is not a switch.
   IBPort& makePort(IBNode& node, phys_port_t number);
 
+  /// Takes all nodes and ports away, and keeps some of their memory for others.
+  void clear();
+
   /// Null when no node has this GUID.
   IBNode* getNodeByGuid(u_int64_t guid) const;
 
@@ -146,7 +149,7 @@ class IBFabric {
  private:
   std::deque<IBNode> nodes_;
   std::deque<IBPort> ports_;
-  std::unordered_map<u_int64_t, IBNode*> node_by_guid_;
+  fabscan::PlaceIndex<u_int64_t> place_by_guid_;
 };
 
 #endif

@@ -1,0 +1,47 @@
+#ifndef FABSCAN_DISCOVERY_FILE_BYTES_H
+#define FABSCAN_DISCOVERY_FILE_BYTES_H
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+namespace fabscan {
+
+/// The bytes of a file as they come. Room is made without being filled first, as a string's is.
+class FileBytes {
+ public:
+  FileBytes() = default;
+  explicit FileBytes(std::string_view bytes) {
+    Reserve(bytes.size());
+    std::copy(bytes.begin(), bytes.end(), bytes_.get());
+    size_ = bytes.size();
+  }
+
+  std::size_t size() const { return size_; }
+  std::string_view view() const { return {bytes_.get(), size_}; }
+
+  void Reserve(std::size_t capacity) {
+    if (capacity <= capacity_) return;
+    std::unique_ptr<char[]> larger(new char[capacity]);
+    std::copy(bytes_.get(), bytes_.get() + size_, larger.get());
+    bytes_ = std::move(larger);
+    capacity_ = capacity;
+  }
+  /// Where the next bytes go: room for `count`, of which `Take` tells how many came.
+  char* Room(std::size_t count) {
+    if (capacity_ - size_ < count) Reserve(std::max(size_ + count, 2 * capacity_));
+    return bytes_.get() + size_;
+  }
+  void Take(std::size_t count) { size_ += count; }
+
+ private:
+  std::unique_ptr<char[]> bytes_;
+  std::size_t size_ = 0;
+  std::size_t capacity_ = 0;
+};
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,84 @@
+#ifndef INFINIBAND_FABSCAN_PLACE_INDEX_H
+#define INFINIBAND_FABSCAN_PLACE_INDEX_H
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <functional>
+#include <string_view>
+#include <vector>
+
+namespace fabscan {
+
+/// Spreads numbers that are close together, as GUIDs are, over all 64 bits.
+inline u_int64_t HashOf(u_int64_t number) {
+  number *= 0x9e3779b97f4a7c15U;
+  return number ^ number >> 32U;
+}
+
+inline u_int64_t HashOf(std::string_view text) { return std::hash<std::string_view>()(text); }
+
+/// Finds the place of an entry by its key, which has a `HashOf`. The keys stand in the index, so
+/// that one look into memory tells; half of it stays free.
+template <class Key>
+class PlaceIndex {
+ public:
+  static constexpr u_int32_t kNone = 0xFFFFFFFF;
+
+  /// Has room for `entries` from the beginning.
+  explicit PlaceIndex(std::size_t entries = 0) {
+    std::size_t slots = 32;
+    while (slots < 2 * entries) slots *= 2;
+    slots_.resize(slots);
+  }
+
+  /// False where an entry with the same key is in already.
+  bool Insert(const Key& key, u_int32_t place) {
+    if (2 * count_ >= slots_.size()) Grow();
+    Slot& slot = slots_[SlotOf(key)];
+    if (slot.place != kNone) return false;
+    slot = {key, place};
+    ++count_;
+    return true;
+  }
+  /// The place of the entry with this key, or `kNone`.
+  u_int32_t Find(const Key& key) const { return slots_[SlotOf(key)].place; }
+
+  /// Has the processor fetch what `Insert` and `Find` of this key look at first.
+  void Expect(const Key& key) const { __builtin_prefetch(&slots_[FirstSlotOf(key)]); }
+
+  void Clear() {
+    slots_.assign(slots_.size(), {});
+    count_ = 0;
+  }
+
+ private:
+  struct Slot {
+    Key key = {};
+    u_int32_t place = kNone;
+  };
+
+  std::size_t FirstSlotOf(const Key& key) const { return HashOf(key) & (slots_.size() - 1); }
+
+  /// Where the key is, or the free slot where it would be.
+  std::size_t SlotOf(const Key& key) const {
+    std::size_t i = FirstSlotOf(key);
+    while (slots_[i].place != kNone && !(slots_[i].key == key)) i = (i + 1) & (slots_.size() - 1);
+    return i;
+  }
+
+  void Grow() {
+    std::vector<Slot> old(2 * slots_.size());
+    old.swap(slots_);
+    for (const Slot& slot : old) {
+      if (slot.place != kNone) slots_[SlotOf(slot.key)] = slot;
+    }
+  }
+
+  std::vector<Slot> slots_;
+  std::size_t count_ = 0;
+};
+
+}  // namespace fabscan
+
+#endif
