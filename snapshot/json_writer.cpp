@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <limits>
 
 namespace fabscan {
 
@@ -22,6 +24,28 @@ constexpr std::array<bool, 256> kPlain = MakePlain();
 
 bool IsPlain(char c) { return kPlain[static_cast<unsigned char>(c)]; }
 
+/// Eight times the same byte.
+constexpr u_int64_t Eight(unsigned char byte) { return 0x0101010101010101U * byte; }
+
+/// Whether eight bytes are plain: in each, the highest bit tells what is wrong with it.
+bool EightArePlain(const char* bytes) {
+  u_int64_t eight = 0;
+  std::memcpy(&eight, bytes, sizeof eight);
+  const auto zero = [](u_int64_t word) { return (word - Eight(1)) & ~word; };
+  const u_int64_t wrong =
+      eight | (eight - Eight(0x20)) | zero(eight ^ Eight('"')) | zero(eight ^ Eight('\\'));
+  return (wrong & Eight(0x80)) == 0;
+}
+
+bool AllPlain(std::string_view text) {
+  if (text.size() < sizeof(u_int64_t)) return std::all_of(text.begin(), text.end(), IsPlain);
+  const char* const last = text.data() + text.size() - sizeof(u_int64_t);
+  for (const char* at = text.data(); at < last; at += sizeof(u_int64_t)) {
+    if (!EightArePlain(at)) return false;
+  }
+  return EightArePlain(last);
+}
+
 }  // namespace
 
 void JsonWriter::AppendEscaped(char c) {
@@ -34,27 +58,33 @@ void JsonWriter::AppendEscaped(char c) {
       return Append("\\n");
     case '\t':
       return Append("\\t");
-    default:
+    default: {
+      const auto byte = static_cast<unsigned char>(c);
+      const char digits[] = {kHexDigits[byte >> 4U], kHexDigits[byte & 0xFU]};
       Append("\\u00");
-      Put(kHexDigits[static_cast<unsigned char>(c) >> 4U]);
-      Put(kHexDigits[static_cast<unsigned char>(c) & 0xFU]);
+      Append({digits, sizeof digits});
+    }
   }
 }
 
-void JsonWriter::Hex(u_int64_t value, std::size_t digits) {
-  Separate();
-  Append("\"0x");
-  std::size_t significant = 1;
-  while (significant < 16 && value >> (4 * significant) != 0) ++significant;
-  for (std::size_t i = std::max(significant, digits); i-- > 0;) {
-    Put(i < 16 ? kHexDigits[value >> (4 * i) & 0xFU] : '0');
-  }
-  Put('"');
+void JsonWriter::Number(u_int64_t value) {
+  AtOnce([&](JsonPiece& to) {
+    value <= std::numeric_limits<u_int32_t>::max()
+        ? to.Number(static_cast<u_int32_t>(value))
+        : to.Value(std::to_chars(to.Begin(), to.end() + kNumberBytes, value).ptr);
+  });
+}
+
+bool JsonWriter::IsWord(std::string_view text) {
+  return text.size() < kMostAtOnce / 2 && AllPlain(text);
 }
 
 void JsonWriter::String(std::string_view text) {
-  Separate();
-  Put('"');
+  if (IsWord(text)) {
+    return AtOnce([&](JsonPiece& to) { to.Word(text); });
+  }
+  AtOnce([](JsonPiece& to) { to.Begin(); });
+  Append("\"");
   while (!text.empty()) {
     const auto plain = static_cast<std::size_t>(
         std::find_if_not(text.begin(), text.end(), IsPlain) - text.begin());
@@ -71,17 +101,23 @@ void JsonWriter::String(std::string_view text) {
     Append(length == 0 ? kReplacement : text.substr(0, length));
     text.remove_prefix(length == 0 ? 1 : length);
   }
-  Put('"');
+  Append("\"");
 }
 
-void JsonWriter::AppendLong(std::string_view text) {
+void JsonWriter::Append(std::string_view text) {
   while (!text.empty()) {
-    MakeRoom(1);
-    const std::size_t taken = std::min(text.size(), buffer_.size() - size_);
+    if (size_ >= kPieceBytes) WritePiece();
+    const std::size_t taken = std::min(text.size(), kMostAtOnce);
     std::memcpy(buffer_.data() + size_, text.data(), taken);
     size_ += taken;
     text.remove_prefix(taken);
   }
+}
+
+void JsonWriter::WritePiece() {
+  out_.write(buffer_.data(), kPieceBytes);
+  size_ -= kPieceBytes;
+  std::memcpy(buffer_.data(), buffer_.data() + kPieceBytes, size_);
 }
 
 void JsonWriter::Flush() {

@@ -3,107 +3,72 @@
 
 #include <sys/types.h>
 
-#include <charconv>
+#include <cassert>
 #include <cstddef>
-#include <cstring>
 #include <ostream>
 #include <string_view>
 #include <vector>
+
+#include "json_piece.h"
 
 namespace fabscan {
 
 /// Writes JSON text through a buffer of its own: commas by itself, no blanks, no locale.
 class JsonWriter {
  public:
-  static constexpr std::size_t kBufferBytes = std::size_t{1} << 20U;
+  /// What the stream is given at a time: whole pages, at places that are a multiple of it.
+  static constexpr std::size_t kPieceBytes = std::size_t{1} << 20U;
+  /// What `AtOnce` has room for.
+  static constexpr std::size_t kMostAtOnce = std::size_t{1} << 17U;
 
-  explicit JsonWriter(std::ostream& out) : out_(out), buffer_(kBufferBytes) {}
+  explicit JsonWriter(std::ostream& out) : out_(out), buffer_(kPieceBytes + kMostAtOnce) {}
 
-  void BeginObject() { Open('{'); }
-  void EndObject() { Close('}'); }
-  void BeginArray() { Open('['); }
-  void EndArray() { Close(']'); }
-  /// Names the next value of an object. `key` needs no escapes.
+  void BeginObject() {
+    AtOnce([](JsonPiece& to) { to.BeginObject(); });
+  }
+  void EndObject() {
+    AtOnce([](JsonPiece& to) { to.EndObject(); });
+  }
+  void BeginArray() {
+    AtOnce([](JsonPiece& to) { to.BeginArray(); });
+  }
+  void EndArray() {
+    AtOnce([](JsonPiece& to) { to.EndArray(); });
+  }
+  /// Names the next value of an object. `key` is short, and needs no escapes.
   void Key(std::string_view key) {
-    Separate();
-    Put('"');
-    Append(key);
-    Append("\":");
-    fresh_ = true;
-  }
-  /// The same for a literal, whose size the compiler knows.
-  template <std::size_t kSize>
-  void Key(const char (&key)[kSize]) {
-    char* at = BeginValue(kSize + 2);
-    *at++ = '"';
-    std::memcpy(at, key, kSize - 1);
-    at[kSize - 1] = '"';
-    at[kSize] = ':';
-    EndValue(at + kSize + 1);
-    fresh_ = true;
+    AtOnce([&](JsonPiece& to) { to.Key(key); });
   }
 
-  void Number(u_int64_t value) {
-    Separate();
-    Digits(value, 10);
-  }
-  /// `"0x..."`, with at least `digits` digits.
-  void Hex(u_int64_t value, std::size_t digits = 1);
+  void Number(u_int64_t value);
   void Bool(bool value) {
-    Separate();
-    Append(value ? std::string_view("true") : std::string_view("false"));
+    AtOnce([&](JsonPiece& to) { to.Bool(value); });
   }
   /// Text that is not UTF-8 has its bad bytes replaced by U+FFFD.
   void String(std::string_view text);
-
-  /// Begins a value of at most `size` bytes, no more than `kBufferBytes`, which the caller writes
-  /// from the returned place on.
-  char* BeginValue(std::size_t size) {
-    Separate();
-    MakeRoom(size);
-    return buffer_.data() + size_;
-  }
-  /// Ends it before `end`.
-  void EndValue(const char* end) { size_ = static_cast<std::size_t>(end - buffer_.data()); }
-
   void EndLine() {
-    Put('\n');
-    fresh_ = true;
+    AtOnce([](JsonPiece& to) { to.EndLine(); });
   }
+
+  /// Writes several of these at once: `compose` puts at most `kMostAtOnce` bytes into the piece
+  /// that it is given.
+  template <class Compose>
+  void AtOnce(Compose&& compose) {
+    if (size_ >= kPieceBytes) WritePiece();
+    JsonPiece piece(buffer_.data() + size_, fresh_);
+    compose(piece);
+    assert(piece.end() <= buffer_.data() + size_ + kMostAtOnce);
+    size_ = static_cast<std::size_t>(piece.end() - buffer_.data());
+    fresh_ = piece.fresh();
+  }
+  /// Whether a text needs no escapes, and is a word for `AtOnce`, with room for more.
+  static bool IsWord(std::string_view text);
+
   void Flush();
 
  private:
-  void Separate() {
-    if (!fresh_) Put(',');
-    fresh_ = false;
-  }
-  void Open(char bracket) {
-    Separate();
-    Put(bracket);
-    fresh_ = true;
-  }
-  void Close(char bracket) {
-    Put(bracket);
-    fresh_ = false;
-  }
-  void Digits(u_int64_t value, int base) {
-    char digits[20];
-    const auto end = std::to_chars(digits, digits + sizeof digits, value, base).ptr;
-    Append({digits, static_cast<std::size_t>(end - digits)});
-  }
-  void MakeRoom(std::size_t size) {
-    if (buffer_.size() - size_ < size) Flush();
-  }
-  void Put(char c) {
-    MakeRoom(1);
-    buffer_[size_++] = c;
-  }
-  void Append(std::string_view text) {
-    if (buffer_.size() - size_ < text.size()) return AppendLong(text);
-    std::memcpy(buffer_.data() + size_, text.data(), text.size());
-    size_ += text.size();
-  }
-  void AppendLong(std::string_view text);
+  void WritePiece();
+  void Append(std::string_view text);
   void AppendEscaped(char c);
 
   std::ostream& out_;

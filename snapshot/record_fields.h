@@ -6,6 +6,7 @@
 #include <array>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "node_record_fields.h"
 #include "port_record_fields.h"
@@ -105,12 +106,26 @@ bool Lacks(const TesselExtendedInfo& store, const IBPort& port, std::string_view
   APPLY(WrenPushReductionCounters)
 // clang-format on
 
+/// Calls `visit(kind.table, record)` for every record of these kinds that the owner has. Spelt out
+/// kind by kind, so that the compiler knows each one's place in the store.
+template <const auto& kKinds, class Owner, class Visit, std::size_t... I>
+void VisitEach(const TesselExtendedInfo& store, const Owner& owner, Visit& visit,
+               std::index_sequence<I...>) {
+  const auto visit_one = [&](const RecordTable& table, const void* record) {
+    if (record != nullptr) visit(table, record);
+  };
+  (visit_one(*kKinds[I].table, kKinds[I].find(store, owner)), ...);
+}
+
+template <const auto& kKinds, class Owner, class Visit>
+void VisitKinds(const TesselExtendedInfo& store, const Owner& owner, Visit&& visit) {
+  VisitEach<kKinds>(store, owner, visit, std::make_index_sequence<kKinds.size()>());
+}
+
 /// Calls `visit(kind.table, record)` for every record that the node has.
 template <class Visit>
 void ForEachRecord(const TesselExtendedInfo& store, const IBNode& node, Visit&& visit) {
-  for (const RecordKind<IBNode>& kind : kNodeRecords) {
-    if (const void* record = kind.find(store, node)) visit(*kind.table, record);
-  }
+  VisitKinds<kNodeRecords>(store, node, visit);
 }
 
 /// What tells a port's records of one kind apart: the index of a counter set, the selector of a
@@ -121,9 +136,10 @@ inline constexpr int kOnlyOne = -1;
 /// for the kinds that a port has once.
 template <class Visit>
 void ForEachRecord(const TesselExtendedInfo& store, const IBPort& port, Visit&& visit) {
-  for (const RecordKind<IBPort>& kind : kPortRecords) {
-    if (const void* record = kind.find(store, port)) visit(*kind.table, kOnlyOne, record);
-  }
+  VisitKinds<kPortRecords>(store, port, [&](const RecordTable& table, const void* record) {
+    visit(table, kOnlyOne, record);
+  });
+  if (!store.hasCountersOrMonitors()) return;
   for (u_int32_t index = 0; index < TesselExtendedInfo::kCounterSets; ++index) {
     const void* record = store.getWrenReductionCounters(port.createIndex, index);
     if (record != nullptr) visit(kCountersTable, static_cast<int>(index), record);

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "aggregate_size.h"
+#include "number_text.h"
 
 namespace fabscan {
 
@@ -42,9 +43,6 @@ struct KeyText {
   char text[64];
   u_int8_t size;
 };
-
-/// The longest text of a number: `"0x`, 16 digits, `"`.
-inline constexpr std::size_t kNumberBytes = 20;
 
 /// The fields of one record, in declared order.
 struct RecordTable {

@@ -1,10 +1,7 @@
-#include "record_writer.h"
-
-#include <array>
-#include <charconv>
 #include <cstring>
 #include <utility>
 
+#include "number_text.h"
 #include "record_fields.h"
 
 // Nearly all of a snapshot is records, so their text is put together by hand: there is room for a
@@ -14,76 +11,6 @@
 namespace fabscan {
 
 namespace {
-
-/// The digits of a number below 256, and how many there are.
-struct SmallNumber {
-  char digits[3];
-  u_int8_t count;
-};
-
-constexpr std::array<SmallNumber, 256> MakeSmallNumbers() {
-  std::array<SmallNumber, 256> all = {};
-  for (std::size_t value = 0; value < all.size(); ++value) {
-    SmallNumber& number = all[value];
-    for (unsigned unit = value < 10 ? 1 : value < 100 ? 10 : 100; unit > 0; unit /= 10) {
-      number.digits[number.count++] = static_cast<char>('0' + value / unit % 10);
-    }
-  }
-  return all;
-}
-
-constexpr std::array<SmallNumber, 256> kSmallNumbers = MakeSmallNumbers();
-
-struct DigitPair {
-  char digits[2];
-};
-
-/// All pairs of digits: those of 0 to base * base - 1.
-template <std::size_t kBase>
-constexpr std::array<DigitPair, kBase * kBase> MakePairs() {
-  constexpr char kDigits[] = "0123456789abcdef";
-  std::array<DigitPair, kBase* kBase> all = {};
-  for (unsigned value = 0; value < all.size(); ++value) {
-    all[value] = {{kDigits[value / kBase], kDigits[value % kBase]}};
-  }
-  return all;
-}
-
-constexpr auto kDecimalPairs = MakePairs<10>();
-constexpr auto kHexPairs = MakePairs<16>();
-
-char* PutPair(char* at, const DigitPair& pair) {
-  std::memcpy(at, &pair, sizeof pair);
-  return at + sizeof pair;
-}
-
-char* PutSmall(char* at, u_int32_t value) {
-  const SmallNumber& number = kSmallNumbers[value];
-  std::memcpy(at, &number, sizeof number);  // all four bytes, in one move
-  return at + number.count;
-}
-
-char* PutDecimal(char* at, u_int32_t value) {
-  if (value < kSmallNumbers.size()) return PutSmall(at, value);
-  if (value < 10'000) return PutPair(PutSmall(at, value / 100), kDecimalPairs[value % 100]);
-  if (value >= 1'000'000) return std::to_chars(at, at + kNumberBytes, value).ptr;
-  at = PutPair(PutSmall(at, value / 10'000), kDecimalPairs[value / 100 % 100]);
-  return PutPair(at, kDecimalPairs[value % 100]);
-}
-
-char* PutHex(char* at, u_int64_t value) {
-  *at++ = '"';
-  *at++ = '0';
-  *at++ = 'x';
-  const auto count = static_cast<unsigned>(67 - __builtin_clzll(value | 1U)) / 4;
-  value <<= 64 - 4 * count;
-  for (unsigned i = 0; i < count; i += 2) {
-    PutPair(at + i, kHexPairs[value >> 56U]);
-    value <<= 8U;
-  }
-  at[count] = '"';
-  return at + count + 1;
-}
 
 template <std::size_t kSize>
 char* PutNumber(char* at, u_int64_t value) {
@@ -136,6 +63,11 @@ char* PutField(char* at, const void* record) {
   constexpr const FieldRow& kField = kTable->rows[kRow];
   if constexpr (!kField.is_array && kField.nested == nullptr) {
     const u_int64_t value = LoadNumber(kField.element(record, 0), kField.size);
+    if constexpr (!kField.dumped && kField.size == 1) {
+      // Written in any case, and kept where it is not zero: no branch that nobody can foretell.
+      const char* const end = PutSmall(PutKey<kTable, kRow>(at), static_cast<u_int32_t>(value));
+      return at + ((end - at) & -static_cast<std::ptrdiff_t>(value != 0));
+    }
     if (!kField.dumped && value == 0) return at;
     return PutNumber<kField.size>(PutKey<kTable, kRow>(at), value);
   }
@@ -176,9 +108,5 @@ char* PutRecordText(char* at, const void* record) {
 #define PUTS_TEXT(record) template char* PutRecordText<record>(char*, const void*);
 FABSCAN_EACH_RECORD(PUTS_TEXT)
 #undef PUTS_TEXT
-
-void WriteRecord(JsonWriter& json, const RecordTable& table, const void* record) {
-  json.EndValue(table.put_text(json.BeginValue(table.text_bytes), record));
-}
 
 }  // namespace fabscan

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <functional>
 #include <ostream>
+#include <string_view>
 
 #include "json_writer.h"
 #include "snapshot.h"
@@ -28,6 +29,8 @@ class SnapshotWriter {
   void Finish();
 
  private:
+  void WriteText(std::string_view key, std::string_view text);
+
   JsonWriter json_;
   std::size_t nodes_ = 0;
 };

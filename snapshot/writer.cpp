@@ -2,7 +2,6 @@
 #include <utf8.h>
 
 #include "record_fields.h"
-#include "record_writer.h"
 #include "snapshot_writer.h"
 #include "words.h"
 
@@ -21,26 +20,27 @@ class NodeWriter {
   void Write(const IBNode& node) {
     json_.BeginObject();
     WriteName("name", node.name);
-    json_.Key("guid");
-    json_.Hex(node.guid, 16);
-    WriteText("type", WordFor(kNodeTypeWords, node.type));
-    json_.Key("numPorts");
-    json_.Number(node.numPorts);
+    json_.AtOnce([&](JsonPiece& to) {
+      to.Key("guid").Hex(node.guid, 16);
+      to.Key("type").Word(WordFor(kNodeTypeWords, node.type));
+      to.Key("numPorts").Number(node.numPorts);
+    });
     if (!node.getAlternativeName().empty()) {
       WriteName("alternativeName", node.getAlternativeName());
     }
-    WriteWhereNot(true, "inSubFabric", node.in_sub_fabric);
-    if (node.isSpecialNode()) {
-      WriteText("specialNode", WordFor(kSpecialNodeWords, node.getSpecialNodeType()));
-    }
-    WriteWhereNot(false, "opalSwitch", node.isOpalSwitch());
-    WriteMask("smpCapabilityMask", capabilities_.find(node, false));
-    WriteMask("gmpCapabilityMask", capabilities_.find(node, true));
+    json_.AtOnce([&](JsonPiece& to) {
+      PutWhereNot(to, true, "inSubFabric", node.in_sub_fabric);
+      if (node.isSpecialNode()) {
+        to.Key("specialNode").Word(WordFor(kSpecialNodeWords, node.getSpecialNodeType()));
+      }
+      PutWhereNot(to, false, "opalSwitch", node.isOpalSwitch());
+      PutMask(to, "smpCapabilityMask", capabilities_.find(node, false));
+      PutMask(to, "gmpCapabilityMask", capabilities_.find(node, true));
+    });
     WriteAttributes(node);
     WriteAbsent(node);
     WritePorts(node);
-    json_.EndObject();
-    json_.EndLine();
+    json_.AtOnce([](JsonPiece& to) { to.EndObject().EndLine(); });
   }
 
  private:
@@ -48,90 +48,91 @@ class NodeWriter {
     bool any = false;
     for (const IBPort* port : node.Ports) {
       if (port == nullptr) continue;
-      if (!any) {
-        json_.Key("ports");
-        json_.BeginArray();
-        any = true;
-      }
-      WritePort(*port);
+      WritePort(*port, !any);
+      any = true;
     }
     if (any) json_.EndArray();
   }
 
-  void WritePort(const IBPort& port) {
-    json_.BeginObject();
-    json_.Key("num");
-    json_.Number(port.num);
-    WriteText("state", WordFor(kPortStateWords, port.port_state));
-    WriteWhereNot(true, "inSubFabric", port.getInSubFabric());
-    WriteWhereNot(false, "fnm", port.isFNMPort());
-    WriteWhereNot(false, "fnm1", port.isFNM1Port());
-    WriteWhereNot(false, "special", port.isSpecialPort());
+  void WritePort(const IBPort& port, bool first) {
+    json_.AtOnce([&](JsonPiece& to) {
+      if (first) to.Key("ports").BeginArray();
+      to.BeginObject();
+      to.Key("num").Number(port.num);
+      to.Key("state").Word(WordFor(kPortStateWords, port.port_state));
+      PutWhereNot(to, true, "inSubFabric", port.getInSubFabric());
+      PutWhereNot(to, false, "fnm", port.isFNMPort());
+      PutWhereNot(to, false, "fnm1", port.isFNM1Port());
+      PutWhereNot(to, false, "special", port.isSpecialPort());
+    });
     WriteAttributes(port);
     WriteAbsent(port);
     json_.EndObject();
   }
 
   void WriteAttributes(const IBNode& node) {
-    attributes_open_ = false;
-    ForEachRecord(store_, node, [this](const RecordTable& table, const void* record) {
-      OpenAttribute(table.name);
-      WriteRecord(json_, table, record);
+    bool any = false;
+    ForEachRecord(store_, node, [&](const RecordTable& table, const void* record) {
+      json_.AtOnce([&](JsonPiece& to) {
+        if (!any) to.Key("attributes").BeginObject();
+        to.Key(table.name);
+        PutRecord(to, table, record);
+      });
+      any = true;
     });
-    if (attributes_open_) json_.EndObject();
+    if (any) json_.EndObject();
   }
 
   void WriteAttributes(const IBPort& port) {
-    attributes_open_ = false;
-    const RecordTable* open = nullptr;  // the counters or monitors being written
+    const RecordTable* last = nullptr;
     ForEachRecord(store_, port, [&](const RecordTable& table, int index, const void* record) {
-      if (open != nullptr && open != &table) CloseIndexed(*open);
-      if (open != &table) OpenAttribute(table.name);
-      if (index == kOnlyOne) {
-        WriteRecord(json_, table, record);
-        return;
-      }
-      if (open != &table) OpenIndexed(table);
-      open = &table;
-      WriteIndexed(table, index, record);
+      json_.AtOnce([&](JsonPiece& to) {
+        if (last == nullptr) to.Key("attributes").BeginObject();
+        if (last != &table) {
+          if (last != nullptr) EndIndexed(to, *last);
+          to.Key(table.name);
+          BeginIndexed(to, table);
+        }
+        PutIndexed(to, table, index, record);
+      });
+      last = &table;
     });
-    if (open != nullptr) CloseIndexed(*open);
-    if (attributes_open_) json_.EndObject();
-  }
-
-  void OpenAttribute(std::string_view name) {
-    if (!attributes_open_) {
-      json_.Key("attributes");
-      json_.BeginObject();
-      attributes_open_ = true;
-    }
-    json_.Key(name);
+    if (last == nullptr) return;
+    json_.AtOnce([&](JsonPiece& to) {
+      EndIndexed(to, *last);
+      to.EndObject();
+    });
   }
 
   // Counter sets are an object from index to record, monitors a list of selectors.
-  void OpenIndexed(const RecordTable& table) {
-    &table == &kCountersTable ? json_.BeginObject() : json_.BeginArray();
+  static void BeginIndexed(JsonPiece& to, const RecordTable& table) {
+    if (&table == &kCountersTable) to.BeginObject();
+    if (&table == &kMonitorsTable) to.BeginArray();
   }
-  void CloseIndexed(const RecordTable& table) {
-    &table == &kCountersTable ? json_.EndObject() : json_.EndArray();
+  static void EndIndexed(JsonPiece& to, const RecordTable& table) {
+    if (&table == &kCountersTable) to.EndObject();
+    if (&table == &kMonitorsTable) to.EndArray();
   }
-  void WriteIndexed(const RecordTable& table, int index, const void* record) {
+  static void PutIndexed(JsonPiece& to, const RecordTable& table, int index, const void* record) {
+    if (&table == &kMonitorsTable) {
+      to.Number(static_cast<u_int32_t>(index));
+      return;
+    }
     if (&table == &kCountersTable) {
       const char digit = static_cast<char>('0' + index);
-      json_.Key({&digit, 1});
-      WriteRecord(json_, table, record);
-    } else {
-      json_.Number(static_cast<u_int64_t>(index));
+      to.Key({&digit, 1});
     }
+    PutRecord(to, table, record);
+  }
+  static void PutRecord(JsonPiece& to, const RecordTable& table, const void* record) {
+    to.Value(table.put_text(to.Begin(), record));
   }
 
-  template <class Key>
-  void WriteMask(const Key& key, const capability_mask_t* mask) {
+  static void PutMask(JsonPiece& to, std::string_view key, const capability_mask_t* mask) {
     if (mask == nullptr) return;
-    json_.Key(key);
-    json_.BeginArray();
-    for (const u_int32_t word : mask->mask) json_.Hex(word);
-    json_.EndArray();
+    to.Key(key).BeginArray();
+    for (const u_int32_t word : mask->mask) to.Hex(word);
+    to.EndArray();
   }
 
   /// Reasons for records that are there after all are left out.
@@ -140,47 +141,43 @@ class NodeWriter {
     bool any = false;
     for (const auto& [record, reason] : store_.absentReasons(owner)) {
       if (!Lacks(store_, owner, record)) continue;
-      if (!any) {
-        json_.Key("absent");
-        json_.BeginObject();
-        any = true;
-      }
-      WriteText(record, reason);
+      json_.AtOnce([&, &name = record](JsonPiece& to) {
+        if (!any) to.Key("absent").BeginObject();
+        to.Key(name);
+      });
+      WriteReason(reason);
+      any = true;
     }
     if (any) json_.EndObject();
   }
 
+  /// Owners share their reasons: most have the same one as the owner before.
+  void WriteReason(const std::string& reason) {
+    if (&reason != plain_reason_ && JsonWriter::IsWord(reason)) plain_reason_ = &reason;
+    if (&reason != plain_reason_) return json_.String(reason);
+    json_.AtOnce([&](JsonPiece& to) { to.Word(reason); });
+  }
+
   /// A name as the device gave it; one that JSON cannot hold, in its escaped form.
-  template <class Key>
-  void WriteName(const Key& key, const std::string& harmless) {
-    const std::string original = OriginalName(harmless);
-    if (IsUtf8(original)) {
-      WriteText(key, original);
-      return;
-    }
+  void WriteName(std::string_view key, const std::string& harmless) {
     json_.Key(key);
+    if (harmless.find(kEscapeMark) == std::string::npos) return json_.String(harmless);
+    const std::string original = OriginalName(harmless);
+    if (IsUtf8(original)) return json_.String(original);
     json_.BeginObject();
-    WriteText("escaped", harmless);
+    json_.Key("escaped");
+    json_.String(harmless);
     json_.EndObject();
   }
 
-  template <class Key>
-  void WriteText(const Key& key, std::string_view text) {
-    json_.Key(key);
-    json_.String(text);
-  }
-
-  template <class Key>
-  void WriteWhereNot(bool usual, const Key& key, bool value) {
-    if (value == usual) return;
-    json_.Key(key);
-    json_.Bool(value);
+  static void PutWhereNot(JsonPiece& to, bool usual, std::string_view key, bool value) {
+    if (value != usual) to.Key(key).Bool(value);
   }
 
   JsonWriter& json_;
   const TesselExtendedInfo& store_;
   const CapabilityModule& capabilities_;
-  bool attributes_open_ = false;
+  const std::string* plain_reason_ = nullptr;  // the last one that needed no escapes
 };
 
 }  // namespace
@@ -189,16 +186,16 @@ SnapshotWriter::SnapshotWriter(std::ostream& out, const SnapshotHeader& header) 
   json_.BeginObject();
   json_.Key("fabscan_snapshot");
   json_.Number(kSnapshotVersion);
-  if (!header.source.empty()) {
-    json_.Key("source");
-    json_.String(header.source);
-  }
-  if (!header.created.empty()) {
-    json_.Key("created");
-    json_.String(header.created);
-  }
+  WriteText("source", header.source);
+  WriteText("created", header.created);
   json_.EndObject();
   json_.EndLine();
+}
+
+void SnapshotWriter::WriteText(std::string_view key, std::string_view text) {
+  if (text.empty()) return;
+  json_.Key(key);
+  json_.String(text);
 }
 
 void SnapshotWriter::Write(const Fabscan& part,
