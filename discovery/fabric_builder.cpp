@@ -161,7 +161,7 @@ struct NodeOrder {
     for (std::size_t place = 0; place < findings.NodeCount(); ++place) {
       by_guid.emplace_back(findings.Guid(place), place);
     }
-    std::sort(by_guid.begin(), by_guid.end());
+    if (!std::is_sorted(by_guid.begin(), by_guid.end())) std::sort(by_guid.begin(), by_guid.end());
     const auto twin = std::adjacent_find(by_guid.begin(), by_guid.end(), [](auto& one, auto& next) {
       return one.first == next.first;
     });

@@ -103,6 +103,7 @@ void AppendEscaped(std::string& to, std::string_view bytes) {
 }  // namespace
 
 std::string HarmlessName(std::string_view device_name) {
+  if (PlainLength(device_name) == device_name.size()) return std::string(device_name);
   std::string harmless;
   harmless.reserve(device_name.size());
   for (std::string_view rest = device_name; !rest.empty();) {
