@@ -1,7 +1,7 @@
 #include "cache_maker.h"
 
-#include <cache_builder.h>
 #include <fmt/format.h>
+#include <testing/cache_builder.h>
 
 #include "numbers.h"
 

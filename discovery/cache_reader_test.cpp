@@ -7,10 +7,10 @@
 #include <fstream>
 #include <sstream>
 
-#include "cache_builder.h"
 #include "cache_file.h"
 #include "fabric_builder.h"
 #include "payload_decoder.h"
+#include "testing/cache_builder.h"
 
 namespace fabscan {
 namespace {

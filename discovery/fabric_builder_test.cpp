@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "cache_builder.h"
 #include "cache_reader.h"
+#include "testing/cache_builder.h"
 
 namespace fabscan {
 namespace {

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "attribute_fields.h"
-#include "cache_builder.h"
+#include "testing/cache_builder.h"
 
 namespace fabscan {
 namespace {

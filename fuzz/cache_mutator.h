@@ -1,7 +1,7 @@
 #ifndef FABSCAN_FUZZ_CACHE_MUTATOR_H
 #define FABSCAN_FUZZ_CACHE_MUTATOR_H
 
-#include <cache_builder.h>
+#include <testing/cache_builder.h>
 
 #include <cstddef>
 #include <random>

@@ -3,7 +3,7 @@
 
 #include <cache_reader.h>
 #include <fabric_builder.h>
-#include <snapshot_text.h>
+#include <testing/snapshot_text.h>
 
 #include <algorithm>
 #include <cstdint>

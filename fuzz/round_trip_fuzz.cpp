@@ -2,7 +2,7 @@
 // generator writes the same of both.
 
 #include <harmless_name.h>
-#include <snapshot_text.h>
+#include <testing/snapshot_text.h>
 
 #include <cstdint>
 

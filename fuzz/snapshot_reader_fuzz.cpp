@@ -2,7 +2,7 @@
 // and read again as the same bytes; the same whatever the size of the reads.
 
 #include <reader.h>
-#include <snapshot_text.h>
+#include <testing/snapshot_text.h>
 #include <utf8.h>
 
 #include <cstdint>

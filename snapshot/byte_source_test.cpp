@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "line_reader.h"
-#include "snapshot_text.h"
+#include "testing/snapshot_text.h"
 #include "zstd_output.h"
 
 namespace fabscan {

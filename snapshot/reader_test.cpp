@@ -6,7 +6,7 @@
 #include <fstream>
 #include <vector>
 
-#include "snapshot_text.h"
+#include "testing/snapshot_text.h"
 
 namespace fabscan {
 namespace {

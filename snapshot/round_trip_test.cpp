@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "record_fields.h"
-#include "snapshot_text.h"
+#include "testing/snapshot_text.h"
 
 namespace fabscan {
 namespace {

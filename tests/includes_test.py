@@ -16,7 +16,7 @@ KNOWS = {
     "simulator": {"include", "fabscan", "model"},
     "cli": {"include", "fabscan", "model", "snapshot", "discovery", "simulator"},
 }
-BESIDE = re.compile(r"(_test|_must_not_compile)\.cpp$|/testing/|/test_fabric\.(h|cpp)$")
+BESIDE = re.compile(r"(_test|_must_not_compile)\.cpp$|/testing/")
 
 
 def headers():

@@ -9,7 +9,7 @@
 #include <functional>
 #include <sstream>
 
-#include "test_fabric.h"
+#include "testing/test_fabric.h"
 #include "verification.h"
 
 namespace fabscan {

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "test_fabric.h"
+#include "testing/test_fabric.h"
 
 namespace fabscan {
 namespace {

@@ -2,7 +2,7 @@
 // small snapshot: read, or refused in the words of messages.tsv.
 
 #include <gtest/gtest.h>
-#include <snapshot_text.h>
+#include <testing/snapshot_text.h>
 
 #include <filesystem>
 #include <fstream>

@@ -1,9 +1,9 @@
-#ifndef FABSCAN_SIMULATOR_VERIFICATION_TEST_FABRIC_H
-#define FABSCAN_SIMULATOR_VERIFICATION_TEST_FABRIC_H
+#ifndef FABSCAN_SIMULATOR_VERIFICATION_TESTING_TEST_FABRIC_H
+#define FABSCAN_SIMULATOR_VERIFICATION_TESTING_TEST_FABRIC_H
 
 #include <infiniband/fabscan/fabscan.h>
 
-#include "../core/packed.h"
+#include "../../core/packed.h"
 
 namespace fabscan {
 

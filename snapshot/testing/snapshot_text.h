@@ -1,10 +1,10 @@
-#ifndef FABSCAN_SNAPSHOT_SNAPSHOT_TEXT_H
-#define FABSCAN_SNAPSHOT_SNAPSHOT_TEXT_H
+#ifndef FABSCAN_SNAPSHOT_TESTING_SNAPSHOT_TEXT_H
+#define FABSCAN_SNAPSHOT_TESTING_SNAPSHOT_TEXT_H
 
 #include <sstream>
 #include <string>
 
-#include "reader.h"
+#include "../reader.h"
 
 namespace fabscan {
 

@@ -1,5 +1,5 @@
-#ifndef FABSCAN_DISCOVERY_CACHE_BUILDER_H
-#define FABSCAN_DISCOVERY_CACHE_BUILDER_H
+#ifndef FABSCAN_DISCOVERY_TESTING_CACHE_BUILDER_H
+#define FABSCAN_DISCOVERY_TESTING_CACHE_BUILDER_H
 
 #include <infiniband/tessel/Fabric.h>
 
@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "payload.h"
+#include "../payload.h"
 
 namespace fabscan {
 
