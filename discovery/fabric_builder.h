@@ -35,9 +35,9 @@ DiscoveryReport BuildFabric(const FindingsSource& findings, Fabscan& fabscan);
 /// So many ports make a part that is still in the processor's cache when it has been built.
 inline constexpr std::size_t kPortsOfAPart = 1024;
 
-/// The same nodes in parts of about `ports` ports, in the same order: `take` is given one model
-/// after another, each of which goes before the next is made. A fabric of any size takes the memory
-/// of a part, beside that of the findings and the names.
+/// The same nodes in parts of about `ports` ports, in the same order: `take` is given one part
+/// after another, all in the same model, which is emptied for the next. A fabric of any size takes
+/// the memory of a part, beside that of the findings and the names.
 DiscoveryReport BuildFabricInParts(const FindingsSource& findings, std::size_t ports,
                                    const std::function<void(const Fabscan& part)>& take);
 

@@ -82,7 +82,7 @@ class JsonPiece {
     return *this;
   }
   JsonPiece& Put(std::string_view text) {
-    std::memcpy(at_, text.data(), text.size());
+    if (!text.empty()) std::memcpy(at_, text.data(), text.size());
     at_ += text.size();
     return *this;
   }

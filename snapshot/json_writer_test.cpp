@@ -38,11 +38,13 @@ TEST(JsonWriter, SetsCommasAndNoBlanks) {
               json.EndArray();
               json.Key("text");
               json.String("x");
+              json.Key("nothing");
+              json.String({});
               json.EndObject();
               json.EndLine();
               json.Bool(false);
             }),
-            "{\"empty\":[],\"list\":[1,{},true],\"text\":\"x\"}\nfalse");
+            "{\"empty\":[],\"list\":[1,{},true],\"text\":\"x\",\"nothing\":\"\"}\nfalse");
 }
 
 TEST(JsonWriter, WritesTheSameAtOnce) {
