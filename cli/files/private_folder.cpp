@@ -67,6 +67,9 @@ void PrivateFolder::Remove() noexcept {
 }
 
 void PrivateFolder::note() noexcept {
+  // A library that panics ends the program without its destructors.
+  static const int noted = std::atexit(AllPrivateFolders::RemoveAll);
+  static_cast<void>(noted);
   next_ = AllPrivateFolders::first.load();
   if (next_ != nullptr) next_.load()->previous_ = this;
   AllPrivateFolders::first = this;

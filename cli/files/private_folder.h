@@ -7,8 +7,8 @@
 namespace fabscan {
 
 /// A folder for files, which nobody else uses. It goes with this object, and when SIGINT, SIGTERM
-/// or SIGHUP ends the program, together with the files in it. Any number of them at a time; one
-/// thread makes and ends them.
+/// or SIGHUP or a library's `exit` ends the program, together with the files in it. Any number of
+/// them at a time; one thread makes and ends them.
 class PrivateFolder {
  public:
   PrivateFolder() = default;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -194,6 +195,22 @@ TEST_F(StagedOutputTest, ASignalRemovesTheFolderAndEndsTheProgram) {
     EXPECT_EQ(Content("out"), "old\n");
     EXPECT_EQ(EntryCount(), 1U);
   }
+}
+
+TEST_F(StagedOutputTest, ALibraryThatEndsTheProgramLeavesNoFolder) {
+  Put("out", "old\n");
+  const pid_t child = ::fork();
+  if (child == 0) {
+    StagedOutput output(path_, true);
+    output.stream() << "new\n" << std::flush;
+    std::exit(3);
+  }
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 3);
+  EXPECT_EQ(Content("out"), "old\n");
+  EXPECT_EQ(EntryCount(), 1U);
 }
 
 class SeveralOutputs : public StagedOutputTest {

@@ -189,7 +189,10 @@ class InterruptedTest(LiveTestCase):
             with self.subTest(after=after):
                 status, _, err = self.interrupt(fabric, "--force", after=after)
                 # Until the handler stands, Ctrl-C ends the program as usual; a discovery may also
-                # have been faster.
+                # have been faster. The simulator's client panics where its own call is interrupted.
+                if "ibpanic: " in err and "Interrupted system call" in err:
+                    self.assertEqual(status, 255, err)
+                    continue
                 self.assertIn(status, (0, 1, -signal.SIGINT), err)
                 self.assertNotIn("libibnetdisc", err)
 
