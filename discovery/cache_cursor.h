@@ -30,11 +30,7 @@ class CacheCursor {
     offset_ += count;
     return bytes_.substr(offset_ - count, count);
   }
-  Payload TakePayload() {
-    Payload payload;
-    std::memcpy(payload.data(), TakeBytes(payload.size()).data(), payload.size());
-    return payload;
-  }
+  Payload TakePayload() { return PayloadOf(TakeBytes(std::tuple_size_v<Payload>)); }
 
   template <class Number>
   Number Take() {

@@ -22,6 +22,10 @@ constexpr char kNotScanned[] = "a discovery cache holds only the ports that the 
 constexpr char kNotInCache[] = "not in the discovery cache: the query had failed";
 constexpr char kNotStored[] = "a discovery cache does not hold it";
 
+// What the file says of LIDs and masks beside the payloads that say it too.
+constexpr std::size_t kNodeLidBytes = 4;
+constexpr std::size_t kPortLidBytes = 4;
+
 /// How ports name each other: a switch has one port GUID for all of its ports. Packed, so that it
 /// takes 16 bytes together with a place.
 struct [[gnu::packed]] PortKey {
@@ -59,8 +63,7 @@ class Entry {
   const char* at_;
 };
 
-/// A node as it stands in the file; the keys of its ports follow. What the file says of the node's
-/// LIDs is in PortInfo and SwitchInfo as well.
+/// A node as it stands in the file; the keys of its ports follow.
 class NodeEntry : public Entry {
  public:
   explicit NodeEntry(CacheCursor& cursor) : Entry(cursor.TakeBytes(kCacheNodeBytes).data()) {}
@@ -79,7 +82,7 @@ class NodeEntry : public Entry {
 
  private:
   // Where what is.
-  static constexpr std::size_t kSwitchInfo = 4;
+  static constexpr std::size_t kSwitchInfo = kNodeLidBytes;
   static constexpr std::size_t kGuid = kSwitchInfo + std::tuple_size_v<Payload>;
   static constexpr std::size_t kType = kGuid + sizeof(u_int64_t);
   static constexpr std::size_t kPortCount = kType + 1;
@@ -89,8 +92,7 @@ class NodeEntry : public Entry {
   static_assert(kStored + 1 == kCacheNodeBytes);
 };
 
-/// A port as it stands in the file, whose size was held against the number of ports. LID and mask
-/// are in PortInfo as well.
+/// A port as it stands in the file, whose size was held against the number of ports.
 class PortEntry : public Entry {
  public:
   explicit PortEntry(const char* at) : Entry(at) {}
@@ -102,20 +104,17 @@ class PortEntry : public Entry {
   PortKey Peer() const { return KeyAt(kPeer); }
 
   // Where what is.
-  static constexpr std::size_t kInfo = kCachePortKeyBytes + 4;
+  static constexpr std::size_t kInfo = kCachePortKeyBytes + kPortLidBytes;
   static constexpr std::size_t kNodeGuid = kInfo + std::tuple_size_v<Payload>;
   static constexpr std::size_t kHasPeer = kNodeGuid + sizeof(u_int64_t);
   static constexpr std::size_t kPeer = kHasPeer + 1;
   static_assert(kPeer + kCachePortKeyBytes == kCachePortBytes);
 };
 
-/// A port as its node names it.
-class PortOfNode : public Entry {
- public:
-  explicit PortOfNode(CacheCursor& cursor) : Entry(cursor.TakeBytes(kCachePortKeyBytes).data()) {}
-
-  PortKey Key() const { return KeyAt(0); }
-};
+/// The key of a port as its node names it: it is what a port begins with.
+PortKey TakeKey(CacheCursor& cursor) {
+  return PortEntry(cursor.TakeBytes(kCachePortKeyBytes).data()).Key();
+}
 
 void SetSwitchInfo(Answer& answer, const NodeEntry& node) {
   if (!node.IsSwitch()) return answer.SetNotAsked({});
@@ -226,7 +225,7 @@ class CacheReader {
     std::bitset<256> seen;
     const u_int64_t guid = entry.Guid();
     for (unsigned i = entry.Stored(); i > 0; --i) {
-      const PortKey key = PortOfNode(cursor).Key();
+      const PortKey key = TakeKey(cursor);
       const u_int32_t place = PlaceOf(key);
       if (place == ports_.kNone || PortAt(place).NodeGuid() != guid) {
         FailAt(node.offset, fmt::format("the node's port {} with port GUID {} is not in the file",

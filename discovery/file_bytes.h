@@ -14,9 +14,8 @@ class FileBytes {
  public:
   FileBytes() = default;
   explicit FileBytes(std::string_view bytes) {
-    Reserve(bytes.size());
-    std::copy(bytes.begin(), bytes.end(), bytes_.get());
-    size_ = bytes.size();
+    std::copy(bytes.begin(), bytes.end(), Room(bytes.size()));
+    Take(bytes.size());
   }
 
   std::size_t size() const { return size_; }

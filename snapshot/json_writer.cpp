@@ -11,7 +11,6 @@ namespace fabscan {
 
 namespace {
 
-constexpr char kHexDigits[] = "0123456789abcdef";
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 /// Whether a byte is a character that stands for itself.
@@ -59,10 +58,9 @@ void JsonWriter::AppendEscaped(char c) {
     case '\t':
       return Append("\\t");
     default: {
-      const auto byte = static_cast<unsigned char>(c);
-      const char digits[] = {kHexDigits[byte >> 4U], kHexDigits[byte & 0xFU]};
+      const DigitPair& pair = kHexPairs[static_cast<unsigned char>(c)];
       Append("\\u00");
-      Append({digits, sizeof digits});
+      Append({pair.digits, sizeof pair.digits});
     }
   }
 }
