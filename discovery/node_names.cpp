@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 #include <guid_text.h>
-#include <infiniband/fabscan/place_index.h>
+#include <infiniband/tessel/place_index.h>
 
 #include <cstddef>
 

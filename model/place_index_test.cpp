@@ -1,5 +1,5 @@
 #include <gtest/gtest.h>
-#include <infiniband/fabscan/place_index.h>
+#include <infiniband/tessel/place_index.h>
 
 namespace fabscan {
 namespace {

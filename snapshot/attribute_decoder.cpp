@@ -30,10 +30,10 @@ const auto& RecordsOf(const IBNode*) { return kNodeRecords; }
 const auto& RecordsOf(const IBPort*) { return kPortRecordNames; }
 
 std::string ElsewhereAdvice(const IBNode*, std::string_view key) {
-  return IsPortRecord(key) ? "it is a port's; move it to the port" : "";
+  return FindPortRecord(key) != nullptr ? "it is a port's; move it to the port" : "";
 }
 std::string ElsewhereAdvice(const IBPort*, std::string_view key) {
-  return IsNodeRecord(key) ? "it is a node's; move it to the node" : "";
+  return FindNodeRecord(key) != nullptr ? "it is a node's; move it to the node" : "";
 }
 
 template <class Owner>

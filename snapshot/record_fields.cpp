@@ -6,12 +6,23 @@ namespace fabscan {
 
 namespace {
 
-/// The kind with this name, or null.
-template <class Kinds>
-const auto* FindKind(const Kinds& kinds, std::string_view name) {
+/// What finds a record of this name among the kinds, or null.
+template <class Owner, std::size_t kCount>
+FindRecord<Owner> FindAmong(const std::array<RecordKind<Owner>, kCount>& kinds,
+                            std::string_view name) {
   const auto found = std::find_if(kinds.begin(), kinds.end(),
                                   [&](const auto& kind) { return kind.table->name == name; });
-  return found == kinds.end() ? nullptr : &*found;
+  return found == kinds.end() ? nullptr : found->find;
+}
+
+/// The port's record with the lowest index or selector, or null.
+template <const RecordTable& kTable>
+const void* FindFirst(const TesselExtendedInfo& store, const IBPort& port) {
+  const void* first = nullptr;
+  ForEachRecord(store, port, [&](const RecordTable& table, int, const void* record) {
+    if (first == nullptr && &table == &kTable) first = record;
+  });
+  return first;
 }
 
 }  // namespace
@@ -22,26 +33,12 @@ const FieldRow* FindField(const RecordTable& table, std::string_view name) {
   return row == table.end() ? nullptr : row;
 }
 
-bool IsNodeRecord(std::string_view name) { return FindKind(kNodeRecords, name) != nullptr; }
+FindRecord<IBNode> FindNodeRecord(std::string_view name) { return FindAmong(kNodeRecords, name); }
 
-bool IsPortRecord(std::string_view name) {
-  return name == kCountersTable.name || name == kMonitorsTable.name ||
-         FindKind(kPortRecords, name) != nullptr;
-}
-
-bool Lacks(const TesselExtendedInfo& store, const IBNode& node, std::string_view name) {
-  const RecordKind<IBNode>* kind = FindKind(kNodeRecords, name);
-  return kind != nullptr && kind->find(store, node) == nullptr;
-}
-
-bool Lacks(const TesselExtendedInfo& store, const IBPort& port, std::string_view name) {
-  if (const RecordKind<IBPort>* kind = FindKind(kPortRecords, name)) {
-    return kind->find(store, port) == nullptr;
-  }
-  bool has = false;
-  ForEachRecord(store, port,
-                [&](const RecordTable& table, int, const void*) { has |= table.name == name; });
-  return IsPortRecord(name) && !has;
+FindRecord<IBPort> FindPortRecord(std::string_view name) {
+  if (name == kCountersTable.name) return FindFirst<kCountersTable>;
+  if (name == kMonitorsTable.name) return FindFirst<kMonitorsTable>;
+  return FindAmong(kPortRecords, name);
 }
 
 }  // namespace fabscan

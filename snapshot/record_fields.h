@@ -13,13 +13,16 @@
 
 namespace fabscan {
 
+/// Finds an owner's record of one kind: null where it has none.
+template <class Owner>
+using FindRecord = const void* (*)(const TesselExtendedInfo& store, const Owner& owner);
+
 /// One kind of record that a node or a port can have, for code that walks all kinds: its table and
 /// its place in the store.
 template <class Owner>
 struct RecordKind {
   const RecordTable* table;
-  /// The owner's record, or null.
-  const void* (*find)(const TesselExtendedInfo& store, const Owner& owner);
+  FindRecord<Owner> find;
   /// The owner's record, made zeroed when there is none yet.
   void* (*put)(TesselExtendedInfo& store, const Owner& owner);
 };
@@ -68,13 +71,10 @@ inline constexpr const RecordTable& kMonitorsTable =
 /// The row of the field with this name, or null.
 const FieldRow* FindField(const RecordTable& table, std::string_view name);
 
-/// Whether a node, or a port, can have a record of this name.
-bool IsNodeRecord(std::string_view name);
-bool IsPortRecord(std::string_view name);
-
-/// Whether the node, or the port, has no record of this name, but could have one.
-bool Lacks(const TesselExtendedInfo& store, const IBNode& node, std::string_view name);
-bool Lacks(const TesselExtendedInfo& store, const IBPort& port, std::string_view name);
+/// What finds a node's record of this name, or a port's: any of those that it has. Null where it
+/// cannot have one.
+FindRecord<IBNode> FindNodeRecord(std::string_view name);
+FindRecord<IBPort> FindPortRecord(std::string_view name);
 
 /// `APPLY(type)` for every type that has a table, those within other records included.
 // clang-format off

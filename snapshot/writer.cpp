@@ -1,6 +1,7 @@
 #include <harmless_name.h>
 #include <utf8.h>
 
+#include "absent_records.h"
 #include "record_fields.h"
 #include "snapshot_writer.h"
 #include "words.h"
@@ -38,7 +39,7 @@ class NodeWriter {
       PutMask(to, "gmpCapabilityMask", capabilities_.find(node, true));
     });
     WriteAttributes(node);
-    WriteAbsent(node);
+    WriteAbsent(node, absent_of_nodes_);
     WritePorts(node);
     json_.AtOnce([](JsonPiece& to) { to.EndObject().EndLine(); });
   }
@@ -66,7 +67,7 @@ class NodeWriter {
       PutWhereNot(to, false, "special", port.isSpecialPort());
     });
     WriteAttributes(port);
-    WriteAbsent(port);
+    WriteAbsent(port, absent_of_ports_);
     json_.EndObject();
   }
 
@@ -137,25 +138,19 @@ class NodeWriter {
 
   /// Reasons for records that are there after all are left out.
   template <class Owner>
-  void WriteAbsent(const Owner& owner) {
+  void WriteAbsent(const Owner& owner, AbsentRecords<Owner>& absent) {
     bool any = false;
-    for (const auto& [record, reason] : store_.absentReasons(owner)) {
-      if (!Lacks(store_, owner, record)) continue;
-      json_.AtOnce([&, &name = record](JsonPiece& to) {
+    for (const AbsentRecord<Owner>& record : absent.Of(store_.absentReasons(owner))) {
+      if (record.find(store_, owner) != nullptr) continue;
+      json_.AtOnce([&](JsonPiece& to) {
         if (!any) to.Key("absent").BeginObject();
-        to.Key(name);
+        to.Key(record.name);
+        if (record.plain) to.Word(record.reason);
       });
-      WriteReason(reason);
+      if (!record.plain) json_.String(record.reason);
       any = true;
     }
     if (any) json_.EndObject();
-  }
-
-  /// Owners share their reasons: most have the same one as the owner before.
-  void WriteReason(const std::string& reason) {
-    if (&reason != plain_reason_ && JsonWriter::IsWord(reason)) plain_reason_ = &reason;
-    if (&reason != plain_reason_) return json_.String(reason);
-    json_.AtOnce([&](JsonPiece& to) { to.Word(reason); });
   }
 
   /// A name as the device gave it; one that JSON cannot hold, in its escaped form.
@@ -177,7 +172,8 @@ class NodeWriter {
   JsonWriter& json_;
   const TesselExtendedInfo& store_;
   const CapabilityModule& capabilities_;
-  const std::string* plain_reason_ = nullptr;  // the last one that needed no escapes
+  AbsentRecords<IBNode> absent_of_nodes_;
+  AbsentRecords<IBPort> absent_of_ports_;
 };
 
 }  // namespace

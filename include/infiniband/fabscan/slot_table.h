@@ -26,7 +26,8 @@ class SlotTable {
   Record& slot(std::size_t index) {
     if (index >= slots_.size()) grow(index + 1);
     if (slots_[index] == kEmpty) {
-      if (count_ == chunks_.size() * kChunkRecords) chunks_.emplace_back(new Chunk);
+      if (count_ == chunks_.size() * kChunkRecords)
+        chunks_.push_back(std::unique_ptr<Chunk>(new Chunk));
       const_cast<Record&>(at(count_)) = {};
       slots_[index] = ++count_;
     }

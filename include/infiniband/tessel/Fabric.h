@@ -1,7 +1,7 @@
 #ifndef INFINIBAND_TESSEL_FABRIC_H
 #define INFINIBAND_TESSEL_FABRIC_H
 
-#include <infiniband/fabscan/place_index.h>
+#include <infiniband/tessel/place_index.h>
 #include <sys/types.h>
 
 #include <cstddef>
