@@ -13,6 +13,7 @@
 #include "cache_header.h"
 #include "node_names.h"
 #include "payload_decoder.h"
+#include "port_index.h"
 
 namespace fabscan {
 
@@ -25,21 +26,6 @@ constexpr char kNotStored[] = "a discovery cache does not hold it";
 // What the file says of LIDs and masks beside the payloads that say it too.
 constexpr std::size_t kNodeLidBytes = 4;
 constexpr std::size_t kPortLidBytes = 4;
-
-/// How ports name each other: a switch has one port GUID for all of its ports. Packed, so that it
-/// takes 16 bytes together with a place.
-struct [[gnu::packed]] PortKey {
-  u_int64_t guid = 0;
-  u_int8_t number = 0;
-
-  bool operator==(const PortKey& other) const {
-    return guid == other.guid && number == other.number;
-  }
-};
-
-u_int64_t HashOf(const PortKey& key) {
-  return fabscan::HashOf(fabscan::HashOf(key.guid) + key.number);
-}
 
 /// A piece of the file's bytes, all of which are there.
 class Entry {
@@ -133,7 +119,7 @@ class CacheReader {
         header_(header),
         first_port_(bytes_.size() - header.ports * kCachePortBytes),
         nodes_(header.nodes),
-        ports_(header.ports),
+        ports_(header.nodes),
         taken_(header.ports) {}
 
   void Read() {
@@ -144,14 +130,8 @@ class CacheReader {
     if (cursor.offset() != first_port_) {
       FailAt(cursor.offset(), "the nodes have more or fewer ports than the header announces");
     }
-    for (u_int32_t i = 0; i < header_.ports; ++i) {
-      ports_.Expect(PortAt(Ahead(i)).Key());
-      ReadPort(i);
-    }
-    for (u_int32_t i = 0; i < header_.ports; ++i) {
-      ports_.Expect(PortAt(Ahead(i)).Peer());
-      CheckPeer(i);
-    }
+    for (u_int32_t i = 0; i < header_.ports; ++i) ReadPort(i);
+    for (u_int32_t i = 0; i < header_.ports; ++i) CheckPeer(i);
     for (CacheFindings::CachedNode& node : findings_.nodes_) ClaimPorts(node);
     for (u_int32_t i = 0; i < header_.ports; ++i) {
       if (!taken_[i]) FailAt(OffsetOf(i), "no node of the file has this port");
@@ -187,13 +167,10 @@ class CacheReader {
              fmt::format("a flag is 0 or 1, not {}", port.HasPeer()));
     }
     const PortKey key = port.Key();
-    if (ports_.Insert(key, place)) return;
+    if (ports_.Add(key)) return;
     FailAt(OffsetOf(place),
            fmt::format("a second port {} with port GUID {}", key.number, GuidText(key.guid)));
   }
-
-  /// A port that will be looked at soon: long enough for the processor to fetch what that takes.
-  u_int32_t Ahead(u_int32_t port) const { return std::min(port + 12, header_.ports - 1); }
 
   std::size_t OffsetOf(u_int32_t port) const { return first_port_ + port * kCachePortBytes; }
   PortEntry PortAt(u_int32_t port) const { return PortEntry(bytes_.data() + OffsetOf(port)); }
@@ -247,7 +224,7 @@ class CacheReader {
   CacheHeader header_;
   std::size_t first_port_;  // its offset
   PlaceIndex<u_int64_t> nodes_;
-  PlaceIndex<PortKey> ports_;
+  PortIndex ports_;
   std::vector<bool> taken_;  // a node has this port
   u_int32_t last_place_ = 0;
 };

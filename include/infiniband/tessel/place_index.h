@@ -44,9 +44,6 @@ class PlaceIndex {
   /// The place of the entry with this key, or `kNone`.
   u_int32_t Find(const Key& key) const { return slots_[SlotOf(key)].place; }
 
-  /// Has the processor fetch what `Insert` and `Find` of this key look at first.
-  void Expect(const Key& key) const { __builtin_prefetch(&slots_[FirstSlotOf(key)]); }
-
   void Clear() {
     slots_.assign(slots_.size(), {});
     count_ = 0;
@@ -58,11 +55,9 @@ class PlaceIndex {
     u_int32_t place = kNone;
   };
 
-  std::size_t FirstSlotOf(const Key& key) const { return HashOf(key) & (slots_.size() - 1); }
-
   /// Where the key is, or the free slot where it would be.
   std::size_t SlotOf(const Key& key) const {
-    std::size_t i = FirstSlotOf(key);
+    std::size_t i = HashOf(key) & (slots_.size() - 1);
     while (slots_[i].place != kNone && !(slots_[i].key == key)) i = (i + 1) & (slots_.size() - 1);
     return i;
   }
