@@ -10,6 +10,20 @@ namespace fabscan {
 
 namespace {
 
+/// What the records of these kinds take in a snapshot, at most, without their names.
+template <class Kinds>
+constexpr std::size_t TextBytes(const Kinds& kinds) {
+  std::size_t bytes = 0;
+  for (const auto& kind : kinds) bytes += kind.table->text_bytes;
+  return bytes;
+}
+
+// So all records of a node, or of a port, go into one piece, with what stands around them.
+static_assert(TextBytes(kNodeRecords) < JsonWriter::kMostAtOnce / 2);
+static_assert(TextBytes(kPortRecords) +
+                  TesselExtendedInfo::kCounterSets * kCountersTable.text_bytes <
+              JsonWriter::kMostAtOnce / 2);
+
 /// Nodes of one model, in canonical form: keys in one order, defaults left out.
 class NodeWriter {
  public:
@@ -37,8 +51,8 @@ class NodeWriter {
       PutWhereNot(to, false, "opalSwitch", node.isOpalSwitch());
       PutMask(to, "smpCapabilityMask", capabilities_.find(node, false));
       PutMask(to, "gmpCapabilityMask", capabilities_.find(node, true));
+      PutAttributes(to, node);
     });
-    WriteAttributes(node);
     WriteAbsent(node, absent_of_nodes_);
     WritePorts(node);
     json_.AtOnce([](JsonPiece& to) { to.EndObject().EndLine(); });
@@ -65,44 +79,38 @@ class NodeWriter {
       PutWhereNot(to, false, "fnm", port.isFNMPort());
       PutWhereNot(to, false, "fnm1", port.isFNM1Port());
       PutWhereNot(to, false, "special", port.isSpecialPort());
+      PutAttributes(to, port);
     });
-    WriteAttributes(port);
     WriteAbsent(port, absent_of_ports_);
     json_.EndObject();
   }
 
-  void WriteAttributes(const IBNode& node) {
+  void PutAttributes(JsonPiece& to, const IBNode& node) const {
     bool any = false;
     ForEachRecord(store_, node, [&](const RecordTable& table, const void* record) {
-      json_.AtOnce([&](JsonPiece& to) {
-        if (!any) to.Key("attributes").BeginObject();
-        to.Key(table.name);
-        PutRecord(to, table, record);
-      });
+      if (!any) to.Key("attributes").BeginObject();
+      to.Key(table.name);
+      PutRecord(to, table, record);
       any = true;
     });
-    if (any) json_.EndObject();
+    if (any) to.EndObject();
   }
 
-  void WriteAttributes(const IBPort& port) {
+  void PutAttributes(JsonPiece& to, const IBPort& port) const {
     const RecordTable* last = nullptr;
     ForEachRecord(store_, port, [&](const RecordTable& table, int index, const void* record) {
-      json_.AtOnce([&](JsonPiece& to) {
-        if (last == nullptr) to.Key("attributes").BeginObject();
-        if (last != &table) {
-          if (last != nullptr) EndIndexed(to, *last);
-          to.Key(table.name);
-          BeginIndexed(to, table);
-        }
-        PutIndexed(to, table, index, record);
-      });
+      if (last == nullptr) to.Key("attributes").BeginObject();
+      if (last != &table) {
+        if (last != nullptr) EndIndexed(to, *last);
+        to.Key(table.name);
+        BeginIndexed(to, table);
+      }
+      PutIndexed(to, table, index, record);
       last = &table;
     });
     if (last == nullptr) return;
-    json_.AtOnce([&](JsonPiece& to) {
-      EndIndexed(to, *last);
-      to.EndObject();
-    });
+    EndIndexed(to, *last);
+    to.EndObject();
   }
 
   // Counter sets are an object from index to record, monitors a list of selectors.
