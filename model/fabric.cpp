@@ -1,6 +1,7 @@
 #include <infiniband/tessel/Fabric.h>
 
 #include <stdexcept>
+#include <utility>
 
 #include "guid_text.h"
 #include "harmless_name.h"
@@ -17,15 +18,23 @@ IBNode& IBFabric::makeNode(std::string_view device_name, u_int64_t guid, IBNodeT
   }
   IBNode& node = nodes_.emplace_back(fabscan::HarmlessName(device_name), guid, type, num_ports,
                                      static_cast<u_int32_t>(nodes_.size()));
-  // Whoever makes nodes in some order often has their names in that order as well.
-  const auto named = NodeByName.try_emplace(NodeByName.end(), node.name, &node);
-  if (named->second != &node) {
+  if (!enterName(node)) {
     const std::string name = node.name;
     nodes_.pop_back();
     throw std::invalid_argument("node name in use: " + name);
   }
   place_by_guid_.Insert(guid, node.createIndex);
   return node;
+}
+
+bool IBFabric::enterName(IBNode& node) {
+  // Whoever makes nodes in some order often has their names in that order as well.
+  const auto last = NodeByName.end();
+  if (spare_names_.empty()) return NodeByName.try_emplace(last, node.name, &node)->second == &node;
+  auto entry = spare_names_.extract(spare_names_.begin());
+  entry.key() = node.name;
+  entry.mapped() = &node;
+  return NodeByName.insert(last, std::move(entry))->second == &node;
 }
 
 IBPort& IBFabric::makePort(IBNode& node, phys_port_t number) {
@@ -45,6 +54,7 @@ IBPort& IBFabric::makePort(IBNode& node, phys_port_t number) {
 }
 
 void IBFabric::clear() {
+  NodeByName.swap(spare_names_);
   NodeByName.clear();
   place_by_guid_.Clear();
   ports_.clear();

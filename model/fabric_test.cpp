@@ -100,6 +100,22 @@ TEST(FabricTest, BeginsAgainWhereItIsCleared) {
   EXPECT_EQ(fabric.getNodeByGuid(1), &node);
 }
 
+TEST(FabricTest, NamesAreItsOwnAfterEachClear) {
+  IBFabric fabric;
+  for (const int count : {3, 2, 5}) {
+    fabric.clear();
+    for (int i = count; i > 0; --i) {  // descending: not in the order of the names
+      const std::string name = "a node of " + std::to_string(count) + ": " + std::to_string(i);
+      const IBNode& node = fabric.makeNode(name, static_cast<u_int64_t>(i), IB_CA_NODE, 1);
+      EXPECT_EQ(fabric.NodeByName.at(name), &node);
+      EXPECT_THROW(fabric.makeNode(name, 100, IB_CA_NODE, 1), std::invalid_argument);
+      EXPECT_EQ(fabric.NodeByName.at(name), &node);
+    }
+    EXPECT_EQ(fabric.NodeByName.size(), static_cast<std::size_t>(count));
+    EXPECT_EQ(fabric.nodeCount(), static_cast<std::size_t>(count));
+  }
+}
+
 TEST(FabricTest, NodesStartAsOrdinaryOnesOfTheSubFabric) {
   IBFabric fabric;
   IBNode& node = fabric.makeNode("S", 1, IB_SW_NODE, 1);

@@ -147,6 +147,10 @@ class IBFabric {
   std::map<std::string, IBNode*> NodeByName;
 
  private:
+  /// False where another node has the name.
+  bool enterName(IBNode& node);
+
+  std::map<std::string, IBNode*> spare_names_;  // entries for `NodeByName`, whose memory is kept
   std::deque<IBNode> nodes_;
   std::deque<IBPort> ports_;
   fabscan::PlaceIndex<u_int64_t> place_by_guid_;
