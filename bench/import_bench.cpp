@@ -90,7 +90,7 @@ void ReadAndWrite(benchmark::State& state) {
   });
 }
 
-constexpr int kRepetitions = 9;
+constexpr int kRepetitions = 45;
 
 BENCHMARK(Import)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();
 BENCHMARK(ReadAndWrite)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();

@@ -32,8 +32,8 @@ struct DiscoveryReport {
 /// have, a port twice or above the node's number of ports.
 DiscoveryReport BuildFabric(const FindingsSource& findings, Fabscan& fabscan);
 
-/// So many ports make a part that is still in the processor's cache when it has been built.
-inline constexpr std::size_t kPortsOfAPart = 1024;
+/// So many ports make a part that is still in the second-level cache when it has been built.
+inline constexpr std::size_t kPortsOfAPart = 128;
 
 /// The same nodes in parts of about `ports` ports, in the same order: `take` is given one part
 /// after another, all in the same model, which is emptied for the next. A fabric of any size takes
