@@ -5,13 +5,13 @@
 #include <sys/types.h>
 
 #include <cstddef>
-#include <utility>
 #include <vector>
 
 namespace fabscan {
 
-/// How ports name each other: a switch has one port GUID for all of its ports.
-struct PortKey {
+/// How ports name each other: a switch has one port GUID for all of its ports. Packed, so that it
+/// takes 16 bytes together with a place.
+struct [[gnu::packed]] PortKey {
   u_int64_t guid = 0;
   u_int8_t number = 0;
 
@@ -20,82 +20,78 @@ struct PortKey {
   }
 };
 
+inline u_int64_t HashOf(const PortKey& key) { return HashOf(HashOf(key.guid) + key.number); }
+
 /// Finds the place of a port by its key. The ports of a GUID mostly stand in a row, and their
-/// numbers go up or down by one: such a run takes one entry, however many ports it has.
+/// numbers go up or down by one: such a run takes one entry, however many ports it has, so that
+/// what is looked at is little. Ports beside it take one each.
 class PortIndex {
  public:
   static constexpr u_int32_t kNone = PlaceIndex<u_int64_t>::kNone;
 
   /// Has room for `guids` from the beginning.
-  explicit PortIndex(std::size_t guids) : first_runs_(guids) { runs_.reserve(guids); }
+  explicit PortIndex(std::size_t guids) : run_by_guid_(guids) { runs_.reserve(guids); }
 
   /// Gives the port the next place, from 0 on. False where one with the same key is in already.
   bool Add(const PortKey& key) {
-    const bool goes_on = !runs_.empty() && key.guid == last_guid_;
-    const u_int32_t first_run = goes_on ? last_first_run_ : first_runs_.Find(key.guid);
-    if (PlaceIn(first_run, key.number) != kNone) return false;
-    if (!goes_on || !runs_.back().Extend(key.number)) BeginRun(key, first_run);
+    if (runs_.empty() || key.guid != last_guid_) {
+      last_guid_ = key.guid;
+      last_run_ = run_by_guid_.Find(key.guid);
+    }
+    if (last_run_ == kNone) {
+      last_run_ = static_cast<u_int32_t>(runs_.size());
+      run_by_guid_.Insert(key.guid, last_run_);
+      runs_.push_back({ports_, key.number});
+    } else {
+      if (PlaceOf(key, last_run_) != kNone) return false;
+      if (!runs_[last_run_].Extend(ports_, key.number)) others_.Insert(key, ports_);
+    }
     ++ports_;
     return true;
   }
 
   /// The place of the port with this key, or `kNone`.
   u_int32_t Find(const PortKey& key) const {
-    return PlaceIn(first_runs_.Find(key.guid), key.number);
+    const u_int32_t run = run_by_guid_.Find(key.guid);
+    return run == kNone ? kNone : PlaceOf(key, run);
   }
 
  private:
+  /// The first port of a GUID, and those that follow it.
   struct Run {
-    u_int32_t place;  // of its first port
-    u_int32_t next;   // run of the same GUID, or `kNone`
-    u_int8_t number;  // of its first port
-    int step = 0;     // from number to number: 1 or -1, 0 for a single port
-    int ports = 1;
+    u_int32_t first_place;
+    u_int8_t first_number;
+    int step = 0;  // from number to number: 1 or -1, 0 for a single port
+    u_int32_t ports = 1;
 
-    bool Extend(u_int8_t next_number) {
-      const int distance = next_number - number;
+    bool Extend(u_int32_t place, u_int8_t number) {
+      const int distance = number - first_number;
+      if (place != first_place + ports) return false;
       if (ports == 1 && (distance == 1 || distance == -1)) step = distance;
-      if (distance != step * ports) return false;
+      if (distance != step * static_cast<int>(ports)) return false;
       ++ports;
       return true;
     }
-    u_int32_t PlaceOf(u_int8_t wanted) const {
-      const int distance = step < 0 ? number - wanted : wanted - number;
-      if (distance < 0 || distance >= ports) return kNone;
-      return place + static_cast<u_int32_t>(distance);
+    u_int32_t PlaceOf(u_int8_t number) const {
+      const int distance = step < 0 ? first_number - number : number - first_number;
+      const bool has = distance >= 0 && static_cast<u_int32_t>(distance) < ports;
+      return has ? first_place + static_cast<u_int32_t>(distance) : kNone;
     }
   };
 
-  u_int32_t PlaceIn(u_int32_t run, u_int8_t number) const {
-    u_int32_t place = kNone;
-    for (; run != kNone && place == kNone; run = runs_[run].next) {
-      place = runs_[run].PlaceOf(number);
-    }
-    return place;
+  u_int32_t PlaceOf(const PortKey& key, u_int32_t run) const {
+    const u_int32_t place = runs_[run].PlaceOf(key.number);
+    return place == kNone ? others_.Find(key) : place;
   }
 
-  /// A GUID's other runs stand behind its first one, which is the one in the index.
-  void BeginRun(const PortKey& key, u_int32_t first_run) {
-    const auto run = static_cast<u_int32_t>(runs_.size());
-    u_int32_t next = kNone;
-    if (first_run == kNone) {
-      first_run = run;
-      first_runs_.Insert(key.guid, run);
-    } else {
-      next = std::exchange(runs_[first_run].next, run);
-    }
-    runs_.push_back({ports_, next, key.number});
-    last_guid_ = key.guid;
-    last_first_run_ = first_run;
-  }
-
-  PlaceIndex<u_int64_t> first_runs_;  // by GUID
+  PlaceIndex<u_int64_t> run_by_guid_;
   std::vector<Run> runs_;
+  PlaceIndex<PortKey> others_;
   u_int32_t ports_ = 0;
 
-  // Of the last run.
+  // Of the port that was added last.
   u_int64_t last_guid_ = 0;
-  u_int32_t last_first_run_ = kNone;  // with this GUID
+  u_int32_t last_run_ = kNone;
 };
 
 }  // namespace fabscan

@@ -52,6 +52,20 @@ TEST(PortIndex, FindsPortsInAnyOrder) {
   EXPECT_EQ(index.Find({kSpine, 4}), 6U);
 }
 
+TEST(PortIndex, FindsPortsOfSwitchesThatTakeTurns) {
+  PortIndex index(2);
+  for (u_int8_t number = 0; number < 64; ++number) {
+    ASSERT_TRUE(index.Add({kLeaf, number}));
+    ASSERT_TRUE(index.Add({kSpine, number}));
+  }
+  for (u_int8_t number = 0; number < 64; ++number) {
+    ASSERT_EQ(index.Find({kLeaf, number}), 2U * number);
+    ASSERT_EQ(index.Find({kSpine, number}), 2U * number + 1);
+    ASSERT_FALSE(index.Add({kLeaf, number}));
+  }
+  EXPECT_EQ(index.Find({kLeaf, 64}), PortIndex::kNone);
+}
+
 TEST(PortIndex, HoldsAllNumbersOfAGuid) {
   PortIndex index(1);
   for (int number = 255; number >= 0; --number) {
