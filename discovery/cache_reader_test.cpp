@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <numeric>
 #include <sstream>
 
 #include "cache_file.h"
@@ -23,6 +24,7 @@ constexpr std::size_t kHeaderBytes = 28;
 constexpr std::size_t kOffsetOfNodeGuid = 68;      // in a node
 constexpr std::size_t kOffsetOfPortCount = 77;     // in a node
 constexpr std::size_t kOffsetOfStoredCount = 206;  // in a node, its ports follow
+constexpr std::size_t kPortBytes = 95;
 
 std::string ErrorOf(const std::string& bytes) {
   try {
@@ -75,6 +77,25 @@ TEST(CacheReader, ReadsNodesPortsAndPeers) {
   ASSERT_EQ(leaf.ports.size(), 5U);
   EXPECT_FALSE(leaf.ports[0].has_peer);
   EXPECT_TRUE(leaf.ports[4].has_peer);
+}
+
+TEST(CacheReader, MakesTheSameOfPortsInAnyOrder) {
+  const CacheBuilder sample = CacheBuilder::Sample();
+  const std::string bytes = sample.Bytes();
+  const std::string snapshot = Outcome(bytes);
+  std::size_t count = 0;
+  for (const CacheBuilder::Node& node : sample.nodes()) count += node.ports.size();
+  const std::size_t first = bytes.size() - count * kPortBytes;
+  // Every third one after the other, and so on: steps that meet each port once.
+  for (std::size_t step = 1; step < count; ++step) {
+    if (std::gcd(step, count) != 1) continue;
+    std::string other = bytes.substr(0, first);
+    for (std::size_t i = 0; i < count; ++i) {
+      other += bytes.substr(first + i * step % count * kPortBytes, kPortBytes);
+    }
+    EXPECT_EQ(Outcome(other), snapshot) << step;
+  }
+  EXPECT_THAT(snapshot, HasSubstr("leaf"));
 }
 
 TEST(CacheReader, TellsWhichPortsACacheDoesNotHold) {

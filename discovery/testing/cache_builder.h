@@ -45,6 +45,7 @@ class CacheBuilder {
   static void Link(Port& one, Port& other);
 
   std::vector<Node>& nodes() { return nodes_; }
+  const std::vector<Node>& nodes() const { return nodes_; }
 
   std::string Bytes() const;
 
