@@ -34,7 +34,7 @@ class PortIndex {
 
   /// Gives the port the next place, from 0 on. False where one with the same key is in already.
   bool Add(const PortKey& key) {
-    if (runs_.empty() || key.guid != last_guid_) {
+    if (key.guid != last_guid_) {
       last_guid_ = key.guid;
       last_run_ = run_by_guid_.Find(key.guid);
     }

@@ -78,6 +78,13 @@ TEST(PortIndex, HoldsAllNumbersOfAGuid) {
   }
 }
 
+TEST(PortIndex, TakesAGuidOfZero) {
+  PortIndex index(1);
+  AddAll(index, 0, {1, 2});
+  EXPECT_FALSE(index.Add({0, 1}));
+  EXPECT_EQ(index.Find({0, 2}), 1U);
+}
+
 TEST(PortIndex, RefusesASecondPortWithTheSameKeyAndGoesOn) {
   PortIndex index(2);
   AddAll(index, kLeaf, {1, 2, 3, 7});
