@@ -2,21 +2,26 @@
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
+#include <iostream>
 #include <memory>
 #include <set>
 #include <string>
 
 #include "class_prefix.h"
 #include "command.h"
+#include "compile_warning.h"
+#include "directories.h"
 #include "dump_file.h"
 #include "dump_options.h"
 #include "dump_summary.h"
+#include "edit_report.h"
 #include "guid_options.h"
 #include "progress.h"
 #include "read_limits.h"
 #include "read_snapshot.h"
 #include "report.h"
 #include "selected_nodes.h"
+#include "shared_classes.h"
 #include "staged_output.h"
 #include "standard_streams.h"
 
@@ -41,36 +46,54 @@ std::set<u_int64_t> SelectNodes(const std::set<u_int64_t>& chosen, const DumpOpt
   return found;
 }
 
-void Report(const DumpOptions& options, const std::string& path, const DumpSummary& summary,
-            const IBFabric& fabric, std::size_t left_out) {
-  fmt::print("{}\n{}\n", path, summary.text(left_out));
-  for (const std::string& line : summary.warnings(options.prefix, fabric)) PrintWarning(line);
-  if (!options.strict || summary.compiles()) return;
-  throw CommandError(
-      fmt::format("{}: written, but does not compile: {} functions with #error, {} to finish by "
-                  "hand, {} classes that several nodes define; see to them, or leave --strict away",
-                  path, summary.functions(BodyKind::kError), summary.handPlaces(),
-                  summary.sharedClasses()),
-      kIncomplete);
+void CheckUsage(const DumpOptions& options) {
+  CheckClassPrefix(options.prefix);
+  if (options.output.empty()) return;
+  if (options.one_per_model || !options.output_dir.empty()) {
+    throw CommandError(fmt::format("--output names one file; omit {}",
+                                   options.one_per_model ? "--one-per-model" : "--output-dir"),
+                       kWrongUsage);
+  }
+}
+
+std::string OutputPath(const DumpOptions& options) {
+  if (!options.output.empty()) return options.output;
+  return std::filesystem::path(options.output_dir) / GeneratedFileName(options.prefix);
+}
+
+/// On standard output, unless that is where the file goes.
+void Report(const DumpedFile& file, const std::string& path, std::size_t left_out) {
+  const bool is_busy = IsStandardStream(path);
+  std::string text = fmt::format("{}\n{}\n", OutputName(path), file.summary.text(left_out));
+  text += EditsText(file.edits, is_busy ? Terminal() : StandardOutput());
+  (is_busy ? std::cerr : std::cout) << text;
 }
 
 ExitStatus Dump(const DumpOptions& options) {
-  CheckClassPrefix(options.prefix);
+  CheckUsage(options);
   if (options.one_per_model) return DumpModels(options);
   const std::set<u_int64_t> chosen = options.guids.Read();
-  const std::filesystem::path output_dir(options.output_dir);
-  StagedOutput output(output_dir / GeneratedFileName(options.prefix), options.force);
+  NewDirectories directories;
+  directories.Make(options.output_dir);
+  StagedOutput output(OutputPath(options), options.force);
 
   Fabscan fabscan;
   ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading, chosen);
-  const std::set<u_int64_t> guids = SelectNodes(chosen, options, fabscan.discovered_fabric);
+  const IBFabric& fabric = fabscan.discovered_fabric;
+  const std::set<u_int64_t> guids = SelectNodes(chosen, options, fabric);
+  if (options.variant == Variant::kBuildable) RefuseSharedClasses(fabscan, guids, options.prefix);
   Progress progress;
-  const DumpSummary summary = WriteDumpFile(fabscan, options.prefix, guids, output, progress);
+  const DumpedFile file =
+      WriteDumpFile(fabscan, options.prefix, guids, options.variant, output, &progress);
   progress.Finish();
   output.Commit();
+  directories.Keep();
 
-  const IBFabric& fabric = fabscan.discovered_fabric;
-  Report(options, output.path(), summary, fabric, chosen.empty() ? NodesOutside(fabric) : 0);
+  Report(file, output.path(), chosen.empty() ? NodesOutside(fabric) : 0);
+  if (options.variant == Variant::kExact) {
+    WarnOfFaults(OutputName(output.path()) + " does not compile as written", file.summary.faults(),
+                 options, guids);
+  }
   return kDone;
 }
 
@@ -81,23 +104,33 @@ std::function<ExitStatus()> AddDump(CLI::App& app) {
   app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
       ->required();
   app.add_option("--prefix", options->prefix,
-                 "The class that holds the simulated devices; its name in lower case, with "
-                 "_generated.cpp, names the file")
+                 "The namespace of the simulated devices; in lower case, with _generated.cpp, it "
+                 "names the file")
       ->required()
       ->type_name("NAME");
   options->guids.AddTo(app);
+  app.add_flag("--one-per-model", options->one_per_model,
+               "Write one file for each device model, from one of its nodes; the prefix of each "
+               "begins with NAME");
   app.add_flag(
-      "--one-per-model", options->one_per_model,
-      "Write a file for each device model, with one of its nodes; each has a prefix of its "
-      "own, which begins with NAME");
-  app.add_option("--output-dir", options->output_dir, "Where files go; the working folder")
+      "--buildable", [options](std::int64_t) { options->variant = Variant::kBuildable; },
+      "Write a variant that compiles, and list what was edited: #error lines become comments");
+  app.add_option("--output-dir", options->output_dir,
+                 "Output directory, created if missing (default: current directory)")
       ->type_name("DIR");
+  app.add_option("--output", options->output,
+                 "Write to this file instead of NAME_generated.cpp; - is standard output")
+      ->type_name("FILE");
   app.add_flag("--force", options->force, "Replace a file that exists");
-  app.add_flag("--strict", options->strict, "Exit 3 when a file will not compile as it stands");
+  app.add_flag("--strict", options->strict, "Exit 3 if a file does not compile as written");
   AddReadLimits(app, options->reading);
   app.footer(
-      "Examples: one switch and one adapter, as devices of class MyDev, into mydev_generated.cpp\n"
-      "  fabscan dump fabric.jsonl --prefix MyDev --guid 0x2c90000000001 --guid 0x2c90000000002\n"
+      "Without --buildable, files are exactly what the generator writes. A function whose data is "
+      "missing can have an #error line, and a few need an edit before they compile; a warning "
+      "counts them.\n"
+      "Examples: one switch and one adapter, as devices of MyDev, into mydev_generated.cpp\n"
+      "  fabscan dump fabric.jsonl --prefix MyDev --guid 0x5a1e0c0000000200 --guid "
+      "0x5a1e0c0000000700\n"
       "One node of each device model, such as MyDev_SW_d2f0 into mydev_sw_d2f0_generated.cpp\n"
       "  fabscan dump fabric.jsonl --prefix MyDev --one-per-model");
   return [options] { return Dump(*options); };

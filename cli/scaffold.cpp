@@ -3,52 +3,139 @@
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
+#include <iostream>
 #include <memory>
 #include <string>
 
 #include "class_prefix.h"
 #include "command.h"
+#include "directories.h"
+#include "edit_report.h"
+#include "guid_options.h"
+#include "listed_models.h"
+#include "model_files.h"
+#include "next_command.h"
+#include "project.h"
+#include "read_limits.h"
+#include "read_snapshot.h"
+#include "report.h"
+#include "selected_nodes.h"
+#include "shell_word.h"
 #include "staged_output.h"
+#include "standard_streams.h"
+#include "verify_selection.h"
 
 namespace fabscan {
 
 namespace {
 
 struct ScaffoldOptions {
+  std::string snapshot;  // empty: only the header and build lines of one device
   std::string prefix;
+  GuidOptions guids;
   std::string output_dir;
+  bool exact = false;
   bool force = false;
+  SnapshotReadOptions reading;
 };
+
+/// What a file that `dump` wrote needs to be built with the installed simulator.
+ExitStatus ScaffoldDevice(const ScaffoldOptions& options) {
+  if (options.guids.given() || options.exact) {
+    throw CommandError("a SNAPSHOT is missing, from which to select nodes", kWrongUsage);
+  }
+  const std::filesystem::path directory(options.output_dir);
+  NewDirectories directories;
+  directories.Make(directory);
+  const auto outputs = StagedOutput::Several(
+      {directory / (LowerCasePrefix(options.prefix) + ".h"), directory / "CMakeLists.txt"},
+      options.force);
+  outputs[0]->stream() << DeviceSource("devices/example/example.h", options.prefix);
+  outputs[1]->stream() << DeviceSource("devices/example/CMakeLists.txt", options.prefix);
+  StagedOutput::CommitAll(outputs);
+  directories.Keep();
+  fmt::print("{}\n{}\n", outputs[0]->path(), outputs[1]->path());
+  return kDone;
+}
+
+std::vector<ListedModel> SelectDevices(const ScaffoldOptions& options, Fabscan& fabscan) {
+  const std::set<u_int64_t> chosen = options.guids.Read();
+  ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading, chosen);
+  const std::string start = ModelPrefixStart(options.prefix);
+  const std::vector<ListedModel> devices =
+      options.guids.given()
+          ? ListNodes(fabscan, ChosenNodes(fabscan.discovered_fabric, chosen), start)
+          : ListModels(fabscan, start);
+  if (devices.empty()) {
+    throw CommandError(
+        fmt::format("{}: no node to simulate: none is in the sub-fabric; choose "
+                    "another snapshot",
+                    InputName(options.snapshot)));
+  }
+  return devices;
+}
+
+std::string BuildLines(const std::string& directory) {
+  const std::string source = ShellWord(directory.empty() ? "." : directory);
+  const std::string build = ShellWord((std::filesystem::path(directory) / "build").string());
+  return fmt::format(
+      "\nTo build the devices, and print the NodeInfo of each:\n"
+      "  cmake -S {0} -B {1} && cmake --build {1}\n"
+      "  {2}{1}/simulated_devices\n",
+      source, build, directory.empty() ? "./" : "");
+}
+
+ExitStatus ScaffoldProject(const ScaffoldOptions& options) {
+  Fabscan fabscan;
+  const std::vector<ListedModel> devices = SelectDevices(options, fabscan);
+  const Variant variant = options.exact ? Variant::kExact : Variant::kBuildable;
+  const std::vector<ModelFile> files =
+      WriteProject(fabscan, devices, variant, options.output_dir, options.force);
+  std::cout << FilesText("directory", files, StandardOutput());
+  if (!options.guids.given()) std::cout << LeftOutText(NodesOutside(fabscan.discovered_fabric));
+  std::cout << EditsText(EditsOf(files), StandardOutput());
+  const CompileFaults faults = options.exact ? FaultsOf(files) : CompileFaults();
+  if (faults.any()) {
+    PrintWarning(fmt::format("{}: {}; next: omit --exact", FaultyText(files), faults.text()));
+  } else {
+    std::cout << BuildLines(options.output_dir);
+  }
+  return kDone;
+}
 
 ExitStatus Scaffold(const ScaffoldOptions& options) {
   CheckClassPrefix(options.prefix);
-  const std::filesystem::path folder(options.output_dir);
-  // Both before either is written, so that one that exists stops the other.
-  StagedOutput header(folder / (LowerCasePrefix(options.prefix) + ".h"), options.force);
-  StagedOutput build(folder / "CMakeLists.txt", options.force);
-  header.stream() << DeviceSource("devices/example/example.h", options.prefix);
-  build.stream() << DeviceSource("devices/example/CMakeLists.txt", options.prefix);
-  header.Commit();
-  build.Commit();
-  fmt::print("{}\n{}\n", header.path(), build.path());
-  return kDone;
+  return options.snapshot.empty() ? ScaffoldDevice(options) : ScaffoldProject(options);
 }
 
 }  // namespace
 
 std::function<ExitStatus()> AddScaffold(CLI::App& app) {
   const auto options = std::make_shared<ScaffoldOptions>();
-  app.add_option("--prefix", options->prefix, "The class that holds the simulated devices")
+  app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input");
+  app.add_option("--prefix", options->prefix,
+                 "The namespace of the simulated devices; of several devices, each has its own, "
+                 "which begins with NAME")
       ->required()
       ->type_name("NAME");
-  app.add_option("--output-dir", options->output_dir, "Where the files go; the working folder")
+  options->guids.AddTo(app);
+  app.add_option("--output-dir", options->output_dir,
+                 "Output directory, created if missing (default: current directory)")
       ->type_name("DIR");
+  app.add_flag("--exact", options->exact,
+               "Leave generated files exactly as the generator writes them, also where they do "
+               "not compile");
   app.add_flag("--force", options->force, "Replace files that exist");
+  AddReadLimits(app, options->reading);
   app.footer(
-      "Writes NAME.h, in lower case, and CMakeLists.txt. They stand beside the file that "
-      "'fabscan dump' writes for the same prefix, and build it with the installed simulator.\n"
-      "Example: what mydev_generated.cpp needs, in the same folder\n"
-      "  fabscan scaffold --prefix MyDev --output-dir devices/mydev");
+      "With a SNAPSHOT, writes a project that builds: for each device model, or for each selected "
+      "node, a directory with the generated file, its header and its CMakeLists.txt; the reference "
+      "simulator; and a program that makes every device. Generated files are edited where they "
+      "would not compile, as by 'fabscan dump --buildable', and the edits are listed.\n"
+      "Without one, writes only NAME.h and CMakeLists.txt, for a file that 'fabscan dump' wrote "
+      "with the same prefix. They need the installed simulator.\n"
+      "Example: simulated devices of a fabric, one for each device model\n"
+      "  fabscan scaffold fabric.jsonl --prefix MyDev --output-dir sim");
   return [options] { return Scaffold(*options); };
 }
 

@@ -56,7 +56,8 @@ class Verify(CommandTest):
                     self.assertIsNotNone(total, run.stdout)
                     self.assertEqual(int(total[1]), len(models))
                     self.assertGreater(int(total[3]), 1000)
-                    self.assertIn("to be changed by hand before compiling: 1 node\n", run.stdout)
+                    self.assertIn("with other lines that do not compile, verified with the edits "
+                                  "above: 1 node\n", run.stdout)
                     self.assertNotIn("not verified", run.stdout)
 
     def test_an_adapter_compiles_as_it_stands(self):
@@ -66,23 +67,30 @@ class Verify(CommandTest):
                       run.stdout)
         self.assertEqual(run.stdout.count("compute-001"), 1)
 
-    def test_the_places_for_a_hand_are_named(self):
+    def test_edits_are_named(self):
         run = self.run_command("verify", DEMO, "--guid", REDUCTION_SWITCH)
         self.assertEqual(run.returncode, INCOMPLETE)
-        self.assertIn("setVSReductionManagerClassPortInfo, the redirect GID is written as an "
-                      "address", run.stdout)
-        self.assertIn("\n      SMP_TarnExtPortInfo_pack(&mad_buffer, ", run.stdout)
-        self.assertIn("the branches declare the same names", run.stdout)
+        self.assertIn("  edited: setVSReductionManagerClassPortInfo, redirect GID assigned as its "
+                      "two words\n    mad_buffer.RedirectGID = 0x0x...;\n", run.stdout)
+        self.assertIn("\n    SMP_TarnExtPortInfo_pack(&mad_buffer, ", run.stdout)
+        self.assertIn("  edited: setWrenPushReductionCounters, braces put around each branch\n",
+                      run.stdout)
         # No address reaches the report.
         self.assertEqual(run.stdout,
                          self.run_command("verify", DEMO, "--guid", REDUCTION_SWITCH).stdout)
 
-    def test_refusing_lines_are_named(self):
+    def test_the_buildable_variants_are_accepted(self):
+        for path in (DEMO, PARTIAL):
+            run = self.run_command("verify", path, "--buildable")
+            self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+            self.assertRegex(run.stdout, r"(?m)^\d+ nodes: \d+ records, \d+ fields, 0 differ$")
+
+    def test_error_lines_are_named(self):
         run = self.run_command("verify", PARTIAL)
         self.assert_incomplete(run)
-        self.assertIn("  setPortInfo                         refused: #error \"Failed to dump "
+        self.assertIn("  setPortInfo                         no values: #error \"Failed to dump "
                       "PortInfo MAD. Zero and a regular ports must be provided.\"\n", run.stdout)
-        self.assertIn("refused to compile: 2 nodes\n", run.stdout)
+        self.assertIn("with #error lines, verified without them: 2 nodes\n", run.stdout)
 
     def assert_incomplete(self, run):
         self.assertEqual(run.returncode, INCOMPLETE)
@@ -174,10 +182,9 @@ class Scaffold(CommandTest):
         self.assert_fails(run, "--prefix: 'class' is a C++ keyword; it names a C++ class, such as "
                                "MyDev", WRONG_USAGE)
 
-    def test_a_missing_folder(self):
-        run = self.run_command("scaffold", "--prefix", "MyDev", "--output-dir", "none")
-        self.assertEqual(run.returncode, FAILED)
-        self.assertRegex(run.stderr, r"^fabscan: error: none: [^\n]*\n$")
+    def test_without_a_snapshot_there_are_no_nodes_to_select(self):
+        run = self.run_command("scaffold", "--prefix", "MyDev", "--guid", ADAPTER)
+        self.assert_fails(run, "a SNAPSHOT is missing, from which to select nodes", WRONG_USAGE)
 
 
 if __name__ == "__main__":

@@ -16,15 +16,6 @@ Mark MarkOf(const GeneratedFunction& function) {
   return NeedsHand(function) ? Mark::kHand : Mark::kBlock;
 }
 
-/// The diagnostic with "node" for "node=NAME", so that nodes with the same fate read alike.
-std::string WithoutName(std::string_view diagnostic, const std::string& name) {
-  std::string reason(diagnostic);
-  const std::string named = "node=" + name;
-  const std::size_t place = reason.find(named);
-  if (place != std::string::npos) reason.erase(place + 4, named.size() - 4);
-  return reason;
-}
-
 }  // namespace
 
 void CheckResult::Add(const IBNode& node, const GeneratedNode& generated) {

@@ -3,11 +3,16 @@
 #include <fabscan_sim_info_dump.h>
 #include <fmt/format.h>
 
+#include <cstdio>
 #include <fstream>
 #include <functional>
-#include <vector>
+#include <iterator>
+#include <optional>
+#include <sstream>
 
+#include "class_prefix.h"
 #include "command.h"
+#include "scratch_directory.h"
 #include "selected_nodes.h"
 #include "written_nodes.h"
 
@@ -16,49 +21,86 @@ namespace fabscan {
 namespace {
 
 void Generate(Fabscan& fabscan, const std::string& prefix, const std::set<u_int64_t>& guids,
-              const StagedOutput& output) {
-  fabscan.setOutputFolder(output.folder());
+              const std::string& directory, const std::string& output_name) {
+  fabscan.setOutputFolder(directory);
   SimInfoDumpCPP generator(fabscan);
   const int status = generator.Generate(prefix, guids);
-  // Generate tells of a file that does not open, the facade also of one that is not all written.
+  // Generate reports a file that does not open, the facade also one that is not completely written.
   if (status == 0 && fabscan.lastError().empty()) return;
   const std::string cause = fabscan.lastError().substr(fabscan.outputPath().size());
-  throw CommandError(
-      fmt::format("{}{}; free some space, or write elsewhere", output.path(), cause));
+  throw CommandError(fmt::format("{}{}; free some space, or write elsewhere", output_name, cause));
 }
 
-DumpSummary Summarise(const StagedOutput& output, const std::function<void(std::size_t)>& visit) {
-  std::ifstream generated_text(output.stagedPath(), std::ios::binary);
+[[noreturn]] void RefuseUnreadable(const std::string& output_name) {
+  throw CommandError(fmt::format("{}: cannot read what was written; try again", output_name));
+}
+
+DumpSummary Summarise(std::istream& generated_text, const std::string& output_name,
+                      const std::function<void(std::size_t)>& visit) {
   try {
     DumpSummary summary(generated_text, visit);
     if (generated_text.eof()) return summary;
   } catch (const GeneratedFileError&) {
     if (generated_text.good()) throw;
-  } catch (const std::ios_base::failure&) {  // told below
+  } catch (const std::ios_base::failure&) {  // reported below
   }
-  throw CommandError(fmt::format("{}: cannot read what was written; try again", output.path()));
+  RefuseUnreadable(output_name);
+}
+
+void GenerateWithProgress(Fabscan& fabscan, const std::string& prefix,
+                          const std::vector<const IBNode*>& nodes, const std::set<u_int64_t>& guids,
+                          const std::string& directory, const std::string& output_name,
+                          Progress& progress) {
+  WrittenNodes written(nodes, directory + '/' + GeneratedFileName(prefix));
+  progress.Watch(
+      "nodes generated", nodes.size(), [&written] { return written.Count(); },
+      [&] { Generate(fabscan, prefix, guids, directory, output_name); });
+  progress.Show("nodes generated", nodes.size(), nodes.size());
 }
 
 }  // namespace
 
-DumpSummary WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
-                          const std::set<u_int64_t>& guids, const StagedOutput& output) {
-  Generate(fabscan, prefix, guids, output);
-  return Summarise(output, [](std::size_t) {});
-}
+DumpedFile WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
+                         const std::set<u_int64_t>& guids, Variant variant, StagedOutput& output,
+                         Progress* progress) {
+  // The generator names its file itself, so what is not a file of that name gets a copy.
+  std::optional<ScratchDirectory> scratch;
+  const std::string directory = output.isStaged() ? output.folder() : scratch.emplace().path();
+  const std::string generated = directory + '/' + GeneratedFileName(prefix);
+  const std::string name = OutputName(output.path());
 
-DumpSummary WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
-                          const std::set<u_int64_t>& guids, const StagedOutput& output,
-                          Progress& progress) {
-  const std::vector<const IBNode*> nodes = SelectedNodes(fabscan.discovered_fabric, guids);
-  WrittenNodes written(nodes, output.stagedPath());
-  progress.Watch(
-      "nodes generated", nodes.size(), [&written] { return written.Count(); },
-      [&] { Generate(fabscan, prefix, guids, output); });
-  progress.Show("nodes generated", nodes.size(), nodes.size());
-  return Summarise(output, [&progress, &nodes](std::size_t done) {
-    progress.Show("nodes counted", done, nodes.size());
-  });
+  std::function<void(std::size_t)> visit = [](std::size_t) {};
+  if (progress == nullptr) {
+    Generate(fabscan, prefix, guids, directory, name);
+  } else {
+    const auto nodes = SelectedNodes(fabscan.discovered_fabric, guids);
+    GenerateWithProgress(fabscan, prefix, nodes, guids, directory, name, *progress);
+    visit = [progress, count = nodes.size()](std::size_t done) {
+      progress->Show("nodes counted", done, count);
+    };
+  }
+
+  std::ifstream exact(generated, std::ios::binary);
+  if (variant == Variant::kBuildable) {
+    const std::string text((std::istreambuf_iterator<char>(exact)), {});
+    if (text.empty() || exact.bad()) RefuseUnreadable(name);
+    std::istringstream lines(text);
+    DumpedFile file{Summarise(lines, name, visit), {}};
+    BuildableSource source = MakeBuildable(text, fabscan);
+    output.stream() << source.text;
+    file.edits = std::move(source.edits);
+    return file;
+  }
+  DumpedFile file{Summarise(exact, name, visit), {}};
+  if (!output.isStaged()) {
+    exact.clear();
+    exact.seekg(0);
+    output.stream() << exact.rdbuf();
+  } else if (generated != output.stagedPath() &&
+             std::rename(generated.c_str(), output.stagedPath().c_str()) != 0) {
+    RefuseUnreadable(name);
+  }
+  return file;
 }
 
 }  // namespace fabscan

@@ -1,10 +1,12 @@
 #ifndef FABSCAN_CLI_DUMP_FILE_H
 #define FABSCAN_CLI_DUMP_FILE_H
 
+#include <buildable_source.h>
 #include <infiniband/fabscan/fabscan.h>
 
 #include <set>
 #include <string>
+#include <vector>
 
 #include "dump_summary.h"
 #include "progress.h"
@@ -12,14 +14,22 @@
 
 namespace fabscan {
 
-/// Has the generator write nodes, all when `guids` is empty, into `output`, which is not committed,
-/// and says what was written. Throws CommandError.
-DumpSummary WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
-                          const std::set<u_int64_t>& guids, const StagedOutput& output);
-/// The same, which shows how far it is.
-DumpSummary WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
-                          const std::set<u_int64_t>& guids, const StagedOutput& output,
-                          Progress& progress);
+enum class Variant {
+  kExact,      // as the generator writes it
+  kBuildable,  // edited so that it compiles
+};
+
+/// What was written.
+struct DumpedFile {
+  DumpSummary summary;            // of the exact text
+  std::vector<SourceEdit> edits;  // of the buildable variant
+};
+
+/// Has the generator write nodes, all when `guids` is empty, into `output`, which is not committed.
+/// Shows its progress where one is given. Throws CommandError.
+DumpedFile WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
+                         const std::set<u_int64_t>& guids, Variant variant, StagedOutput& output,
+                         Progress* progress = nullptr);
 
 }  // namespace fabscan
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "command.h"
+#include "dump_file.h"
 #include "guid_options.h"
 
 namespace fabscan {
@@ -14,7 +15,9 @@ struct DumpOptions {
   std::string snapshot;
   std::string prefix;
   GuidOptions guids;
+  std::string output;  // empty: named by the prefix, in `output_dir`
   std::string output_dir;
+  Variant variant = Variant::kExact;
   bool one_per_model = false;
   bool force = false;
   bool strict = false;

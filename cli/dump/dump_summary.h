@@ -8,15 +8,25 @@
 #include <functional>
 #include <istream>
 #include <map>
-#include <set>
 #include <string>
-#include <vector>
 
 #include "generated_file.h"
 
 namespace fabscan {
 
-/// What a generated file holds, counted, and what in it stops a build.
+/// What keeps generated files from compiling as written.
+struct CompileFaults {
+  std::size_t error_lines = 0;     // functions with an #error line
+  std::size_t edits = 0;           // functions with other lines that do not compile
+  std::size_t shared_classes = 0;  // classes that several nodes of a file define
+
+  bool any() const { return error_lines + edits + shared_classes != 0; }
+  CompileFaults& operator+=(const CompileFaults& other);
+  /// `4 functions with #error, 1 class defined by more than one node`.
+  std::string text() const;
+};
+
+/// What a generated file contains, counted.
 class DumpSummary {
  public:
   /// `visit` is called with the number of nodes so far. Throws GeneratedFileError.
@@ -25,34 +35,20 @@ class DumpSummary {
       const std::function<void(std::size_t)>& visit = [](std::size_t) {});
 
   std::size_t nodes() const { return nodes_; }
-  /// Functions whose body is of this kind, without those that need a hand.
+  /// Functions whose body is of this kind, without those that need an edit.
   std::size_t functions(BodyKind kind) const { return functions_[static_cast<std::size_t>(kind)]; }
   std::size_t functions() const;
-  /// Classes that more than one node defines: such a file does not compile.
-  std::size_t sharedClasses() const;
+  const CompileFaults& faults() const { return faults_; }
 
-  /// Functions that need a hand before they compile.
-  std::size_t handPlaces() const { return hand_places_; }
-  /// Whether the file compiles as it stands.
-  bool compiles() const {
-    return functions(BodyKind::kError) == 0 && sharedClasses() == 0 && hand_places_ == 0;
-  }
-
-  /// The lines for standard output, the last without a line end; `left_out` nodes are outside the
+  /// The lines for the report, the last without a line end; `left_out` nodes are outside the
   /// sub-fabric.
   std::string text(std::size_t left_out = 0) const;
-  /// What stops a build besides #error lines: a line for each shared class that names its nodes,
-  /// one with the options that choose one node of each class, one for what needs a hand. `prefix`
-  /// is that of the file.
-  std::vector<std::string> warnings(const std::string& prefix, const IBFabric& fabric) const;
 
  private:
   std::size_t nodes_ = 0;
   std::array<std::size_t, 3> functions_ = {};
-  std::size_t hand_places_ = 0;
-  std::set<std::string> hand_functions_;
-  std::vector<u_int64_t> hand_guids_;
-  std::map<std::string, std::vector<u_int64_t>> guids_of_class_;
+  CompileFaults faults_;
+  std::map<std::string, std::size_t> nodes_of_class_;
 };
 
 }  // namespace fabscan

@@ -1,5 +1,6 @@
 #include "generated_file.h"
 
+#include <buildable_source.h>
 #include <fmt/format.h>
 
 #include <charconv>
@@ -15,20 +16,6 @@ constexpr std::string_view kClosesHead = "() {";
 constexpr std::string_view kClosesFunction = "}";
 constexpr std::string_view kErrorMark = "#error ";
 constexpr std::string_view kCommentMark = "//";
-
-struct HandPlace {
-  std::string_view function;
-  std::string_view text;
-  std::string_view reason;
-};
-
-constexpr HandPlace kHandPlaces[] = {
-    {"setVSReductionManagerClassPortInfo", "mad_buffer.RedirectGID = 0x0x",
-     "an address stands in place of the redirect GID; write the GID there, or remove the line"},
-    {"setWrenPushReductionCounters", "SMP_TarnExtPortInfo_pack(&mad_buffer",
-     "a record that is not declared is packed, and branches declare the same names; remove that "
-     "line, and put each branch into braces"},
-};
 
 bool StartsWith(std::string_view text, std::string_view start) {
   return text.substr(0, start.size()) == start;
@@ -137,15 +124,18 @@ BodyKind KindOfBody(std::string_view body) {
 }
 
 std::string_view HandReason(const GeneratedFunction& function) {
-  for (const HandPlace& place : kHandPlaces) {
-    if (function.name == place.function && function.body.find(place.text) != std::string::npos) {
-      return place.reason;
-    }
-  }
-  return {};
+  return ReasonForEdit(function.name, function.body);
 }
 
 bool NeedsHand(const GeneratedFunction& function) { return !HandReason(function).empty(); }
+
+std::string WithoutName(std::string_view diagnostic, const std::string& name) {
+  std::string reason(diagnostic);
+  const std::string named = "node=" + name;
+  const std::size_t place = reason.find(named);
+  if (place != std::string::npos) reason.erase(place + 4, named.size() - 4);
+  return reason;
+}
 
 std::string_view ReasonOfBody(std::string_view body) {
   const BodyKind kind = KindOfBody(body);

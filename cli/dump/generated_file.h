@@ -78,6 +78,9 @@ bool NeedsHand(const GeneratedFunction& function);
 /// What stops the compiler there, and what to do; empty where nothing does.
 std::string_view HandReason(const GeneratedFunction& function);
 
+/// The diagnostic with "node" for "node=NAME", so that nodes with the same fate read alike.
+std::string WithoutName(std::string_view diagnostic, const std::string& name);
+
 /// The reason that a body of comments or of an `#error` line gives: its first diagnostic, without
 /// the comment mark, `#error` and quotes. Empty for a block.
 std::string_view ReasonOfBody(std::string_view body);

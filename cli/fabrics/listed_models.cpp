@@ -8,11 +8,14 @@
 
 namespace fabscan {
 
-std::vector<ListedModel> ListModels(Fabscan& fabscan, const std::string& start) {
+namespace {
+
+std::vector<ListedModel> Named(Fabscan& fabscan, const std::vector<DeviceModel>& models,
+                               const std::string& start) {
   const SimInfoDumpCPP generator(fabscan);
   std::vector<ListedModel> list;
   std::map<std::string, std::size_t> used;
-  for (const DeviceModel& model : DeviceModelsOf(fabscan)) {
+  for (const DeviceModel& model : models) {
     std::string prefix =
         fmt::format("{}{}_{:04x}", start, generator.GetDumpedNodeType(*model.representative),
                     model.key.device_id);
@@ -20,10 +23,30 @@ std::vector<ListedModel> ListModels(Fabscan& fabscan, const std::string& start) 
     if (number > 1) prefix += fmt::format("_{}", number);
     list.push_back({model, std::move(prefix)});
   }
+  return list;
+}
+
+}  // namespace
+
+std::string ModelPrefixStart(const std::string& prefix) {
+  return prefix.back() == '_' ? prefix : prefix + '_';
+}
+
+std::vector<ListedModel> ListModels(Fabscan& fabscan, const std::string& start) {
+  std::vector<ListedModel> list = Named(fabscan, DeviceModelsOf(fabscan), start);
   std::stable_sort(list.begin(), list.end(), [](const ListedModel& one, const ListedModel& other) {
     return one.model.nodes > other.model.nodes;
   });
   return list;
+}
+
+std::vector<ListedModel> ListNodes(Fabscan& fabscan, const std::vector<const IBNode*>& nodes,
+                                   const std::string& start) {
+  std::vector<DeviceModel> models;
+  for (const IBNode* node : nodes) {
+    models.push_back({DeviceModelOf(fabscan, *node), node, RecordsOf(fabscan, *node), 1});
+  }
+  return Named(fabscan, models, start);
 }
 
 }  // namespace fabscan

@@ -15,9 +15,16 @@ struct ListedModel {
   std::string prefix;
 };
 
+/// What begins the prefixes of models: `prefix` and an underscore, which is not doubled, as two in
+/// a row are reserved.
+std::string ModelPrefixStart(const std::string& prefix);
+
 /// The models of the fabric, the most frequent first. The prefixes begin with `start` and are
 /// distinct also in lower case, as the names of their files.
 std::vector<ListedModel> ListModels(Fabscan& fabscan, const std::string& start);
+/// The same for each of `nodes` alone: each is its own model.
+std::vector<ListedModel> ListNodes(Fabscan& fabscan, const std::vector<const IBNode*>& nodes,
+                                   const std::string& start);
 
 }  // namespace fabscan
 

@@ -38,6 +38,8 @@ class StagedOutput {
   StagedOutput(const StagedOutput&) = delete;
   StagedOutput& operator=(const StagedOutput&) = delete;
 
+  /// Whether there is a private folder; else what is written goes out at once.
+  bool isStaged() const { return !staged_path_.empty(); }
   /// The private folder, for a writer that opens the file itself; it uses the file's own name.
   const std::string& folder() const { return folder_->path(); }
   /// Where the file is until `Commit`.

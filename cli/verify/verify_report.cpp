@@ -15,18 +15,11 @@ namespace {
 /// Differences of one function that are written out before the rest is only counted.
 constexpr std::size_t kMaxDifferences = 5;
 
-const GeneratedLine* RefusalOf(const NodeReport& report, const std::string& function) {
-  for (const GeneratedLine& line : report.refusals) {
-    if (line.function == function) return &line;
-  }
-  return nullptr;
-}
-
 std::string FunctionText(const NodeReport& report, const FunctionResult& function) {
   constexpr char kRow[] = "  {:<34}  {}\n";
   std::string text;
-  if (const GeneratedLine* refusal = RefusalOf(report, function.name)) {
-    text = fmt::format(kRow, function.name, "refused: " + refusal->text);
+  if (const SourceEdit* error_line = report.errorLineOf(function.name)) {
+    text = fmt::format(kRow, function.name, "no values: " + error_line->text);
   } else {
     text = fmt::format(kRow, function.name,
                        fmt::format("{}, {}, {} differ", Counted(function.records, "record"),
@@ -42,11 +35,6 @@ std::string FunctionText(const NodeReport& report, const FunctionResult& functio
   return text;
 }
 
-std::string Trimmed(const std::string& line) {
-  const std::size_t begin = line.find_first_not_of(' ');
-  return begin == std::string::npos ? std::string() : line.substr(begin);
-}
-
 }  // namespace
 
 void VerifyTotals::Add(const VerifiedNode& node) {
@@ -54,8 +42,9 @@ void VerifyTotals::Add(const VerifiedNode& node) {
   fields += node.report.fields();
   differences += node.report.differences();
   ++nodes;
-  if (!node.report.refusals.empty()) ++refused;
-  if (!node.report.hand_places.empty()) ++hand_places;
+  const std::size_t error_lines = node.report.errorLines();
+  if (error_lines != 0) ++with_error_lines;
+  if (error_lines < node.report.edits.size()) ++edited;
   if (!node.failure.empty()) ++failed;
 }
 
@@ -65,8 +54,8 @@ std::string VerifyTotals::text() const {
   const auto add = [&text](const char* what, std::size_t count) {
     if (count != 0) text += fmt::format("{}: {}\n", what, Counted(count, "node"));
   };
-  add("refused to compile", refused);
-  add("to be changed by hand before compiling", hand_places);
+  add("with #error lines, verified without them", with_error_lines);
+  add("with other lines that do not compile, verified with the edits above", edited);
   add("not verified", failed);
   return text;
 }
@@ -81,21 +70,17 @@ std::string ReportText(const VerifiedNode& node, const Terminal& terminal) {
   std::string idle;
   for (const FunctionResult& function : node.report.functions) {
     if (function.fields != 0 || !function.differences.empty() ||
-        RefusalOf(node.report, function.name) != nullptr) {
+        node.report.errorLineOf(function.name) != nullptr) {
       text += FunctionText(node.report, function);
     } else {
       idle += (idle.empty() ? "" : ", ") + function.name;
     }
   }
   if (!idle.empty()) text += Beside("  nothing to assign: ", idle, terminal.width);
-  if (!node.report.hand_places.empty()) {
-    text += Beside(
-        "  ", "to be changed by hand before it compiles; verified in a copy with these changes",
-        terminal.width);
-  }
-  for (const HandPlace& place : node.report.hand_places) {
-    text += Beside("    ", fmt::format("{}, {}", place.line.function, place.what), terminal.width);
-    text += fmt::format("      {}\n", Trimmed(place.line.text));
+  for (const SourceEdit& edit : node.report.edits) {
+    if (edit.is_error_line) continue;
+    text += Beside("  edited: ", fmt::format("{}, {}", edit.function, edit.change), terminal.width);
+    text += fmt::format("    {}\n", edit.text);
   }
   return text;
 }

@@ -25,9 +25,9 @@ struct VerifyTotals {
   std::size_t fields = 0;
   std::size_t differences = 0;
   std::size_t nodes = 0;
-  std::size_t refused = 0;      // nodes with #error lines
-  std::size_t hand_places = 0;  // nodes with places that need a hand
-  std::size_t failed = 0;       // nodes that could not be verified
+  std::size_t with_error_lines = 0;  // nodes
+  std::size_t edited = 0;            // nodes with other lines that do not compile
+  std::size_t failed = 0;            // nodes that could not be verified
 
   void Add(const VerifiedNode& node);
   /// "N records, M fields, D differ", and what keeps nodes from compiling.

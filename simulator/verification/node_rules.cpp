@@ -141,13 +141,13 @@ ExpectedFunction CongestionSwitchGeneralSettings(const RuleContext& context) {
                 "cap_total_buffer_size cap_cc_profile_step_size");
 }
 
-/// Without RedirectGID: the file names it on a line that compiles nowhere.
+/// RedirectGID is assigned by the edited file, as its two words.
 ExpectedFunction ReductionManagerClassPortInfo(const RuleContext& context) {
   if (!context.isSwitch() || !context.supportsSmp(kWrenReductionManagement)) return Leaves();
   return Copies(context.store().getWrenClassPortInfo(context.node().createIndex), Outcome::kRefuses,
                 "wren_rma_class_port_info",
-                "CapMsk CapMsk2 ClassVersion BaseVersion RespTimeValue RedirectFL RedirectSL "
-                "RedirectTC RedirectPKey RedirectLID RedirectQP RedirectQKey");
+                "CapMsk CapMsk2 ClassVersion BaseVersion RespTimeValue RedirectGID RedirectFL "
+                "RedirectSL RedirectTC RedirectPKey RedirectLID RedirectQP RedirectQKey");
 }
 
 ExpectedFunction ReductionInfo(const RuleContext& context) {

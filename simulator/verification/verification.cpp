@@ -14,20 +14,29 @@ namespace fabscan {
 
 namespace {
 
-/// Whether each function is what it must be: a block, a refusal, or neither.
-void CompareOutcomes(const std::map<std::string, ExpectedFunction>& expected,
-                     const CompilableCopy& copy, std::vector<FunctionResult>& functions) {
-  for (FunctionResult& function : functions) {
+/// Whether each function is what it must be: a block, an #error line, or neither.
+void CompareOutcomes(const std::map<std::string, ExpectedFunction>& expected, NodeReport& report) {
+  for (FunctionResult& function : report.functions) {
     const Outcome outcome = expected.at(function.name).outcome;
-    const bool refuses = std::any_of(
-        copy.refusals.begin(), copy.refusals.end(),
-        [&function](const GeneratedLine& line) { return line.function == function.name; });
+    const bool refuses = report.errorLineOf(function.name) != nullptr;
     if (refuses && outcome != Outcome::kRefuses) {
       function.differences.emplace_back("refuses to compile, though nothing is missing");
     } else if (!refuses && outcome == Outcome::kRefuses) {
       function.differences.emplace_back("compiles, though its data is missing");
     }
   }
+}
+
+/// The class that the file defines the function in: SW, RTR, HCA, AN or Unknown; empty when it does
+/// not define it.
+std::string ClassThatDefines(const std::string& function, const GeneratedSource& node) {
+  const std::string begin = "\nvoid " + node.prefix + "::";
+  const std::size_t end = node.text.find("::" + function + "() {\n");
+  if (end == std::string::npos) return {};
+  const std::size_t found = node.text.rfind(begin, end);
+  if (found == std::string::npos) return {};
+  const std::size_t name = found + begin.size();
+  return name > end ? std::string() : node.text.substr(name, end - name);
 }
 
 template <class Count>
@@ -49,32 +58,43 @@ std::size_t NodeReport::differences() const {
   return Sum(functions, [](const FunctionResult& function) { return function.differences.size(); });
 }
 
+const SourceEdit* NodeReport::errorLineOf(const std::string& function) const {
+  for (const SourceEdit& edit : edits) {
+    if (edit.is_error_line && edit.function == function) return &edit;
+  }
+  return nullptr;
+}
+std::size_t NodeReport::errorLines() const {
+  return static_cast<std::size_t>(std::count_if(
+      edits.begin(), edits.end(), [](const SourceEdit& edit) { return edit.is_error_line; }));
+}
+
 std::vector<NodeReport> Verify(const Workspace& workspace, const std::string& program,
                                const Fabscan& fabscan, const std::vector<GeneratedSource>& nodes) {
-  std::vector<CompilableCopy> copies;
+  std::vector<NodeReport> reports;
   std::vector<std::map<std::string, ExpectedFunction>> expected;
   std::vector<Workspace::Device> devices;
   for (const GeneratedSource& node : nodes) {
     if (node.node->numPorts > simulator::Node::kLastPort) {
       throw VerificationError("has 255 ports; a simulated node has 254 at most");
     }
-    copies.push_back(MakeCompilable(node.text));
+    BuildableSource source = MakeBuildable(node.text, fabscan);
     expected.push_back(ExpectedFunctionsOf(fabscan, *node.node));
+    std::string class_name;
     for (const auto& function : expected.back()) {
-      if (copies.back().functions.count(function.first) != 0) continue;
+      class_name = ClassThatDefines(function.first, node);
+      if (!class_name.empty()) continue;
       throw VerificationError("the generated file defines no " + function.first);
     }
-    devices.push_back({node.prefix, copies.back().kind, copies.back().text,
+    devices.push_back({node.prefix, class_name, std::move(source.text),
                        ExpectationsOf(node.prefix, *node.node, expected.back())});
+    reports.push_back({std::move(source.edits), {}});
   }
 
   auto results = workspace.Run(program, devices);
-  std::vector<NodeReport> reports;
   for (std::size_t i = 0; i < nodes.size(); ++i) {
-    std::vector<FunctionResult>& functions = results[nodes[i].prefix];
-    CompareOutcomes(expected[i], copies[i], functions);
-    reports.push_back(
-        {std::move(copies[i].refusals), std::move(copies[i].hand_places), std::move(functions)});
+    reports[i].functions = std::move(results[nodes[i].prefix]);
+    CompareOutcomes(expected[i], reports[i]);
   }
   return reports;
 }

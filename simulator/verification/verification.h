@@ -1,25 +1,25 @@
 #ifndef FABSCAN_SIMULATOR_VERIFICATION_VERIFICATION_H
 #define FABSCAN_SIMULATOR_VERIFICATION_VERIFICATION_H
 
+#include <buildable_source.h>
 #include <infiniband/fabscan/fabscan.h>
 
 #include <string>
 #include <vector>
 
 #include "expected_values.h"
-#include "generated_text.h"
 #include "program.h"
 
 namespace fabscan {
 
 /// What verifying one node showed.
 struct NodeReport {
-  std::vector<GeneratedLine> refusals;  // lines that stop the compiler on purpose
-  std::vector<HandPlace> hand_places;   // places that need a hand before the file compiles
+  std::vector<SourceEdit> edits;  // without which the generated file does not compile
   std::vector<FunctionResult> functions;
 
-  /// The generated file compiles as it stands.
-  bool compiles() const { return refusals.empty() && hand_places.empty(); }
+  /// The #error line of the function, or null.
+  const SourceEdit* errorLineOf(const std::string& function) const;
+  std::size_t errorLines() const;
   std::size_t records() const;
   std::size_t fields() const;
   std::size_t differences() const;

@@ -77,13 +77,14 @@ TEST_F(VerificationTest, EveryNodeHoldsWhatItsRecordsSay) {
   const NodeReport switch_report = VerifyNode(0x10);
   EXPECT_THAT(DifferencesOf(switch_report), IsEmpty());
   EXPECT_THAT(switch_report.functions, SizeIs(22));
-  EXPECT_THAT(switch_report.refusals, IsEmpty());
-  ASSERT_THAT(switch_report.hand_places, SizeIs(3));
-  EXPECT_FALSE(switch_report.compiles());
-  EXPECT_EQ(switch_report.hand_places[0].line.function, "setVSReductionManagerClassPortInfo");
-  EXPECT_THAT(switch_report.hand_places[0].line.text, HasSubstr("mad_buffer.RedirectGID = 0x0x"));
-  EXPECT_THAT(switch_report.hand_places[1].line.text, HasSubstr("case 4:"));
-  EXPECT_THAT(switch_report.hand_places[2].line.text, HasSubstr("SMP_TarnExtPortInfo_pack"));
+  EXPECT_EQ(switch_report.errorLines(), 0U);
+  ASSERT_THAT(switch_report.edits, SizeIs(3));
+  EXPECT_EQ(switch_report.edits[0].function, "setVSReductionManagerClassPortInfo");
+  EXPECT_EQ(switch_report.edits[0].text, "mad_buffer.RedirectGID = 0x0x...;");
+  EXPECT_EQ(switch_report.edits[1].text, "case 4:");
+  EXPECT_THAT(switch_report.edits[2].text, HasSubstr("SMP_TarnExtPortInfo_pack"));
+  // Thirteen fields, of which the redirect GID is two words.
+  EXPECT_EQ(ResultOf(switch_report, "setVSReductionManagerClassPortInfo").fields, 14U);
 
   // Six identity fields, and the partition key tables.
   EXPECT_EQ(ResultOf(switch_report, "setNodeInfo").fields, 7U);
@@ -103,7 +104,7 @@ TEST_F(VerificationTest, EveryNodeHoldsWhatItsRecordsSay) {
   for (const u_int64_t guid : {0x11U, 0x12U, 0x13U}) {
     const NodeReport report = VerifyNode(guid);
     EXPECT_THAT(DifferencesOf(report), IsEmpty());
-    EXPECT_TRUE(report.compiles());
+    EXPECT_THAT(report.edits, IsEmpty());
     EXPECT_GT(report.fields(), 20U);
   }
 }
@@ -111,12 +112,13 @@ TEST_F(VerificationTest, EveryNodeHoldsWhatItsRecordsSay) {
 TEST_F(VerificationTest, LinesThatRefuseToCompileAreNamedAndTheRestIsVerified) {
   const NodeReport report = VerifyNode(0x14);
   std::vector<std::string> functions;
-  for (const GeneratedLine& line : report.refusals) functions.push_back(line.function);
+  for (const SourceEdit& edit : report.edits) functions.push_back(edit.function);
   EXPECT_THAT(functions,
               ElementsAre("setNodeInfo", "setPortInfo", "setGMPCapability", "setSMPCapability",
                           "setArInfo", "setPrivateLftInfo", "setEnhancedCongestionInfo",
                           "setCongestionSwitchGeneralSettings"));
-  EXPECT_EQ(report.refusals[0].text, "#error \"Failed to get NodeInfo mad for the node=bare\"");
+  EXPECT_EQ(report.errorLines(), 8U);
+  EXPECT_EQ(report.edits[0].text, "#error \"Failed to get NodeInfo mad for the node=bare\"");
   EXPECT_THAT(DifferencesOf(report), IsEmpty());
   EXPECT_EQ(report.fields(), 0U);
 }

@@ -12,7 +12,7 @@ class DeviceModelsTest : public ::testing::Test {
   IBNode& Add(const std::string& name, u_int16_t device_id = 0xd2f0, IBNodeType type = IB_SW_NODE) {
     IBNode& node = fabscan_.discovered_fabric.makeNode(name, ++guid_, type, 4);
     SMP_NodeInfo info{};
-    info.VendorID = 0x2c9;
+    info.VendorID = 0x5a1e0c;
     info.DeviceID = device_id;
     info.revision = 0xa0;
     info.NodeGUID = guid_;  // tells nodes apart, not models
@@ -42,7 +42,7 @@ TEST_F(DeviceModelsTest, AreCountedWithTheFirstByName) {
   EXPECT_EQ(models[0].nodes, 1U);
   EXPECT_EQ(models[1].representative->name, "S1");
   EXPECT_EQ(models[1].nodes, 2U);
-  EXPECT_EQ(models[1].key.vendor_id, 0x2c9U);
+  EXPECT_EQ(models[1].key.vendor_id, 0x5a1e0cU);
   EXPECT_EQ(models[1].key.device_id, 0xd2f0U);
 }
 
@@ -56,7 +56,7 @@ TEST_F(DeviceModelsTest, EveryPartOfTheKeyCounts) {
   EXPECT_EQ(Models(), 3U);
   Add("D").setSpecialNodeType(IB_SPECIAL_PORT_AN);
   EXPECT_EQ(Models(), 4U);
-  Info(Add("E")).VendorID = 0x119f;
+  Info(Add("E")).VendorID = 0x5a1e0d;
   EXPECT_EQ(Models(), 5U);
   Info(Add("F")).revision = 0xa1;
   EXPECT_EQ(Models(), 6U);
@@ -75,6 +75,28 @@ TEST_F(DeviceModelsTest, NodesOutsideTheSubFabricAreLeftOut) {
   ASSERT_EQ(models.size(), 1U);
   EXPECT_EQ(models[0].representative->name, "B");
   EXPECT_EQ(models[0].nodes, 1U);
+}
+
+TEST_F(DeviceModelsTest, TheRepresentativeHasTheMostRecords) {
+  Add("S1");
+  IBNode& second = Add("S2");
+  Add("S3");
+  fabscan_.fabric_extended_info.put(fabscan_.discovered_fabric.makePort(second, 1), SMP_PortInfo{});
+  fabscan_.fabric_extended_info.put(fabscan_.discovered_fabric.makePort(second, 2), SMP_PortInfo{});
+  const std::vector<DeviceModel> models = DeviceModelsOf(fabscan_);
+  ASSERT_EQ(models.size(), 1U);
+  EXPECT_EQ(models[0].representative->name, "S2");
+  EXPECT_EQ(models[0].records, 3U);
+  EXPECT_EQ(models[0].nodes, 3U);
+}
+
+TEST_F(DeviceModelsTest, RecordsOfANodeAndItsPortsAreCounted) {
+  IBNode& node = Add("S1");
+  EXPECT_EQ(RecordsOf(fabscan_, node), 1U);
+  fabscan_.capability_module.put(node, false, {});
+  EXPECT_EQ(RecordsOf(fabscan_, node), 2U);
+  fabscan_.fabric_extended_info.putCounters(fabscan_.discovered_fabric.makePort(node, 3), 0);
+  EXPECT_EQ(RecordsOf(fabscan_, node), 3U);
 }
 
 TEST_F(DeviceModelsTest, WhatWasNotCollectedCountsAsZero) {

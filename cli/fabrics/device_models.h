@@ -1,5 +1,5 @@
-#ifndef FABSCAN_MODEL_DEVICE_MODELS_H
-#define FABSCAN_MODEL_DEVICE_MODELS_H
+#ifndef FABSCAN_CLI_DEVICE_MODELS_H
+#define FABSCAN_CLI_DEVICE_MODELS_H
 
 #include <infiniband/fabscan/fabscan.h>
 
@@ -34,12 +34,15 @@ std::string FirmwareText(const DeviceModelKey& key);
 
 struct DeviceModel {
   DeviceModelKey key;
-  const IBNode* representative;  // the first of the nodes by name
+  const IBNode* representative;  // the one with the most records, of several the first by name
+  std::size_t records;           // that the representative has, as RecordsOf counts them
   std::size_t nodes;
 };
 
-/// The device models of the sub-fabric, in the order of their representatives' names. Holds
-/// nothing for a node but its model.
+/// Records that were collected of the node and its ports; a capability mask counts as one.
+std::size_t RecordsOf(const Fabscan& fabscan, const IBNode& node);
+
+/// The device models of the sub-fabric, in the order of their first nodes by name.
 std::vector<DeviceModel> DeviceModelsOf(const Fabscan& fabscan);
 
 }  // namespace fabscan

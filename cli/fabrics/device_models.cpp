@@ -1,11 +1,12 @@
 #include "device_models.h"
 
+#include <harmless_name.h>
+#include <record_fields.h>
+
 #include <algorithm>
 #include <map>
 #include <string_view>
 #include <tuple>
-
-#include "harmless_name.h"
 
 namespace fabscan {
 
@@ -60,6 +61,19 @@ std::string FirmwareText(const DeviceModelKey& key) {
          std::to_string(key.firmware[2]);
 }
 
+std::size_t RecordsOf(const Fabscan& fabscan, const IBNode& node) {
+  std::size_t records = 0;
+  const auto count = [&records](auto&&...) { ++records; };
+  ForEachRecord(fabscan.fabric_extended_info, node, count);
+  for (const bool is_gmp : {false, true}) {
+    if (fabscan.capability_module.find(node, is_gmp) != nullptr) ++records;
+  }
+  for (const IBPort* port : node.Ports) {
+    if (port != nullptr) ForEachRecord(fabscan.fabric_extended_info, *port, count);
+  }
+  return records;
+}
+
 std::vector<DeviceModel> DeviceModelsOf(const Fabscan& fabscan) {
   std::vector<DeviceModel> models;
   std::map<DeviceModelKey, std::size_t> place;
@@ -68,8 +82,13 @@ std::vector<DeviceModel> DeviceModelsOf(const Fabscan& fabscan) {
     if (node == nullptr || !node->in_sub_fabric) continue;
     const DeviceModelKey key = DeviceModelOf(fabscan, *node);
     const auto [found, is_new] = place.emplace(key, models.size());
-    if (is_new) models.push_back({key, node, 0});
-    ++models[found->second].nodes;
+    const std::size_t records = RecordsOf(fabscan, *node);
+    if (is_new) models.push_back({key, node, records, 0});
+    DeviceModel& model = models[found->second];
+    ++model.nodes;
+    if (records <= model.records) continue;
+    model.representative = node;
+    model.records = records;
   }
   return models;
 }

@@ -1,0 +1,19 @@
+#include "compile_warning.h"
+
+#include <fmt/format.h>
+
+#include "next_command.h"
+#include "report.h"
+
+namespace fabscan {
+
+void WarnOfFaults(const std::string& what, const CompileFaults& faults, const DumpOptions& options,
+                  const std::set<u_int64_t>& guids) {
+  if (!faults.any()) return;
+  const std::string warning = fmt::format("{}: {}; next: {}", what, faults.text(),
+                                          ScaffoldLine(options.snapshot, options.prefix, guids));
+  if (options.strict) throw CommandError(warning, kIncomplete);
+  PrintWarning(warning);
+}
+
+}  // namespace fabscan

@@ -1,0 +1,21 @@
+#ifndef FABSCAN_CLI_COMPILE_WARNING_H
+#define FABSCAN_CLI_COMPILE_WARNING_H
+
+#include <sys/types.h>
+
+#include <set>
+#include <string>
+
+#include "dump_options.h"
+#include "dump_summary.h"
+
+namespace fabscan {
+
+/// Warns that `what`, such as "x.cpp does not compile as written", with the faults and the command
+/// to run next. With --strict it throws CommandError (incomplete) instead. Nothing without faults.
+void WarnOfFaults(const std::string& what, const CompileFaults& faults, const DumpOptions& options,
+                  const std::set<u_int64_t>& guids);
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,32 @@
+#ifndef FABSCAN_CLI_MODEL_FILES_H
+#define FABSCAN_CLI_MODEL_FILES_H
+
+#include <string>
+#include <vector>
+
+#include "dump_file.h"
+#include "listed_models.h"
+#include "terminal.h"
+
+namespace fabscan {
+
+/// The generated file of one device model.
+struct ModelFile {
+  ListedModel listed;
+  std::string path;  // of the file, or of the directory that it is in
+  DumpedFile dumped;
+};
+
+/// For people: one row per file, then how many files and nodes there are. `head`: what the paths
+/// are.
+std::string FilesText(const char* head, const std::vector<ModelFile>& files,
+                      const Terminal& terminal);
+
+std::vector<SourceEdit> EditsOf(const std::vector<ModelFile>& files);
+CompileFaults FaultsOf(const std::vector<ModelFile>& files);
+/// `3 of 10 files do not compile as written`.
+std::string FaultyText(const std::vector<ModelFile>& files);
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,12 @@
+#include "scratch_directory.h"
+
+#include "temporary_folder.h"
+
+namespace fabscan {
+
+ScratchDirectory::ScratchDirectory() {
+  const int error_number = folder_.Make(TemporaryFolder() + "/fabscan-XXXXXX");
+  if (error_number != 0) RefuseTemporaryFolder(error_number);
+}
+
+}  // namespace fabscan

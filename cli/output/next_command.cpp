@@ -1,0 +1,28 @@
+#include "next_command.h"
+
+#include <fmt/format.h>
+#include <guid_text.h>
+
+#include "shell_word.h"
+#include "standard_streams.h"
+
+namespace fabscan {
+
+namespace {
+
+constexpr std::size_t kMostGuids = 4;
+
+}  // namespace
+
+std::string ScaffoldLine(const std::string& snapshot, const std::string& prefix,
+                         const std::set<u_int64_t>& guids) {
+  std::string line =
+      fmt::format("fabscan scaffold {} --prefix {}",
+                  IsStandardStream(snapshot) ? "SNAPSHOT" : ShellWord(snapshot), prefix);
+  if (guids.size() <= kMostGuids) {
+    for (const u_int64_t guid : guids) line += " --guid " + GuidText(guid);
+  }
+  return line + " --output-dir sim";
+}
+
+}  // namespace fabscan

@@ -1,0 +1,28 @@
+#ifndef FABSCAN_CLI_PROJECT_H
+#define FABSCAN_CLI_PROJECT_H
+
+#include <infiniband/fabscan/fabscan.h>
+
+#include <string>
+#include <vector>
+
+#include "dump_file.h"
+#include "listed_models.h"
+#include "model_files.h"
+
+namespace fabscan {
+
+/// Writes a project that builds simulated devices, and needs nothing but a compiler and CMake:
+///
+///     CMakeLists.txt, main.cpp    builds everything, and a program that makes each device
+///     core/, include/             the reference simulator
+///     devices/NAME/               for each device: generated file, header, build lines
+///
+/// `devices` have distinct prefixes, also in lower case. Returns the generated files, after all
+/// files are in place. Throws CommandError; then every earlier file is as it was.
+std::vector<ModelFile> WriteProject(Fabscan& fabscan, const std::vector<ListedModel>& devices,
+                                    Variant variant, const std::string& directory, bool force);
+
+}  // namespace fabscan
+
+#endif
