@@ -29,7 +29,7 @@ class Diff(CommandTest):
     def test_different(self):
         def change(nodes):
             leaf = nodes[0x5a1e0c0000000200]
-            leaf["attributes"]["SMP_NodeInfo"]["DeviceID"] = 0xd2f2
+            leaf["attributes"]["SMP_NodeInfo"]["DeviceID"] = 0x5a51
             del leaf["attributes"]["SMP_SwitchInfo"]
             port = leaf["ports"][3]
             port["state"] = "DOWN"
@@ -47,7 +47,7 @@ class Diff(CommandTest):
             run.stdout,
             "compute-001 HCA-1 (0x5a1e0c0000000600): only in a.jsonl\n"
             "leaf-01/U1 (0x5a1e0c0000000200)\n"
-            "  SMP_NodeInfo.DeviceID: 0xd2f0 -> 0xd2f2\n"
+            "  SMP_NodeInfo.DeviceID: 0x5a50 -> 0x5a51\n"
             "  SMP_SwitchInfo: only in a.jsonl\n"
             f"  port {port['num']} state: {port['state']} -> DOWN\n"
             f"  port {port['num']} SMP_PortInfo.LID: {lid:#x} -> 0xbeef\n"
@@ -97,7 +97,7 @@ class Diff(CommandTest):
             {"first": "a.jsonl", "second": "b.jsonl", "same": False,
              "differences": [{"name": "leaf-01/U1", "guid": "0x5a1e0c0000000200",
                               "record": "SMP_NodeInfo", "field": "DeviceID",
-                              "first": "0xd2f0", "second": "0x1"}]})
+                              "first": "0x5a50", "second": "0x1"}]})
         run = self.diff(DEMO, "--json")
         self.assertEqual(run.returncode, SAME)
         self.assertEqual(json.loads(run.stdout)["same"], True)

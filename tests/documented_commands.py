@@ -115,12 +115,13 @@ class Commands(unittest.TestCase):
             assert bundled in fabric
             fabric = fabric.replace(bundled, wanted)
         changed = fabric.replace('"state":"ACTIVE"', '"state":"DOWN"', 1)
-        changed = changed.replace('"LinkWidthEnabled":222', '"LinkWidthEnabled":223', 1)
+        changed = changed.replace('"LinkWidthEnabled":19', '"LinkWidthEnabled":3', 1)
         assert changed != fabric
         for name in ("fabric", "extra", "vendor", "before", "yesterday"):
             (files / f"{name}.jsonl").write_text(fabric)
         for name in ("after", "today"):
             (files / f"{name}.jsonl").write_text(changed)
+        (files / "examples").symlink_to(EXAMPLE.parent)
         (files / "our.key").write_text("a key of our own, kept for the next time\n")
         for folder in ("devices/mydev", "DIR"):
             (files / folder).mkdir(parents=True)

@@ -15,9 +15,9 @@ SUMMARY = """\
 partial.jsonl: 2 nodes (1 SW, 1 CA), 4 ports
 source: an invented fabric of which some records were not collected
 
-kind  GUID                  LID  active  abcdefghijklmn opqrstu  node
-CA    0x5a1e0c0000000200  50690     0/1  +......-....+. +++....  compute-117 HCA-1
-SW    0x5a1e0c0000000100  46082     2/2  ++...--.....+. ~~~....  leaf-07/U1
+kind  GUID                LID  active  abcdefghijklmn opqrstu  node
+CA    0x5a1e0c0000000200   33     0/1  +......-....+. +++....  compute-117 HCA-1
+SW    0x5a1e0c0000000100    1     2/2  ++...--.....+. ~~~....  leaf-07/U1
 
   +  collected
   -  absent, and why was recorded
@@ -49,9 +49,9 @@ u  WrenReductionConfigureMLIDMonitors  port        4
 
    absent                      of  reason
 f  ib_private_lft_info     1 node  status 0x000c
-g  adaptive_routing_info   1 node  no answer within 1000 ms, 3 tries
-h  VendorSpec_GeneralInfo  1 node  not asked: the port is not active
-o  SMP_PortInfo            1 port  no answer within 1000 ms, 3 tries
+g  adaptive_routing_info   1 node  timed out
+h  VendorSpec_GeneralInfo  1 node  not asked: the node had timed out twice in a row
+o  SMP_PortInfo            1 port  timed out
 """
 
 NODE = """\
@@ -60,9 +60,9 @@ GUID              0x5a1e0c0000000100
 kind              SW
 system GUID       0x5a1e0c0000000103
 vendor            0x5a1e0c
-device            0xd2f0
+device            0x5a50
 revision          0xa1
-SMP capabilities  0x00003205 0x00001000 0x00000000 0x00000000
+SMP capabilities  0x00253655 0x00121000 0x00000008 0x00000000
 active ports      2/2
 
 attribute
@@ -72,7 +72,7 @@ SMP_RouterInfo                      -
 SMP_ExtendedSwitchInfo              -
 ib_extended_node_info               -
 ib_private_lft_info                 absent: status 0x000c
-adaptive_routing_info               absent: no answer within 1000 ms, 3 tries
+adaptive_routing_info               absent: timed out
 VendorSpec_GeneralInfo              -
 CC_EnhancedCongestionInfo           -
 CC_CongestionSwitchGeneralSettings  -
@@ -81,10 +81,10 @@ WrenReductionInfo                   -
 smpCapabilityMask                   collected
 gmpCapabilityMask                   -
 
-port  state     LID  opqrstu
-   0  ACTIVE  46082  +......
-   1  ACTIVE      -  -......
-   2  ACTIVE  32514  +++....  fnm
+port  state   LID  opqrstu
+   0  ACTIVE    1  +......
+   1  ACTIVE    -  -......
+   2  ACTIVE    1  +++....  fnm
 
   +  collected
   -  absent, and why was recorded
@@ -100,7 +100,7 @@ t  WrenReductionCounters               port        3
 u  WrenReductionConfigureMLIDMonitors  port        3
 
    absent            of  reason
-o  SMP_PortInfo  1 port  no answer within 1000 ms, 3 tries
+o  SMP_PortInfo  1 port  timed out
 """
 
 
@@ -139,15 +139,15 @@ class Show(CommandTest):
                 "opalSwitch": False, "numPorts": 2,
                 "collected": {"SMP_NodeInfo": 1, "SMP_SwitchInfo": 1, "smpCapabilityMask": 1},
                 "absent": {"ib_private_lft_info": "status 0x000c",
-                           "adaptive_routing_info": "no answer within 1000 ms, 3 tries"},
+                           "adaptive_routing_info": "timed out"},
                 "ports": [
-                    {"num": 0, "state": "ACTIVE", "lid": 46082, "inSubFabric": True, "fnm": False,
+                    {"num": 0, "state": "ACTIVE", "lid": 1, "inSubFabric": True, "fnm": False,
                      "fnm1": False, "special": False, "collected": {"SMP_PortInfo": 1},
                      "absent": {}},
                     {"num": 1, "state": "ACTIVE", "inSubFabric": True, "fnm": False,
                      "fnm1": False, "special": False, "collected": {},
-                     "absent": {"SMP_PortInfo": "no answer within 1000 ms, 3 tries"}},
-                    {"num": 2, "state": "ACTIVE", "lid": 32514, "inSubFabric": True, "fnm": True,
+                     "absent": {"SMP_PortInfo": "timed out"}},
+                    {"num": 2, "state": "ACTIVE", "lid": 1, "inSubFabric": True, "fnm": True,
                      "fnm1": False, "special": False,
                      "collected": {"SMP_PortInfo": 1, "SMP_PortInfoExtended": 1,
                                    "SMP_TarnExtPortInfo": 1},

@@ -21,10 +21,10 @@ class DiscoverTest(LiveTestCase):
              ("leaf", "SW", 6, [0, 1, 2, 3, 4, 5, 6]), ("spine", "SW", 4, [0, 1, 2, 3, 4]),
              ("router", "RTR", 2, [1, 2])])
         info = snapshot.node(nets.HERE)["attributes"]["SMP_NodeInfo"]
-        self.assertEqual(info["VendorID"], 0x2C9)
-        self.assertEqual(info["DeviceID"], 0x1017)
-        self.assertEqual(number(info["NodeGUID"]), 0x2C90000100000)
-        self.assertEqual(number(info["SystemImageGUID"]), 0x2C90000100080)
+        self.assertEqual(info["VendorID"], 0x5A1E0C)
+        self.assertEqual(info["DeviceID"], 0x5A90)
+        self.assertEqual(number(info["NodeGUID"]), 0x5A1E0C0000100000)
+        self.assertEqual(number(info["SystemImageGUID"]), 0x5A1E0C0000100080)
 
     def test_tells_linked_ports_from_those_that_are_down(self):
         fabric = self.serve(nets.two_switches(), nets.HERE)
@@ -74,7 +74,7 @@ class DiscoverTest(LiveTestCase):
 
     def test_reads_a_fat_tree_of_500_switches_and_2000_adapters(self):
         net = nets.fat_tree()
-        host = "H-0000000010000000"
+        host = "H-5a1e0c0010000000"
         fabric = self.serve(net, host, ("-N", 4000, "-S", 600, "-P", 40000))
         done = self.discover(fabric, "--outstanding", "16")
         self.assertEqual(done.stderr, "")
@@ -90,7 +90,7 @@ class DiscoverTest(LiveTestCase):
             self.assertEqual(up, set(links), node_id)
         names = [node["name"] for node in snapshot.nodes.values()]
         self.assertEqual(len(set(names)), 2500)
-        self.assertEqual(snapshot.node(host)["name"], "host HCA-1 [0x0000000010000000]")
+        self.assertEqual(snapshot.node(host)["name"], "host HCA-1 [0x5a1e0c0010000000]")
 
 
 if __name__ == "__main__":

@@ -50,7 +50,7 @@ class ImportTest(LiveTestCase):
                          NOT_STORED)
 
     def test_agrees_with_discover_on_a_fat_tree(self):
-        fabric = self.serve(nets.fat_tree(), "H-0000000010000000",
+        fabric = self.serve(nets.fat_tree(), "H-5a1e0c0010000000",
                             ("-N", 4000, "-S", 600, "-P", 40000))
         self.compare(fabric)
         self.assertEqual(len(fabric.snapshot("imported.jsonl").nodes), 2500)
@@ -60,9 +60,9 @@ class ImportTest(LiveTestCase):
         fabric.command(f'Error "{nets.THERE}" 100')
         self.save_cache(fabric, FABSCAN_FAKE_RULES="15:5:silence")
         done = self.import_cache(fabric, expect=3)
-        self.assertIn("leaf (0x0002c90000200000) lacks PortInfo (not in the discovery cache: the "
+        self.assertIn("leaf (0x5a1e0c0000200000) lacks PortInfo (not in the discovery cache: the "
                       "query had failed) of port 5\n", done.stderr)
-        self.assertIn("spine (0x0002c90000200100) lacks the linked peer of port 3\n", done.stderr)
+        self.assertIn("spine (0x5a1e0c0000200100) lacks the linked peer of port 3\n", done.stderr)
 
     def test_refuses_a_damaged_cache(self):
         fabric = self.serve(nets.two_switches(), nets.HERE)

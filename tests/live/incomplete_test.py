@@ -19,41 +19,41 @@ class IncompleteTest(LiveTestCase):
         self.fabric.command(f'Error "{nets.THERE}" 100')
         done = self.discover(self.fabric, expect=3)
         self.assertEqual(done.stderr,
-                         "fabscan: warning: spine (0x0002c90000200100) lacks the linked peer "
+                         "fabscan: warning: spine (0x5a1e0c0000200100) lacks the linked peer "
                          f"(timed out) of port 3\n{PARTLY}1 of 4 nodes lack something\n")
         self.assertEqual(len(self.fabric.snapshot().nodes), 4)
 
     def test_names_the_node_whose_peer_goes_half_way(self):
         console = f'{self.fabric.console_path} Unlink "{nets.SPINE}"'
         done = self.discover(self.fabric, expect=3, FABSCAN_FAKE_CONSOLE=console)
-        self.assertIn("leaf (0x0002c90000200000) lacks the linked peer", done.stderr)
+        self.assertIn("leaf (0x5a1e0c0000200000) lacks the linked peer", done.stderr)
         self.assertIn(PARTLY, done.stderr)
         snapshot = self.fabric.snapshot()
-        self.assertNotIn(0x2C90000200100, snapshot.nodes)
-        self.assertIn(0x2C90000300000, snapshot.nodes)
+        self.assertNotIn(0x5A1E0C0000200100, snapshot.nodes)
+        self.assertIn(0x5A1E0C0000300000, snapshot.nodes)
 
     def test_says_when_a_peer_answers_after_all(self):
-        fabric = self.serve(nets.chain(3), "H-0002c90000100000")
+        fabric = self.serve(nets.chain(3), "H-5a1e0c0000100000")
         done = self.discover(fabric, expect=3, FABSCAN_FAKE_HOPS="3",
                              FABSCAN_FAKE_RULES="11:*:once")
         self.assertEqual(done.stderr,
-                         "fabscan: warning: switch 2 (0x0002c90000200100) lacks the linked peer (it "
+                         "fabscan: warning: switch 2 (0x5a1e0c0000200100) lacks the linked peer (it "
                          f"answers now: discover again) of port 2\n{PARTLY}1 of 3 nodes lack "
                          "something\n")
 
     def test_names_the_switch_whose_peer_is_beyond_every_route(self):
-        fabric = self.serve(nets.chain(70), "H-0002c90000100000")
+        fabric = self.serve(nets.chain(70), "H-5a1e0c0000100000")
         done = self.discover(fabric, expect=3)
         # A route has 63 hops: the 63rd switch is the last that can be reached.
         self.assertEqual(done.stderr,
-                         "fabscan: warning: switch 63 (0x0002c90000203e00) lacks the linked peer "
+                         "fabscan: warning: switch 63 (0x5a1e0c0000203e00) lacks the linked peer "
                          f"(too many hops away to be asked) of port 2\n{PARTLY}1 of 64 nodes lack "
                          "something\n")
 
     def test_notes_that_a_query_could_not_be_sent(self):
         done = self.discover(self.fabric, expect=3, FABSCAN_FAKE_OFFER="1",
                              FABSCAN_FAKE_RULES="33:1:unsent,33:*:answer")
-        self.assertIn("leaf (0x0002c90000200000) lacks PortInfoExtended (No buffer space available) "
+        self.assertIn("leaf (0x5a1e0c0000200000) lacks PortInfoExtended (No buffer space available) "
                       "of port 1\n", done.stderr)
         self.assertEqual(self.fabric.snapshot().port(nets.LEAF, 1)["absent"],
                          {"SMP_PortInfoExtended": "No buffer space available"})
@@ -62,7 +62,7 @@ class IncompleteTest(LiveTestCase):
         self.fabric.command(f'Unlink "{nets.SPINE}"')
         self.discover(self.fabric)
         self.assertEqual(sorted(self.fabric.snapshot().nodes),
-                         [0x2C90000100000, 0x2C90000200000, 0x2C90000300000])
+                         [0x5A1E0C0000100000, 0x5A1E0C0000200000, 0x5A1E0C0000300000])
 
     def test_warns_when_the_local_port_has_no_link(self):
         self.fabric.command(f'Unlink "{nets.HERE}"')
@@ -75,7 +75,7 @@ class IncompleteTest(LiveTestCase):
         done = self.discover(self.fabric, expect=3,
                              FABSCAN_FAKE_RULES="12:*:silence,15:2:refuse")
         self.assertIn("23 of 30 attributes", done.stdout)  # without 2 SwitchInfo, 5 PortInfo
-        self.assertIn("leaf (0x0002c90000200000) lacks SwitchInfo (timed out); "
+        self.assertIn("leaf (0x5a1e0c0000200000) lacks SwitchInfo (timed out); "
                       "PortInfo (status 0x000c) of port 2\n", done.stderr)
         snapshot = self.fabric.snapshot()
         self.assertEqual(snapshot.node(nets.LEAF)["absent"], {"SMP_SwitchInfo": "timed out"})
@@ -85,13 +85,13 @@ class IncompleteTest(LiveTestCase):
 
     def test_names_a_node_by_its_guid_when_its_description_is_not_read(self):
         done = self.discover(self.fabric, expect=3, FABSCAN_FAKE_RULES="10:*:silence")
-        self.assertIn("[0x0002c90000200000] (0x0002c90000200000) lacks NodeDescription "
+        self.assertIn("[0x5a1e0c0000200000] (0x5a1e0c0000200000) lacks NodeDescription "
                       "(timed out)\n", done.stderr)
 
     def test_reads_port_info_extended_where_it_is_offered(self):
         done = self.discover(self.fabric, expect=3, FABSCAN_FAKE_OFFER="1",
                              FABSCAN_FAKE_RULES="33:1:answer,33:2:refuse,33:*:silence")
-        self.assertIn("leaf (0x0002c90000200000) lacks PortInfoExtended (not asked: the node had "
+        self.assertIn("leaf (0x5a1e0c0000200000) lacks PortInfoExtended (not asked: the node had "
                       "timed out twice in a row) of ports 5, 6; PortInfoExtended (status 0x000c) "
                       "of port 2; PortInfoExtended (timed out) of ports 3, 4\n", done.stderr)
         snapshot = self.fabric.snapshot()
@@ -183,7 +183,7 @@ class InterruptedTest(LiveTestCase):
                                        FABSCAN_FAKE_RULES="11:*:wait")
 
     def test_ends_at_any_time(self):
-        fabric = self.serve(nets.fat_tree(), "H-0000000010000000",
+        fabric = self.serve(nets.fat_tree(), "H-5a1e0c0010000000",
                             ("-N", 4000, "-S", 600, "-P", 40000))
         for after in (0.05, 0.1, 0.2, 0.3, 0.4):
             with self.subTest(after=after):
@@ -208,7 +208,7 @@ class InterruptedTest(LiveTestCase):
         self.assertEqual(status, 3)
         self.assertIn("fabscan: warning: interrupted; the snapshot holds what was read by then\n",
                       err)
-        self.assertIn(0x2C90000200000, fabric.snapshot().nodes)
+        self.assertIn(0x5A1E0C0000200000, fabric.snapshot().nodes)
 
 
 if __name__ == "__main__":

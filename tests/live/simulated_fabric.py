@@ -13,6 +13,8 @@ import unittest
 
 FABSCAN = os.environ["FABSCAN"]
 FAKE_ANSWERS = os.environ["FABSCAN_FAKE_ANSWERS"]
+# What another collector read of a switch of `nets.two_switches()`.
+EXTRA = pathlib.Path(__file__).resolve().parents[2] / "examples" / "extra.jsonl"
 START_SECONDS = 60
 RUN_SECONDS = 120
 
@@ -113,7 +115,7 @@ class Snapshot:
         self.nodes = {int(node["guid"], 16): node for node in parsed[1:-1]}
 
     def node(self, node_id):
-        """The node by its id in the net, such as S-0002c90000200000."""
+        """The node by its id in the net, such as S-5a1e0c0000200000."""
         return self.nodes[int(node_id[2:], 16)]
 
     def port(self, node_id, number):
