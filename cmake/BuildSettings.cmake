@@ -1,7 +1,8 @@
-# How everything here is compiled: C++17, warnings are errors, hardened in release builds.
+# How everything here is compiled: C++17, hardened in release builds. As a part of another project,
+# its build type, its tests and its compilers' warnings are that project's own concern.
 
-if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
-  set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Kind of build" FORCE)
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES AND PROJECT_IS_TOP_LEVEL)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
 endif()
 
 set(CMAKE_CXX_STANDARD 17)
@@ -10,18 +11,19 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 
-option(FABSCAN_TESTS "Build the tests" ON)
+option(FABSCAN_TESTS "Build the tests" OFF)
+option(FABSCAN_WERROR "Treat warnings as errors" ${PROJECT_IS_TOP_LEVEL})
 set(FABSCAN_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined")
 
 add_library(fabscan_settings INTERFACE)
 target_compile_options(fabscan_settings INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion $<$<BOOL:${FABSCAN_WERROR}>:-Werror>
   -fstack-protector-strong)
 if(FABSCAN_SANITIZE)
   target_compile_options(fabscan_settings INTERFACE
     -fsanitize=${FABSCAN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(fabscan_settings INTERFACE -fsanitize=${FABSCAN_SANITIZE})
-elseif(NOT CMAKE_BUILD_TYPE STREQUAL Debug)
+elseif(CMAKE_BUILD_TYPE MATCHES Rel)
   target_compile_options(fabscan_settings INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
 endif()
 target_link_options(fabscan_settings INTERFACE LINKER:-z,relro,-z,now)

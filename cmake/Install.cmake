@@ -2,6 +2,10 @@
 # simulator, the CMake package `fabscan` and a pkg-config file of the same name.
 include(CMakePackageConfigHelpers)
 
+# All that is installed, without the tests.
+add_custom_target(fabscan_product
+  DEPENDS fabscan fabscan_generator fabscan_model reference)
+
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/fabscan)
 set(own_include_dir ${CMAKE_INSTALL_INCLUDEDIR}/fabscan)
 set(simulator_dir ${own_include_dir}/simulator)

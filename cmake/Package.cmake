@@ -1,11 +1,12 @@
-# A Debian package of what is installed: `cpack` in the build folder. What it depends on is read off
-# the built command.
+# A Debian package of what is installed: `cpack` in the build directory. Its dependencies are
+# read from the built command.
 set(compressed_changes ${PROJECT_BINARY_DIR}/generated/changelog.gz)
 add_custom_command(OUTPUT ${compressed_changes}
   COMMAND sh -c "gzip -9nc '${PROJECT_SOURCE_DIR}/CHANGELOG.md' >'${compressed_changes}'"
   DEPENDS ${PROJECT_SOURCE_DIR}/CHANGELOG.md
   VERBATIM)
 add_custom_target(compressed_changes ALL DEPENDS ${compressed_changes})
+add_dependencies(fabscan_product compressed_changes)
 install(FILES packaging/copyright ${compressed_changes} DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(CPACK_GENERATOR DEB)

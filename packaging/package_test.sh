@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# package_test.sh PACKAGE FOLDER: installs the package into a clean root below FOLDER, and uses it
-# there. Needs root, and a network that reaches the packages which apt here is set up for; where a
-# clean root cannot be made, it says so and is done.
+# package_test.sh PACKAGE DIRECTORY: installs the package into a bare root below DIRECTORY, and uses it
+# there. Needs root, and a network that reaches the packages which apt here is set up for.
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/bare_root.sh"
 package=$(realpath "$1")
-root=$(realpath -m "$2")/root
+root=$(realpath -m "$2")/package-test-root
 examples=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../examples")
 
 fail() {
@@ -12,27 +12,15 @@ fail() {
   exit 1
 }
 
-skip() {
-  echo "package_test: skipped: $*"
-  exit 0
-}
+inside() { in_bare_root "$root" "$@"; }
 
-[ "$(id -u)" -eq 0 ] || skip "a clean root is made by root only"
-command -v debootstrap >/dev/null || skip "there is no debootstrap"
-rm -rf "$root"
-mkdir -p "$root"
-mirror=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' | head -n 1)
-[ -n "$mirror" ] || skip "apt knows no repository; run apt-get update"
-debootstrap --variant=minbase bookworm "$root" "$mirror" >"$root.log" 2>&1 ||
-  skip "no clean root can be made here: $(tail -n 1 "$root.log")"
-
-inside() { chroot "$root" "$@"; }
-
-cp -r /etc/apt/sources.list* /etc/apt/apt.conf.d "$root/etc/apt/"
+rm -rf --one-file-system "$root"
+remove_bare_root_at_exit "$root"
+make_bare_root "$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)" "$root" "$2"
 cp "$package" "$root/fabscan.deb"
 cp "$examples/demo.fabscan.jsonl" "$root/"
 inside apt-get update -q >>"$root.log" 2>&1 ||
-  skip "the clean root does not reach the packages: $(tail -n 1 "$root.log")"
+  fail "the bare root does not reach the packages: $(tail -n 1 "$root.log")"
 inside env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends \
   /fabscan.deb >>"$root.log" 2>&1 || fail "it does not install: $(tail -n 3 "$root.log")"
 
@@ -51,5 +39,4 @@ for file in man1/fabscan-dump.1.gz bash-completion/completions/fabscan \
 done
 inside apt-get remove -q -y fabscan >>"$root.log" 2>&1
 [ ! -e "$root/usr/bin/fabscan" ] || fail "the command stays when the package is removed"
-rm -rf "$root"
-echo "package_test: installed, used and removed in a clean root"
+echo "package_test: installed, used and removed in a bare root"

@@ -26,11 +26,11 @@ def programs(build):
 
 def summaries(build):
     profile = build / "all.profdata"
-    subprocess.run(["llvm-profdata-14", "merge", "-sparse", "-o", profile,
+    subprocess.run(["llvm-profdata", "merge", "-sparse", "-o", profile,
                     *sorted((build / "profiles").glob("*.profraw"))], check=True)
     first, *others = programs(build)
     objects = [word for path in others for word in ("-object", path)]
-    exported = subprocess.run(["llvm-cov-14", "export", "-summary-only", "-instr-profile", profile,
+    exported = subprocess.run(["llvm-cov", "export", "-summary-only", "-instr-profile", profile,
                                first, *objects], check=True, capture_output=True, text=True)
     for file in json.loads(exported.stdout)["data"][0]["files"]:
         path = pathlib.Path(os.path.normpath(file["filename"]))

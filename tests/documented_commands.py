@@ -2,8 +2,8 @@
 
 Commands stand in sh blocks, between backticks, and in the examples of --help. Those of the command
 and of its neighbours run against what BUILD_FOLDER installs, in a folder that has the files which
-they name; a live fabric is a simulated one. Tasks of `./run` are run by `.ci/run`, or are listed
-here.
+they name; a live fabric is a simulated one. Tasks of `./run` are run by `.ci/run` or `./run nightly`,
+or are listed here.
 """
 
 import os
@@ -21,7 +21,7 @@ from document_blocks import DOCUMENTS, ROOT
 BUILD = pathlib.Path(sys.argv.pop(1)).resolve()
 EXAMPLE = ROOT / "examples" / "demo.fabscan.jsonl"
 
-# Tasks that `.ci/run` does not come to, and why.
+# Tasks that neither `.ci/run` nor `./run nightly` runs, and why.
 BY_HAND = {
     "bench": "measures; an idle machine and minutes",
     "bench-whole": "measures; an idle machine and minutes",
@@ -30,7 +30,6 @@ BY_HAND = {
     "format": "changes the sources; check-format looks at them",
     "install": "install_test does the same with the build that is tested",
     "instructions": "renews what the test 'instructions' holds the build to",
-    "mutation": "hours",
 }
 
 # GUIDs that examples name, by those of the bundled snapshot which take them: a switch, an adapter.
@@ -48,8 +47,9 @@ FIRST_WORDS = ("fabscan", "ibnetdiscover", "pkg-config", "fabscan-make-fabric")
 
 
 def run_tasks(text):
-    """Tasks that a script calls, as a person would or from another task."""
+    """Tasks that a script calls, as a person would, from another task, or in a bare root."""
     calls = re.findall(r"(?:^|\s)\./run ([a-z][a-z-]*)", text)
+    calls += re.findall(r"\bbare [a-z]+ ([a-z][a-z-]*)$", text, flags=re.M)
     return {*calls, *(name.replace("_", "-") for name in re.findall(r"\btask_([a-z_]+)", text))}
 
 
@@ -60,9 +60,9 @@ def tasks():
     return {name.replace("_", "-"): run_tasks(body) for name, body in bodies}
 
 
-def tasks_of_continuous_integration():
+def tasks_that_are_run():
     known, reached = tasks(), set()
-    waiting = run_tasks((ROOT / ".ci" / "run").read_text())
+    waiting = {"nightly", *run_tasks((ROOT / ".ci" / "run").read_text())}
     while waiting:
         task = waiting.pop()
         if task not in reached:
@@ -73,7 +73,7 @@ def tasks_of_continuous_integration():
 
 class Tasks(unittest.TestCase):
     def test_each_is_there_and_is_run_or_listed(self):
-        known, reached = tasks(), tasks_of_continuous_integration()
+        known, reached = tasks(), tasks_that_are_run()
         self.assertGreater(len(known), 15)
         named = {}
         for document in DOCUMENTS:
@@ -88,7 +88,7 @@ class Tasks(unittest.TestCase):
     def test_the_list_is_fresh(self):
         for task in BY_HAND:
             self.assertIn(task, tasks())
-            self.assertNotIn(task, tasks_of_continuous_integration())
+            self.assertNotIn(task, tasks_that_are_run())
 
 
 class Commands(unittest.TestCase):

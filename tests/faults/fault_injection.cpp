@@ -1,19 +1,24 @@
 // A library to preload: makes one system call, or one allocation, of the program fail.
 //
-//   FAULT_CALL     write, writev, fsync, rename, read, open, mkdtemp or malloc; the calls that
-//   stand
-//                  for the same (renameat2, calloc, ...) count with it. Of write and writev, only
-//                  those to files; of open, only those for writing.
-//   FAULT_AT       which of these calls, counted from 1 at the start of main
+// The program is loaded once and forks just before main for each run, which saves most of the time
+// of a run. FAULT_CONTROL is the number of a socket. Each number N that arrives there makes a run
+// in which the Nth call fails, counted from 1 at the start of main. The answer is the run's status
+// as of waitpid(2), and 1 if there was such a call, else 0.
+//
+//   FAULT_CALL     write, fsync, rename, read, open, mkdtemp or malloc; the calls that stand for
+//   the
+//                  same (writev, renameat2, calloc, ...) count with it. Of write, only those to
+//                  files; of open, only those for writing.
 //   FAULT_KIND     an errno number; "signal N"; "remove FOLDER" first, then go on; "short" (half of
 //                  the bytes, then ENOSPC)
-//   FAULT_ONWARDS  where set, every call from there on
-//   FAULT_REACHED  a file that is made when the fault happens
+//   FAULT_ONWARDS  if set, every call from there on fails
 
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <stdlib.h>
+#include <sys/mman.h>
 #include <sys/uio.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -35,14 +40,15 @@ bool in_main = false;
 bool running_short = false;
 long count = 0;
 
+const char* wanted_call = nullptr;
+const char* kind = nullptr;
+long at = 0;
+bool onwards = false;
+bool* reached = nullptr;  // shared by the processes
+
 template <class Function>
 Function* Next(const char* name, Function* /*same*/) {
   return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
-}
-
-void NoteReached() {
-  const char* path = ::getenv("FAULT_REACHED");
-  if (path != nullptr) ::close(::creat(path, 0600));
 }
 
 void RemoveFolder(const char* folder) {
@@ -57,20 +63,16 @@ enum class Outcome { kAsUsual, kFails, kShort };
 /// Whether this call fails; then errno says how.
 Outcome Meet(const char* call) {
   if (!in_main) return Outcome::kAsUsual;
-  const char* wanted = ::getenv("FAULT_CALL");
-  if (wanted == nullptr || std::strcmp(wanted, call) != 0) return Outcome::kAsUsual;
+  if (std::strcmp(wanted_call, call) != 0) return Outcome::kAsUsual;
   if (running_short) {
     errno = ENOSPC;
     return Outcome::kFails;
   }
-  const long at = std::atol(::getenv("FAULT_AT"));
   ++count;
-  const bool onwards = ::getenv("FAULT_ONWARDS") != nullptr;
   if (count != at && !(onwards && count > at)) return Outcome::kAsUsual;
 
   in_main = false;  // what is done here does not count
-  if (count == at) NoteReached();
-  const char* kind = ::getenv("FAULT_KIND");
+  *reached = true;
   Outcome outcome = Outcome::kAsUsual;
   if (std::strncmp(kind, "signal ", 7) == 0) {
     ::raise(std::atoi(kind + 7));
@@ -90,7 +92,44 @@ Outcome Meet(const char* call) {
 using Main = int(int, char**, char**);
 Main* real_main = nullptr;
 
+const char* Setting(const char* name) {
+  const char* value = ::getenv(name);
+  if (value == nullptr) {
+    std::fprintf(stderr, "fault_injection: %s is not set\n", name);
+    ::_exit(1);
+  }
+  return value;
+}
+
+/// Returns once for each run, in a process of its own.
+void ForkForEachRun() {
+  const int control = std::atoi(Setting("FAULT_CONTROL"));
+  char line[32] = {};
+  while (::read(control, line, sizeof line - 1) > 0) {
+    at = std::atol(line);
+    *reached = false;
+    const pid_t run = ::fork();
+    if (run == 0) {
+      ::close(control);
+      return;
+    }
+    int status = 0;
+    if (run < 0 || ::waitpid(run, &status, 0) != run) ::_exit(1);
+    ::dprintf(control, "%d %d\n", status, *reached ? 1 : 0);
+    std::memset(line, 0, sizeof line);
+  }
+  ::_exit(0);
+}
+
 int MainWithFaults(int argc, char** argv, char** environment) {
+  wanted_call = Setting("FAULT_CALL");
+  kind = Setting("FAULT_KIND");
+  onwards = ::getenv("FAULT_ONWARDS") != nullptr;
+  void* const shared =
+      ::mmap(nullptr, sizeof *reached, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  if (shared == MAP_FAILED) ::_exit(1);
+  reached = static_cast<bool*>(shared);
+  ForkForEachRun();
   in_main = true;
   return real_main(argc, argv, environment);
 }

@@ -7,15 +7,17 @@ LIBRARY is fault_injection.cpp, compiled; it makes the Nth call of a kind fail.
 """
 
 import errno
+import fcntl
 import os
 import pathlib
 import signal
+import socket
 import subprocess
 import sys
-import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
 
+import command_line
 from command_line import DONE, EXAMPLES, FAILED, INCOMPLETE, WRONG_USAGE, CommandTest, main, snapshot, switch
 
 PARTIAL = EXAMPLES / "partial.fabscan.jsonl"
@@ -26,24 +28,72 @@ LIBRARY = str(pathlib.Path(sys.argv.pop(2)).resolve())
 DUMP = ("dump", PARTIAL, "--prefix", "MyDev", "--force")
 
 
+class FaultyCommand:
+    """A command with LIBRARY, loaded once; each run is a fork of it just before main."""
+
+    def __init__(self, arguments, folder, **settings):
+        self.control, its_control = socket.socketpair()
+        self.control.settimeout(120)
+        self.outputs, its_outputs = zip(*(os.pipe() for _ in range(2)))
+        for output in self.outputs:
+            os.set_blocking(output, False)
+            fcntl.fcntl(output, fcntl.F_SETPIPE_SZ, 1 << 20)  # read only when a run is over
+        environment = dict(os.environ, LD_PRELOAD=LIBRARY,
+                           FAULT_CONTROL=str(its_control.fileno()), **settings)
+        self.process = subprocess.Popen(
+            [command_line._command, *map(str, arguments)], cwd=folder, env=environment,
+            stdin=subprocess.DEVNULL, stdout=its_outputs[0], stderr=its_outputs[1],
+            pass_fds=[its_control.fileno()])
+        its_control.close()
+        for output in its_outputs:
+            os.close(output)
+
+    def run(self, at):
+        """The run, and whether it met the fault."""
+        self.control.sendall(b"%d" % at)
+        status, reached = self.control.recv(32).split()
+        stdout, stderr = map(self.read, self.outputs)
+        returncode = os.waitstatus_to_exitcode(int(status))
+        return subprocess.CompletedProcess([], returncode, stdout, stderr), reached == b"1"
+
+    @staticmethod
+    def read(output):
+        try:
+            return os.read(output, 1 << 20).decode()
+        except BlockingIOError:
+            return ""
+
+    def close(self):
+        self.control.close()
+        self.process.wait(120)
+        for output in self.outputs:
+            os.close(output)
+
+
 class FaultTest(CommandTest):
     def setUp(self):
         super().setUp()
         (self.folder / "out").mkdir()
-        self.reached = self.folder / "reached"
+        self.faulty_commands = {}
+
+    def faulty_run(self, command, call, at, kind, onwards=False):
+        """The run, or None where there is no such call any more."""
+        settings = {"FAULT_CALL": call, "FAULT_KIND": str(kind)}
+        if onwards:
+            settings["FAULT_ONWARDS"] = "1"
+        key = (*command, *settings.items())
+        if key not in self.faulty_commands:
+            self.faulty_commands[key] = FaultyCommand(command, self.folder, **settings)
+            self.addCleanup(self.faulty_commands[key].close)
+        run, reached = self.faulty_commands[key].run(at)
+        run.fault = f"{call} {at} meets {kind}: {run.stderr}"
+        return run if reached else None
 
     def run_with_fault(self, call, at, kind, onwards=False, command=None):
-        """The run, or None where there is no such call any more."""
+        """The same, over an earlier file."""
         if (self.folder / "out").is_dir():
             (self.folder / "out" / OUT).write_text(EARLIER)
-        self.reached.unlink(missing_ok=True)
-        environment = dict(os.environ, LD_PRELOAD=LIBRARY, FAULT_CALL=call, FAULT_AT=str(at),
-                           FAULT_KIND=str(kind), FAULT_REACHED=str(self.reached))
-        if onwards:
-            environment["FAULT_ONWARDS"] = "1"
-        run = self.run_command(*(command or self.command), env=environment)
-        run.fault = f"{call} {at} meets {kind}: {run.stderr}"
-        return run if self.reached.exists() else None
+        return self.faulty_run(command or self.command, call, at, kind, onwards)
 
     def every_call(self, call, kind, **more):
         """Every run in which one call of this kind met the fault."""
@@ -141,7 +191,7 @@ class Faults(OneFileTest):
                         continue
                     self.assert_one_error(run)
                     self.assertFalse(out.exists())
-                    self.assertEqual(self.entries(), ["reached"])
+                    self.assertEqual(self.entries(), [])
 
     def test_a_signal_in_the_midst_of_it(self):
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
@@ -164,7 +214,6 @@ class Faults(OneFileTest):
         self.assert_done(self.run_command(*self.command))
 
     def test_two_runs_that_replace_the_same_file(self):
-        import command_line
         for _ in range(5):
             runs = [subprocess.Popen([command_line._command, *map(str, self.command)],
                                      cwd=self.folder, stdout=subprocess.DEVNULL)
@@ -295,10 +344,7 @@ class OnePerModel(FaultTest):
         second = self.folder / "out" / self.files[1]
         self.first.write_text("one")
         second.write_text("other")
-        environment = dict(os.environ, LD_PRELOAD=LIBRARY, FAULT_CALL="rename", FAULT_AT="2",
-                           FAULT_KIND=str(errno.EACCES), FAULT_REACHED=str(self.reached))
-        run = self.run_command(*self.command, env=environment)
-        self.assertTrue(self.reached.exists())
+        run = self.faulty_run(self.command, "rename", 2, errno.EACCES)
         self.assert_fails(run, f"out/{second.name}: cannot replace: Permission denied; write "
                                "elsewhere")
         self.assertEqual((self.first.read_text(), second.read_text()), ("one", "other"))
@@ -364,7 +410,7 @@ class OutOfMemory(OneFileTest):
 
     def check_command(self, *command, **statuses):
         for run in self.every_allocation(command=command, **statuses):
-            self.assertEqual(set(self.entries()) - {"new", "out", "reached", "small"}, set(),
+            self.assertEqual(set(self.entries()) - {"new", "out", "small"}, set(),
                              run.fault)
 
     def test_one_allocation_of_another_command_fails(self):
@@ -378,7 +424,7 @@ class OutOfMemory(OneFileTest):
                 ("p_sw_0000_generated.cpp", "dump", "small", "--prefix", "P", "--one-per-model",
                  "--force")):
             output = self.folder / path
-            allowed = {"new", "out", "reached", "small", path}
+            allowed = {"new", "out", "small", path}
             output.write_text(EARLIER)
             for run in self.every_allocation(command=command,
                                              done=INCOMPLETE if path == "page" else DONE):
@@ -428,7 +474,7 @@ class OutOfMemory(OneFileTest):
         new = self.folder / "new"
         whole = new.read_text()
         for run in self.every_allocation(command=command):
-            self.assertEqual(set(self.entries()) - {"new", "out", "reached", "small"}, set(),
+            self.assertEqual(set(self.entries()) - {"new", "out", "small"}, set(),
                              run.fault)
             self.assertEqual(new.read_text(), whole, run.fault)
 
