@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <memory>
-#include <set>
 #include <string>
 
 #include "class_prefix.h"
@@ -11,10 +10,8 @@
 #include "dump_file.h"
 #include "dump_options.h"
 #include "dump_summary.h"
-#include "guid_options.h"
 #include "progress.h"
 #include "read_limits.h"
-#include "read_snapshot.h"
 #include "report.h"
 #include "selected_nodes.h"
 #include "staged_output.h"
@@ -23,23 +20,6 @@
 namespace fabscan {
 
 namespace {
-
-/// The nodes to write; empty for all. Throws when none is left to write.
-std::set<u_int64_t> SelectNodes(const std::set<u_int64_t>& chosen, const DumpOptions& options,
-                                const IBFabric& fabric) {
-  std::set<u_int64_t> found = WarnOfMissing(chosen, fabric);
-  bool any = !found.empty();
-  if (chosen.empty()) {
-    for (const IBNode& node : fabric.nodes()) any = any || node.in_sub_fabric;
-  }
-  if (!any) {
-    throw CommandError(fmt::format(
-        "{}: no node to write: {}", InputName(options.snapshot),
-        chosen.empty() ? "none is in the sub-fabric; choose another snapshot"
-                       : "none of the chosen GUIDs is in the sub-fabric; choose others"));
-  }
-  return found;
-}
 
 void Report(const DumpOptions& options, const std::string& path, const DumpSummary& summary,
             const IBFabric& fabric, std::size_t left_out) {
@@ -57,20 +37,19 @@ void Report(const DumpOptions& options, const std::string& path, const DumpSumma
 ExitStatus Dump(const DumpOptions& options) {
   CheckClassPrefix(options.prefix);
   if (options.one_per_model) return DumpModels(options);
-  const std::set<u_int64_t> chosen = options.guids.Read();
   const std::filesystem::path output_dir(options.output_dir);
   StagedOutput output(output_dir / GeneratedFileName(options.prefix), options.force);
 
   Fabscan fabscan;
-  ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading, chosen);
-  const std::set<u_int64_t> guids = SelectNodes(chosen, options, fabscan.discovered_fabric);
+  const std::set<u_int64_t> guids =
+      options.nodes.Read(options.snapshot, fabscan, options.reading, {"write"}).guids;
   Progress progress;
   const DumpSummary summary = WriteDumpFile(fabscan, options.prefix, guids, output, progress);
   progress.Finish();
   output.Commit();
 
   const IBFabric& fabric = fabscan.discovered_fabric;
-  Report(options, output.path(), summary, fabric, chosen.empty() ? NodesOutside(fabric) : 0);
+  Report(options, output.path(), summary, fabric, guids.empty() ? NodesOutside(fabric) : 0);
   return kDone;
 }
 
@@ -85,7 +64,7 @@ std::function<ExitStatus()> AddDump(CLI::App& app) {
                  "_generated.cpp, names the file")
       ->required()
       ->type_name("NAME");
-  options->guids.AddTo(app);
+  options->nodes.AddTo(app);
   app.add_flag(
       "--one-per-model", options->one_per_model,
       "Write a file for each device model, with one of its nodes; each has a prefix of its "

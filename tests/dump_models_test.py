@@ -166,8 +166,8 @@ class OnePerModel(CommandTest):
 
     def test_wrong_usage(self):
         self.assert_fails(self.dump(DEMO, "--guid", "1"),
-                          "--one-per-model chooses the nodes; leave --guid and --guid-file away, "
-                          "or dump them alone", WRONG_USAGE)
+                          "--one-per-model selects the nodes and cannot be combined with --guid",
+                          WRONG_USAGE)
         self.assert_fails(self.run_command("dump", "-", "--prefix", "P", "--one-per-model",
                                            input=snapshot()),
                           "standard input: no node to write: none is in the sub-fabric; choose "

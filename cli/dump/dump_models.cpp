@@ -78,9 +78,10 @@ void ReportUncompilable(const std::vector<ModelFile>& files, const DumpOptions& 
 }  // namespace
 
 ExitStatus DumpModels(const DumpOptions& options) {
-  if (options.guids.given()) {
+  if (options.nodes.given()) {
     throw CommandError(
-        "--one-per-model chooses the nodes; leave --guid and --guid-file away, or dump them alone",
+        fmt::format("--one-per-model selects the nodes and cannot be combined with {}",
+                    ListText(options.nodes.OptionNames())),
         kWrongUsage);
   }
   Fabscan fabscan;

@@ -6,14 +6,14 @@
 #include <string>
 
 #include "command.h"
-#include "guid_options.h"
+#include "node_selection.h"
 
 namespace fabscan {
 
 struct DumpOptions {
   std::string snapshot;
   std::string prefix;
-  GuidOptions guids;
+  NodeSelection nodes;
   std::string output_dir;
   bool one_per_model = false;
   bool force = false;
