@@ -1,5 +1,3 @@
-#include <fmt/format.h>
-
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
@@ -11,9 +9,8 @@
 #include "check_result.h"
 #include "command.h"
 #include "generated_nodes.h"
-#include "guid_options.h"
+#include "node_selection.h"
 #include "read_limits.h"
-#include "read_snapshot.h"
 #include "selected_nodes.h"
 #include "staged_output.h"
 #include "standard_streams.h"
@@ -24,7 +21,7 @@ namespace {
 
 struct CheckOptions {
   std::string snapshot;
-  GuidOptions guids;
+  NodeSelection nodes;
   bool json = false;
   std::string html;
   bool force = false;
@@ -49,26 +46,16 @@ ExitStatus Check(const CheckOptions& options) {
   if (!options.html.empty()) {
     output = std::make_unique<StagedOutput>(options.html, options.force);
   }
-  const std::set<u_int64_t> chosen = options.guids.Read();
   Fabscan fabscan;
-  ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading, chosen);
-
-  const std::set<u_int64_t> found = WarnOfMissing(chosen, fabscan.discovered_fabric);
+  const std::set<u_int64_t> guids =
+      options.nodes.Read(options.snapshot, fabscan, options.reading, {"check"}).guids;
   CheckResult result;
   CheckPage page;
-  if (chosen.empty() || !found.empty()) {
-    ForEachGeneratedNode(fabscan, found, [&](const IBNode& node, const GeneratedNode& generated) {
-      result.Add(node, generated);
-      if (output) page.Add(node, generated);
-    });
-  }
-  if (chosen.empty()) result.LeaveOut(NodesOutside(fabscan.discovered_fabric));
-  if (result.nodes().empty()) {
-    throw CommandError(fmt::format(
-        "{}: no node to check: {}", InputName(options.snapshot),
-        chosen.empty() ? "none is in the sub-fabric; choose another snapshot"
-                       : "none of the chosen GUIDs is in the sub-fabric; choose others"));
-  }
+  ForEachGeneratedNode(fabscan, guids, [&](const IBNode& node, const GeneratedNode& generated) {
+    result.Add(node, generated);
+    if (output) page.Add(node, generated);
+  });
+  if (guids.empty()) result.LeaveOut(NodesOutside(fabscan.discovered_fabric));
 
   if (output) WritePage(page, result, options, *output);
   if (options.json) {
@@ -85,7 +72,7 @@ std::function<ExitStatus()> AddCheck(CLI::App& app) {
   const auto options = std::make_shared<CheckOptions>();
   app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
       ->required();
-  options->guids.AddTo(app);
+  options->nodes.AddTo(app);
   app.add_flag("--json", options->json, "Print one JSON object");
   app.add_option("--html", options->html,
                  "Write a page for a browser instead: the matrix of nodes and functions, with the "

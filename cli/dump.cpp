@@ -15,11 +15,8 @@
 #include "dump_options.h"
 #include "dump_summary.h"
 #include "edit_report.h"
-#include "guid_options.h"
 #include "progress.h"
 #include "read_limits.h"
-#include "read_snapshot.h"
-#include "report.h"
 #include "selected_nodes.h"
 #include "shared_classes.h"
 #include "staged_output.h"
@@ -28,23 +25,6 @@
 namespace fabscan {
 
 namespace {
-
-/// The nodes to write; empty for all. Throws when none is left to write.
-std::set<u_int64_t> SelectNodes(const std::set<u_int64_t>& chosen, const DumpOptions& options,
-                                const IBFabric& fabric) {
-  std::set<u_int64_t> found = WarnOfMissing(chosen, fabric);
-  bool any = !found.empty();
-  if (chosen.empty()) {
-    for (const IBNode& node : fabric.nodes()) any = any || node.in_sub_fabric;
-  }
-  if (!any) {
-    throw CommandError(fmt::format(
-        "{}: no node to write: {}", InputName(options.snapshot),
-        chosen.empty() ? "none is in the sub-fabric; choose another snapshot"
-                       : "none of the chosen GUIDs is in the sub-fabric; choose others"));
-  }
-  return found;
-}
 
 void CheckUsage(const DumpOptions& options) {
   CheckClassPrefix(options.prefix);
@@ -72,15 +52,13 @@ void Report(const DumpedFile& file, const std::string& path, std::size_t left_ou
 ExitStatus Dump(const DumpOptions& options) {
   CheckUsage(options);
   if (options.one_per_model) return DumpModels(options);
-  const std::set<u_int64_t> chosen = options.guids.Read();
   NewDirectories directories;
   directories.Make(options.output_dir);
   StagedOutput output(OutputPath(options), options.force);
 
   Fabscan fabscan;
-  ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading, chosen);
-  const IBFabric& fabric = fabscan.discovered_fabric;
-  const std::set<u_int64_t> guids = SelectNodes(chosen, options, fabric);
+  const std::set<u_int64_t> guids =
+      options.nodes.Read(options.snapshot, fabscan, options.reading, {"write"}).guids;
   if (options.variant == Variant::kBuildable) RefuseSharedClasses(fabscan, guids, options.prefix);
   Progress progress;
   const DumpedFile file =
@@ -89,7 +67,7 @@ ExitStatus Dump(const DumpOptions& options) {
   output.Commit();
   directories.Keep();
 
-  Report(file, output.path(), chosen.empty() ? NodesOutside(fabric) : 0);
+  Report(file, output.path(), guids.empty() ? NodesOutside(fabscan.discovered_fabric) : 0);
   if (options.variant == Variant::kExact) {
     WarnOfFaults(OutputName(output.path()) + " does not compile as written", file.summary.faults(),
                  options, guids);
@@ -108,7 +86,7 @@ std::function<ExitStatus()> AddDump(CLI::App& app) {
                  "names the file")
       ->required()
       ->type_name("NAME");
-  options->guids.AddTo(app);
+  options->nodes.AddTo(app);
   app.add_flag("--one-per-model", options->one_per_model,
                "Write one file for each device model, from one of its nodes; the prefix of each "
                "begins with NAME");

@@ -5,25 +5,22 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "class_prefix.h"
 #include "command.h"
 #include "directories.h"
 #include "edit_report.h"
-#include "guid_options.h"
 #include "listed_models.h"
 #include "model_files.h"
-#include "next_command.h"
+#include "node_selection.h"
 #include "project.h"
 #include "read_limits.h"
-#include "read_snapshot.h"
 #include "report.h"
 #include "selected_nodes.h"
 #include "shell_word.h"
 #include "staged_output.h"
-#include "standard_streams.h"
-#include "verify_selection.h"
 
 namespace fabscan {
 
@@ -32,7 +29,7 @@ namespace {
 struct ScaffoldOptions {
   std::string snapshot;  // empty: only the header and build lines of one device
   std::string prefix;
-  GuidOptions guids;
+  NodeSelection nodes;
   std::string output_dir;
   bool exact = false;
   bool force = false;
@@ -41,7 +38,7 @@ struct ScaffoldOptions {
 
 /// What a file that `dump` wrote needs to be built with the installed simulator.
 ExitStatus ScaffoldDevice(const ScaffoldOptions& options) {
-  if (options.guids.given() || options.exact) {
+  if (options.nodes.given() || options.exact) {
     throw CommandError("a SNAPSHOT is missing, from which to select nodes", kWrongUsage);
   }
   const std::filesystem::path directory(options.output_dir);
@@ -58,21 +55,14 @@ ExitStatus ScaffoldDevice(const ScaffoldOptions& options) {
   return kDone;
 }
 
+/// Each node that is selected by its GUID; otherwise one of each device model.
 std::vector<ListedModel> SelectDevices(const ScaffoldOptions& options, Fabscan& fabscan) {
-  const std::set<u_int64_t> chosen = options.guids.Read();
-  ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading, chosen);
+  const std::set<u_int64_t> guids =
+      options.nodes.Read(options.snapshot, fabscan, options.reading, {"simulate"}).guids;
   const std::string start = ModelPrefixStart(options.prefix);
-  const std::vector<ListedModel> devices =
-      options.guids.given()
-          ? ListNodes(fabscan, ChosenNodes(fabscan.discovered_fabric, chosen), start)
-          : ListModels(fabscan, start);
-  if (devices.empty()) {
-    throw CommandError(
-        fmt::format("{}: no node to simulate: none is in the sub-fabric; choose "
-                    "another snapshot",
-                    InputName(options.snapshot)));
-  }
-  return devices;
+  return options.nodes.byGuid()
+             ? ListNodes(fabscan, SelectedNodes(fabscan.discovered_fabric, guids), start)
+             : ListModels(fabscan, start, guids);
 }
 
 std::string BuildLines(const std::string& directory) {
@@ -92,7 +82,7 @@ ExitStatus ScaffoldProject(const ScaffoldOptions& options) {
   const std::vector<ModelFile> files =
       WriteProject(fabscan, devices, variant, options.output_dir, options.force);
   std::cout << FilesText("directory", files, StandardOutput());
-  if (!options.guids.given()) std::cout << LeftOutText(NodesOutside(fabscan.discovered_fabric));
+  if (!options.nodes.given()) std::cout << LeftOutText(NodesOutside(fabscan.discovered_fabric));
   std::cout << EditsText(EditsOf(files), StandardOutput());
   const CompileFaults faults = options.exact ? FaultsOf(files) : CompileFaults();
   if (faults.any()) {
@@ -118,7 +108,7 @@ std::function<ExitStatus()> AddScaffold(CLI::App& app) {
                  "which begins with NAME")
       ->required()
       ->type_name("NAME");
-  options->guids.AddTo(app);
+  options->nodes.AddTo(app);
   app.add_option("--output-dir", options->output_dir,
                  "Output directory, created if missing (default: current directory)")
       ->type_name("DIR");
@@ -128,8 +118,9 @@ std::function<ExitStatus()> AddScaffold(CLI::App& app) {
   app.add_flag("--force", options->force, "Replace files that exist");
   AddReadLimits(app, options->reading);
   app.footer(
-      "With a SNAPSHOT, writes a project that builds: for each device model, or for each selected "
-      "node, a directory with the generated file, its header and its CMakeLists.txt; the reference "
+      "With a SNAPSHOT, writes a project that builds: for each device model, or for each node "
+      "selected by its GUID, a directory with the generated file, its header and its "
+      "CMakeLists.txt; the reference "
       "simulator; and a program that makes every device. Generated files are edited where they "
       "would not compile, as by 'fabscan dump --buildable', and the edits are listed.\n"
       "Without one, writes only NAME.h and CMakeLists.txt, for a file that 'fabscan dump' wrote "

@@ -1,15 +1,11 @@
-#include <fmt/format.h>
-
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
-#include <set>
 #include <string>
 
 #include "command.h"
-#include "guid_options.h"
+#include "node_selection.h"
 #include "read_limits.h"
-#include "read_snapshot.h"
 #include "show_report.h"
 #include "standard_streams.h"
 
@@ -19,33 +15,25 @@ namespace {
 
 struct ShowOptions {
   std::string snapshot;
-  GuidOptions guids;
+  NodeSelection nodes;
   bool json = false;
   SnapshotReadOptions reading;
 };
 
 ExitStatus Show(const ShowOptions& options) {
-  const std::set<u_int64_t> chosen = options.guids.Read();
   Fabscan fabscan;
-  ShownSnapshot shown{options.snapshot,
-                      ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading, chosen),
-                      fabscan,
-                      {}};
-
-  const std::set<u_int64_t> found = WarnOfUnknown(chosen, fabscan.discovered_fabric);
-  if (!chosen.empty() && found.empty()) {
-    throw CommandError(fmt::format("{}: no node to show: none has a chosen GUID; choose others",
-                                   InputName(options.snapshot)));
-  }
+  const SelectedSnapshot selected = options.nodes.Read(options.snapshot, fabscan, options.reading,
+                                                       {"show", NodeScope::kWholeFabric});
+  ShownSnapshot shown{options.snapshot, selected.header, fabscan, {}};
   for (const auto& entry : fabscan.discovered_fabric.NodeByName) {
     const IBNode* node = entry.second;
-    if (chosen.empty() || found.count(node->guid) != 0) shown.nodes.push_back(node);
+    if (selected.Has(*node)) shown.nodes.push_back(node);
   }
 
   const Terminal terminal = StandardOutput();
   if (options.json) {
     ShowJson(shown);
-  } else if (chosen.empty()) {
+  } else if (selected.guids.empty()) {
     std::cout << ShowSummary(shown, terminal);
   } else {
     for (const IBNode* node : shown.nodes) {
@@ -61,7 +49,7 @@ std::function<ExitStatus()> AddShow(CLI::App& app) {
   const auto options = std::make_shared<ShowOptions>();
   app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
       ->required();
-  options->guids.AddTo(app);
+  options->nodes.AddTo(app);
   app.add_flag("--json", options->json, "Print one JSON object");
   AddReadLimits(app, options->reading);
   app.footer(

@@ -12,10 +12,10 @@
 #include <utility>
 
 #include "command.h"
-#include "guid_options.h"
+#include "node_selection.h"
 #include "progress.h"
 #include "read_limits.h"
-#include "read_snapshot.h"
+#include "selected_nodes.h"
 #include "standard_streams.h"
 #include "verify_folder.h"
 #include "verify_report.h"
@@ -29,7 +29,7 @@ constexpr unsigned kMostJobs = 1024;
 
 struct VerifyOptions {
   std::string snapshot;
-  GuidOptions guids;
+  NodeSelection nodes;
   Compiler compiler;
   std::string keep;
   bool buildable = false;
@@ -111,19 +111,15 @@ Workspace MakeWorkspace(const VerifyFolder& folder, const Compiler& compiler) {
 }
 
 ExitStatus Verify(const VerifyOptions& options) {
-  const std::set<u_int64_t> guids = options.guids.Read();
   const VerifyFolder folder(options.keep);
   Fabscan fabscan;
-  ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading, guids);
-  const std::vector<const IBNode*> nodes = options.guids.given()
-                                               ? ChosenNodes(fabscan.discovered_fabric, guids)
-                                               : RepresentativeNodes(fabscan);
-  if (nodes.empty()) {
-    throw CommandError(
-        fmt::format("{}: no node to verify: none is in the sub-fabric; choose "
-                    "another snapshot",
-                    InputName(options.snapshot)));
-  }
+  const std::set<u_int64_t> guids = options.nodes
+                                        .Read(options.snapshot, fabscan, options.reading,
+                                              {"verify", NodeScope::kSubFabric, Unmatched::kRefuse})
+                                        .guids;
+  const std::vector<const IBNode*> nodes = guids.empty()
+                                               ? RepresentativeNodes(fabscan)
+                                               : SelectedNodes(fabscan.discovered_fabric, guids);
 
   const Workspace workspace = MakeWorkspace(folder, options.compiler);
   Run run(fabscan, workspace, nodes);
@@ -161,7 +157,7 @@ std::function<ExitStatus()> AddVerify(CLI::App& app) {
   const auto options = std::make_shared<VerifyOptions>();
   app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
       ->required();
-  options->guids.AddTo(app);
+  options->nodes.AddTo(app);
   app.add_option("--compiler", options->compiler.command, "The C++ compiler; c++")
       ->type_name("CXX");
   app.add_option("--std", options->compiler.standard, "The C++ standard; c++17")

@@ -162,10 +162,15 @@ class OnePerModel(CommandTest):
             self.assertEqual(self.entries(), before)
             self.assertEqual(self.texts(), {"mydev_sw_0100_generated.cpp": "earlier\n"})
 
-    def test_wrong_usage(self):
-        self.assert_fails(self.dump(DEMO, "--guid", "1"),
-                          "--one-per-model selects the nodes; omit --guid and --guid-file, or omit "
-                          "--one-per-model", WRONG_USAGE)
+    def test_models_of_selected_nodes(self):
+        path = self.put("f.jsonl", snapshot(host(1), spine(1), spine(2), spine(3)))
+        run = self.dump(path.name, "--guid", "0x1002", "--guid", "0x1003")
+        self.assertEqual(run.returncode, DONE)
+        self.assertEqual(run.stdout.splitlines()[-1], "1 device, which stands for 2 nodes")
+        self.assertEqual(list(self.texts()), ["mydev_sw_d2f0_generated.cpp"])
+        self.assertIn("'spine-00002'", self.texts()["mydev_sw_d2f0_generated.cpp"])
+
+    def test_no_node(self):
         self.assert_fails(self.run_command("dump", "-", "--prefix", "P", "--one-per-model",
                                            input=snapshot()),
                           "standard input: no node to write: none is in the sub-fabric; choose "

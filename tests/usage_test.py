@@ -61,8 +61,8 @@ class StandardStreams(CommandTest):
         self.assertEqual(run.returncode, DONE, run.stderr)
         self.assertIn("leaf-01/U1", run.stdout)
         run = self.run_command("show", DEMO, "--guid-file", "-", input="\nx\n")
-        self.assert_fails(run, "standard input:2: 'x' is no GUID; a GUID is 1 to 16 hexadecimal "
-                               "digits, with or without 0x", WRONG_USAGE)
+        self.assert_fails(run, "standard input:2: 'x' is not a valid GUID; expected 1 to 16 "
+                               "hexadecimal digits, with or without 0x or colons", WRONG_USAGE)
 
     def test_they_are_called_by_their_names(self):
         text = snapshot(switch())

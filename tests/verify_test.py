@@ -132,8 +132,8 @@ class Verify(CommandTest):
 
     def test_an_unknown_guid(self):
         run = self.run_command("verify", DEMO, "--guid", "0x77")
-        self.assert_fails(run, "no node has the GUID 0x0000000000000077; choose one of the "
-                               "snapshot's")
+        self.assert_fails(run, f"{DEMO}: no node to verify: no node has the GUID "
+                               "0x0000000000000077; 'fabscan show' lists the nodes")
 
     def test_a_folder_that_cannot_be_written(self):
         self.folder.chmod(0o555)

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,26 +16,16 @@
 #include "listed_models.h"
 #include "model_files.h"
 #include "progress.h"
-#include "read_snapshot.h"
 #include "selected_nodes.h"
-#include "standard_streams.h"
 
 namespace fabscan {
 
 ExitStatus DumpModels(const DumpOptions& options) {
-  if (options.guids.given()) {
-    throw CommandError(
-        "--one-per-model selects the nodes; omit --guid and --guid-file, or omit --one-per-model",
-        kWrongUsage);
-  }
   Fabscan fabscan;
-  ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading);
-  const std::vector<ListedModel> list = ListModels(fabscan, ModelPrefixStart(options.prefix));
-  if (list.empty()) {
-    throw CommandError(
-        fmt::format("{}: no node to write: none is in the sub-fabric; choose another snapshot",
-                    InputName(options.snapshot)));
-  }
+  const std::set<u_int64_t> guids =
+      options.nodes.Read(options.snapshot, fabscan, options.reading, {"write"}).guids;
+  const std::vector<ListedModel> list =
+      ListModels(fabscan, ModelPrefixStart(options.prefix), guids);
 
   NewDirectories directories;
   directories.Make(options.output_dir);
@@ -60,10 +51,10 @@ ExitStatus DumpModels(const DumpOptions& options) {
   directories.Keep();
 
   std::cout << FilesText("file", files, StandardOutput())
-            << LeftOutText(NodesOutside(fabscan.discovered_fabric))
+            << LeftOutText(guids.empty() ? NodesOutside(fabscan.discovered_fabric) : 0)
             << EditsText(EditsOf(files), StandardOutput());
   if (options.variant == Variant::kExact) {
-    WarnOfFaults(FaultyText(files), FaultsOf(files), options, {});
+    WarnOfFaults(FaultyText(files), FaultsOf(files), options, guids);
   }
   return kDone;
 }

@@ -7,14 +7,14 @@
 
 #include "command.h"
 #include "dump_file.h"
-#include "guid_options.h"
+#include "node_selection.h"
 
 namespace fabscan {
 
 struct DumpOptions {
   std::string snapshot;
   std::string prefix;
-  GuidOptions guids;
+  NodeSelection nodes;
   std::string output;  // empty: named by the prefix, in `output_dir`
   std::string output_dir;
   Variant variant = Variant::kExact;

@@ -74,12 +74,13 @@ std::size_t RecordsOf(const Fabscan& fabscan, const IBNode& node) {
   return records;
 }
 
-std::vector<DeviceModel> DeviceModelsOf(const Fabscan& fabscan) {
+std::vector<DeviceModel> DeviceModelsOf(const Fabscan& fabscan, const std::set<u_int64_t>& guids) {
   std::vector<DeviceModel> models;
   std::map<DeviceModelKey, std::size_t> place;
   for (const auto& entry : fabscan.discovered_fabric.NodeByName) {
     const IBNode* node = entry.second;
     if (node == nullptr || !node->in_sub_fabric) continue;
+    if (!guids.empty() && guids.count(node->guid) == 0) continue;
     const DeviceModelKey key = DeviceModelOf(fabscan, *node);
     const auto [found, is_new] = place.emplace(key, models.size());
     const std::size_t records = RecordsOf(fabscan, *node);

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -42,8 +43,10 @@ struct DeviceModel {
 /// Records that were collected of the node and its ports; a capability mask counts as one.
 std::size_t RecordsOf(const Fabscan& fabscan, const IBNode& node);
 
-/// The device models of the sub-fabric, in the order of their first nodes by name.
-std::vector<DeviceModel> DeviceModelsOf(const Fabscan& fabscan);
+/// The device models of the selected nodes of the sub-fabric, all when `guids` is empty, in the
+/// order of their first nodes by name.
+std::vector<DeviceModel> DeviceModelsOf(const Fabscan& fabscan,
+                                        const std::set<u_int64_t>& guids = {});
 
 }  // namespace fabscan
 

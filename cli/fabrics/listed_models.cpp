@@ -32,8 +32,9 @@ std::string ModelPrefixStart(const std::string& prefix) {
   return prefix.back() == '_' ? prefix : prefix + '_';
 }
 
-std::vector<ListedModel> ListModels(Fabscan& fabscan, const std::string& start) {
-  std::vector<ListedModel> list = Named(fabscan, DeviceModelsOf(fabscan), start);
+std::vector<ListedModel> ListModels(Fabscan& fabscan, const std::string& start,
+                                    const std::set<u_int64_t>& guids) {
+  std::vector<ListedModel> list = Named(fabscan, DeviceModelsOf(fabscan, guids), start);
   std::stable_sort(list.begin(), list.end(), [](const ListedModel& one, const ListedModel& other) {
     return one.model.nodes > other.model.nodes;
   });

@@ -3,6 +3,7 @@
 
 #include <device_models.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -19,9 +20,10 @@ struct ListedModel {
 /// a row are reserved.
 std::string ModelPrefixStart(const std::string& prefix);
 
-/// The models of the fabric, the most frequent first. The prefixes begin with `start` and are
-/// distinct also in lower case, as the names of their files.
-std::vector<ListedModel> ListModels(Fabscan& fabscan, const std::string& start);
+/// The models of the selected nodes, all when `guids` is empty; the most frequent first. The
+/// prefixes begin with `start` and are distinct also in lower case, as the names of their files.
+std::vector<ListedModel> ListModels(Fabscan& fabscan, const std::string& start,
+                                    const std::set<u_int64_t>& guids = {});
 /// The same for each of `nodes` alone: each is its own model.
 std::vector<ListedModel> ListNodes(Fabscan& fabscan, const std::vector<const IBNode*>& nodes,
                                    const std::string& start);

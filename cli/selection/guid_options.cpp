@@ -17,15 +17,41 @@ namespace fabscan {
 namespace {
 
 constexpr std::size_t kMaxDigits = 16;
-constexpr char kAdvise[] = "a GUID is 1 to 16 hexadecimal digits, with or without 0x";
-/// Warnings of one kind that are written out before the rest is only counted.
-constexpr std::size_t kMaxWarnings = 20;
+
+std::string MalformedText(std::string_view text) {
+  return fmt::format(
+      "'{}' is not a valid GUID; expected 1 to 16 hexadecimal digits, with or without 0x or colons",
+      text);
+}
 
 std::string_view Trimmed(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r";
   const std::size_t first = text.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+bool HasHexPrefix(std::string_view text) {
+  return text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+}
+
+/// As ibnetdiscover marks switches, adapters and routers.
+bool HasNodePrefix(std::string_view text) {
+  return text.size() > 2 && text[1] == '-' && (text[0] == 'S' || text[0] == 'H' || text[0] == 'R');
+}
+
+/// The digits of four groups of four or eight groups of two; `text` where it has no colon.
+std::optional<std::string> WithoutColons(std::string_view text) {
+  const std::size_t group = text.find(':');
+  if (group == std::string_view::npos) return std::string(text);
+  if (group != 2 && group != 4) return std::nullopt;
+  std::string digits;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool at_colon = i % (group + 1) == group;
+    if (at_colon != (text[i] == ':')) return std::nullopt;
+    if (!at_colon) digits += text[i];
+  }
+  return digits.size() == kMaxDigits && text.back() != ':' ? std::optional(digits) : std::nullopt;
 }
 
 void ReadGuidFile(const std::string& path, std::set<u_int64_t>& guids) {
@@ -42,9 +68,8 @@ void ReadGuidFile(const std::string& path, std::set<u_int64_t>& guids) {
     if (text.empty()) continue;
     const std::optional<u_int64_t> guid = ParseGuid(text);
     if (!guid) {
-      throw CommandError(
-          fmt::format("{}:{}: '{}' is no GUID; {}", InputName(path), number, text, kAdvise),
-          kWrongUsage);
+      throw CommandError(fmt::format("{}:{}: {}", InputName(path), number, MalformedText(text)),
+                         kWrongUsage);
     }
     guids.insert(*guid);
   }
@@ -53,44 +78,28 @@ void ReadGuidFile(const std::string& path, std::set<u_int64_t>& guids) {
                                    InputName(path), CauseText(errno != 0 ? errno : EIO)));
   }
   if (guids.empty()) {
-    throw CommandError(fmt::format("{}: names no GUID; write one a line", InputName(path)),
+    throw CommandError(fmt::format("{}: contains no GUID; write one per line", InputName(path)),
                        kWrongUsage);
   }
-}
-
-/// Those of `chosen` that are there; warns of the others.
-std::set<u_int64_t> Found(const std::set<u_int64_t>& chosen, const IBFabric& fabric,
-                          bool in_sub_fabric) {
-  std::set<u_int64_t> found;
-  std::size_t warnings = 0;
-  for (const u_int64_t guid : chosen) {
-    const IBNode* node = fabric.getNodeByGuid(guid);
-    if (node != nullptr && (node->in_sub_fabric || !in_sub_fabric)) {
-      found.insert(guid);
-      continue;
-    }
-    if (++warnings > kMaxWarnings) continue;
-    PrintWarning(node == nullptr ? fmt::format("no node has the GUID {}", GuidText(guid))
-                                 : fmt::format("the node {} ({}) is outside the sub-fabric",
-                                               GuidText(guid), node->name));
-  }
-  if (warnings > kMaxWarnings) {
-    PrintWarning(fmt::format("{} further GUIDs are missing{}", warnings - kMaxWarnings,
-                             in_sub_fabric ? " or outside the sub-fabric" : ""));
-  }
-  return found;
 }
 
 }  // namespace
 
 void GuidOptions::AddTo(CLI::App& app) {
-  app.add_option("--guid", guids_, "A node to take, by its GUID; may be repeated")
+  app.add_option("--guid", guids_, "Select a node by GUID (repeatable)")
       ->type_name("GUID")
       ->allow_extra_args(false);
-  app.add_option(
-         "--guid-file", file_,
-         "A file that names nodes to take: one GUID a line, # comments; - is standard input")
+  app.add_option("--guid-file", file_,
+                 "Select the nodes whose GUIDs are in a file: one per line, # comments; - is "
+                 "standard input")
       ->type_name("FILE");
+}
+
+std::vector<std::string_view> GuidOptions::OptionNames() const {
+  std::vector<std::string_view> names;
+  if (!guids_.empty()) names.emplace_back("--guid");
+  if (!file_.empty()) names.emplace_back("--guid-file");
+  return names;
 }
 
 std::set<u_int64_t> GuidOptions::Read() const {
@@ -98,7 +107,7 @@ std::set<u_int64_t> GuidOptions::Read() const {
   for (const std::string& text : guids_) {
     const std::optional<u_int64_t> guid = ParseGuid(text);
     if (!guid) {
-      throw CommandError(fmt::format("--guid: '{}' is no GUID; {}", text, kAdvise), kWrongUsage);
+      throw CommandError("--guid: " + MalformedText(text), kWrongUsage);
     }
     guids.insert(*guid);
   }
@@ -107,23 +116,14 @@ std::set<u_int64_t> GuidOptions::Read() const {
 }
 
 std::optional<u_int64_t> ParseGuid(std::string_view text) {
-  if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X')) {
-    text.remove_prefix(2);
-  }
-  if (text.empty() || text.size() > kMaxDigits) return std::nullopt;
+  if (HasNodePrefix(text) || HasHexPrefix(text)) text.remove_prefix(2);
+  const std::optional<std::string> digits = WithoutColons(text);
+  if (!digits || digits->empty() || digits->size() > kMaxDigits) return std::nullopt;
   u_int64_t guid = 0;
-  const char* const end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data(), end, guid, 16);
+  const char* const end = digits->data() + digits->size();
+  const auto [rest, error] = std::from_chars(digits->data(), end, guid, 16);
   if (error != std::errc{} || rest != end) return std::nullopt;
   return guid;
-}
-
-std::set<u_int64_t> WarnOfMissing(const std::set<u_int64_t>& chosen, const IBFabric& fabric) {
-  return Found(chosen, fabric, true);
-}
-
-std::set<u_int64_t> WarnOfUnknown(const std::set<u_int64_t>& chosen, const IBFabric& fabric) {
-  return Found(chosen, fabric, false);
 }
 
 }  // namespace fabscan
