@@ -22,20 +22,20 @@ namespace {
 struct CheckOptions {
   std::string snapshot;
   NodeSelection nodes;
+  bool summary = false;
   bool json = false;
   std::string html;
   bool force = false;
   SnapshotReadOptions reading;
 };
 
-/// The page, and what it was made of in few words where standard output is free for them.
-void WritePage(const CheckPage& page, const CheckResult& result, const CheckOptions& options,
+/// Writes the page, and the totals where standard output is free for them.
+void WritePage(const CheckPage& page, const CheckReport& report, const CheckOptions& options,
                StagedOutput& output) {
-  page.Write(output.stream(), result, InputName(options.snapshot));
+  page.Write(output.stream(), report);
   output.Commit();
   if (options.json || IsStandardStream(options.html)) return;
-  const Terminal terminal = StandardOutput();
-  std::cout << options.html << '\n' << TotalsText(result, InputName(options.snapshot), terminal);
+  std::cout << options.html << '\n' << TotalsText(report, StandardOutput());
 }
 
 ExitStatus Check(const CheckOptions& options) {
@@ -49,7 +49,7 @@ ExitStatus Check(const CheckOptions& options) {
   Fabscan fabscan;
   const std::set<u_int64_t> guids =
       options.nodes.Read(options.snapshot, fabscan, options.reading, {"check"}).guids;
-  CheckResult result;
+  CheckResult result(fabscan);
   CheckPage page;
   ForEachGeneratedNode(fabscan, guids, [&](const IBNode& node, const GeneratedNode& generated) {
     result.Add(node, generated);
@@ -57,11 +57,14 @@ ExitStatus Check(const CheckOptions& options) {
   });
   if (guids.empty()) result.LeaveOut(NodesOutside(fabscan.discovered_fabric));
 
-  if (output) WritePage(page, result, options, *output);
+  const CheckReport report(result, options.snapshot,
+                           guids.empty() ? CheckedNodes::kAll : CheckedNodes::kSelected);
+  if (output) WritePage(page, report, options, *output);
   if (options.json) {
-    PrintCheckJson(result, options.snapshot);
+    PrintCheckJson(report, options.summary ? CheckDetail::kSummary : CheckDetail::kNodes);
   } else if (!output) {
-    std::cout << CheckText(result, InputName(options.snapshot), StandardOutput());
+    const Terminal terminal = StandardOutput();
+    std::cout << (options.summary ? SummaryText(report, terminal) : CheckText(report, terminal));
   }
   return result.Builds() ? kDone : kIncomplete;
 }
@@ -73,6 +76,8 @@ std::function<ExitStatus()> AddCheck(CLI::App& app) {
   app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
       ->required();
   options->nodes.AddTo(app);
+  app.add_flag("--summary", options->summary,
+               "Report only causes, totals and the next step, without the nodes");
   app.add_flag("--json", options->json, "Print one JSON object");
   app.add_option("--html", options->html,
                  "Write a page for a browser instead: the matrix of nodes and functions, with the "
@@ -81,11 +86,14 @@ std::function<ExitStatus()> AddCheck(CLI::App& app) {
   app.add_flag("--force", options->force, "Replace a page that exists");
   AddReadLimits(app, options->reading);
   app.footer(
-      "Generates the nodes as one file, which is not kept, and says what is in it. Exit status: 0 "
-      "when it would build, 3 when not.\n"
-      "Examples: what would be missing of one switch\n"
-      "  fabscan check fabric.jsonl --guid 0x2c90000000001\n"
-      "The whole fabric, to look around in\n"
+      "Generates the nodes as one file, which is not kept, and reports what it contains: which "
+      "functions are blocks, why the others are not, and what to do next. Exit status: 0 when the "
+      "file builds, 3 when not.\n"
+      "Examples: what is missing for one switch\n"
+      "  fabscan check fabric.jsonl --guid 0x5a1e0c0000000200\n"
+      "A large fabric in a few lines\n"
+      "  fabscan check fabric.jsonl --summary\n"
+      "The whole fabric, to browse\n"
       "  fabscan check fabric.jsonl --html check.html");
   return [options] { return Check(*options); };
 }

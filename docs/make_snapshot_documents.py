@@ -1,7 +1,6 @@
-"""Makes the snapshot's JSON Schema and the field tables of its description from the program's own
-tables.
+"""Makes the snapshot's JSON Schema and the tables of its description from the program's own tables.
 
-    list-record-fields | make_snapshot_documents.py [--check] DOCS
+    { list-record-fields; list-capabilities; } | make_snapshot_documents.py [--check] DOCS
 
 With --check nothing is written: the exit status tells whether a document is stale.
 """
@@ -129,16 +128,72 @@ def field_tables(tables):
     return "\n".join(lines) + "\n"
 
 
+def table(head, rows):
+    """The lines of a table."""
+    columns = [f"| {' | '.join(row)} |" for row in rows]
+    return [f"| {' | '.join(head)} |", "|" + "---|" * len(head), *columns]
+
+
+def needed_record(needed):
+    text = f"`{needed['name']}`"
+    if "nonzero" in needed:
+        text += f" with `{needed['nonzero']}` not 0"
+    if needed["of"]:
+        text += f" {needed['of']}"
+    if "monitor" in needed:
+        text += f" that has `{MONITORS}` {needed['monitor']}"
+    return text
+
+
+def needed_mask(row):
+    if not row["mask"]:
+        return ""
+    bits = " and ".join(str(bit) for bit in row["bits"])
+    word = " bit " if len(row["bits"]) == 1 else " bits "
+    return f"`{row['mask']}`" + (word + bits if bits else "")
+
+
+def gating_bits(requirements, names):
+    """A row for each mask and bit on which functions depend."""
+    functions = {}
+    for row in requirements:
+        for bit in row["bits"]:
+            functions.setdefault((row["mask"], bit), []).append(f"`{row['function']}`")
+    return [(f"`{mask}`", str(bit), f"`{names[mask][bit]}`", ", ".join(of_bit))
+            for (mask, bit), of_bit in sorted(functions.items())]
+
+
+def capability_tables(capabilities):
+    requirements, names = capabilities["requirements"], capabilities["names"]
+    lines = ["", "## Bits that gate functions", ""]
+    lines += table(("Mask", "Bit", "Name", "Functions"), gating_bits(requirements, names))
+    lines += ["", "## What each function needs", ""]
+    lines += table(("Function", "Nodes", "Mask", "Records"),
+                   [(f"`{row['function']}`", row["nodes"], needed_mask(row),
+                     "; ".join(needed_record(needed) for needed in row["records"]))
+                    for row in requirements])
+    for mask, of_mask in names.items():
+        named = [(str(bit), f"`{name}`") for bit, name in enumerate(of_mask) if name]
+        lines += ["", f"## Names of the bits of `{mask}`", "", *table(("Bit", "Name"), named)]
+    return "\n".join(lines) + "\n"
+
+
+def with_tables(path, text):
+    """The document with `text` for what follows the line that begins the tables."""
+    before, marker, _ = path.read_text(encoding="utf-8").partition(BEGIN)
+    if not marker:
+        sys.exit(f"{path}: the line that begins the tables is missing")
+    return before + marker + text
+
+
 def main(arguments):
     check = "--check" in arguments
     folder = pathlib.Path(arguments[-1])
-    tables = json.load(sys.stdin)
-    description = folder / "snapshot-format.md"
-    before, marker, _ = description.read_text(encoding="utf-8").partition(BEGIN)
-    if not marker:
-        sys.exit(f"{description}: the line that begins the tables is missing")
+    tables, capabilities = (json.loads(line) for line in sys.stdin)
+    description, capability_page = folder / "snapshot-format.md", folder / "capabilities.md"
     documents = {
-        description: before + marker + field_tables(tables),
+        description: with_tables(description, field_tables(tables)),
+        capability_page: with_tables(capability_page, capability_tables(capabilities)),
         folder / "snapshot.schema.json": json.dumps(schema(tables), indent=1) + "\n",
     }
     stale = []

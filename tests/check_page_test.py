@@ -50,7 +50,11 @@ class Files(CommandTest):
             f"{DEMO}: 10 nodes, 220 functions: 114 with a block, 104 skipped, 0 with #error, 2 to "
             "finish by hand\n"
             "left out, since outside the sub-fabric: 1 node\n"
-            "does not build: 2 to finish by hand, 2 classes that several nodes define\n")
+            "does not build: 2 to finish by hand, 2 classes that several nodes define\n"
+            "next: write a project that builds, with one node of each device model\n"
+            f"  fabscan scaffold {DEMO} --prefix MyDev --output-dir sim\n"
+            "next: write one file for each device model\n"
+            f"  fabscan dump {DEMO} --prefix MyDev --one-per-model\n")
         self.assertEqual(self.entries(), ["page.html"])
 
     def test_standard_output(self):
@@ -88,13 +92,14 @@ class Page(CommandTest):
         cls.browser = Browser()
         cls.addClassCleanup(cls.browser.close)
 
-    def show(self, *arguments, **more):
+    def show(self, *arguments, stops_open=False, **more):
         """Makes the page and opens it."""
         run = self.run_command("check", *arguments, "--html", "page.html", "--force", **more)
         self.assertIn(run.returncode, (DONE, INCOMPLETE), run.stderr)
         self.browser.prefer("light")
         self.browser.open(self.folder / "page.html")
-        self.browser.run("document.getElementById('stops').open = false")
+        if not stops_open:
+            self.browser.run("document.getElementById('stops').open = false")
 
     def tearDown(self):
         console, addresses = self.browser.logs()
@@ -184,19 +189,56 @@ class Page(CommandTest):
         self.assertEqual(self.browser.run("document.querySelectorAll('.cell').length"), 1)
 
     def test_what_stops_the_build_leads_to_it(self):
-        self.show(DEMO)
-        self.browser.run("document.getElementById('stops').open = true")
-        self.assertEqual(
-            self.browser.run("[...document.querySelectorAll('#reasons li')].map("
-                             "(item) => item.textContent)")[:3],
-            ["3 nodes define the class HCA", "4 nodes define the class SW",
-             "HVSReductionManagerClassPortInfoan address stands in place of the redirect GID; "
-             "write the GID there, or remove the line1 node"])
+        self.show(DEMO, stops_open=True)
+        self.picture("stops")
+        parts = self.browser.run(
+            "[...document.querySelectorAll('#reasons > li')].map((item) => "
+            "['why', 'many', 'remedy', 'affected'].map("
+            "(name) => item.querySelector('.' + name).textContent))")
+        self.assertEqual(parts[0], [
+            "an address stands in place of the redirect GID; write the GID there, or remove the "
+            "line", "1 node", "fabscan dump --buildable makes these edits.",
+            "VSReductionManagerClassPortInfo"])
+        self.assertEqual(parts[2:], [
+            [f"several nodes define the class {word}; one file can contain only one",
+             f"{count} nodes", "Select one node of each class with --guid, or use fabscan dump "
+             "--one-per-model.", ""] for word, count in (("SW", 4), ("HCA", 3))])
         self.browser.click("#reasons .reason")
         self.assertEqual(self.shown_nodes(), ["spine-01/U1"])
         self.assertEqual(self.browser.run("document.querySelectorAll('.cell').length"), 1)
+        self.browser.click("#reasons li:last-child .reason")
+        self.assertEqual(len(self.shown_nodes()), 3)
         self.browser.click(".total:not(:disabled)")
         self.assertEqual(self.browser.run("document.querySelectorAll('.cell').length"), 22)
+
+    def test_a_cause_quotes_the_generator(self):
+        node = switch(absent={"SMP_NodeInfo": "<b>timed out</b>"})
+        self.addCleanup(self.browser.resize, 1400)
+        for width in (1280, 400):
+            self.browser.resize(width)
+            self.show("-", stops_open=True, input=snapshot(node))
+            self.picture(f"causes-{width}")
+            self.assertTrue(self.browser.run("document.getElementById('stops').open"))
+        causes = self.browser.run(
+            "[...document.querySelectorAll('#reasons > li')].map((item) => "
+            "[item.querySelector('.why').textContent, item.querySelector('.remedy').textContent, "
+            "[...item.querySelectorAll('.affected li')].map((entry) => entry.textContent)])")
+        self.assertEqual(causes[0][:2], ["SMP_NodeInfo absent (<b>timed out</b>)",
+                                         "Collect SMP_NodeInfo and add it with fabscan merge."])
+        self.assertEqual(causes[0][2], ["NodeInfo Failed to get NodeInfo mad for the node"])
+        [mask] = [cause for cause in causes if cause[0] == "smpCapabilityMask not collected"]
+        self.assertIn("ArInfo The node does not support AR", mask[2])
+        self.assertNotEqual(
+            self.browser.run("getComputedStyle(document.querySelector('q'), '::before').content"),
+            "none")
+        self.browser.choose("#cause", self.browser.run(
+            "String(data.causes.findIndex((cause) => cause.text.startsWith('smpCap')))"))
+        self.assertIn("setArInfo", self.browser.run(
+            "[...document.querySelectorAll('.head .function')].map("
+            "(head) => head.getAttribute('aria-label'))"))
+        self.browser.click(".cell.error")
+        self.assertIn("smpCapabilityMask not collected", self.text_of("#dialog-mark"))
+        self.browser.press("Escape")
 
     def test_a_click_opens_the_text(self):
         self.show(DEMO, "--guid", SPINE)

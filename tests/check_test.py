@@ -27,31 +27,43 @@ class Check(CommandTest):
         lines = run.stdout.splitlines()
         self.assertEqual(lines[0], "GUID                class  abcdefghijklmnopqrstuv  node")
         self.assertEqual(lines[1], f"{LEAF}  SW     +++++++++++.+++++.....  leaf-01/U1")
-        self.assertIn("l          1  The node is not a router", run.stdout)
-        self.assertEqual(lines[-1], "builds")
+        self.assertIn('l          1  "The node is not a router"', run.stdout)
+        self.assertEqual(lines[-3:], [
+            "builds", "next: write the generated file",
+            f"  fabscan dump {DEMO} --guid {LEAF} --prefix MyDev"])
 
     def test_what_needs_a_hand(self):
         run = self.check("--guid", SPINE)
         self.assertEqual(run.returncode, INCOMPLETE)
         lines = run.stdout.splitlines()
         self.assertEqual(lines[1], f"{SPINE}  SW     +++++++++++.+++++H+++H  spine-01/U1")
-        self.assertEqual(lines[-1], "does not build: 2 to finish by hand")
-        self.assertRegex(run.stdout, "H  r +1  an address stands in place of the redirect GID")
-        self.assertRegex(run.stdout, "H  v +1  a record that is not declared is packed")
+        self.assertEqual(lines[-3:], [
+            "does not build: 2 to finish by hand",
+            "next: write the generated file, in a form that compiles",
+            f"  fabscan dump {DEMO} --guid {SPINE} --prefix MyDev --buildable"])
+        self.assertRegex(run.stdout, r"H +1  an address stands in place of the redirect GID.*: "
+                                     r"affects setVSReductionManagerClassPortInfo \(spine-01/U1\)")
+        self.assertRegex(run.stdout, "H +1  a record that is not declared is packed")
 
     def test_error_lines(self):
         run = self.run_command("check", "-", input=snapshot(switch()))
         self.assertEqual(run.returncode, INCOMPLETE)
         self.assertRegex(run.stdout,
-                         r"E  a +1  Failed to get NodeInfo mad for the node \(S1\)\n")
+                         r'E  a +1  "Failed to get NodeInfo mad for the node"\n')
+        self.assertRegex(run.stdout,
+                         r"E +1  SMP_NodeInfo not collected: affects setNodeInfo \(S1\)\n")
         self.assertIn("\ndoes not build: ", run.stdout)
 
     def test_shared_classes(self):
         run = self.check("--guid", LEAF, "--guid", "0x5a1e0c0000000300")
         self.assertEqual(run.returncode, INCOMPLETE)
-        self.assertIn("2 nodes define the class SW: leaf-01/U1, leaf-02/U1\n", run.stdout)
-        self.assertEqual(run.stdout.splitlines()[-1],
-                         "does not build: 1 class that several nodes define")
+        self.assertRegex(run.stdout, r" 2  several nodes define the class SW; one file can contain "
+                                     r"only one \(leaf-01/U1, leaf-02/U1\)\n")
+        self.assertEqual(run.stdout.splitlines()[-3:], [
+            "does not build: 1 class that several nodes define",
+            "next: write one file for each device model",
+            f"  fabscan dump {DEMO} --guid {LEAF} --guid 0x5a1e0c0000000300 --prefix MyDev "
+            "--one-per-model"])
 
     def test_agrees_with_dump(self):
         """The marks are those of the file that dump writes."""
@@ -86,7 +98,7 @@ class Check(CommandTest):
         self.assertEqual(result["outsideSubFabric"], 0)  # of those that were chosen
         self.assertEqual(self.result()["outsideSubFabric"], 1)
         self.assertEqual(result["nodes"][0]["functions"][11],
-                         {"name": "setRouterInfo", "mark": "comment",
+                         {"name": "setRouterInfo", "mark": "comment", "code": "node-type",
                           "reason": "The node is not a router"})
         self.assertEqual(result["nodes"][0]["functions"][0],
                          {"name": "setNodeInfo", "mark": "block"})
@@ -125,6 +137,113 @@ class Check(CommandTest):
         run = self.check(env={**os.environ, "TMPDIR": str(self.folder / "none")})
         self.assertEqual(run.returncode, FAILED)
         self.assertRegex(run.stderr, "cannot make a temporary folder: .*; set TMPDIR\n$")
+
+
+class Causes(CommandTest):
+    """What is not known, what is not there, and what the device does not have."""
+
+    NO_BITS = ["0x0"] * 4
+    AR_ONLY = ["0x4", "0x0", "0x0", "0x0"]
+
+    def result(self, *nodes):
+        self.put("s.jsonl", snapshot(*nodes))
+        return json.loads(self.run_command("check", "s.jsonl", "--json").stdout)
+
+    def codes(self, node):
+        [checked] = self.result(node)["nodes"]
+        return {function.pop("name"): function for function in checked["functions"]}
+
+    def test_a_mask_that_was_not_collected(self):
+        functions = self.codes(switch())
+        for name in ("setArInfo", "setPrivateLftInfo", "setExtendedNodeInfo", "setSMPCapability"):
+            self.assertEqual((functions[name]["code"], functions[name]["mask"]),
+                             ("mask-not-collected", "smpCapabilityMask"), name)
+        self.assertEqual(functions["setGMPCapability"]["mask"], "gmpCapabilityMask")
+
+    def test_a_mask_of_zeros(self):
+        functions = self.codes(switch(smpCapabilityMask=self.NO_BITS))
+        self.assertEqual(functions["setSMPCapability"], {"mark": "block"})
+        self.assertEqual(functions["setArInfo"],
+                         {"mark": "error", "code": "not-supported", "mask": "smpCapabilityMask",
+                          "bits": [2], "reason": "The node does not support AR"})
+        self.assertEqual(functions["setPrivateLftInfo"]["bits"], [0, 12])
+        self.assertEqual(functions["setGMPCapability"]["code"], "mask-not-collected")
+
+    def test_a_record_that_was_not_collected(self):
+        functions = self.codes(switch(smpCapabilityMask=self.AR_ONLY,
+                                      absent={"SMP_SwitchInfo": "timed out"}))
+        self.assertEqual(functions["setArInfo"],
+                         {"mark": "error", "code": "record-not-collected",
+                          "record": "adaptive_routing_info",
+                          "reason": "Failed to get VS ArInfo mad for the node"})
+        self.assertEqual(functions["setPortInfo"]["code"], "record-not-collected")  # of port 0
+        self.assertEqual(functions["setPortInfoExtended"]["code"], "no-active-port")
+
+    def test_consequences_follow_their_cause(self):
+        result = self.result(switch(), switch("S2", "0x2", absent={"SMP_SwitchInfo": "timed out"}))
+        causes = {(cause["key"], cause.get("reason")): cause for cause in result["causes"]}
+        mask = causes["smpCapabilityMask", None]
+        self.assertEqual((mask["code"], mask["nodeCount"], mask["stopsBuild"]),
+                         ("mask-not-collected", 2, True))
+        self.assertEqual(mask["functions"][:4], ["setSMPCapability", "setArInfo",
+                                                 "setPrivateLftInfo", "setEnhancedCongestionInfo"])
+        self.assertIn("setExtendedNodeInfo", mask["functions"])
+        late = causes["SMP_SwitchInfo", "timed out"]
+        self.assertEqual((late["functions"], late["nodeCount"], late["record"], late["stopsBuild"]),
+                         (["setSwitchInfo"], 1, "SMP_SwitchInfo", False))
+        self.assertEqual(causes["SMP_SwitchInfo", None]["nodeCount"], 1)
+        shared = causes["SW", None]
+        self.assertEqual((shared["code"], shared["functions"], shared["nodeCount"]),
+                         ("shared-class", [], 2))
+        for node in result["nodes"]:
+            for function in node["functions"]:
+                self.assertEqual("code" in function, function["mark"] != "block", function)
+
+        text = self.run_command("check", "s.jsonl").stdout
+        self.assertRegex(text, r"E +2  smpCapabilityMask not collected: affects setSMPCapability, "
+                               r"setArInfo, setPrivateLftInfo, setEnhancedCongestionInfo, .*"
+                               r"\(S1, S2\)\n")
+        self.assertRegex(text, r"\. +1  SMP_SwitchInfo absent \(timed out\): affects setSwitchInfo\n")
+        self.assertRegex(text, r'E  k +2  "The node does not support AR"\n')
+
+    def test_next(self):
+        self.put("it's.jsonl", snapshot(switch()))
+        lines = self.run_command("check", "it's.jsonl", "--summary").stdout.splitlines()
+        self.assertEqual(lines[-4:], [
+            "next: collect smpCapabilityMask, gmpCapabilityMask, SMP_NodeInfo, SMP_PortInfo, "
+            "CC_EnhancedCongestionInfo (see docs/discovery.md), and add what you collected",
+            "  fabscan merge 'it'\\''s.jsonl' extra.jsonl --output whole.jsonl",
+            "next: write a project that builds, with one node of each device model",
+            "  fabscan scaffold 'it'\\''s.jsonl' --prefix MyDev --output-dir sim"])
+        text = self.run_command("check", "-", "--summary", input=snapshot(switch())).stdout
+        self.assertIn("\nnext: collect smpCapabilityMask", text)
+        self.assertNotIn("\n  fabscan", text)
+
+    def test_summary(self):
+        whole = self.run_command("check", DEMO).stdout
+        run = self.run_command("check", DEMO, "--summary")
+        self.assertEqual(run.returncode, INCOMPLETE)
+        self.assertTrue(run.stdout.startswith("   nodes  cause\n"), run.stdout)
+        self.assertTrue(whole.endswith("\n\n" + run.stdout))
+        self.assertNotIn("the generated line says", run.stdout)
+        summary = json.loads(self.run_command("check", DEMO, "--summary", "--json").stdout)
+        result = json.loads(self.run_command("check", DEMO, "--json").stdout)
+        self.assertEqual(len(result.pop("nodes")), 10)
+        self.assertEqual(summary, result)
+
+    def test_hostile_reasons(self):
+        node = switch(absent={"SMP_SwitchInfo": "\x1b[31m\n\u202e"})
+        text = self.run_command("check", "-", input=snapshot(node)).stdout
+        self.assertIn("SMP_SwitchInfo absent (%1B[31m%0A%E2%80%AE): affects", text)
+
+    def test_every_code_is_documented(self):
+        root = EXAMPLES.parent
+        codes = re.findall(r'return "([a-z]+(?:-[a-z]+)*)";',
+                           (root / "cli" / "check" / "cause.cpp").read_text())
+        documented = re.findall(r"^\| `([a-z-]+)` \| .* \| .* \|$",
+                                (root / "docs" / "capabilities.md").read_text(), flags=re.M)
+        self.assertGreater(len(codes), 5)
+        self.assertEqual(documented, codes)
 
 
 class OnATerminal(CommandTest):

@@ -14,7 +14,8 @@
 #include "check_marks.h"
 #include "check_page_files.h"
 #include "check_report.h"
-#include "guid_options.h"
+#include "guid_text.h"
+#include "standard_streams.h"
 
 namespace fabscan {
 
@@ -89,6 +90,45 @@ class Json : public JsonWriter {
   }
 };
 
+/// Every cause by its number, with what helps; the first stands for none.
+void WriteCauses(Json& json, const CheckResult& result) {
+  json.Key("causes");
+  json.BeginArray();
+  for (std::size_t number = 0; number <= result.causeCount(); ++number) {
+    const Cause* cause = result.cause(number);
+    json.BeginObject();
+    json.Text("text", cause == nullptr ? "" : cause->text);
+    json.Text("remedy", cause == nullptr ? "" : RemedyText(*cause));
+    json.EndObject();
+  }
+  json.EndArray();
+}
+
+/// What stops the build: a cause with its functions, or a class that nodes share.
+void WriteStops(Json& json, const std::vector<CauseGroup>& groups) {
+  json.Key("stops");
+  json.BeginArray();
+  for (const CauseGroup& group : groups) {
+    if (!group.StopsBuild()) continue;
+    json.BeginObject();
+    json.Key("cause");
+    json.Number(group.number);
+    json.Key("mark");
+    json.Number(static_cast<std::size_t>(&RowOf(group.mark) - kMarkRows));
+    json.Text("text", group.cause.text);
+    json.Text("remedy", RemedyText(group.cause));
+    if (group.number == 0) json.Text("class", group.cause.key);
+    json.Key("functions");
+    json.BeginArray();
+    for (const std::size_t function : group.functions) json.Number(function);
+    json.EndArray();
+    json.Key("nodes");
+    json.Number(group.nodes.size());
+    json.EndObject();
+  }
+  json.EndArray();
+}
+
 }  // namespace
 
 std::size_t NumberedTexts::Number(std::string text) {
@@ -143,11 +183,12 @@ std::size_t CheckPage::numberOfFrame(std::string_view frame) {
   return frames_.Number(std::move(numbers));
 }
 
-std::string CheckPage::Data(const CheckResult& result, const std::string& snapshot) const {
+std::string CheckPage::Data(const CheckReport& report) const {
+  const CheckResult& result = report.result;
   std::ostringstream text;
   Json json(text);
   json.BeginObject();
-  json.Text("snapshot", snapshot);
+  json.Text("snapshot", InputName(report.snapshot));
   json.Text("verdict", Verdict(result));
   json.Key("builds");
   json.Bool(result.Builds());
@@ -162,18 +203,12 @@ std::string CheckPage::Data(const CheckResult& result, const std::string& snapsh
   }
   json.EndArray();
   json.List("functions", result.functionNames());
-  json.Key("shared");
-  json.BeginArray();
-  for (const auto& [class_word, nodes] : result.SharedClasses()) {
-    json.BeginArray();
-    json.String(class_word);
-    json.Number(nodes.size());
-    json.EndArray();
-  }
-  json.EndArray();
+  WriteCauses(json, result);
+  WriteStops(json, report.groups);
 
   // Cells that are the same in all are written once.
-  std::map<std::tuple<std::size_t, std::size_t, std::size_t, std::size_t>, std::size_t> cells;
+  using CellNumbers = std::tuple<std::size_t, std::size_t, std::size_t, std::size_t, std::size_t>;
+  std::map<CellNumbers, std::size_t> cells;
   NumberedTexts reasons;
   json.Key("nodes");
   json.BeginArray();
@@ -190,7 +225,9 @@ std::string CheckPage::Data(const CheckResult& result, const std::string& snapsh
       const auto mark = static_cast<std::size_t>(&RowOf(function.mark) - kMarkRows);
       const Text& written = texts_[n][f];
       json.Number(
-          cells.emplace(std::tuple(mark, reason, written.frame, written.values), cells.size())
+          cells
+              .emplace(CellNumbers(mark, function.cause, reason, written.frame, written.values),
+                       cells.size())
               .first->second);
     }
     json.EndArray();
@@ -199,8 +236,7 @@ std::string CheckPage::Data(const CheckResult& result, const std::string& snapsh
   }
   json.EndArray();
 
-  std::vector<const std::tuple<std::size_t, std::size_t, std::size_t, std::size_t>*> ordered(
-      cells.size());
+  std::vector<const CellNumbers*> ordered(cells.size());
   for (const auto& [cell, number] : cells) ordered[number] = &cell;
   json.Key("cells");
   json.BeginArray();
@@ -225,13 +261,12 @@ std::string CheckPage::Data(const CheckResult& result, const std::string& snapsh
   return SafeInScript(text.str());
 }
 
-void CheckPage::Write(std::ostream& out, const CheckResult& result,
-                      const std::string& snapshot) const {
+void CheckPage::Write(std::ostream& out, const CheckReport& report) const {
   const std::string_view style = FileText("page.css");
   const std::string_view script = FileText("page.js");
   const std::string style_hash = PolicyHash(style);
   const std::string script_hash = PolicyHash(script);
-  const std::string data = Data(result, snapshot);
+  const std::string data = Data(report);
   WriteFilled(out, FileText("page.html"),
               {{"STYLE_HASH", style_hash},
                {"SCRIPT_HASH", script_hash},

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "check_result.h"
+#include "check_report.h"
 
 namespace fabscan {
 
@@ -40,8 +40,8 @@ TextParts TakeApart(std::string_view text, std::string_view node_name);
 class CheckPage {
  public:
   void Add(const IBNode& node, const GeneratedNode& generated);
-  /// `result` has the nodes that were added here, in the same order.
-  void Write(std::ostream& out, const CheckResult& result, const std::string& snapshot) const;
+  /// `report` is of the nodes that were added here, in the same order.
+  void Write(std::ostream& out, const CheckReport& report) const;
 
  private:
   struct Text {
@@ -49,7 +49,7 @@ class CheckPage {
     std::size_t values;
   };
   std::size_t numberOfFrame(std::string_view frame);
-  std::string Data(const CheckResult& result, const std::string& snapshot) const;
+  std::string Data(const CheckReport& report) const;
 
   NumberedTexts lines_;
   NumberedTexts frames_;  // numbers of lines

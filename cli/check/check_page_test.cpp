@@ -44,18 +44,18 @@ TEST(CheckPageTest, EveryTextComesTogetherAgain) {
 
 /// The page of one node of this name.
 std::string PageOf(const std::string& name, const std::string& body) {
-  IBFabric fabric;
-  const IBNode& node = fabric.makeNode(name, 1, IB_SW_NODE, 1);
+  Fabscan fabscan;
+  const IBNode& node = fabscan.discovered_fabric.makeNode(name, 1, IB_SW_NODE, 1);
   GeneratedNode generated;
   generated.guid = 1;
   generated.class_word = "SW";
   generated.functions.push_back({"setNodeInfo", body, 1, BodyKind::kComment});
-  CheckResult result;
+  CheckResult result(fabscan);
   result.Add(node, generated);
   CheckPage page;
   page.Add(node, generated);
   std::ostringstream out;
-  page.Write(out, result, "f.jsonl");
+  page.Write(out, CheckReport(result, "f.jsonl", CheckedNodes::kAll));
   return out.str();
 }
 

@@ -10,9 +10,9 @@
 #include "check_marks.h"
 #include "counted.h"
 #include "guid_options.h"
-#include "json_result.h"
 #include "node_text.h"
 #include "selected_nodes.h"
+#include "standard_streams.h"
 #include "table.h"
 
 namespace fabscan {
@@ -58,6 +58,9 @@ std::string LegendText(const CheckResult& result, const Terminal& terminal) {
 
 using Nodes = std::vector<const IBNode*>;
 
+/// The generator's own words.
+std::string Quoted(std::string_view text) { return fmt::format("\"{}\"", text); }
+
 /// The reasons of one function: mark row and reason to the nodes that it holds for.
 using FunctionReasons = std::map<std::pair<std::size_t, std::size_t>, Nodes>;
 
@@ -65,15 +68,16 @@ FunctionReasons ReasonsOf(const CheckResult& result, std::size_t function) {
   FunctionReasons reasons;
   for (const CheckedNode& node : result.nodes()) {
     const CheckedFunction& checked = node.functions[function];
-    if (checked.mark == Mark::kBlock) continue;
+    if (checked.reason == 0) continue;
     const auto row = static_cast<std::size_t>(&RowOf(checked.mark) - kMarkRows);
     reasons[{row, checked.reason}].push_back(node.node);
   }
   return reasons;
 }
 
-/// Each reason with the functions that it holds for, those for the same nodes together.
-std::string ReasonsText(const CheckResult& result, const Terminal& terminal) {
+/// What the generator wrote in place of blocks, with its functions; those of the same nodes share a
+/// row.
+std::string GeneratedLinesText(const CheckResult& result, const Terminal& terminal) {
   struct Line {
     std::size_t row;
     std::size_t reason;
@@ -97,25 +101,45 @@ std::string ReasonsText(const CheckResult& result, const Terminal& terminal) {
   }
   std::stable_sort(lines.begin(), lines.end(),
                    [](const Line& one, const Line& other) { return one.row < other.row; });
-  Table table({{""}, {""}, {"nodes", true}, {"reason", false, Narrow::kWrap}});
+  Table table({{""}, {""}, {"nodes", true}, {"the generated line says", false, Narrow::kWrap}});
   for (const Line& line : lines) {
     const MarkRow& row = kMarkRows[line.row];
-    std::string reason(result.reason(line.reason));
-    if (row.mark != Mark::kComment) reason += fmt::format(" ({})", NamesOf(line.nodes));
-    table.AddRow(
-        {Cell(row.sign, row.style), line.letters, std::to_string(line.nodes.size()), reason});
+    table.AddRow({Cell(row.sign, row.style), line.letters, std::to_string(line.nodes.size()),
+                  Quoted(result.reason(line.reason))});
   }
   return table.empty() ? std::string() : '\n' + table.text(terminal);
 }
 
-std::string ClassesText(const CheckResult& result, const Terminal& terminal) {
-  std::string text;
-  for (const auto& [class_word, nodes] : result.SharedClasses()) {
-    text += Paragraph(
-        fmt::format("{} nodes define the class {}: {}", nodes.size(), class_word, NamesOf(nodes)),
-        terminal);
+/// One row per cause, with all that follows from it.
+std::string CausesText(const CheckResult& result, const std::vector<CauseGroup>& groups,
+                       const Terminal& terminal) {
+  Table table({{""}, {"nodes", true}, {"cause", false, Narrow::kWrap}});
+  for (const CauseGroup& group : groups) {
+    const bool is_shared = group.cause.code == CauseCode::kSharedClass;
+    const MarkRow& row = RowOf(group.mark);
+    std::string text = group.cause.text;
+    if (!is_shared) text += ": affects " + FunctionNames(result, group);
+    if (group.StopsBuild()) text += fmt::format(" ({})", NamesOf(group.nodes));
+    table.AddRow({is_shared ? Cell("") : Cell(row.sign, row.style),
+                  std::to_string(group.nodes.size()), text});
   }
-  if (!text.empty()) text = '\n' + text + "In one file only one node of a class compiles.\n";
+  return table.empty() ? std::string() : table.text(terminal) + '\n';
+}
+
+/// The counts and the verdict.
+std::string CountsText(const CheckResult& result, const std::string& snapshot,
+                       const Terminal& terminal) {
+  const std::size_t nodes = result.nodes().size();
+  const std::string counts = fmt::format(
+      "{}: {}, {}: {} with a block, {} skipped, {} with #error, {} to finish by hand", snapshot,
+      Counted(nodes, "node"), Counted(nodes * result.functionNames().size(), "function"),
+      result.count(Mark::kBlock), result.count(Mark::kComment), result.count(Mark::kError),
+      result.count(Mark::kHand));
+  std::string text = Paragraph(counts, terminal) + LeftOutText(result.leftOut());
+  const Style style = result.Builds() ? Style::kGood : Style::kBad;
+  for (const std::string& line : Wrapped(Verdict(result), terminal.width)) {
+    text += Painted(line, style, terminal) + '\n';
+  }
   return text;
 }
 
@@ -136,70 +160,18 @@ std::string Verdict(const CheckResult& result) {
   return "does not build: " + causes;
 }
 
-std::string TotalsText(const CheckResult& result, const std::string& snapshot,
-                       const Terminal& terminal) {
-  const std::size_t nodes = result.nodes().size();
-  const std::string counts = fmt::format(
-      "{}: {}, {}: {} with a block, {} skipped, {} with #error, {} to finish by hand", snapshot,
-      Counted(nodes, "node"), Counted(nodes * result.functionNames().size(), "function"),
-      result.count(Mark::kBlock), result.count(Mark::kComment), result.count(Mark::kError),
-      result.count(Mark::kHand));
-  std::string text = Paragraph(counts, terminal) + LeftOutText(result.leftOut());
-  const Style style = result.Builds() ? Style::kGood : Style::kBad;
-  for (const std::string& line : Wrapped(Verdict(result), terminal.width)) {
-    text += Painted(line, style, terminal) + '\n';
-  }
-  return text;
+std::string TotalsText(const CheckReport& report, const Terminal& terminal) {
+  return CountsText(report.result, InputName(report.snapshot), terminal) +
+         NextText(report.next, terminal);
 }
 
-std::string CheckText(const CheckResult& result, const std::string& snapshot,
-                      const Terminal& terminal) {
-  return MatrixText(result, terminal) + '\n' + LegendText(result, terminal) +
-         ReasonsText(result, terminal) + ClassesText(result, terminal) + '\n' +
-         TotalsText(result, snapshot, terminal);
+std::string SummaryText(const CheckReport& report, const Terminal& terminal) {
+  return CausesText(report.result, report.groups, terminal) + TotalsText(report, terminal);
 }
 
-void PrintCheckJson(const CheckResult& result, const std::string& snapshot) {
-  JsonResult json;
-  json.Text("snapshot", snapshot);
-  json.Truth("builds", result.Builds());
-  json.Key("totals");
-  json.BeginObject();
-  json.Count("nodes", result.nodes().size());
-  for (const MarkRow& row : kMarkRows) json.Count(row.word, result.count(row.mark));
-  json.EndObject();
-  json.Count("outsideSubFabric", result.leftOut());
-  json.BeginObjects("sharedClasses");
-  for (const auto& [class_word, nodes] : result.SharedClasses()) {
-    json.BeginObject();
-    json.Text("class", class_word);
-    json.Key("guids");
-    json.BeginArray();
-    for (const IBNode* node : nodes) json.String(GuidText(node->guid));
-    json.EndArray();
-    json.EndObject();
-  }
-  json.EndArray();
-  json.BeginObjects("nodes");
-  for (const CheckedNode& node : result.nodes()) {
-    json.BeginObject();
-    json.Text("name", node.node->name);
-    json.Guid("guid", node.node->guid);
-    json.Text("class", node.class_word);
-    json.BeginObjects("functions");
-    for (std::size_t i = 0; i < node.functions.size(); ++i) {
-      const CheckedFunction& function = node.functions[i];
-      json.BeginObject();
-      json.Text("name", result.functionNames()[i]);
-      json.Text("mark", RowOf(function.mark).word);
-      if (function.reason != 0) json.Text("reason", result.reason(function.reason));
-      json.EndObject();
-    }
-    json.EndArray();
-    json.EndObject();
-    json.Flush();
-  }
-  json.EndArray();
+std::string CheckText(const CheckReport& report, const Terminal& terminal) {
+  return MatrixText(report.result, terminal) + '\n' + LegendText(report.result, terminal) +
+         GeneratedLinesText(report.result, terminal) + '\n' + SummaryText(report, terminal);
 }
 
 }  // namespace fabscan

@@ -2,23 +2,44 @@
 #define FABSCAN_CLI_CHECK_REPORT_H
 
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "cause_groups.h"
 #include "check_result.h"
+#include "next_steps.h"
 #include "terminal.h"
 
 namespace fabscan {
 
-/// For people: the matrix of nodes and functions, what its letters stand for, the reasons, the
-/// classes that several nodes define, and the verdict.
-std::string CheckText(const CheckResult& result, const std::string& snapshot,
-                      const Terminal& terminal);
+/// A check and what follows from it.
+struct CheckReport {
+  CheckReport(const CheckResult& checked_result, std::string path, CheckedNodes checked)
+      : result(checked_result),
+        snapshot(std::move(path)),
+        groups(GroupCauses(result)),
+        next(NextSteps(result, groups, snapshot, checked)) {}
 
-/// The last lines of it: the counts and the verdict.
-std::string TotalsText(const CheckResult& result, const std::string& snapshot,
-                       const Terminal& terminal);
+  const CheckResult& result;
+  std::string snapshot;  // as on the command line
+  std::vector<CauseGroup> groups;
+  std::vector<NextStep> next;
+};
+
+enum class CheckDetail { kSummary, kNodes };
+
+/// For people: the matrix of nodes and functions, what its letters stand for, what the generated
+/// lines say, and the summary.
+std::string CheckText(const CheckReport& report, const Terminal& terminal);
+
+/// The causes and the totals.
+std::string SummaryText(const CheckReport& report, const Terminal& terminal);
+
+/// The counts, the verdict and what to do next.
+std::string TotalsText(const CheckReport& report, const Terminal& terminal);
 
 /// One JSON object on standard output.
-void PrintCheckJson(const CheckResult& result, const std::string& snapshot);
+void PrintCheckJson(const CheckReport& report, CheckDetail detail);
 
 /// `does not build: 2 functions with #error`, or `builds`.
 std::string Verdict(const CheckResult& result);

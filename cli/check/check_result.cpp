@@ -30,16 +30,26 @@ void CheckResult::Add(const IBNode& node, const GeneratedNode& generated) {
     }
     const Mark mark = MarkOf(function);
     ++counts_[place][static_cast<std::size_t>(mark)];
-    const std::string_view reason =
-        mark == Mark::kHand ? HandReason(function) : ReasonOfBody(function.body);
-    checked.functions.push_back({mark, numberOf(WithoutName(reason, node.name))});
+    CheckedFunction& entry = checked.functions.emplace_back();
+    entry.mark = mark;
+    entry.reason = numberOf(WithoutName(ReasonOfBody(function.body), node.name));
+    std::optional<Cause> cause = CauseOf(fabric_, node, function);
+    if (cause) entry.cause = numberOf(std::move(*cause));
   }
 }
 
-std::size_t CheckResult::numberOf(std::string reason) {
+u_int32_t CheckResult::numberOf(std::string reason) {
   if (reason.empty()) return 0;
-  const auto [found, is_new] = reason_numbers_.emplace(reason, reasons_.size());
+  const auto [found, is_new] =
+      reason_numbers_.emplace(reason, static_cast<u_int32_t>(reasons_.size()));
   if (is_new) reasons_.push_back(std::move(reason));
+  return found->second;
+}
+
+u_int32_t CheckResult::numberOf(Cause cause) {
+  const auto next = static_cast<u_int32_t>(causes_.size() + 1);
+  const auto [found, is_new] = cause_numbers_.emplace(std::move(cause), next);
+  if (is_new) causes_.push_back(&found->first);
   return found->second;
 }
 

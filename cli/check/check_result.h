@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cause.h"
 #include "generated_file.h"
 
 namespace fabscan {
@@ -25,7 +26,8 @@ inline constexpr std::size_t kMarks = 4;
 
 struct CheckedFunction {
   Mark mark = Mark::kBlock;
-  std::size_t reason = 0;  // see CheckResult::reason
+  u_int32_t reason = 0;  // see CheckResult::reason
+  u_int32_t cause = 0;   // see CheckResult::cause
 };
 
 struct CheckedNode {
@@ -38,6 +40,11 @@ struct CheckedNode {
 /// build.
 class CheckResult {
  public:
+  /// `fabric` holds the nodes that are added.
+  explicit CheckResult(const Fabscan& fabric) : fabric_(fabric) {}
+  CheckResult(const CheckResult&) = delete;  // it points into itself
+  CheckResult& operator=(const CheckResult&) = delete;
+
   void Add(const IBNode& node, const GeneratedNode& generated);
   /// So many nodes are not checked: they are outside the sub-fabric.
   void LeaveOut(std::size_t nodes) { left_out_ = nodes; }
@@ -45,8 +52,13 @@ class CheckResult {
 
   const std::vector<CheckedNode>& nodes() const { return nodes_; }
   const std::vector<std::string>& functionNames() const { return function_names_; }
-  /// Why a function is no plain block, in words and without the node's name; empty for number 0.
+  /// The generator's own words in place of a block, without the node's name; empty for number 0.
   std::string_view reason(std::size_t number) const { return reasons_[number]; }
+  /// Why a function is not a block that compiles; null for number 0.
+  const Cause* cause(std::size_t number) const {
+    return number == 0 ? nullptr : causes_[number - 1];
+  }
+  std::size_t causeCount() const { return causes_.size(); }
 
   /// Functions with this mark, in all and of one name.
   std::size_t count(Mark mark) const;
@@ -57,14 +69,18 @@ class CheckResult {
   bool Builds() const;
 
  private:
-  std::size_t numberOf(std::string reason);
+  u_int32_t numberOf(std::string reason);
+  u_int32_t numberOf(Cause cause);
 
+  const Fabscan& fabric_;
   std::vector<CheckedNode> nodes_;
   std::size_t left_out_ = 0;
   std::vector<std::string> function_names_;
   std::vector<std::array<std::size_t, kMarks>> counts_;  // by function, by mark
   std::vector<std::string> reasons_ = {""};
-  std::map<std::string, std::size_t> reason_numbers_;
+  std::map<std::string, u_int32_t> reason_numbers_;
+  std::vector<const Cause*> causes_;  // keys of `cause_numbers_`
+  std::map<Cause, u_int32_t, CauseOrder> cause_numbers_;
 };
 
 }  // namespace fabscan

@@ -16,12 +16,12 @@ class CheckResultTest : public ::testing::Test {
     generated.class_word = class_word;
     for (GeneratedFunction& function : functions) function.kind = KindOfBody(function.body);
     generated.functions = std::move(functions);
-    result_.Add(fabric_.makeNode(name, guid_, IB_SW_NODE, 1), generated);
+    result_.Add(fabscan_.discovered_fabric.makeNode(name, guid_, IB_SW_NODE, 1), generated);
   }
 
-  IBFabric fabric_;
+  Fabscan fabscan_;
   u_int64_t guid_ = 0;
-  CheckResult result_;
+  CheckResult result_{fabscan_};
 };
 
 constexpr char kBlock[] = "    SMP_NodeInfo mad_buffer;\n";
@@ -53,7 +53,8 @@ TEST_F(CheckResultTest, WhatNeedsAHandStopsTheBuild) {
        {"setWrenPushReductionCounters", "        SMP_TarnExtPortInfo_pack(&mad_buffer, x);\n"}});
   EXPECT_EQ(result_.count(Mark::kHand), 2U);
   EXPECT_EQ(Verdict(result_), "does not build: 2 to finish by hand");
-  EXPECT_EQ(result_.reason(1),
+  EXPECT_EQ(result_.cause(1)->code, CauseCode::kByHand);
+  EXPECT_EQ(result_.cause(1)->text,
             "an address stands in place of the redirect GID; write the GID there, or remove the "
             "line");
 }

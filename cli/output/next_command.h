@@ -8,6 +8,9 @@
 
 namespace fabscan {
 
+/// The snapshot as a word of a command, and never as an option.
+std::string SnapshotWord(const std::string& snapshot);
+
 /// `fabscan scaffold fabric.jsonl --prefix MyDev --output-dir sim`: the command that makes devices
 /// which compile. A few `guids` are named as well; standard input cannot be named, so a word stands
 /// for it.

@@ -1,16 +1,15 @@
 "use strict";
 
-// What the page shows: nodes (name, GUID, class, a cell for each function), cells (mark, reason,
-// frame, values), and what these name by number; a frame is a list of lines, in which holes stand
-// for the values and the node's name. Whatever comes from here is shown as text.
+// What the page shows: nodes (name, GUID, class, a cell for each function), cells (mark, cause, the
+// generator's words, frame, values), and what these name by number; a frame is a list of lines, in
+// which holes stand for the values and the node's name. Whatever comes from here is shown as text.
 const data = JSON.parse(document.getElementById("data").textContent);
 
 const ROW_HEIGHT = 30;
-const FEW_REASONS = 4; // are shown at once, where there is room
 const ROWS_BEYOND = 12; // rendered above and below what is seen
 const NAME_HOLE = "\u0002";
 const HOLES = /[\u0001\u0002]/g;
-const STOPPING = data.marks.findIndex((mark) => mark.word === "comment"); // marks before it do
+const NO_CAUSE = 0;
 
 const byId = (id) => document.getElementById(id);
 const scroller = byId("scroller");
@@ -32,8 +31,9 @@ function counted(count, noun) {
 const shortName = (name) => name.replace(/^set/, "");
 
 function cellOf(node, column) {
-  const [mark, reason, frame, values] = data.cells[node[3][column]];
-  return { mark: data.marks[mark], markIndex: mark, reason: data.reasons[reason], frame, values };
+  const [mark, cause, words, frame, values] = data.cells[node[3][column]];
+  return { mark: data.marks[mark], markIndex: mark, cause: data.causes[cause], causeIndex: cause,
+           words: data.reasons[words], frame, values };
 }
 
 /// The generated text, put together again.
@@ -85,12 +85,12 @@ function makeRow(number) {
               make("span", "guid", node[1]));
   row.append(name);
   columns.forEach((column, place) => {
-    const { mark, reason } = cellOf(node, column);
+    const { mark, cause } = cellOf(node, column);
     const cell = make("div", `cell ${mark.word}`, mark.sign);
     cell.setAttribute("role", "gridcell");
     cell.setAttribute("aria-colindex", place + 2);
     cell.setAttribute("aria-label",
-                      `${data.functions[column]}: ${mark.word}${reason ? ", " + reason : ""}`);
+                      `${data.functions[column]}: ${mark.word}${cause.text && ", " + cause.text}`);
     cell.tabIndex = -1;
     cell.dataset.row = number;
     cell.dataset.column = place;
@@ -200,11 +200,13 @@ window.addEventListener("resize", render);
 function fillText() {
   const node = rows[active.row];
   const column = columns[active.column];
-  const { mark, reason } = cellOf(node, column);
+  const { mark, cause } = cellOf(node, column);
   byId("dialog-title").textContent = `${node[2]}::${data.functions[column]}`;
   byId("dialog-node").textContent = `${node[0]}  ${node[1]}`;
   const sign = make("span", `sign ${mark.word}`, mark.sign);
-  byId("dialog-mark").replaceChildren(sign, reason || mark.meaning);
+  const words = make("span", "", cause.text || mark.meaning);
+  byId("dialog-mark").replaceChildren(sign, words);
+  if (cause.remedy) words.append(make("span", "remedy", cause.remedy));
   const text = byId("text");
   text.replaceChildren();
   for (const line of textOf(node, column).replace(/\n$/, "").split("\n")) {
@@ -251,14 +253,20 @@ function applyFilters() {
   const word = byId("node").value.trim().toLowerCase();
   const ofClass = byId("class").value;
   const mark = byId("mark").value;
+  const cause = byId("cause").value;
   const only = byId("function").value;
+  const isOf = (node, column) => cause === "" || cellOf(node, column).causeIndex === Number(cause);
   columns = data.functions.map((_, index) => index);
   if (only !== "") columns = [Number(only)];
+  if (cause !== "") {
+    columns = columns.filter((column) => data.nodes.some((node) => isOf(node, column)));
+  }
   rows = data.nodes.filter(
     (node) =>
       (word === "" || node[0].toLowerCase().includes(word) || node[1].includes(word)) &&
       (ofClass === "" || node[2] === ofClass) &&
-      (mark === "" || columns.some((column) => cellOf(node, column).mark.word === mark)));
+      columns.some((column) => isOf(node, column) &&
+                               (mark === "" || cellOf(node, column).mark.word === mark)));
   byId("shown").textContent =
     rows.length === data.nodes.length
       ? counted(rows.length, "node")
@@ -266,14 +274,49 @@ function applyFilters() {
   renderAll();
 }
 
-function showOnly(mark, only) {
+function showOnly(filter, value) {
   byId("filters").reset();
-  byId("mark").value = mark;
-  byId("function").value = only;
+  byId(filter).value = value;
   applyFilters();
 }
 
 // ---------- Totals, and what stops the build ----------
+
+/// Counts of the marks, and the generator's words for each cause and function.
+function lookAtCells() {
+  const counts = data.marks.map(() => 0);
+  const words = data.causes.map(() => new Map());
+  for (const node of data.nodes) {
+    data.functions.forEach((_, column) => {
+      const cell = cellOf(node, column);
+      ++counts[cell.markIndex];
+      if (cell.words) words[cell.causeIndex].set(column, cell.words);
+    });
+  }
+  return { counts, words };
+}
+
+function makeStop(stop, words) {
+  const mark = data.marks[stop.mark];
+  const isShared = stop.cause === NO_CAUSE;
+  const button = make("button", "reason");
+  button.type = "button";
+  button.append(make("span", isShared ? "sign" : `sign ${mark.word}`, isShared ? "" : mark.sign),
+                make("span", "why", stop.text), make("span", "many", counted(stop.nodes, "node")));
+  button.addEventListener("click", () =>
+    isShared ? showOnly("class", stop.class) : showOnly("cause", String(stop.cause)));
+  const item = make("li");
+  item.append(button, make("p", "remedy", stop.remedy));
+  const affected = make("ul", "affected");
+  for (const column of stop.functions) {
+    const entry = make("li", "", shortName(data.functions[column]));
+    const quoted = words.get(column);
+    if (quoted) entry.append(" ", make("q", "", quoted));
+    affected.append(entry);
+  }
+  item.append(affected);
+  return item;
+}
 
 function showTotals() {
   byId("snapshot").textContent = data.snapshot;
@@ -282,22 +325,7 @@ function showTotals() {
   verdict.textContent = data.verdict;
   document.title = `${data.snapshot}: fabscan check`;
 
-  const counts = data.marks.map(() => 0);
-  const reasons = new Map(); // mark and reason to functions and nodes
-  for (const node of data.nodes) {
-    data.functions.forEach((_, column) => {
-      const { markIndex, reason } = cellOf(node, column);
-      ++counts[markIndex];
-      if (markIndex >= STOPPING) return;
-      const key = `${markIndex} ${column} ${reason}`;
-      const found = reasons.get(key);
-      if (found) {
-        ++found.nodes;
-      } else {
-        reasons.set(key, { markIndex, column, reason, nodes: 1 });
-      }
-    });
-  }
+  const { counts, words } = lookAtCells();
   data.marks.forEach((mark, index) => {
     const button = make("button", "total");
     button.type = "button";
@@ -305,32 +333,14 @@ function showTotals() {
     button.append(make("span", `sign ${mark.word}`, mark.sign),
                   make("strong", "", counts[index].toLocaleString("en")),
                   make("span", "meaning", mark.meaning));
-    button.addEventListener("click", () => showOnly(mark.word, ""));
+    button.addEventListener("click", () => showOnly("mark", mark.word));
     const entry = make("li");
     entry.append(button);
     byId("totals").append(entry);
   });
-
-  const list = byId("reasons");
-  for (const [word, nodes] of data.shared) {
-    list.append(make("li", "shared", `${counted(nodes, "node")} define the class ${word}`));
-  }
-  const sorted = [...reasons.values()].sort(
-    (one, other) => one.markIndex - other.markIndex || other.nodes - one.nodes);
-  for (const { markIndex, column, reason, nodes } of sorted) {
-    const mark = data.marks[markIndex];
-    const button = make("button", "reason");
-    button.type = "button";
-    button.append(make("span", `sign ${mark.word}`, mark.sign),
-                  make("span", "where", shortName(data.functions[column])),
-                  make("span", "why", reason), make("span", "many", counted(nodes, "node")));
-    button.addEventListener("click", () => showOnly(mark.word, String(column)));
-    const item = make("li");
-    item.append(button);
-    list.append(item);
-  }
-  byId("stops").hidden = list.childElementCount === 0;
-  byId("stops").open = list.childElementCount <= FEW_REASONS && innerWidth > 900;
+  byId("reasons").append(...data.stops.map((stop) => makeStop(stop, words[stop.cause])));
+  byId("stops").open = !data.builds;
+  byId("stops").hidden = data.stops.length === 0;
 }
 
 function fillFilters() {
@@ -338,11 +348,16 @@ function fillFilters() {
     byId("class").append(option(word, word));
   }
   data.functions.forEach((name, index) => byId("function").append(option(index, name)));
+  data.causes.forEach(({ text }, index) => {
+    if (index !== NO_CAUSE) byId("cause").append(option(index, text));
+  });
   for (const mark of data.marks) {
     byId("mark").append(option(mark.word, `${mark.sign}  ${mark.word}`));
   }
   byId("node").addEventListener("input", applyFilters);
-  for (const id of ["class", "function", "mark"]) byId(id).addEventListener("change", applyFilters);
+  for (const id of ["class", "function", "cause", "mark"]) {
+    byId(id).addEventListener("change", applyFilters);
+  }
   byId("filters").addEventListener("submit", (event) => event.preventDefault());
   byId("filters").addEventListener("reset", () => setTimeout(applyFilters));
 }

@@ -1,0 +1,64 @@
+#ifndef FABSCAN_CLI_CAUSE_H
+#define FABSCAN_CLI_CAUSE_H
+
+#include <infiniband/fabscan/fabscan.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "generated_file.h"
+
+namespace fabscan {
+
+enum class CauseCode {
+  kMaskNotCollected,    // whether the device supports it is unknown
+  kRecordNotCollected,  // the snapshot lacks it
+  kNotSupported,        // a mask or a record of the device shows it
+  kNoActivePort,
+  kNoMarkedPort,
+  kByHand,  // complete, but the generated statements do not compile
+  kSharedClass,
+  kNodeType,  // nodes of this type do not have the attribute
+  kOther,
+};
+
+/// Why a generated function is not a block that compiles.
+struct Cause {
+  CauseCode code = CauseCode::kOther;
+  std::string key;             // of the snapshot, a record, or a class
+  std::string_view mask;       // the key of the deciding capability mask, if any
+  std::vector<unsigned> bits;  // clear bits of the mask
+  std::string_view record;     // the name of the deciding record, if any
+  std::string reason;          // recorded in the snapshot, if any
+  std::string text;            // for people, without the node's name
+
+  bool CanBeCollected() const {
+    return code == CauseCode::kMaskNotCollected || code == CauseCode::kRecordNotCollected;
+  }
+};
+
+/// Two causes are the same if their codes and texts are.
+struct CauseOrder {
+  bool operator()(const Cause& one, const Cause& other) const {
+    return one.code != other.code ? one.code < other.code : one.text < other.text;
+  }
+};
+
+/// `mask-not-collected`; these words are for programs and do not change.
+std::string_view CodeWord(CauseCode code);
+
+/// What the first unmet requirement of the function is; none for a block that compiles.
+std::optional<Cause> CauseOf(const Fabscan& fabscan, const IBNode& node,
+                             const GeneratedFunction& function);
+
+/// Of nodes that define the same class.
+Cause SharedClassCause(const std::string& class_word);
+
+/// What helps, in one sentence.
+std::string RemedyText(const Cause& cause);
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,95 @@
+#include "next_steps.h"
+
+#include <gtest/gtest.h>
+
+#include "check_report.h"
+
+namespace fabscan {
+namespace {
+
+constexpr char kBlock[] = "    SMP_NodeInfo mad_buffer;\n";
+constexpr char kError[] = "#error \"Failed to get NodeInfo mad for the node=S\"\n";
+constexpr char kNotAR[] = "#error \"The node=S does not support AR\"\n";
+
+class NextStepsTest : public ::testing::Test {
+ protected:
+  const IBNode& Add(const std::string& class_word, std::vector<GeneratedFunction> functions) {
+    GeneratedNode generated;
+    generated.guid = ++guid_;
+    generated.class_word = class_word;
+    for (GeneratedFunction& function : functions) function.kind = KindOfBody(function.body);
+    generated.functions = std::move(functions);
+    const IBNode& node =
+        fabscan_.discovered_fabric.makeNode("S" + std::to_string(guid_), guid_, IB_SW_NODE, 1);
+    result_.Add(node, generated);
+    return node;
+  }
+  std::string Text(const std::string& snapshot, CheckedNodes checked = CheckedNodes::kAll) {
+    return NextText(CheckReport(result_, snapshot, checked).next, Terminal());
+  }
+
+  Fabscan fabscan_;
+  u_int64_t guid_ = 0;
+  CheckResult result_{fabscan_};
+};
+
+TEST_F(NextStepsTest, WhatBuildsIsScaffolded) {
+  Add("SW", {{"setNodeInfo", kBlock}});
+  EXPECT_EQ(Text("f.jsonl"),
+            "next: write a project that simulates these devices\n"
+            "  fabscan scaffold f.jsonl --prefix MyDev --output-dir sim\n");
+  EXPECT_EQ(Text("f.jsonl", CheckedNodes::kSelected),
+            "next: write the generated file\n"
+            "  fabscan dump f.jsonl --guid 0x0000000000000001 --prefix MyDev\n");
+  EXPECT_EQ(Text("-"), "");
+}
+
+TEST_F(NextStepsTest, WhatIsMissingIsCollected) {
+  Add("SW", {{"setNodeInfo", kError}, {"setArInfo", kNotAR}});
+  EXPECT_EQ(Text("f.jsonl"),
+            "next: collect SMP_NodeInfo, smpCapabilityMask (see docs/discovery.md), and add what "
+            "you collected\n"
+            "  fabscan merge f.jsonl extra.jsonl --output whole.jsonl\n"
+            "next: write a project that builds, with one node of each device model\n"
+            "  fabscan scaffold f.jsonl --prefix MyDev --output-dir sim\n");
+  EXPECT_EQ(Text("-"),
+            "next: collect SMP_NodeInfo, smpCapabilityMask (see docs/discovery.md), and add what "
+            "you collected\n");
+}
+
+TEST_F(NextStepsTest, WhatTheDeviceLacksIsNotCollected) {
+  const IBNode& node = Add("SW", {});
+  fabscan_.capability_module.put(node, false, {});
+  GeneratedNode generated;
+  generated.guid = node.guid;
+  generated.class_word = "HCA";
+  generated.functions = {{"setArInfo", kNotAR, 1, BodyKind::kError}};
+  result_.Add(node, generated);
+  EXPECT_EQ(Text("f.jsonl"),
+            "next: write a project that builds, with one node of each device model\n"
+            "  fabscan scaffold f.jsonl --prefix MyDev --output-dir sim\n");
+}
+
+TEST_F(NextStepsTest, NodesOfOneClass) {
+  Add("SW", {{"setNodeInfo", kBlock}});
+  Add("SW", {{"setNodeInfo", kBlock}});
+  EXPECT_EQ(Text("f.jsonl"),
+            "next: write a project that builds, with one node of each device model\n"
+            "  fabscan scaffold f.jsonl --prefix MyDev --output-dir sim\n"
+            "next: write one file for each device model\n"
+            "  fabscan dump f.jsonl --prefix MyDev --one-per-model\n");
+  EXPECT_EQ(Text("f.jsonl", CheckedNodes::kSelected),
+            "next: write one file for each device model\n"
+            "  fabscan dump f.jsonl --guid 0x0000000000000001 --guid 0x0000000000000002 "
+            "--prefix MyDev --one-per-model\n");
+}
+
+TEST_F(NextStepsTest, FileNamesAreWordsOfAShell) {
+  Add("SW", {{"setNodeInfo", kBlock}});
+  EXPECT_NE(Text("it's mine.jsonl").find("scaffold 'it'\\''s mine.jsonl' --prefix"),
+            std::string::npos);
+  EXPECT_NE(Text("-x").find("scaffold ./-x --prefix"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace fabscan
