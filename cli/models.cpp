@@ -13,6 +13,7 @@
 #include "guid_options.h"
 #include "json_result.h"
 #include "listed_models.h"
+#include "next_command.h"
 #include "node_text.h"
 #include "read_limits.h"
 #include "read_snapshot.h"
@@ -50,32 +51,32 @@ void PrintText(const ModelsOptions& options, const std::vector<ListedModel>& lis
                   Counted(list.size(), "device model"));
   text += LeftOutText(nodes_outside);
   if (!list.empty()) {
-    Table table({{"nodes", true},
-                 {"kind"},
+    Table table({{"model"},
+                 {"nodes", true},
+                 {"type"},
                  {"vendor"},
                  {"device"},
                  {"revision"},
                  {"PSID"},
                  {"firmware"},
+                 {"records", true},
                  {"representative"},
                  {"", false, Narrow::kCut}});
     for (const ListedModel& listed : list) {
       const DeviceModel& model = listed.model;
       const DeviceModelKey& key = model.key;
-      table.AddRow({std::to_string(model.nodes), KindText(key.type, key.special),
+      table.AddRow({listed.prefix, std::to_string(model.nodes), KindText(key.type, key.special),
                     IdText(key.vendor_id, 6), IdText(key.device_id, 4), IdText(key.revision, 1),
-                    OrDash(PsidText(key)), OrDash(FirmwareText(key)),
+                    OrDash(PsidText(key)), OrDash(FirmwareText(key)), std::to_string(model.records),
                     GuidText(model.representative->guid), model.representative->name});
     }
     text += '\n' + table.text(terminal) +
             fmt::format(
-                "\nTo dump one of each:\n"
-                "  fabscan dump {} --prefix MyDev --one-per-model\n"
-                "To dump one alone:\n",
-                ShellWord(options.snapshot));
-    for (const ListedModel& listed : list) {
-      text += "  " + DumpLine(options.snapshot, listed) + '\n';
-    }
+                "\nTo make simulated devices, one for each model:\n"
+                "  {}\n"
+                "To write only the exact generated files:\n"
+                "  fabscan dump {} --prefix MyDev --one-per-model\n",
+                ScaffoldLine(options.snapshot, "MyDev"), ShellWord(options.snapshot));
   }
   std::cout << text;
 }
@@ -91,6 +92,7 @@ void PrintJson(const ModelsOptions& options, const std::vector<ListedModel>& lis
     const DeviceModel& model = listed.model;
     json.BeginObject();
     json.Count("nodes", model.nodes);
+    json.Count("records", model.records);
     json.Text("type", WordFor(kNodeTypeWords, model.key.type));
     if (model.key.special != IB_NOT_SPECIAL_PORT) {
       json.Text("specialNode", WordFor(kSpecialNodeWords, model.key.special));
@@ -126,9 +128,10 @@ std::function<ExitStatus()> AddModels(CLI::App& app) {
   app.add_flag("--json", options->json, "Print one JSON object");
   AddReadLimits(app, options->reading);
   app.footer(
-      "Nodes are of one model when they agree in kind, vendor and device id, hardware revision, "
-      "PSID and firmware.\n"
-      "Example: the models of a fabric, with the line that dumps each\n"
+      "Nodes are of one model if they agree in type, vendor and device ID, hardware revision, PSID "
+      "and firmware. The representative is the node with the most records collected, its ports "
+      "included; of several, the first by name.\n"
+      "Example: the models of a fabric, and the command that simulates them\n"
       "  fabscan models fabric.jsonl");
   return [options] { return Models(*options); };
 }

@@ -2,7 +2,7 @@
 
 import json
 
-from command_line import DONE, FAILED, CommandTest, main, snapshot, switch
+from command_line import DONE, EXAMPLES, FAILED, CommandTest, main, snapshot, switch
 
 
 def node_info(**fields):
@@ -34,23 +34,21 @@ class Models(CommandTest):
             "my fabric.jsonl: 5 nodes, 4 device models\n"
             "left out, since outside the sub-fabric: 1 node\n"
             "\n"
-            "nodes  kind     vendor    device  revision  PSID  firmware  representative\n"
-            "    2  SW       0x5a1e0c  0xd2f0  0xa0      -     -         0x0000000000001001  "
-            "spine-00001\n"
-            "    1  CA       0x5a1e0c  0x1021  -         -     -         0x0000000000100001  "
-            "host-00001\n"
-            "    1  CA (AN)  0x5a1e0c  0x1021  -         -     -         0x0000000000100002  "
-            "host-00002\n"
-            "    1  SW       -         -       -         -     -         0x0000000000000009  "
-            "unknown\n"
+            "model     nodes  type     vendor    device  revision  PSID  firmware  records  "
+            "representative\n"
+            "SW_d2f0       2  SW       0x5a1e0c  0xd2f0  0xa0      -     -               1  "
+            "0x0000000000001001  spine-00001\n"
+            "HCA_1021      1  CA       0x5a1e0c  0x1021  -         -     -               1  "
+            "0x0000000000100001  host-00001\n"
+            "AN_1021       1  CA (AN)  0x5a1e0c  0x1021  -         -     -               1  "
+            "0x0000000000100002  host-00002\n"
+            "SW_0000       1  SW       -         -       -         -     -               0  "
+            "0x0000000000000009  unknown\n"
             "\n"
-            "To dump one of each:\n"
-            "  fabscan dump 'my fabric.jsonl' --prefix MyDev --one-per-model\n"
-            "To dump one alone:\n"
-            "  fabscan dump 'my fabric.jsonl' --prefix SW_d2f0 --guid 0x0000000000001001\n"
-            "  fabscan dump 'my fabric.jsonl' --prefix HCA_1021 --guid 0x0000000000100001\n"
-            "  fabscan dump 'my fabric.jsonl' --prefix AN_1021 --guid 0x0000000000100002\n"
-            "  fabscan dump 'my fabric.jsonl' --prefix SW_0000 --guid 0x0000000000000009\n")
+            "To make simulated devices, one for each model:\n"
+            "  fabscan scaffold 'my fabric.jsonl' --prefix MyDev --output-dir sim\n"
+            "To write only the exact generated files:\n"
+            "  fabscan dump 'my fabric.jsonl' --prefix MyDev --one-per-model\n")
         self.assertEqual(run.returncode, DONE)
 
     def test_json(self):
@@ -59,11 +57,19 @@ class Models(CommandTest):
         self.assertEqual((result["nodes"], result["outsideSubFabric"]), (3, 0))
         self.assertEqual(
             result["models"][0],
-            {"nodes": 2, "type": "SW", "vendorID": 0x5a1e0c, "deviceID": 0xd2f0,
+            {"nodes": 2, "records": 1, "type": "SW", "vendorID": 0x5a1e0c, "deviceID": 0xd2f0,
              "revision": 0xa0, "psid": "", "firmware": "", "name": "spine-00001",
              "guid": "0x0000000000001001", "prefix": "SW_d2f0",
              "dump": "fabscan dump f.jsonl --prefix SW_d2f0 --guid 0x0000000000001001"})
         self.assertEqual([model["nodes"] for model in result["models"]], [2, 1])
+
+    def test_the_representative_has_the_most_records(self):
+        port = {"num": 1, "state": "ACTIVE", "attributes": {"SMP_PortInfo": json.loads(
+            (EXAMPLES / "demo.fabscan.jsonl").read_text().splitlines()[1])["ports"][0]["attributes"][
+                "SMP_PortInfo"]}}
+        path = self.put("f.jsonl", snapshot(host(1), host(2, ports=[port]), host(3, ports=[port])))
+        (model,) = json.loads(self.run_command("models", path, "--json").stdout)["models"]
+        self.assertEqual((model["nodes"], model["records"], model["name"]), (3, 2, "host-00002"))
 
     def test_the_dump_lines_work(self):
         path = self.put("f.jsonl", snapshot(host(1), spine(1), host(2, specialNode="AN")))

@@ -26,8 +26,8 @@ class Selection(CommandTest):
         self.assertEqual(self.names("--name", "leaf*"), LEAVES)
         self.assertEqual(self.names("--name", "leaf-0[13]/U?"), LEAVES[:1])
         self.assertEqual(self.names("--type", "Router"), ["router-01"])
-        self.assertEqual(self.names("--model", "RTR_d2f6"), ["router-01"])
-        self.assertEqual(self.names("--model", "0xd2f0"), LEAVES[:1])
+        self.assertEqual(self.names("--model", "RTR_5a52"), ["router-01"])
+        self.assertEqual(self.names("--model", "0x5a50"), LEAVES[:1])
 
     def test_values_widen_and_options_narrow(self):
         self.assertEqual(self.names("--name", "leaf*", "--name", "router*"), [*LEAVES, "router-01"])
@@ -85,11 +85,10 @@ class Selection(CommandTest):
                           "--type: 'node' is not a node type; expected SW (switch), CA (adapter, "
                           "HCA) or RTR (router)", WRONG_USAGE)
 
-    def test_one_per_model_selects_itself(self):
-        self.assert_fails(self.run_command("dump", DEMO, "--prefix", "P", "--one-per-model",
-                                           "--guid-file", "x", "--name", "a", "--type", "SW"),
-                          "--one-per-model selects the nodes and cannot be combined with --guid-file, "
-                          "--name and --type", WRONG_USAGE)
+    def test_one_per_model_is_of_the_selected_nodes(self):
+        run = self.run_command("dump", DEMO, "--prefix", "P", "--one-per-model", "--name", "leaf*")
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+        self.assertEqual(self.entries(), ["p_sw_5a40_generated.cpp", "p_sw_5a50_generated.cpp"])
 
 
 if __name__ == "__main__":

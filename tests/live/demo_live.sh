@@ -11,13 +11,8 @@ extra=$(realpath "$here/../../examples/extra.jsonl")
 host=H-5a1e0c0000100000
 switch=0x5a1e0c0000200000
 
-bold= plain=
-if [ -t 1 ] && [ -z "${NO_COLOR-}" ]; then bold=$'\033[1m' plain=$'\033[0m'; fi
-say() { printf '\n%s%s%s\n' "$bold" "$*" "$plain"; }
-show() {
-  printf '$ %s\n' "$*"
-  "$@"
-}
+source "$here/../../examples/steps.sh"
+command -v make >/dev/null || export CMAKE_GENERATOR=Ninja
 
 preload=$(echo /usr/lib/*/umad2sim/libumad2sim.so)
 [ -e "$preload" ] || {
@@ -45,9 +40,10 @@ routing, private forwarding tables, congestion control, firmware. Without them s
 functions hold an #error line instead of values, so that an incomplete device cannot be built
 unnoticed. There are two ways on:
 
-  - merge a second snapshot, with what another collector read. This demonstration does that, with
-    examples/extra.jsonl; docs/discovery.md explains how to write one.
-  - let 'fabscan dump --buildable' leave those functions empty.
+  - 'fabscan scaffold' writes devices that build: there, those functions set no values.
+  - 'fabscan merge' adds what another collector read; docs/discovery.md explains how to write that.
+
+This demonstration does both.
 TEXT
 
 say "A simulated fabric: two switches, two adapters, a router"
@@ -66,6 +62,14 @@ cd "$work" # the simulator's clients keep a directory here while they run
 say "Discover it, as on a host of a real fabric"
 show env SIM_HOST="$host" LD_PRELOAD="$preload" \
   timeout 60 "$fabscan" discover --output "$directory/fabric.jsonl" --force
+
+say "One simulated device for each device model, as a project that builds"
+rm -rf "$directory/sim"
+show timeout 60 "$fabscan" scaffold "$directory/fabric.jsonl" --prefix MyDev \
+  --output-dir "$directory/sim"
+show_quietly cmake -S "$directory/sim" -B "$directory/sim/build"
+show_quietly cmake --build "$directory/sim/build"
+show "$directory/sim/build/simulated_devices"
 
 say "Complete one of its switches with what another collector read"
 show timeout 60 "$fabscan" merge "$directory/fabric.jsonl" "$extra" \
