@@ -9,8 +9,8 @@ namespace fabscan {
 
 namespace {
 
-constexpr std::uint64_t kFirstSwitchGuid = 0x0c42a10300a00000;
-constexpr std::uint64_t kFirstAdapterGuid = 0x0c42a10300d00000;
+constexpr std::uint64_t kFirstSwitchGuid = 0x5a1e0c0300a00000;
+constexpr std::uint64_t kFirstAdapterGuid = 0x5a1e0c0300d00000;
 
 /// Gives the port some answer, in which the device offers PortInfoExtended.
 void FillPort(CacheBuilder::Port& port, Numbers& numbers) {

@@ -11,8 +11,8 @@ namespace fabscan {
 
 namespace {
 
-constexpr std::uint64_t kFirstSwitchGuid = 0x0c42a10300a00000;
-constexpr std::uint64_t kFirstAdapterGuid = 0x0c42a10300d00000;
+constexpr std::uint64_t kFirstSwitchGuid = 0x5a1e0c0300a00000;
+constexpr std::uint64_t kFirstAdapterGuid = 0x5a1e0c0300d00000;
 constexpr unsigned kMarkedPorts = 3;  // the last ports of a switch: FNM, FNM1, special
 constexpr unsigned kSpinesPerLeaf = 2;
 

@@ -74,7 +74,7 @@ void ReadAll(benchmark::State& state) {
 }
 
 void DumpThreeNodes(benchmark::State& state) {
-  const std::set<u_int64_t> guids = {0x0c42a10300a00007, 0x0c42a10300d00005, 0x0c42a10300d00f00};
+  const std::set<u_int64_t> guids = {0x5a1e0c0300a00007, 0x5a1e0c0300d00005, 0x5a1e0c0300d00f00};
   Measure(state, [&] {
     auto fabscan = Read(&guids);
     fabscan->setOutputFolder(Snapshot().parent_path().string());

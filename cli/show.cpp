@@ -56,7 +56,7 @@ std::function<ExitStatus()> AddShow(CLI::App& app) {
       "Without --guid, a line a node and what was collected in all; with it, all of these nodes, "
       "port by port.\n"
       "Example: the ports of one switch, and what was collected of each\n"
-      "  fabscan show fabric.jsonl --guid 0x2c90000000001");
+      "  fabscan show fabric.jsonl --guid 0x5a1e0c0000000200");
   return [options] { return Show(*options); };
 }
 

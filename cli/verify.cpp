@@ -175,7 +175,7 @@ std::function<ExitStatus()> AddVerify(CLI::App& app) {
   app.footer(
       "Without --guid, one node of each device model is verified.\n"
       "Example: prove with another compiler that one switch is simulated as it reported itself\n"
-      "  fabscan verify fabric.jsonl --guid 0x2c90000000001 --compiler clang++");
+      "  fabscan verify fabric.jsonl --guid 0x5a1e0c0000000200 --compiler clang++");
   return [options] { return Verify(*options); };
 }
 

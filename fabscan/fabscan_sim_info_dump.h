@@ -25,7 +25,7 @@ extern const std::vector<const char*> PortInfoCapMask2Bits;  // 16 bits
 ///
 ///     Fabscan fabscan;                       // filled by discovery or from a saved fabric
 ///     SimInfoDumpCPP dump(fabscan);
-///     int status = dump.Generate("MyDev", {0x0002c90300001234});
+///     int status = dump.Generate("MyDev", {0x5a1e0c0000001234});
 ///
 /// `Generate` is the entry. The emitters below write the body of one generated function each, to
 /// the stream they are given, and leave its last line without a line end. An emitter whose data is

@@ -57,7 +57,7 @@ int Read(const fabscan::SnapshotReadOptions& options) {
 int ReadAll() { return Read({}); }
 
 int ReadThree() {
-  const std::set<u_int64_t> guids = {0x0c42a10300a00007, 0x0c42a10300d00005, 0x0c42a10300d00070};
+  const std::set<u_int64_t> guids = {0x5a1e0c0300a00007, 0x5a1e0c0300d00005, 0x5a1e0c0300d00070};
   fabscan::SnapshotReadOptions options;
   options.guids = &guids;
   return Read(options);

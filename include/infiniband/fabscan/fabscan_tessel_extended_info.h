@@ -16,7 +16,7 @@
 /// records; they stay where they are until it is cleared or goes. Records are put in by node or
 /// port, so that none can stand under a wrong index:
 ///
-///     store.put<SMP_NodeInfo>(node).VendorID = 0x2c9;
+///     store.put<SMP_NodeInfo>(node).VendorID = 0x5a1e0c;
 ///     store.put(port, port_info);
 class TesselExtendedInfo {
  public:
