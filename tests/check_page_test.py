@@ -223,11 +223,13 @@ class Page(CommandTest):
             "[...document.querySelectorAll('#reasons > li')].map((item) => "
             "[item.querySelector('.why').textContent, item.querySelector('.remedy').textContent, "
             "[...item.querySelectorAll('.affected li')].map((entry) => entry.textContent)])")
-        self.assertEqual(causes[0][:2], ["SMP_NodeInfo absent (<b>timed out</b>)",
-                                         "Collect SMP_NodeInfo and add it with fabscan merge."])
-        self.assertEqual(causes[0][2], ["NodeInfo Failed to get NodeInfo mad for the node"])
-        [mask] = [cause for cause in causes if cause[0] == "smpCapabilityMask not collected"]
-        self.assertIn("ArInfo The node does not support AR", mask[2])
+        self.assertEqual(causes[0][:2],
+                         ["smpCapabilityMask not collected",
+                          "Collect smpCapabilityMask and add it with fabscan merge."])
+        self.assertIn("ArInfo The node does not support AR", causes[0][2])
+        self.assertIn(["SMP_NodeInfo absent (<b>timed out</b>)",
+                       "Collect SMP_NodeInfo and add it with fabscan merge.",
+                       ["NodeInfo Failed to get NodeInfo mad for the node"]], causes)
         self.assertNotEqual(
             self.browser.run("getComputedStyle(document.querySelector('q'), '::before').content"),
             "none")

@@ -204,13 +204,18 @@ class Causes(CommandTest):
                                r"setArInfo, setPrivateLftInfo, setEnhancedCongestionInfo, .*"
                                r"\(S1, S2\)\n")
         self.assertRegex(text, r"\. +1  SMP_SwitchInfo absent \(timed out\): affects setSwitchInfo\n")
+        self.put("zero.jsonl", snapshot(switch(smpCapabilityMask=self.NO_BITS)))
+        self.assertIn("not supported by the device: smpCapabilityMask bits 0 "
+                      "(IsPrivateLinearForwardingSupported) and 12 "
+                      "(IsPortSLToPrivateLFTMapSupported) are clear: affects setPrivateLftInfo (S1)",
+                      self.run_command("check", "zero.jsonl").stdout)
         self.assertRegex(text, r'E  k +2  "The node does not support AR"\n')
 
     def test_next(self):
         self.put("it's.jsonl", snapshot(switch()))
         lines = self.run_command("check", "it's.jsonl", "--summary").stdout.splitlines()
         self.assertEqual(lines[-4:], [
-            "next: collect smpCapabilityMask, gmpCapabilityMask, SMP_NodeInfo, SMP_PortInfo, "
+            "next: collect smpCapabilityMask, SMP_NodeInfo, SMP_PortInfo, gmpCapabilityMask, "
             "CC_EnhancedCongestionInfo (see docs/discovery.md), and add what you collected",
             "  fabscan merge 'it'\\''s.jsonl' extra.jsonl --output whole.jsonl",
             "next: write a project that builds, with one node of each device model",

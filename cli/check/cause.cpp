@@ -45,7 +45,7 @@ Cause ClearBitsCause(const Requirement& requirement, std::vector<unsigned> bits)
     named += fmt::format("{}{} ({})", named.empty() ? "" : " and ", bit,
                          BitName(requirement.mask, static_cast<u_int8_t>(bit)));
   }
-  cause.text = fmt::format("not supported by the device: {} {} {} clear", cause.mask,
+  cause.text = fmt::format("not supported by the device: {} {} {} {} clear", cause.mask,
                            cause.bits.size() == 1 ? "bit" : "bits", named,
                            cause.bits.size() == 1 ? "is" : "are");
   return cause;

@@ -16,7 +16,8 @@ bool ComesFirst(Mark one, Mark other) { return &RowOf(one) < &RowOf(other); }
 auto PlaceOf(const CauseGroup& group) {
   const bool is_shared = group.cause.code == CauseCode::kSharedClass;
   return std::tuple(!group.StopsBuild(), is_shared, &RowOf(group.mark),
-                    -static_cast<std::ptrdiff_t>(group.nodes.size()), group.functions,
+                    -static_cast<std::ptrdiff_t>(group.nodes.size()),
+                    -static_cast<std::ptrdiff_t>(group.functions.size()), group.functions,
                     std::string_view(group.cause.text));
 }
 
