@@ -13,7 +13,7 @@ class TwoHostsTest(LiveTestCase):
     def setUp(self):
         net = nets.two_switches()
         # Each host reaches this adapter by the other one of its ports.
-        self.dual = net.add("H", int(nets.THERE[2:], 16) + 0x100, 2, "dual HCA-1", 0x1017)
+        self.dual = net.add("H", int(nets.THERE[2:], 16) + 0x100, 2, "dual HCA-1")
         net.link(nets.LEAF, 5, self.dual, 1)
         net.link(nets.SPINE, 4, self.dual, 2)
         self.fabric = self.serve(net, nets.HERE)
