@@ -55,6 +55,7 @@ ExitStatus Check(const CheckOptions& options) {
     result.Add(node, generated);
     if (output) page.Add(node, generated);
   });
+  result.SortNodes();
   if (guids.empty()) result.LeaveOut(NodesOutside(fabscan.discovered_fabric));
 
   const CheckReport report(result, options.snapshot,

@@ -1,4 +1,5 @@
 #include <fmt/format.h>
+#include <guid_text.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -11,8 +12,8 @@
 #include "command.h"
 #include "counted.h"
 #include "fabric_differences.h"
-#include "guid_options.h"
 #include "json_result.h"
+#include "node_text.h"
 #include "progress.h"
 #include "read_limits.h"
 #include "read_snapshot.h"
@@ -34,6 +35,7 @@ struct DiffOptions {
   std::string second;
   bool by_name = false;
   std::vector<std::string> ignored;
+  IngressPort ingress_port = IngressPort::kIgnored;
   bool json = false;
   SnapshotReadOptions reading;
 };
@@ -47,9 +49,12 @@ struct DiffCounts {
   void Add(const Difference& difference, bool is_new_node) {
     ++differences;
     const bool whole = IsWholeNode(difference);
-    if (whole) ++(difference.second.empty() ? only_first : only_second);
+    if (whole) ++(InFirst(difference) ? only_first : only_second);
     if (!whole && is_new_node) ++nodes;
   }
+
+  /// Whether the first side is the one that has a whole node, port or record.
+  static bool InFirst(const Difference& difference) { return std::get<bool>(difference.first); }
 
   static bool IsWholeNode(const Difference& difference) {
     return difference.port == Difference::kNone && difference.record.empty() &&
@@ -72,6 +77,18 @@ std::string PlaceText(const Difference& difference) {
   return text;
 }
 
+/// For people: numbers of records in hexadecimal, and reasons harmless, as names are already.
+std::string ValueText(const Difference& difference, const DifferingValue& value) {
+  if (const bool* truth = std::get_if<bool>(&value)) return *truth ? "true" : "false";
+  if (const u_int64_t* number = std::get_if<u_int64_t>(&value)) {
+    return difference.record.empty() ? std::to_string(*number) : fmt::format("{:#x}", *number);
+  }
+  if (const std::string* text = std::get_if<std::string>(&value)) {
+    return difference.field.rfind("absent.", 0) == 0 ? ReasonText(*text) : *text;
+  }
+  return "nothing";
+}
+
 class TextReport {
  public:
   TextReport(const DiffOptions& options, const Terminal& terminal)
@@ -92,26 +109,36 @@ class TextReport {
 
   bool Finish() {
     if (counts_.differences == 0) return true;
-    const std::string summary = fmt::format(
-        "{}: {} in both, {} only in {}, {} only in {}", Counted(counts_.differences, "difference"),
-        Counted(counts_.nodes, "node"), counts_.only_first, InputName(options_.first),
-        counts_.only_second, InputName(options_.second));
+    const std::string summary =
+        fmt::format("{}: {}", Counted(counts_.differences, "difference"), WhereText());
     std::cout << '\n' << Paragraph(summary, terminal_);
     return false;
   }
 
  private:
-  std::string Values(const Difference& difference) const {
-    if (difference.whole) {
-      return difference.second.empty() ? Removed("only in " + InputName(options_.first))
-                                       : Added("only in " + InputName(options_.second));
-    }
-    return Removed(Shown(difference.first)) + " -> " + Added(Shown(difference.second));
+  /// `in 2 nodes; 1 node only in a.jsonl`
+  std::string WhereText() const {
+    std::string text;
+    if (counts_.nodes != 0) text = "in " + Counted(counts_.nodes, "node");
+    const auto add = [&text](std::size_t nodes, const std::string& path) {
+      if (nodes == 0) return;
+      text += fmt::format("{}{} only in {}", text.empty() ? "" : "; ", Counted(nodes, "node"),
+                          InputName(path));
+    };
+    add(counts_.only_first, options_.first);
+    add(counts_.only_second, options_.second);
+    return text;
   }
 
-  static std::string Shown(const std::string& value) {
-    return value.empty() ? std::string("nothing") : value;
+  std::string Values(const Difference& difference) const {
+    if (difference.whole) {
+      return DiffCounts::InFirst(difference) ? Removed("only in " + InputName(options_.first))
+                                             : Added("only in " + InputName(options_.second));
+    }
+    return Removed(ValueText(difference, difference.first)) + " -> " +
+           Added(ValueText(difference, difference.second));
   }
+
   std::string Removed(const std::string& text) const {
     return Painted(text, Style::kBad, terminal_);
   }
@@ -146,8 +173,8 @@ class JsonReport {
       json_.Count("index", static_cast<u_int64_t>(difference.index));
     }
     if (!difference.field.empty()) json_.Text("field", difference.field);
-    if (!difference.first.empty()) json_.Text("first", difference.first);
-    if (!difference.second.empty()) json_.Text("second", difference.second);
+    AddValue("first", difference.first);
+    AddValue("second", difference.second);
     json_.EndObject();
     json_.Flush();
   }
@@ -159,12 +186,19 @@ class JsonReport {
   }
 
  private:
+  void AddValue(std::string_view key, const DifferingValue& value) {
+    if (const bool* truth = std::get_if<bool>(&value)) json_.Truth(key, *truth);
+    if (const u_int64_t* number = std::get_if<u_int64_t>(&value)) json_.Count(key, *number);
+    if (const std::string* text = std::get_if<std::string>(&value)) json_.Text(key, *text);
+  }
+
   JsonResult json_;
   bool same_ = true;
 };
 
 ExitStatus Compare(const DiffOptions& options) {
-  ComparisonOptions comparison{options.by_name, IgnoredFields(options.ignored)};
+  ComparisonOptions comparison{options.by_name, IgnoredFields(options.ignored),
+                               options.ingress_port};
   Fabscan first;
   Fabscan second;
   ReadSnapshotWithProgress(options.first, first, options.reading);
@@ -213,15 +247,16 @@ std::function<ExitStatus()> AddDiff(CLI::App& app) {
   app.add_option("B", options->second, "The other one")->required();
   app.add_flag("--by-name", options->by_name, "Join nodes by their names rather than their GUIDs");
   app.add_option("--ignore", options->ignored,
-                 "A key, record or field to pass over, as snapshots name it; may be repeated")
+                 "Ignore a key, record or field, as snapshots name it (repeatable)")
       ->type_name("FIELD")
       ->allow_extra_args(false);
+  AddIngressPort(app, options->ingress_port, "Also compare");
   app.add_flag("--json", options->json, "Print one JSON object");
   AddReadLimits(app, options->reading);
   app.footer(
       "Exit status: 0 when the two are the same, 1 when they differ, 2 for wrong usage or a file "
       "that cannot be read.\n"
-      "Example: what changed since yesterday, but for port states and one record's LID\n"
+      "Example: what changed since yesterday, ignoring port states and the LID in PortInfo\n"
       "  fabscan diff yesterday.jsonl today.jsonl --ignore state --ignore SMP_PortInfo.LID");
   return [options] { return Diff(*options); };
 }

@@ -25,6 +25,7 @@ struct MergeOptions {
   std::string extra;
   SnapshotOutputOptions output;
   Prefer prefer = Prefer::kNeither;
+  IngressPort ingress_port = IngressPort::kIgnored;
   SnapshotReadOptions reading;
 };
 
@@ -32,7 +33,7 @@ MergeResult MergeOrRefuse(const MergeOptions& options, const Fabscan& base, cons
                           Fabscan& merged) {
   MergeResult result;
   try {
-    result = MergeFabrics(base, extra, options.prefer, merged);
+    result = MergeFabrics(base, extra, options.prefer, merged, options.ingress_port);
   } catch (const std::invalid_argument& error) {
     throw CommandError(fmt::format("{} and {} do not fit together: {}; are they of one fabric?",
                                    InputName(options.base), InputName(options.extra),
@@ -82,6 +83,7 @@ std::function<ExitStatus()> AddMerge(CLI::App& app) {
       ->transform(CLI::Transformer(words).description(""))
       ->transform(CLI::IsMember(words).description(""))  // comes first, and takes no number
       ->type_name("base|extra");
+  AddIngressPort(app, options->ingress_port, "Refuse also contradictions in");
   AddReadLimits(app, options->reading);
   app.footer(
       "Nodes are joined by GUID, ports by number. Without --prefer, values that differ are an "

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "command.h"
+#include "natural_order.h"
 #include "node_selection.h"
 #include "read_limits.h"
 #include "show_report.h"
@@ -25,8 +26,7 @@ ExitStatus Show(const ShowOptions& options) {
   const SelectedSnapshot selected = options.nodes.Read(options.snapshot, fabscan, options.reading,
                                                        {"show", NodeScope::kWholeFabric});
   ShownSnapshot shown{options.snapshot, selected.header, fabscan, {}};
-  for (const auto& entry : fabscan.discovered_fabric.NodeByName) {
-    const IBNode* node = entry.second;
+  for (const IBNode* node : NodesInNaturalOrder(fabscan.discovered_fabric)) {
     if (selected.Has(*node)) shown.nodes.push_back(node);
   }
 

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "command.h"
+#include "natural_order.h"
 #include "node_selection.h"
 #include "progress.h"
 #include "read_limits.h"
@@ -117,9 +118,10 @@ ExitStatus Verify(const VerifyOptions& options) {
                                         .Read(options.snapshot, fabscan, options.reading,
                                               {"verify", NodeScope::kSubFabric, Unmatched::kRefuse})
                                         .guids;
-  const std::vector<const IBNode*> nodes = guids.empty()
-                                               ? RepresentativeNodes(fabscan)
-                                               : SelectedNodes(fabscan.discovered_fabric, guids);
+  std::vector<const IBNode*> nodes = guids.empty()
+                                         ? RepresentativeNodes(fabscan)
+                                         : SelectedNodes(fabscan.discovered_fabric, guids);
+  SortNaturally(nodes);
 
   const Workspace workspace = MakeWorkspace(folder, options.compiler);
   Run run(fabscan, workspace, nodes);

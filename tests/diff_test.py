@@ -54,7 +54,7 @@ class Diff(CommandTest):
             f"  port {leaf['ports'][-1]['num']}: only in a.jsonl\n"
             "new (0x0000000000000001): only in b.jsonl\n"
             "\n"
-            "7 differences: 1 node in both, 1 only in a.jsonl, 1 only in b.jsonl\n")
+            "7 differences: in 1 node; 1 node only in a.jsonl; 1 node only in b.jsonl\n")
         self.assertEqual((run.returncode, run.stderr), (DIFFERENT, ""))
 
     def test_ignore(self):
@@ -83,24 +83,71 @@ class Diff(CommandTest):
             "router-01 (0x5a1e0c0000000500)\n"
             "  guid: 0x5a1e0c0000000500 -> 0x0000000000000077\n"
             "\n"
-            "1 difference: 1 node in both, 0 only in a.jsonl, 0 only in b.jsonl\n")
+            "1 difference: in 1 node\n")
         self.assertEqual(self.diff(other, "--by-name", "--ignore", "guid").returncode, SAME)
 
     def test_json(self):
         def change(nodes):
-            nodes[0x5a1e0c0000000200]["attributes"]["SMP_NodeInfo"]["DeviceID"] = 1
+            leaf = nodes[0x5a1e0c0000000200]
+            leaf["attributes"]["SMP_NodeInfo"]["DeviceID"] = 1
+            leaf["attributes"]["SMP_NodeInfo"]["NodeGUID"] = "0x2"
+            leaf["inSubFabric"] = False
+            del leaf["attributes"]["SMP_SwitchInfo"]
+            leaf["absent"] = {"SMP_SwitchInfo": "\x1b"}
+            nodes[1] = switch("new", "0x1")
 
         run = self.diff(self.changed(change), "--json")
         self.assertEqual(run.returncode, DIFFERENT)
+        leaf = {"name": "leaf-01/U1", "guid": "0x5a1e0c0000000200"}
         self.assertEqual(
             json.loads(run.stdout),
             {"first": "a.jsonl", "second": "b.jsonl", "same": False,
-             "differences": [{"name": "leaf-01/U1", "guid": "0x5a1e0c0000000200",
-                              "record": "SMP_NodeInfo", "field": "DeviceID",
-                              "first": "0x5a50", "second": "0x1"}]})
+             "differences": [
+                 {**leaf, "field": "inSubFabric", "first": True, "second": False},
+                 {**leaf, "record": "SMP_NodeInfo", "field": "NodeGUID",
+                  "first": "0x5a1e0c0000000200", "second": "0x2"},
+                 {**leaf, "record": "SMP_NodeInfo", "field": "DeviceID",
+                  "first": 0x5a50, "second": 1},
+                 {**leaf, "record": "SMP_SwitchInfo", "first": True, "second": False},
+                 {**leaf, "field": "absent.SMP_SwitchInfo", "second": "\x1b"},
+                 {"name": "new", "guid": "0x0000000000000001", "first": False, "second": True}]})
         run = self.diff(DEMO, "--json")
         self.assertEqual(run.returncode, SAME)
         self.assertEqual(json.loads(run.stdout)["same"], True)
+
+    def test_texts_are_harmless_on_a_terminal(self):
+        self.put("one.jsonl", snapshot(switch("a\x1b[1m", absent={"SMP_NodeInfo": "\x1b]0;%\x07"})))
+        self.put("other.jsonl", snapshot(switch("a", absent={"SMP_NodeInfo": ""})))
+        run = self.run_command("diff", "one.jsonl", "other.jsonl")
+        self.assertEqual(run.stdout, "a%1B[1m (0x0000000000000001)\n"
+                                     "  name: a%1B[1m -> a\n"
+                                     "  absent.SMP_NodeInfo: %1B]0;%%07 -> without a reason\n"
+                                     "\n"
+                                     "2 differences: in 1 node\n")
+
+    def test_two_hosts(self):
+        def change(nodes):
+            for guid in (0x5a1e0c0000000200, 0x5a1e0c0000000600):
+                info = nodes[guid]["attributes"]["SMP_NodeInfo"]
+                info["LocalPortNum"] += 1
+                info["PortGUID"] = "0x1"
+            port = nodes[0x5a1e0c0000000200]["ports"][3]
+            port["attributes"]["SMP_PortInfo"]["LocalPortNum"] += 1
+
+        other = self.changed(change)
+        run = self.diff(other)
+        self.assertIn("leaf-01/U1 (0x5a1e0c0000000200)\n  SMP_NodeInfo.PortGUID: ", run.stdout)
+        self.assertIn("\n1 difference: in 1 node\n", run.stdout)
+        run = self.diff(other, "--include-ingress-port")
+        self.assertIn("\n5 differences: in 2 nodes\n", run.stdout)
+
+    def test_nodes_are_listed_in_natural_order(self):
+        self.put("one.jsonl", snapshot(*(switch(f"leaf{n}", hex(n)) for n in (10, 9, 1))))
+        self.put("none.jsonl", snapshot())
+        run = self.run_command("diff", "one.jsonl", "none.jsonl")
+        self.assertEqual([line.split()[0] for line in run.stdout.splitlines()[:3]],
+                         ["leaf1", "leaf9", "leaf10"])
+        self.assertIn("\n3 differences: 3 nodes only in one.jsonl\n", run.stdout)
 
     def test_a_file_that_cannot_be_read_is_told_from_a_difference(self):
         self.assert_fails(self.diff("none.jsonl"),

@@ -1,8 +1,10 @@
 """How subcommands select nodes: --guid, --guid-file, --name, --type and --model."""
 
 import json
+import re
 
-from command_line import DONE, EXAMPLES, FAILED, WRONG_USAGE, CommandTest, main
+from command_line import (DONE, EXAMPLES, FAILED, WRONG_USAGE, CommandTest, main, snapshot,
+                          switch)
 
 DEMO = EXAMPLES / "demo.fabscan.jsonl"
 LEAVES = ["leaf-01/U1", "leaf-02/U1"]
@@ -89,6 +91,41 @@ class Selection(CommandTest):
         run = self.run_command("dump", DEMO, "--prefix", "P", "--one-per-model", "--name", "leaf*")
         self.assertEqual((run.returncode, run.stderr), (DONE, ""))
         self.assertEqual(self.entries(), ["p_sw_5a40_generated.cpp", "p_sw_5a50_generated.cpp"])
+
+
+class Order(CommandTest):
+    """Lists are in natural order; the generator has its own."""
+
+    NAMES = ["leaf1", "leaf2", "leaf10", "leaf10/U2", "leaf10/U10"]
+
+    def setUp(self):
+        super().setUp()
+        self.put("f.jsonl", snapshot(*(switch(name, hex(guid), attributes={"SMP_NodeInfo": {
+            "ClassVersion": 1, "BaseVersion": 1, "DeviceID": guid, "PartitionCap": 1,
+            "revision": 1, "VendorID": 0x5a1e0c}})
+            for guid, name in enumerate(sorted(self.NAMES), 1))))
+
+    def test_json(self):
+        for subcommand, key in (("show", "nodes"), ("check", "nodes"), ("models", "models")):
+            run = self.run_command(subcommand, "f.jsonl", "--json")
+            self.assertEqual([each["name"] for each in json.loads(run.stdout)[key]], self.NAMES,
+                             subcommand)
+
+    def test_text(self):
+        for subcommand in ("show", "check", "models"):
+            rows = [line.split()[-1] for line in
+                    self.run_command(subcommand, "f.jsonl").stdout.splitlines() if line]
+            self.assertEqual([word for word in rows if word in self.NAMES], self.NAMES, subcommand)
+
+    def test_page(self):
+        page = self.run_command("check", "f.jsonl", "--html", "-").stdout
+        places = [page.index(f'["{name}",') for name in self.NAMES]
+        self.assertEqual(places, sorted(places))
+
+    def test_generated_file(self):
+        self.run_command("dump", "f.jsonl", "--prefix", "P")
+        text = (self.folder / "p_generated.cpp").read_text()
+        self.assertEqual(re.findall(r"Node GUID: 0x0*(\d)", text), ["1", "2", "3", "4", "5"])
 
 
 if __name__ == "__main__":

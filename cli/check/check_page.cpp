@@ -164,7 +164,7 @@ TextParts TakeApart(std::string_view text, std::string_view node_name) {
 }
 
 void CheckPage::Add(const IBNode& node, const GeneratedNode& generated) {
-  std::vector<Text>& texts = texts_.emplace_back();
+  std::vector<Text>& texts = texts_[&node];
   for (const GeneratedFunction& function : generated.functions) {
     TextParts parts = TakeApart(function.body, node.name);
     texts.push_back({numberOfFrame(parts.frame), values_.Number(std::move(parts.values))});
@@ -212,18 +212,18 @@ std::string CheckPage::Data(const CheckReport& report) const {
   NumberedTexts reasons;
   json.Key("nodes");
   json.BeginArray();
-  for (std::size_t n = 0; n < texts_.size(); ++n) {
-    const CheckedNode& node = result.nodes()[n];
+  for (const CheckedNode& node : result.nodes()) {
+    const std::vector<Text>& texts = texts_.at(node.node);
     json.BeginArray();
     json.String(node.node->name);
     json.String(GuidText(node.node->guid));
     json.String(node.class_word);
     json.BeginArray();
-    for (std::size_t f = 0; f < texts_[n].size(); ++f) {
+    for (std::size_t f = 0; f < texts.size(); ++f) {
       const CheckedFunction& function = node.functions[f];
       const std::size_t reason = reasons.Number(std::string(result.reason(function.reason)));
       const auto mark = static_cast<std::size_t>(&RowOf(function.mark) - kMarkRows);
-      const Text& written = texts_[n][f];
+      const Text& written = texts[f];
       json.Number(
           cells
               .emplace(CellNumbers(mark, function.cause, reason, written.frame, written.values),

@@ -40,7 +40,7 @@ TextParts TakeApart(std::string_view text, std::string_view node_name);
 class CheckPage {
  public:
   void Add(const IBNode& node, const GeneratedNode& generated);
-  /// `report` is of the nodes that were added here, in the same order.
+  /// `report` is of the nodes that were added here.
   void Write(std::ostream& out, const CheckReport& report) const;
 
  private:
@@ -54,7 +54,7 @@ class CheckPage {
   NumberedTexts lines_;
   NumberedTexts frames_;  // numbers of lines
   NumberedTexts values_;
-  std::vector<std::vector<Text>> texts_;  // by node, by function
+  std::unordered_map<const IBNode*, std::vector<Text>> texts_;  // by function
 };
 
 }  // namespace fabscan

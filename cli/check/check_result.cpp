@@ -1,5 +1,9 @@
 #include "check_result.h"
 
+#include <algorithm>
+
+#include "natural_order.h"
+
 namespace fabscan {
 
 namespace {
@@ -36,6 +40,12 @@ void CheckResult::Add(const IBNode& node, const GeneratedNode& generated) {
     std::optional<Cause> cause = CauseOf(fabric_, node, function);
     if (cause) entry.cause = numberOf(std::move(*cause));
   }
+}
+
+void CheckResult::SortNodes() {
+  std::sort(nodes_.begin(), nodes_.end(), [](const CheckedNode& one, const CheckedNode& other) {
+    return NaturallyBefore(*one.node, *other.node);
+  });
 }
 
 u_int32_t CheckResult::numberOf(std::string reason) {

@@ -46,6 +46,8 @@ class CheckResult {
   CheckResult& operator=(const CheckResult&) = delete;
 
   void Add(const IBNode& node, const GeneratedNode& generated);
+  /// Into natural order, once all are added.
+  void SortNodes();
   /// So many nodes are not checked: they are outside the sub-fabric.
   void LeaveOut(std::size_t nodes) { left_out_ = nodes; }
   std::size_t leftOut() const { return left_out_; }

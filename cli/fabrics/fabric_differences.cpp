@@ -1,22 +1,36 @@
 #include "fabric_differences.h"
 
 #include <fmt/format.h>
+#include <guid_text.h>
 #include <record_fields.h>
 #include <words.h>
 
 #include <cstring>
 
-#include "guid_options.h"
+#include "natural_order.h"
 
 namespace fabscan {
 
 namespace {
 
-std::string YesOrNo(bool value) { return value ? "true" : "false"; }
+DifferingValue TextOrNothing(const std::string& text) {
+  return text.empty() ? DifferingValue() : text;
+}
 
-std::string SpecialText(const IBNode& node) {
-  return node.isSpecialNode() ? std::string(WordFor(kSpecialNodeWords, node.getSpecialNodeType()))
-                              : "none";
+template <class Words, class Value>
+DifferingValue WordValue(const Words& words, Value value) {
+  return std::string(WordFor(words, value));
+}
+
+DifferingValue SpecialWord(const IBNode& node) {
+  return node.isSpecialNode() ? WordValue(kSpecialNodeWords, node.getSpecialNodeType())
+                              : DifferingValue();
+}
+
+/// Snapshots have numbers of 64 bits as texts.
+DifferingValue Number(u_int64_t value, std::size_t size) {
+  if (size == sizeof value) return fmt::format("{:#x}", value);
+  return value;
 }
 
 class Comparison {
@@ -27,19 +41,19 @@ class Comparison {
 
   void Run() {
     std::size_t compared = 0;
-    for (const auto& entry : first_.discovered_fabric.NodeByName) {
+    for (const IBNode* node : NodesInNaturalOrder(first_.discovered_fabric)) {
       if (options_.progress) options_.progress(compared++, first_.discovered_fabric.nodeCount());
-      const IBNode* partner = PartnerOf(*entry.second, second_.discovered_fabric);
-      place_ = {entry.second};
+      const IBNode* partner = PartnerOf(*node, second_.discovered_fabric);
+      place_ = {node};
       if (partner == nullptr) {
         TellWhole(nullptr, true);
       } else {
-        CompareNodes(*entry.second, *partner);
+        CompareNodes(*node, *partner);
       }
     }
-    for (const auto& entry : second_.discovered_fabric.NodeByName) {
-      if (PartnerOf(*entry.second, first_.discovered_fabric) != nullptr) continue;
-      place_ = {entry.second};
+    for (const IBNode* node : NodesInNaturalOrder(second_.discovered_fabric)) {
+      if (PartnerOf(*node, first_.discovered_fabric) != nullptr) continue;
+      place_ = {node};
       TellWhole(nullptr, false);
     }
   }
@@ -51,7 +65,7 @@ class Comparison {
     return found == in.NodeByName.end() ? nullptr : found->second;
   }
 
-  void Tell(std::string field, std::string first, std::string second) {
+  void Tell(std::string field, DifferingValue first, DifferingValue second) {
     place_.field = std::move(field);
     place_.first = std::move(first);
     place_.second = std::move(second);
@@ -60,25 +74,26 @@ class Comparison {
 
   void TellWhole(const char* key, bool first_has_it) {
     place_.whole = true;
-    Tell(key == nullptr ? "" : key, first_has_it ? kThere : "", first_has_it ? "" : kThere);
+    Tell(key == nullptr ? "" : key, first_has_it, !first_has_it);
     place_.whole = false;
   }
 
   /// A value that nodes or ports have besides their records.
-  void CompareKey(const char* key, const std::string& first, const std::string& second) {
+  void CompareKey(const char* key, const DifferingValue& first, const DifferingValue& second) {
     if (first != second && !options_.ignored.Has(key)) Tell(key, first, second);
   }
 
   void CompareNodes(const IBNode& first, const IBNode& second) {
     CompareKey("name", first.name, second.name);
     CompareKey("guid", GuidText(first.guid), GuidText(second.guid));
-    CompareKey("type", std::string(WordFor(kNodeTypeWords, first.type)),
-               std::string(WordFor(kNodeTypeWords, second.type)));
-    CompareKey("numPorts", std::to_string(first.numPorts), std::to_string(second.numPorts));
-    CompareKey("alternativeName", first.getAlternativeName(), second.getAlternativeName());
-    CompareKey("inSubFabric", YesOrNo(first.in_sub_fabric), YesOrNo(second.in_sub_fabric));
-    CompareKey("specialNode", SpecialText(first), SpecialText(second));
-    CompareKey("opalSwitch", YesOrNo(first.isOpalSwitch()), YesOrNo(second.isOpalSwitch()));
+    CompareKey("type", WordValue(kNodeTypeWords, first.type),
+               WordValue(kNodeTypeWords, second.type));
+    CompareKey("numPorts", u_int64_t{first.numPorts}, u_int64_t{second.numPorts});
+    CompareKey("alternativeName", TextOrNothing(first.getAlternativeName()),
+               TextOrNothing(second.getAlternativeName()));
+    CompareKey("inSubFabric", first.in_sub_fabric, second.in_sub_fabric);
+    CompareKey("specialNode", SpecialWord(first), SpecialWord(second));
+    CompareKey("opalSwitch", first.isOpalSwitch(), second.isOpalSwitch());
     CompareMasks("smpCapabilityMask", first_.capability_module.find(first, false),
                  second_.capability_module.find(second, false));
     CompareMasks("gmpCapabilityMask", first_.capability_module.find(first, true),
@@ -112,12 +127,12 @@ class Comparison {
       TellWhole(nullptr, first != nullptr);
       return;
     }
-    CompareKey("state", std::string(WordFor(kPortStateWords, first->port_state)),
-               std::string(WordFor(kPortStateWords, second->port_state)));
-    CompareKey("inSubFabric", YesOrNo(first->getInSubFabric()), YesOrNo(second->getInSubFabric()));
-    CompareKey("fnm", YesOrNo(first->isFNMPort()), YesOrNo(second->isFNMPort()));
-    CompareKey("fnm1", YesOrNo(first->isFNM1Port()), YesOrNo(second->isFNM1Port()));
-    CompareKey("special", YesOrNo(first->isSpecialPort()), YesOrNo(second->isSpecialPort()));
+    CompareKey("state", WordValue(kPortStateWords, first->port_state),
+               WordValue(kPortStateWords, second->port_state));
+    CompareKey("inSubFabric", first->getInSubFabric(), second->getInSubFabric());
+    CompareKey("fnm", first->isFNMPort(), second->isFNMPort());
+    CompareKey("fnm1", first->isFNM1Port(), second->isFNM1Port());
+    CompareKey("special", first->isSpecialPort(), second->isSpecialPort());
     CompareKinds(kPortRecords, *first, *second);
     const TesselExtendedInfo& in_first = first_.fabric_extended_info;
     const TesselExtendedInfo& in_second = second_.fabric_extended_info;
@@ -163,6 +178,10 @@ class Comparison {
     for (const FieldRow& row : table) {
       const std::string path = plain + std::string(row.name);
       if (options_.ignored.Has(place_.record, path, row)) continue;
+      if (options_.ingress_port == IngressPort::kIgnored &&
+          DependsOnIngressPort(place_.node->type, table, row, first, second)) {
+        continue;
+      }
       for (std::size_t i = 0; i < row.count; ++i) {
         std::string name = shown + std::string(row.name);
         if (row.is_array) name += fmt::format("[{}]", i);
@@ -175,12 +194,12 @@ class Comparison {
         const u_int64_t one = LoadNumber(of_first, row.size);
         const u_int64_t other = LoadNumber(of_second, row.size);
         if (one == other) continue;
-        Tell(name, fmt::format("{:#x}", one), fmt::format("{:#x}", other));
+        Tell(name, Number(one, row.size), Number(other, row.size));
       }
     }
   }
 
-  /// Why records are not there; a side without a reason is left empty.
+  /// Why records are not there.
   template <class Owner>
   void CompareReasons(const Owner& first, const Owner& second) {
     if (options_.ignored.Has("absent")) return;
@@ -188,15 +207,15 @@ class Comparison {
     const auto& of_second = second_.fabric_extended_info.absentReasons(second);
     for (const auto& [record, reason] : of_first) {
       const auto other = of_second.find(record);
-      CompareReason(record, reason, other == of_second.end() ? std::string() : other->second);
+      CompareReason(record, reason, other == of_second.end() ? DifferingValue() : other->second);
     }
     for (const auto& [record, reason] : of_second) {
       if (of_first.count(record) == 0) CompareReason(record, {}, reason);
     }
   }
 
-  void CompareReason(const std::string& record, const std::string& first,
-                     const std::string& second) {
+  void CompareReason(const std::string& record, const DifferingValue& first,
+                     const DifferingValue& second) {
     if (first != second && !options_.ignored.Has(record)) Tell("absent." + record, first, second);
   }
 

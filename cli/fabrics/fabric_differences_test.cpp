@@ -37,9 +37,17 @@ class FabricDifferencesTest : public ::testing::Test {
       if (!difference.record.empty()) text += " " + std::string(difference.record);
       if (difference.index >= 0) text += "[" + std::to_string(difference.index) + "]";
       if (!difference.field.empty()) text += " " + difference.field;
-      texts.push_back(text + " (" + difference.first + "|" + difference.second + ")");
+      texts.push_back(text + " (" + Text(difference.first) + "|" + Text(difference.second) + ")");
     });
     return texts;
+  }
+
+  /// Texts in quotes.
+  static std::string Text(const DifferingValue& value) {
+    if (const bool* truth = std::get_if<bool>(&value)) return *truth ? "true" : "false";
+    if (const u_int64_t* number = std::get_if<u_int64_t>(&value)) return std::to_string(*number);
+    if (const auto* text = std::get_if<std::string>(&value)) return "'" + *text + "'";
+    return "";
   }
 
   Fabscan first_;
@@ -61,9 +69,9 @@ TEST_F(FabricDifferencesTest, KeysOfNodesAndPorts) {
   port.setFNMPort(true);
   port.setFNM1Port(true);
   port.setSpecialPort(true);
-  EXPECT_THAT(Differences(), ElementsAre("S numPorts (4|5)", "S alternativeName (|other)",
-                                         "S inSubFabric (true|false)", "S specialNode (none|AN)",
-                                         "S opalSwitch (false|true)", "S 3 state (ACTIVE|DOWN)",
+  EXPECT_THAT(Differences(), ElementsAre("S numPorts (4|5)", "S alternativeName (|'other')",
+                                         "S inSubFabric (true|false)", "S specialNode (|'AN')",
+                                         "S opalSwitch (false|true)", "S 3 state ('ACTIVE'|'DOWN')",
                                          "S 3 inSubFabric (true|false)", "S 3 fnm (false|true)",
                                          "S 3 fnm1 (false|true)", "S 3 special (false|true)"));
 }
@@ -77,10 +85,12 @@ TEST_F(FabricDifferencesTest, WhatOnlyOneHas) {
   second_.fabric_extended_info.putCounters(*InSecond().getPort(3), 7);
   second_.fabric_extended_info.putMonitors(*InSecond().getPort(3), 1);
   second_.capability_module.put(InSecond(), true, {});
-  EXPECT_THAT(Differences(),
-              ElementsAre("A (there|)", "S gmpCapabilityMask (|there)", "S SMP_NodeInfo (there|)",
-                          "S 1 (there|)", "S 2 (|there)", "S 3 WrenReductionCounters[7] (|there)",
-                          "S 3 WrenReductionConfigureMLIDMonitors[1] (|there)", "B (|there)"));
+  EXPECT_THAT(
+      Differences(),
+      ElementsAre("A (true|false)", "S gmpCapabilityMask (false|true)",
+                  "S SMP_NodeInfo (true|false)", "S 1 (true|false)", "S 2 (false|true)",
+                  "S 3 WrenReductionCounters[7] (false|true)",
+                  "S 3 WrenReductionConfigureMLIDMonitors[1] (false|true)", "B (false|true)"));
 }
 
 TEST_F(FabricDifferencesTest, FieldsAtAnyDepth) {
@@ -90,14 +100,15 @@ TEST_F(FabricDifferencesTest, FieldsAtAnyDepth) {
   Put<SMP_PortInfo>(second_, *InSecond().getPort(3));
   first_.capability_module.put(InFirst(), false, {{1, 2, 3, 4}});
   second_.capability_module.put(InSecond(), false, {{1, 2, 9, 4}});
-  EXPECT_THAT(Differences(), ElementsAre("S smpCapabilityMask[2] (0x3|0x9)",
-                                         "S VendorSpec_GeneralInfo FWInfo.Minor (0x0|0x2)",
-                                         "S VendorSpec_GeneralInfo FWInfo.PSID.PSID[3] (0x1|0x0)",
-                                         "S 3 SMP_PortInfo LID (0xc000|0x0)"));
+  EXPECT_THAT(Differences(), ElementsAre("S smpCapabilityMask[2] ('0x3'|'0x9')",
+                                         "S VendorSpec_GeneralInfo FWInfo.Minor (0|2)",
+                                         "S VendorSpec_GeneralInfo FWInfo.PSID.PSID[3] (1|0)",
+                                         "S 3 SMP_PortInfo LID (49152|0)"));
 }
 
 // Each number of each record, alone, is seen.
 TEST_F(FabricDifferencesTest, EveryFieldOfEveryRecord) {
+  options_.ingress_port = IngressPort::kIncluded;
   const auto expect_seen = [&](const RecordTable& table, char* record) {
     for (std::size_t row = 0; row < table.row_count; ++row) {
       const FieldRow& field = table.rows[row];
@@ -123,12 +134,67 @@ TEST_F(FabricDifferencesTest, EveryFieldOfEveryRecord) {
   expect_seen(kCountersTable, reinterpret_cast<char*>(&in_second.putCounters(of_second, 2)));
 }
 
+TEST_F(FabricDifferencesTest, NumbersOf64BitsAreTexts) {
+  Put<SMP_NodeInfo>(first_, InFirst()).SystemImageGUID = 0x5a1e0c0000000000;
+  Put<SMP_NodeInfo>(second_, InSecond()).revision = 0xffffffff;
+  EXPECT_THAT(Differences(),
+              ElementsAre("S SMP_NodeInfo SystemImageGUID ('0x5a1e0c0000000000'|'0x0')",
+                          "S SMP_NodeInfo revision (0|4294967295)"));
+}
+
+TEST_F(FabricDifferencesTest, WhatDependsOnTheIngressPort) {
+  for (Fabscan* fabscan : {&first_, &second_}) {
+    const u_int8_t port = fabscan == &first_ ? 1 : 2;
+    IBNode& adapter = fabscan->discovered_fabric.makeNode("H", 0x20, IB_CA_NODE, 2);
+    for (const IBNode* node : {&fabscan->discovered_fabric.nodes()[0], &adapter}) {
+      SMP_NodeInfo& info = Put<SMP_NodeInfo>(*fabscan, *node);
+      info.LocalPortNum = port;
+      info.PortGUID = u_int64_t{0x20} + port;
+    }
+    Put<SMP_PortInfo>(*fabscan, *fabscan->discovered_fabric.nodes()[0].getPort(3)).LocalPortNum =
+        port;
+  }
+  EXPECT_THAT(Differences(), ElementsAre("S SMP_NodeInfo PortGUID ('0x21'|'0x22')"));
+  options_.ingress_port = IngressPort::kIncluded;
+  EXPECT_THAT(
+      Differences(),
+      ElementsAre("H SMP_NodeInfo PortGUID ('0x21'|'0x22')", "H SMP_NodeInfo LocalPortNum (1|2)",
+                  "S SMP_NodeInfo PortGUID ('0x21'|'0x22')", "S SMP_NodeInfo LocalPortNum (1|2)",
+                  "S 3 SMP_PortInfo LocalPortNum (1|2)"));
+}
+
+TEST_F(FabricDifferencesTest, OnePortHasOneGuid) {
+  SMP_NodeInfo& first =
+      Put<SMP_NodeInfo>(first_, first_.discovered_fabric.makeNode("H", 0x20, IB_CA_NODE, 2));
+  SMP_NodeInfo& second =
+      Put<SMP_NodeInfo>(second_, second_.discovered_fabric.makeNode("H", 0x20, IB_CA_NODE, 2));
+  first.PortGUID = 0x21;
+  first.LocalPortNum = 1;
+  second.PortGUID = 0x22;
+  for (const u_int8_t port : {u_int8_t{0}, u_int8_t{1}}) {  // 0: not collected
+    second.LocalPortNum = port;
+    EXPECT_THAT(Differences(), ElementsAre("H SMP_NodeInfo PortGUID ('0x21'|'0x22')"));
+  }
+  second.LocalPortNum = 2;
+  EXPECT_THAT(Differences(), IsEmpty());
+}
+
+TEST_F(FabricDifferencesTest, NodesInNaturalOrder) {
+  for (const char* name : {"S10", "S9", "S1"}) {
+    const u_int64_t guid = 0x100 + std::stoul(name + 1);
+    first_.discovered_fabric.makeNode(name, guid, IB_SW_NODE, 1);
+    second_.discovered_fabric.makeNode(name, 0x100 + guid, IB_SW_NODE, 1);
+  }
+  EXPECT_THAT(Differences(), ElementsAre("S1 (true|false)", "S9 (true|false)", "S10 (true|false)",
+                                         "S1 (false|true)", "S9 (false|true)", "S10 (false|true)"));
+}
+
 TEST_F(FabricDifferencesTest, Reasons) {
   first_.fabric_extended_info.setAbsent(InFirst(), "SMP_RouterInfo", "no answer");
   second_.fabric_extended_info.setAbsent(InSecond(), "SMP_RouterInfo", "status 0x000c");
   second_.fabric_extended_info.setAbsent(*InSecond().getPort(3), "SMP_PortInfo", "no answer");
-  EXPECT_THAT(Differences(), ElementsAre("S absent.SMP_RouterInfo (no answer|status 0x000c)",
-                                         "S 3 absent.SMP_PortInfo (|no answer)"));
+  EXPECT_THAT(Differences(), ElementsAre("S absent.SMP_RouterInfo ('no answer'|'status 0x000c')",
+                                         "S 3 absent.SMP_PortInfo (|'no answer')"));
   options_.ignored = IgnoredFields({"absent"});
   EXPECT_THAT(Differences(), IsEmpty());
 }
@@ -136,9 +202,9 @@ TEST_F(FabricDifferencesTest, Reasons) {
 TEST_F(FabricDifferencesTest, ByName) {
   first_.discovered_fabric.makeNode("N", 0x11, IB_CA_NODE, 1);
   second_.discovered_fabric.makeNode("N", 0x12, IB_CA_NODE, 1);
-  EXPECT_THAT(Differences(), ElementsAre("N (there|)", "N (|there)"));
+  EXPECT_THAT(Differences(), ElementsAre("N (true|false)", "N (false|true)"));
   options_.by_name = true;
-  EXPECT_THAT(Differences(), ElementsAre("N guid (0x0000000000000011|0x0000000000000012)"));
+  EXPECT_THAT(Differences(), ElementsAre("N guid ('0x0000000000000011'|'0x0000000000000012')"));
 }
 
 TEST_F(FabricDifferencesTest, Ignored) {

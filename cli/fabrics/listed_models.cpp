@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <map>
 
+#include "natural_order.h"
+
 namespace fabscan {
 
 namespace {
@@ -35,8 +37,9 @@ std::string ModelPrefixStart(const std::string& prefix) {
 std::vector<ListedModel> ListModels(Fabscan& fabscan, const std::string& start,
                                     const std::set<u_int64_t>& guids) {
   std::vector<ListedModel> list = Named(fabscan, DeviceModelsOf(fabscan, guids), start);
-  std::stable_sort(list.begin(), list.end(), [](const ListedModel& one, const ListedModel& other) {
-    return one.model.nodes > other.model.nodes;
+  std::sort(list.begin(), list.end(), [](const ListedModel& one, const ListedModel& other) {
+    if (one.model.nodes != other.model.nodes) return one.model.nodes > other.model.nodes;
+    return NaturallyBefore(*one.model.representative, *other.model.representative);
   });
   return list;
 }

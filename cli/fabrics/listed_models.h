@@ -20,8 +20,9 @@ struct ListedModel {
 /// a row are reserved.
 std::string ModelPrefixStart(const std::string& prefix);
 
-/// The models of the selected nodes, all when `guids` is empty; the most frequent first. The
-/// prefixes begin with `start` and are distinct also in lower case, as the names of their files.
+/// The models of the selected nodes, all when `guids` is empty; the most frequent first, equally
+/// frequent ones by representative. The prefixes begin with `start` and are distinct also in lower
+/// case, as the names of their files.
 std::vector<ListedModel> ListModels(Fabscan& fabscan, const std::string& start,
                                     const std::set<u_int64_t>& guids = {});
 /// The same for each of `nodes` alone: each is its own model.

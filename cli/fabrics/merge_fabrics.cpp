@@ -1,6 +1,7 @@
 #include "merge_fabrics.h"
 
 #include <fmt/format.h>
+#include <guid_text.h>
 #include <harmless_name.h>
 #include <record_fields.h>
 #include <words.h>
@@ -8,7 +9,6 @@
 #include <cstring>
 #include <string>
 
-#include "guid_options.h"
 #include "progress.h"
 
 namespace fabscan {
@@ -27,9 +27,13 @@ std::string ValueText(IBSpecialPortType type) {
 /// Joins values, and keeps the account of conflicts.
 class ValueMerger {
  public:
-  ValueMerger(Prefer prefer, MergeResult& result) : prefer_(prefer), result_(result) {}
+  ValueMerger(Prefer prefer, IngressPort ingress_port, MergeResult& result)
+      : prefer_(prefer), ingress_port_(ingress_port), result_(result) {}
 
-  void SetPlace(std::string place) { place_ = std::move(place); }
+  void SetPlace(std::string place, IBNodeType type) {
+    place_ = std::move(place);
+    type_ = type;
+  }
 
   /// `unsaid`: the value that says nothing.
   template <class Value>
@@ -85,21 +89,36 @@ class ValueMerger {
         }
         const u_int64_t one = LoadNumber(of_base, row.size);
         const u_int64_t other = LoadNumber(of_extra, row.size);
+        if (KeepsBase(table, row, base, extra, one)) {
+          StoreNumber(row.element(to, i), row.size, one);
+          continue;
+        }
         StoreNumber(row.element(to, i), row.size,
                     row.dumped ? JoinSaid(path, one, other) : Join(path, one, other, u_int64_t{0}));
       }
     }
   }
 
+  /// A base without an ingress port takes that of the other.
+  bool KeepsBase(const RecordTable& table, const FieldRow& row, const void* base, const void* extra,
+                 u_int64_t value_of_base) const {
+    return ingress_port_ == IngressPort::kIgnored &&
+           DependsOnIngressPort(type_, table, row, base, extra) &&
+           (value_of_base != 0 || row.name != "LocalPortNum");
+  }
+
   Prefer prefer_;
+  IngressPort ingress_port_;
   MergeResult& result_;
   std::string place_;
+  IBNodeType type_ = IB_UNKNOWN_NODE_TYPE;
 };
 
 class FabricMerger {
  public:
-  FabricMerger(const Fabscan& base, const Fabscan& extra, Prefer prefer, Fabscan& to)
-      : base_(base), extra_(extra), to_(to), values_(prefer, result_) {}
+  FabricMerger(const Fabscan& base, const Fabscan& extra, Prefer prefer, IngressPort ingress_port,
+               Fabscan& to)
+      : base_(base), extra_(extra), to_(to), values_(prefer, ingress_port, result_) {}
 
   MergeResult Merge() {
     const std::size_t at_least = base_.discovered_fabric.nodeCount();
@@ -121,7 +140,7 @@ class FabricMerger {
     const IBNode& first = base != nullptr ? *base : *extra;
     const IBNode& second = extra != nullptr ? *extra : *base;
     const std::string place = fmt::format("{} ({})", first.name, GuidText(first.guid));
-    values_.SetPlace(place);
+    values_.SetPlace(place, first.type);
 
     const IBNodeType type = values_.Join("type", first.type, second.type, IB_UNKNOWN_NODE_TYPE);
     const phys_port_t ports = values_.JoinSaid("numPorts", first.numPorts, second.numPorts);
@@ -136,7 +155,7 @@ class FabricMerger {
       const IBPort* of_base = PortOf(base, number);
       const IBPort* of_extra = PortOf(extra, number);
       if (of_base == nullptr && of_extra == nullptr) continue;
-      values_.SetPlace(fmt::format("{} port {}", place, number));
+      values_.SetPlace(fmt::format("{} port {}", place, number), first.type);
       MergePort(of_base, of_extra, to_.discovered_fabric.makePort(node, phys_port_t(number)));
     }
   }
@@ -237,9 +256,9 @@ class FabricMerger {
 
 }  // namespace
 
-MergeResult MergeFabrics(const Fabscan& base, const Fabscan& extra, Prefer prefer,
-                         Fabscan& result) {
-  return FabricMerger(base, extra, prefer, result).Merge();
+MergeResult MergeFabrics(const Fabscan& base, const Fabscan& extra, Prefer prefer, Fabscan& result,
+                         IngressPort ingress_port) {
+  return FabricMerger(base, extra, prefer, ingress_port, result).Merge();
 }
 
 }  // namespace fabscan

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <string>
 
+#include "ingress_port.h"
+
 namespace fabscan {
 
 /// Whose value stands where two snapshots contradict each other.
@@ -24,9 +26,12 @@ struct MergeResult {
 /// say something and differ, that is a conflict, and `prefer` decides; the base stands where it
 /// does not.
 ///
+/// The values that depend on the ingress port are the base's, unless they are included.
+///
 /// Throws std::invalid_argument when the preferred values do not fit together, as a port above the
 /// number of ports.
-MergeResult MergeFabrics(const Fabscan& base, const Fabscan& extra, Prefer prefer, Fabscan& result);
+MergeResult MergeFabrics(const Fabscan& base, const Fabscan& extra, Prefer prefer, Fabscan& result,
+                         IngressPort ingress_port = IngressPort::kIgnored);
 
 }  // namespace fabscan
 

@@ -153,5 +153,67 @@ TEST(MergeFabrics, RefusesPortsThatThePreferredNumberExcludes) {
   EXPECT_EQ(Merged(base, extra, Prefer::kExtra).node().numPorts, 2);
 }
 
+/// An adapter that was queried by this port.
+struct QueriedBy {
+  QueriedBy(u_int8_t port, u_int64_t port_guid) {
+    IBNode& node = fabscan.discovered_fabric.makeNode("host", kGuid, IB_CA_NODE, 2);
+    SMP_NodeInfo& info = fabscan.fabric_extended_info.put<SMP_NodeInfo>(node);
+    info.LocalPortNum = port;
+    info.PortGUID = port_guid;
+    IBPort& first_port = fabscan.discovered_fabric.makePort(node, 1);
+    fabscan.fabric_extended_info.put<SMP_PortInfo>(first_port).LocalPortNum = port;
+  }
+
+  Fabscan fabscan;
+};
+
+TEST(MergeFabrics, KeepsTheIngressPortOfTheBase) {
+  const struct {
+    const char* about;
+    u_int8_t base_port;
+    u_int64_t base_guid;
+    u_int8_t port;
+    u_int64_t guid;
+  } rows[] = {
+      {"two hosts", 1, 0x21, 1, 0x21},
+      {"the base has no GUID of its port", 1, 0, 1, 0},
+      {"the base has no port", 0, 0, 2, 0x22},
+  };
+  for (const auto& row : rows) {
+    for (const Prefer prefer : {Prefer::kNeither, Prefer::kExtra}) {
+      Fabscan merged;
+      const MergeResult result =
+          MergeFabrics(QueriedBy(row.base_port, row.base_guid), QueriedBy(2, 0x22), prefer, merged);
+      EXPECT_EQ(result.conflicts, 0U) << row.about;
+      const IBNode& node = *merged.discovered_fabric.getNodeByGuid(kGuid);
+      const auto& info = *merged.fabric_extended_info.find<SMP_NodeInfo>(node);
+      EXPECT_EQ(info.LocalPortNum, row.port) << row.about;
+      EXPECT_EQ(info.PortGUID, row.guid) << row.about;
+      const auto& port_info = *merged.fabric_extended_info.find<SMP_PortInfo>(*node.getPort(1));
+      EXPECT_EQ(port_info.LocalPortNum, row.port) << row.about;
+    }
+  }
+}
+
+TEST(MergeFabrics, TwoGuidsOfOnePortAreAConflict) {
+  for (const u_int8_t port : {u_int8_t{0}, u_int8_t{1}}) {  // 0: not collected
+    Fabscan merged;
+    const MergeResult result = MergeFabrics(
+        QueriedBy(1, 0x21).fabscan, QueriedBy(port, 0x22).fabscan, Prefer::kNeither, merged);
+    EXPECT_EQ(result.conflicts, 1U);
+    EXPECT_EQ(result.first_conflict,
+              "host (0x0002c90000000001): SMP_NodeInfo.PortGUID is 0x21 and 0x22");
+  }
+}
+
+TEST(MergeFabrics, TheIngressPortCountsWhenIncluded) {
+  Fabscan merged;
+  const MergeResult result = MergeFabrics(QueriedBy(1, 0x21).fabscan, QueriedBy(2, 0x22).fabscan,
+                                          Prefer::kExtra, merged, IngressPort::kIncluded);
+  EXPECT_EQ(result.conflicts, 3U);
+  const IBNode& node = *merged.discovered_fabric.getNodeByGuid(kGuid);
+  EXPECT_EQ(merged.fabric_extended_info.find<SMP_NodeInfo>(node)->PortGUID, 0x22U);
+}
+
 }  // namespace
 }  // namespace fabscan

@@ -1,6 +1,7 @@
 #include "node_text.h"
 
 #include <fmt/format.h>
+#include <harmless_name.h>
 #include <words.h>
 
 #include <algorithm>
@@ -20,6 +21,10 @@ std::string IdText(u_int64_t id, int digits) {
 }
 
 std::string OrDash(const std::string& text) { return text.empty() ? "-" : text; }
+
+std::string ReasonText(std::string_view reason) {
+  return reason.empty() ? "without a reason" : HarmlessName(reason);
+}
 
 std::string NamesOf(const std::vector<const IBNode*>& nodes) {
   constexpr std::size_t kMaxNamed = 3;

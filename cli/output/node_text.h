@@ -4,6 +4,7 @@
 #include <infiniband/tessel/Fabric.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace fabscan {
@@ -17,6 +18,9 @@ std::string IdText(u_int64_t id, int digits);
 
 /// The first few names, and how many more there are: `S1, S2, S3 and 7 more`.
 std::string NamesOf(const std::vector<const IBNode*>& nodes);
+
+/// Why an attribute is absent, which is free text of a snapshot, for a terminal.
+std::string ReasonText(std::string_view reason);
 
 /// `text`, or a dash where there is none.
 std::string OrDash(const std::string& text);

@@ -1,12 +1,12 @@
 #include "attribute_counts.h"
 
 #include <fmt/format.h>
-#include <harmless_name.h>
 
 #include <algorithm>
 #include <utility>
 
 #include "counted.h"
+#include "node_text.h"
 
 namespace fabscan {
 
@@ -59,10 +59,6 @@ std::vector<Sign> CommonSigns(const std::vector<std::vector<Sign>>& rows) {
     }
   }
   return common;
-}
-
-std::string ReasonText(std::string_view reason) {
-  return reason.empty() ? "without a reason" : HarmlessName(reason);
 }
 
 std::vector<Sign> AttributeCounts::add(const std::vector<Collected>& list,

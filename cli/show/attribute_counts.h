@@ -24,9 +24,6 @@ Cell SignCell(const std::vector<Sign>& signs);
 /// Sign by sign what all of `rows`, which is not empty, have in common.
 std::vector<Sign> CommonSigns(const std::vector<std::vector<Sign>>& rows);
 
-/// A reason from a snapshot, which is free text, for a terminal.
-std::string ReasonText(std::string_view reason);
-
 /// How often each attribute was collected, was absent, or neither. Its letters stand at the head of
 /// matrices: a and on for the attributes of nodes, the next ones for those of ports.
 class AttributeCounts {
