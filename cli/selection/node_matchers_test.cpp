@@ -28,7 +28,7 @@ class NodeMatchersTest : public testing::Test {
 TEST_F(NodeMatchersTest, NamesByPattern) {
   const IBNode& node = Make("leaf-01/U1", IB_SW_NODE, 1);
   for (const char* pattern :
-       {"leaf-01/U1", "*", "leaf*", "leaf-??/U1", "leaf-0[1-3]*", "*/U[!2]"}) {
+       {"leaf-01/U1", "*", "leaf*", "leaf-?\?/U1", "leaf-0[1-3]*", "*/U[!2]"}) {
     EXPECT_TRUE(MatchName(pattern)(node)) << pattern;
   }
   for (const char* pattern : {"", "leaf", "Leaf*", "leaf-?/U1", "leaf-0[2-3]*", "\\*"}) {
