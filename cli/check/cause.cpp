@@ -5,8 +5,6 @@
 #include <port_walk.h>
 #include <record_fields.h>
 
-#include "requirements.h"
-
 namespace fabscan {
 
 namespace {
@@ -181,15 +179,15 @@ MaybeCause RecordsCause(const Fabscan& fabscan, const IBNode& node,
   return std::nullopt;
 }
 
-MaybeCause UnmetRequirement(const Fabscan& fabscan, const IBNode& node,
-                            const Requirement& requirement) {
+}  // namespace
+
+std::optional<Cause> UnmetRequirement(const Fabscan& fabscan, const IBNode& node,
+                                      const Requirement& requirement) {
   MaybeCause cause = NodeTypeCause(node, requirement.nodes);
   if (!cause) cause = MaskCause(fabscan, node, requirement);
   if (!cause) cause = RecordsCause(fabscan, node, requirement);
   return cause;
 }
-
-}  // namespace
 
 std::string_view CodeWord(CauseCode code) {
   switch (code) {

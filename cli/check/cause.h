@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "generated_file.h"
+#include "requirements.h"
 
 namespace fabscan {
 
@@ -49,7 +50,11 @@ struct CauseOrder {
 /// `mask-not-collected`; these words are for programs and do not change.
 std::string_view CodeWord(CauseCode code);
 
-/// What the first unmet requirement of the function is; none for a block that compiles.
+/// The first part of the requirement that the node does not meet.
+std::optional<Cause> UnmetRequirement(const Fabscan& fabscan, const IBNode& node,
+                                      const Requirement& requirement);
+
+/// Why the function is not a block that compiles; none if it is one.
 std::optional<Cause> CauseOf(const Fabscan& fabscan, const IBNode& node,
                              const GeneratedFunction& function);
 

@@ -3,10 +3,15 @@
 #include <gtest/gtest.h>
 #include <record_fields.h>
 
+#include <algorithm>
+#include <array>
 #include <functional>
+#include <map>
+#include <optional>
 #include <random>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "cause.h"
 #include "generated_nodes.h"
@@ -86,7 +91,9 @@ class Generated {
     });
     ASSERT_EQ(number, contents_.size());
   }
-  const Fabscan& fabscan() const { return fabscan_; }
+  std::optional<Cause> Unmet(const IBNode& node, const GeneratedFunction& function) const {
+    return UnmetRequirement(fabscan_, node, *FindRequirement(function.name));
+  }
 
  private:
   void AddPort(IBNode& node, int number, const Contents& contents) {
@@ -132,9 +139,10 @@ TEST(RequirementsTest, RowsAreTheGeneratedFunctions) {
   Generated generated;
   generated.Add(kWholeNodes[0]);
   std::vector<std::string> written;
-  generated.ForEachFunction([&](const Contents&, const IBNode&, const GeneratedFunction& function) {
+  const auto visit = [&](const Contents&, const IBNode&, const GeneratedFunction& function) {
     written.push_back(function.name);
-  });
+  };
+  generated.ForEachFunction(visit);
   std::vector<std::string> rows;
   for (const Requirement& row : Requirements()) rows.emplace_back(row.function);
   EXPECT_EQ(rows, written);
@@ -148,25 +156,26 @@ TEST(RequirementsTest, RowsNameTheNodesThatHaveTheAttribute) {
     contents.special = special;
     generated.Add(contents);
   }
-  generated.ForEachFunction(
-      [&](const Contents& contents, const IBNode&, const GeneratedFunction& function) {
-        bool expected = false;
-        switch (FindRequirement(function.name)->nodes) {
-          case AttributeOf::kAllNodes:
-            expected = true;
-            break;
-          case AttributeOf::kSwitches:
-            expected = contents.type == IB_SW_NODE;
-            break;
-          case AttributeOf::kRouters:
-            expected = contents.type == IB_RTR_NODE;
-            break;
-          case AttributeOf::kNotSpecial:
-            expected = contents.special == IB_NOT_SPECIAL_PORT;
-            break;
-        }
-        EXPECT_EQ(IsBlock(function), expected) << function.name << ' ' << contents.type;
-      });
+  const auto visit = [&](const Contents& contents, const IBNode&,
+                         const GeneratedFunction& function) {
+    bool expected = false;
+    switch (FindRequirement(function.name)->nodes) {
+      case AttributeOf::kAllNodes:
+        expected = true;
+        break;
+      case AttributeOf::kSwitches:
+        expected = contents.type == IB_SW_NODE;
+        break;
+      case AttributeOf::kRouters:
+        expected = contents.type == IB_RTR_NODE;
+        break;
+      case AttributeOf::kNotSpecial:
+        expected = contents.special == IB_NOT_SPECIAL_PORT;
+        break;
+    }
+    EXPECT_EQ(IsBlock(function), expected) << function.name << ' ' << contents.type;
+  };
+  generated.ForEachFunction(visit);
 }
 
 TEST(RequirementsTest, EachBitGatesTheFunctionsThatNameIt) {
@@ -181,23 +190,23 @@ TEST(RequirementsTest, EachBitGatesTheFunctionsThatNameIt) {
       generated.Add(contents);
     }
   }
-  generated.ForEachFunction(
-      [&](const Contents& contents, const IBNode& node, const GeneratedFunction& function) {
-        const std::optional<Cause> cause = CauseOf(generated.fabscan(), node, function);
-        if (cause && (cause->code == CauseCode::kNodeType || cause->code == CauseCode::kByHand))
-          return;
-        const Requirement& row = *FindRequirement(function.name);
-        const bool smp = !contents.clear_smp.empty();
-        const int bit = smp ? *contents.clear_smp.begin() : *contents.clear_gmp.begin();
-        const bool gates = row.mask == (smp ? GatingMask::kSMP : GatingMask::kGMP) &&
-                           std::count(row.bits.begin(), row.bits.end(), bit) != 0;
-        EXPECT_EQ(IsBlock(function), !gates) << function.name << ' ' << bit;
-        if (gates) {
-          ASSERT_TRUE(cause);
-          EXPECT_EQ(cause->code, CauseCode::kNotSupported);
-          EXPECT_EQ(cause->bits, std::vector<unsigned>{static_cast<unsigned>(bit)});
-        }
-      });
+  const auto visit = [&](const Contents& contents, const IBNode& node,
+                         const GeneratedFunction& function) {
+    const std::optional<Cause> cause = generated.Unmet(node, function);
+    if (cause && cause->code == CauseCode::kNodeType) return;
+    const Requirement& row = *FindRequirement(function.name);
+    const bool smp = !contents.clear_smp.empty();
+    const int bit = smp ? *contents.clear_smp.begin() : *contents.clear_gmp.begin();
+    const bool gates = row.mask == (smp ? GatingMask::kSMP : GatingMask::kGMP) &&
+                       std::count(row.bits.begin(), row.bits.end(), bit) != 0;
+    EXPECT_EQ(IsBlock(function), !gates) << function.name << ' ' << bit;
+    if (gates) {
+      ASSERT_TRUE(cause);
+      EXPECT_EQ(cause->code, CauseCode::kNotSupported);
+      EXPECT_EQ(cause->bits, std::vector<unsigned>{static_cast<unsigned>(bit)});
+    }
+  };
+  generated.ForEachFunction(visit);
 }
 
 /// The keys of both masks and the names of all records.
@@ -220,20 +229,20 @@ TEST(RequirementsTest, EachMaskAndRecordIsNeededByTheFunctionsThatNameIt) {
     }
   }
   std::set<std::string> needed;
-  generated.ForEachFunction(
-      [&](const Contents& contents, const IBNode& node, const GeneratedFunction& function) {
-        const std::optional<Cause> cause = CauseOf(generated.fabscan(), node, function);
-        if (cause && (cause->code == CauseCode::kNodeType || cause->code == CauseCode::kByHand))
-          return;
-        const std::string& name = *contents.without.begin();
-        const bool names_it = NamesIn(*FindRequirement(function.name)).count(name) != 0;
-        EXPECT_EQ(IsBlock(function), !names_it) << function.name << ' ' << name;
-        if (!names_it) return;
-        needed.insert(name);
-        ASSERT_TRUE(cause);
-        EXPECT_TRUE(cause->CanBeCollected());
-        EXPECT_EQ(cause->key, name);
-      });
+  const auto visit = [&](const Contents& contents, const IBNode& node,
+                         const GeneratedFunction& function) {
+    const std::optional<Cause> cause = generated.Unmet(node, function);
+    if (cause && cause->code == CauseCode::kNodeType) return;
+    const std::string& name = *contents.without.begin();
+    const bool names_it = NamesIn(*FindRequirement(function.name)).count(name) != 0;
+    EXPECT_EQ(IsBlock(function), !names_it) << function.name << ' ' << name;
+    if (!names_it) return;
+    needed.insert(name);
+    ASSERT_TRUE(cause);
+    EXPECT_TRUE(cause->CanBeCollected());
+    EXPECT_EQ(cause->key, name);
+  };
+  generated.ForEachFunction(visit);
   EXPECT_EQ(needed.size(), EveryName().size()) << "each is needed by a function";
 }
 
@@ -268,26 +277,25 @@ TEST(RequirementsTest, EveryMixtureHasACauseUnlessItGivesABlock) {
     generated.Add(contents);
   }
   std::map<CauseCode, int> seen;
-  generated.ForEachFunction(
-      [&](const Contents& contents, const IBNode& node, const GeneratedFunction& function) {
-        const std::optional<Cause> cause = CauseOf(generated.fabscan(), node, function);
-        ASSERT_EQ(!cause || cause->code == CauseCode::kByHand, IsBlock(function))
-            << function.name << ' ' << contents.type << '\n'
-            << function.body;
-        if (!cause) return;
-        ++seen[cause->code];
-        EXPECT_NE(cause->code, CauseCode::kOther) << function.body;
-        EXPECT_FALSE(cause->key.empty()) << function.name;
-        // The generator itself does not distinguish these.
-        const bool support =
-            cause->code == CauseCode::kMaskNotCollected || cause->code == CauseCode::kNotSupported;
-        const bool special = cause->code == CauseCode::kNodeType && cause->key == "specialNode";
-        EXPECT_EQ(SpeaksOfSupport(function), support || special) << cause->text << function.body;
-      });
+  const auto visit = [&](const Contents& contents, const IBNode& node,
+                         const GeneratedFunction& function) {
+    const std::optional<Cause> cause = generated.Unmet(node, function);
+    ASSERT_EQ(!cause, IsBlock(function)) << function.name << ' ' << contents.type << '\n'
+                                         << function.body;
+    if (!cause) return;
+    ++seen[cause->code];
+    EXPECT_NE(cause->code, CauseCode::kOther) << function.body;
+    EXPECT_FALSE(cause->key.empty()) << function.name;
+    // The generator itself does not distinguish these.
+    const bool support =
+        cause->code == CauseCode::kMaskNotCollected || cause->code == CauseCode::kNotSupported;
+    const bool special = cause->code == CauseCode::kNodeType && cause->key == "specialNode";
+    EXPECT_EQ(SpeaksOfSupport(function), support || special) << cause->text << function.body;
+  };
+  generated.ForEachFunction(visit);
   for (const CauseCode code :
        {CauseCode::kMaskNotCollected, CauseCode::kRecordNotCollected, CauseCode::kNotSupported,
-        CauseCode::kNoActivePort, CauseCode::kNoMarkedPort, CauseCode::kByHand,
-        CauseCode::kNodeType}) {
+        CauseCode::kNoActivePort, CauseCode::kNoMarkedPort, CauseCode::kNodeType}) {
     EXPECT_GT(seen[code], 10) << CodeWord(code);
   }
 }
