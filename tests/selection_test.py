@@ -87,11 +87,9 @@ class Selection(CommandTest):
                           "--type: 'node' is not a node type; expected SW (switch), CA (adapter, "
                           "HCA) or RTR (router)", WRONG_USAGE)
 
-    def test_one_per_model_selects_itself(self):
-        self.assert_fails(self.run_command("dump", DEMO, "--prefix", "P", "--one-per-model",
-                                           "--guid-file", "x", "--name", "a", "--type", "SW"),
-                          "--one-per-model selects the nodes and cannot be combined with --guid-file, "
-                          "--name and --type", WRONG_USAGE)
+    def test_one_file_per_selected_model(self):
+        self.run_command("dump", DEMO, "--prefix", "P", "--one-per-model", "--name", "leaf*")
+        self.assertEqual(self.entries(), ["p_sw_5a40_generated.cpp", "p_sw_5a50_generated.cpp"])
 
 
 class Order(CommandTest):
