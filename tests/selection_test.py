@@ -87,14 +87,9 @@ class Selection(CommandTest):
                           "--type: 'node' is not a node type; expected SW (switch), CA (adapter, "
                           "HCA) or RTR (router)", WRONG_USAGE)
 
-<<<<<<< HEAD
     def test_one_per_model_is_of_the_selected_nodes(self):
         run = self.run_command("dump", DEMO, "--prefix", "P", "--one-per-model", "--name", "leaf*")
         self.assertEqual((run.returncode, run.stderr), (DONE, ""))
-=======
-    def test_one_file_per_selected_model(self):
-        self.run_command("dump", DEMO, "--prefix", "P", "--one-per-model", "--name", "leaf*")
->>>>>>> a36d1041af23ce29f6c04981083168b6161bb2bf
         self.assertEqual(self.entries(), ["p_sw_5a40_generated.cpp", "p_sw_5a50_generated.cpp"])
 
 

@@ -182,8 +182,8 @@ TEST(MergeFabrics, KeepsTheIngressPortOfTheBase) {
   for (const auto& row : rows) {
     for (const Prefer prefer : {Prefer::kNeither, Prefer::kExtra}) {
       Fabscan merged;
-      const MergeResult result =
-          MergeFabrics(QueriedBy(row.base_port, row.base_guid), QueriedBy(2, 0x22), prefer, merged);
+      const MergeResult result = MergeFabrics(QueriedBy(row.base_port, row.base_guid).fabscan,
+                                              QueriedBy(2, 0x22).fabscan, prefer, merged);
       EXPECT_EQ(result.conflicts, 0U) << row.about;
       const IBNode& node = *merged.discovered_fabric.getNodeByGuid(kGuid);
       const auto& info = *merged.fabric_extended_info.find<SMP_NodeInfo>(node);
