@@ -72,7 +72,7 @@ in_bare_root() {
 # remove_bare_root ROOT: also while a command is under way.
 remove_bare_root() {
   if [ -n "$in_root_process" ]; then kill -KILL "$in_root_process" 2>/dev/null || true; fi
-  wait
+  wait 2>/dev/null
   # What the end of the command has not yet closed may still write.
   rm -rf --one-file-system "$1" "$1".* 2>/dev/null || { sleep 2 && rm -rf --one-file-system "$1"; }
 }
