@@ -47,10 +47,10 @@ class Files(CommandTest):
         self.assertEqual(
             run.stdout,
             "page.html\n"
-            f"{DEMO}: 10 nodes, 220 functions: 114 with a block, 104 skipped, 0 with #error, 2 to "
-            "finish by hand\n"
+            f"{DEMO}: 10 nodes, 220 functions: 114 with a block, 104 skipped, 0 with #error, 2 in "
+            "need of an edit\n"
             "left out, since outside the sub-fabric: 1 node\n"
-            "does not build: 2 to finish by hand, 2 classes that several nodes define\n"
+            "does not build: 2 in need of an edit, 2 classes that several nodes define\n"
             "next: write a project that builds, with one node of each device model\n"
             f"  fabscan scaffold {DEMO} --prefix MyDev --output-dir sim\n"
             "next: write one file for each device model\n"
@@ -143,7 +143,7 @@ class Page(CommandTest):
             self.browser.run("[...document.querySelectorAll('.head .function')].map("
                              "(head) => head.getAttribute('aria-label'))"),
             [function["name"] for function in result["nodes"][0]["functions"]])
-        self.assertEqual(self.text_of("#verdict"), "does not build: 2 to finish by hand, 2 classes "
+        self.assertEqual(self.text_of("#verdict"), "does not build: 2 in need of an edit, 2 classes "
                                                    "that several nodes define")
         self.assertEqual(
             self.browser.run("[...document.querySelectorAll('.total strong')].map("
@@ -196,8 +196,7 @@ class Page(CommandTest):
             "['why', 'many', 'remedy', 'affected'].map("
             "(name) => item.querySelector('.' + name).textContent))")
         self.assertEqual(parts[0], [
-            "an address stands in place of the redirect GID; write the GID there, or remove the "
-            "line", "1 node", "fabscan dump --buildable makes these edits.",
+            "the redirect GID is written as a memory address", "1 node", "fabscan dump --buildable makes these edits.",
             "VSReductionManagerClassPortInfo"])
         self.assertEqual(parts[2:], [
             [f"several nodes define the class {word}; one file can contain only one",
@@ -249,7 +248,7 @@ class Page(CommandTest):
         self.picture("text")
         self.assertEqual(self.text_of("#dialog-title"), "SW::setVSReductionManagerClassPortInfo")
         self.assertEqual(self.text_of("#dialog-node"), f"spine-01/U1  {SPINE}")
-        self.assertIn("an address stands in place", self.text_of("#dialog-mark"))
+        self.assertIn("the redirect GID is written", self.text_of("#dialog-mark"))
         self.assertIn("RedirectGID = 0x0x", self.text_of("#text"))
         self.browser.click("[data-column='1'][data-row='0'][type]")
         self.assertEqual(self.text_of("#dialog-title"), "SW::setWrenReductionPortInfo")
@@ -300,8 +299,8 @@ class Page(CommandTest):
         self.assertEqual(
             self.browser.run("document.querySelector('.cell.hand').getAttribute('aria-label')"
                              ".split(';')[0]"),
-            "setVSReductionManagerClassPortInfo: hand, an address stands in place of the redirect "
-            "GID")
+            "setVSReductionManagerClassPortInfo: hand, the redirect GID is written as a memory "
+            "address")
         self.assertEqual(self.browser.run("[...document.querySelectorAll('input, select')].filter("
                                           "(field) => field.labels.length !== 1).length"), 0)
 

@@ -38,12 +38,12 @@ class Check(CommandTest):
         lines = run.stdout.splitlines()
         self.assertEqual(lines[1], f"{SPINE}  SW     +++++++++++.+++++H+++H  spine-01/U1")
         self.assertEqual(lines[-3:], [
-            "does not build: 2 to finish by hand",
+            "does not build: 2 in need of an edit",
             "next: write the generated file, in a form that compiles",
             f"  fabscan dump {DEMO} --guid {SPINE} --prefix MyDev --buildable"])
-        self.assertRegex(run.stdout, r"H +1  an address stands in place of the redirect GID.*: "
+        self.assertRegex(run.stdout, r"H +1  the redirect GID is written as a memory address: "
                                      r"affects setVSReductionManagerClassPortInfo \(spine-01/U1\)")
-        self.assertRegex(run.stdout, "H +1  a record that is not declared is packed")
+        self.assertRegex(run.stdout, "H +1  the branches declare the same names")
 
     def test_error_lines(self):
         run = self.run_command("check", "-", input=snapshot(switch()))

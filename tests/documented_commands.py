@@ -36,6 +36,7 @@ BY_HAND = {
 STATUSES = {
     "fabscan check fabric.jsonl": 3,
     "fabscan check fabric.jsonl --html check.html": 3,
+    "fabscan check fabric.jsonl --summary": 3,
     "fabscan diff before.jsonl after.jsonl": 1,
     "fabscan diff yesterday.jsonl today.jsonl --ignore state --ignore SMP_PortInfo.LID": 1,
 }

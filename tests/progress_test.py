@@ -95,7 +95,7 @@ class OnATerminal(CommandTest):
         status, seen = self.run_slowly("check", self.pipe.name, "--guid", "ffff")
         self.assertEqual(status, FAILED)
         self.assertRegex(self.assert_no_residue(seen).replace("\r\n", "\n"),
-                         r"\Afabscan: warning: [^\n]*\nfabscan: error: [^\n]*\n\Z")
+                         r"\Afabscan: error: [^\n]*\n\Z")
 
     def test_a_signal_leaves_no_residue(self):
         for number in (signal.SIGINT, signal.SIGTERM):

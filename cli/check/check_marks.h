@@ -22,7 +22,7 @@ struct MarkRow {
 // clang-format off
 inline constexpr MarkRow kMarkRows[] = {
     {Mark::kError,   "E", Style::kBad,     "error",   "an #error line stops the compiler"},
-    {Mark::kHand,    "H", Style::kWarning, "hand",    "does not compile until finished by hand"},
+    {Mark::kHand,    "H", Style::kWarning, "hand",    "does not compile until it is edited"},
     {Mark::kComment, ".", Style::kQuiet,   "comment", "skipped: a comment says why"},
     {Mark::kBlock,   "+", Style::kGood,    "block",   "gives the simulated node its values"},
 };

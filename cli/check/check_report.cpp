@@ -131,7 +131,7 @@ std::string CountsText(const CheckResult& result, const std::string& snapshot,
                        const Terminal& terminal) {
   const std::size_t nodes = result.nodes().size();
   const std::string counts = fmt::format(
-      "{}: {}, {}: {} with a block, {} skipped, {} with #error, {} to finish by hand", snapshot,
+      "{}: {}, {}: {} with a block, {} skipped, {} with #error, {} in need of an edit", snapshot,
       Counted(nodes, "node"), Counted(nodes * result.functionNames().size(), "function"),
       result.count(Mark::kBlock), result.count(Mark::kComment), result.count(Mark::kError),
       result.count(Mark::kHand));
@@ -155,7 +155,7 @@ std::string Verdict(const CheckResult& result) {
   const std::size_t hand = result.count(Mark::kHand);
   const std::size_t shared = result.SharedClasses().size();
   add(errors, Counted(errors, "function") + " with #error");
-  add(hand, fmt::format("{} to finish by hand", hand));
+  add(hand, fmt::format("{} in need of an edit", hand));
   add(shared, Counted(shared, "class", "classes") + " that several nodes define");
   return "does not build: " + causes;
 }

@@ -52,11 +52,9 @@ TEST_F(CheckResultTest, WhatNeedsAHandStopsTheBuild) {
       {{"setVSReductionManagerClassPortInfo", "    mad_buffer.RedirectGID = 0x0x7ffe;\n"},
        {"setWrenPushReductionCounters", "        SMP_TarnExtPortInfo_pack(&mad_buffer, x);\n"}});
   EXPECT_EQ(result_.count(Mark::kHand), 2U);
-  EXPECT_EQ(Verdict(result_), "does not build: 2 to finish by hand");
+  EXPECT_EQ(Verdict(result_), "does not build: 2 in need of an edit");
   EXPECT_EQ(result_.cause(1)->code, CauseCode::kByHand);
-  EXPECT_EQ(result_.cause(1)->text,
-            "an address stands in place of the redirect GID; write the GID there, or remove the "
-            "line");
+  EXPECT_EQ(result_.cause(1)->text, "the redirect GID is written as a memory address");
 }
 
 TEST_F(CheckResultTest, ASharedClassStopsTheBuild) {

@@ -66,17 +66,20 @@ void Append(std::vector<std::string>& words, const std::vector<std::string>& mor
   words.insert(words.end(), more.begin(), more.end());
 }
 
-/// Text between single quotes, each character of `special` behind a backslash.
-std::string Quoted(const std::string& text, std::string_view special = {}) {
-  std::string quoted = "'";
+/// The text with a backslash before each character of `special`.
+std::string Escaped(const std::string& text, std::string_view special) {
+  std::string escaped;
   for (const char c : text) {
-    if (c == '\'') {
-      quoted += "'\\''";
-    } else {
-      if (special.find(c) != std::string_view::npos) quoted += '\\';
-      quoted += c;
-    }
+    if (special.find(c) != std::string_view::npos) escaped += '\\';
+    escaped += c;
   }
+  return escaped;
+}
+
+/// The text in single quotes.
+std::string Quoted(const std::string& text) {
+  std::string quoted = "'";
+  for (const char c : text) quoted += c == '\'' ? "'\\''" : std::string(1, c);
   return quoted + "'";
 }
 
@@ -103,8 +106,9 @@ std::string ZshCase(const CLI::App& subcommand) {
   std::string arguments;
   for (const CLI::Option* option : NamedOptionsOf(subcommand)) {
     for (const std::string& name : NamesOf(*option)) {
-      const std::string described = fmt::format("*{}[{}]{}", name, option->get_description(),
-                                                TakesValue(*option) ? ZshAction(*option) : "");
+      const std::string described =
+          fmt::format("*{}[{}]{}", name, Escaped(option->get_description(), "[]\\"),
+                      TakesValue(*option) ? ZshAction(*option) : "");
       arguments += fmt::format(" \\\n        {}", Quoted(described));
     }
   }
@@ -120,7 +124,7 @@ std::string FishOption(const CLI::App& subcommand, const CLI::Option& option) {
   return fmt::format(
       "complete -c fabscan -n '__fish_seen_subcommand_from {}'{}{} -d {}\n", subcommand.get_name(),
       names, TakesValue(option) ? kValues[static_cast<std::size_t>(KindOfValue(option))] : "",
-      Quoted(option.get_description(), "\\"));
+      Quoted(Escaped(option.get_description(), "\\")));
 }
 
 }  // namespace
@@ -149,8 +153,9 @@ std::string ZshCompletion(const CLI::App& app) {
 std::string FishCompletion(const CLI::App& app) {
   std::string text = "# fish completion of fabscan\n";
   for (const CLI::App* subcommand : SubcommandsOf(app)) {
-    text += fmt::format("complete -c fabscan -n __fish_use_subcommand -f -a {} -d {}\n",
-                        subcommand->get_name(), Quoted(subcommand->get_description(), "\\"));
+    text +=
+        fmt::format("complete -c fabscan -n __fish_use_subcommand -f -a {} -d {}\n",
+                    subcommand->get_name(), Quoted(Escaped(subcommand->get_description(), "\\")));
   }
   text += "complete -c fabscan -n __fish_use_subcommand -l version -d 'Print the version'\n";
   for (const CLI::App* subcommand : SubcommandsOf(app)) {

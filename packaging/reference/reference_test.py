@@ -79,7 +79,7 @@ class Completions(unittest.TestCase):
             zmodload zsh/zpty
             zpty shell 'TERM=dumb PS1= zsh -f'
             say() {{ zpty -w shell "$1" }}
-            say 'stty columns 400; fpath=({FOLDER}/completions $fpath); autoload -Uz compinit'
+            say 'stty rows 100 columns 400; fpath=({FOLDER}/completions $fpath); autoload -Uz compinit'
             say 'compinit -u -D; zstyle ":completion:*" list-prompt ""; setopt nolistbeep autolist'
             say 'LISTMAX=10000; cd {self.folder}; echo rea""dy'
             zpty -r -m shell REPLY '*ready*'
