@@ -70,8 +70,12 @@ void ChangeValue(Lines& body) { ChangeValueAt(body, AssignmentsIn(body).at(0)); 
 
 void ChangeEveryValue(Lines& body) {
   for (const std::size_t number : AssignmentsIn(body)) {
-    // The line that verification leaves out, as it does not compile.
-    if (AssignmentAt(body, number).field != "RedirectGID") ChangeValueAt(body, number);
+    if (AssignmentAt(body, number).field == "RedirectGID") {
+      // An address, which is edited into the record's own words; these are others.
+      body[number] = "    mad_buffer.RedirectGID[0] = 0x0; mad_buffer.RedirectGID[1] = 0x0;";
+    } else {
+      ChangeValueAt(body, number);
+    }
   }
 }
 
