@@ -53,8 +53,8 @@ class Files(CommandTest):
             "does not build: 2 in need of an edit, 2 classes that several nodes define\n"
             "next: write a project that builds, with one node of each device model\n"
             f"  fabscan scaffold {DEMO} --prefix MyDev --output-dir sim\n"
-            "next: write one file for each device model\n"
-            f"  fabscan dump {DEMO} --prefix MyDev --one-per-model\n")
+            "next: write one file for each device model, in a form that compiles\n"
+            f"  fabscan dump {DEMO} --prefix MyDev --one-per-model --buildable\n")
         self.assertEqual(self.entries(), ["page.html"])
 
     def test_standard_output(self):

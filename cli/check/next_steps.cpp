@@ -60,11 +60,7 @@ std::vector<NextStep> NextSteps(const CheckResult& result, const std::vector<Cau
     steps.push_back({builds ? "write a project that simulates these devices"
                             : "write a project that builds, with one node of each device model",
                      ScaffoldLine(snapshot, "MyDev")});
-    if (shares) {
-      steps.push_back({"write one file for each device model",
-                       fmt::format("fabscan dump {} --prefix MyDev --one-per-model", file)});
-    }
-    return steps;
+    if (!shares) return steps;
   }
   std::string text = shares ? "write one file for each device model" : "write the generated file";
   if (stops) text += ", in a form that compiles";
