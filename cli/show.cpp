@@ -33,7 +33,9 @@ struct ShowOptions {
 void PrintValues(const ShownSnapshot& shown, const std::optional<unsigned>& port) {
   std::vector<const IBNode*> nodes;
   std::copy_if(shown.nodes.begin(), shown.nodes.end(), std::back_inserter(nodes),
-               [&port](const IBNode* node) { return !port || node->getPort(*port) != nullptr; });
+               [&port](const IBNode* node) {
+                 return !port || node->getPort(static_cast<phys_port_t>(*port)) != nullptr;
+               });
   if (nodes.empty() && port) {
     throw CommandError(fmt::format("{}: no node to show: none has a port {}; use another port",
                                    InputName(shown.path), *port));

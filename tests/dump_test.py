@@ -391,7 +391,7 @@ class Output(CommandTest):
         self.assertEqual(self.entries("a/b/c"), [OUT])
         self.put("file", "")
         self.assert_fails(self.dump("--output-dir", "file/below"),
-                          "file: is not a directory; choose another path")
+                          "file: is not a directory; use another path")
 
     def test_a_failed_run_leaves_no_new_directory(self):
         for source in ("missing", self.put("bad", "not JSON\n")):

@@ -270,9 +270,10 @@ class Compressed(FaultTest):
         for number, cause in ((errno.ENOSPC, "No space left on device"),
                               (errno.EDQUOT, "Disk quota exceeded"),
                               (errno.EIO, "Input/output error"), (errno.EFBIG, "File too large")):
+            space = "free some space, or " * (number in (errno.ENOSPC, errno.EDQUOT))
             for run in self.every_call("write", number):
-                self.assert_failed(run, f"out/new.zst: cannot write: {cause}; free some space, or "
-                                        "write elsewhere")
+                self.assert_failed(run, f"out/new.zst: cannot write: {cause}; {space}write "
+                                        "elsewhere")
 
     def test_a_write_stops_half_way(self):
         for run in self.every_call("write", "short"):
@@ -281,8 +282,7 @@ class Compressed(FaultTest):
 
     def test_a_file_cannot_be_put_in_place(self):
         self.assert_failed(self.run_with_fault("fsync", 1, errno.EIO),
-                           "out/new.zst: cannot write: Input/output error; free some space, or "
-                           "write elsewhere")
+                           "out/new.zst: cannot write: Input/output error; write elsewhere")
         self.assert_failed(self.run_with_fault("rename", 1, errno.EACCES),
                            "out/new.zst: cannot replace: Permission denied; write elsewhere")
 
