@@ -65,7 +65,7 @@ std::unique_ptr<KeyedMapping> MakeMapping(const AnonymiseOptions& options, bool 
 std::string ReportText(const AnonymiseOptions& options, const IBFabric& fabric, bool has_key) {
   constexpr std::size_t kWidest = 88;
   const std::size_t shown =
-      WidthOf(IsStandardStream(options.output.path) ? STDERR_FILENO : STDOUT_FILENO);
+      WidthOf(IsStandardOutput(options.output.path) ? STDERR_FILENO : STDOUT_FILENO);
   const std::size_t width = shown == 0 ? kWidest : std::min(shown, kWidest);
   const char* reasons = "; reasons why records are absent";
   const std::string removed = "source and time of the snapshot";
@@ -101,9 +101,10 @@ ExitStatus AnonymiseSnapshot(const AnonymiseOptions& options, bool has_key) {
     throw CommandError(fmt::format("{}: two nodes would become one ({}); choose another key",
                                    InputName(options.snapshot), error.what()));
   }
-  WriteAndCommit(output, anonymised, {kSource, ""});
-  std::ostream& out = IsStandardStream(options.output.path) ? std::cerr : std::cout;
+  WriteFabric(output, anonymised, {kSource, ""});
+  std::ostream& out = IsStandardOutput(options.output.path) ? std::cerr : std::cout;
   out << ReportText(options, anonymised.discovered_fabric, has_key || !options.key_file.empty());
+  output.Commit();
   return kDone;
 }
 

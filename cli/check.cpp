@@ -33,13 +33,13 @@ struct CheckOptions {
 void WritePage(const CheckPage& page, const CheckReport& report, const CheckOptions& options,
                StagedOutput& output) {
   page.Write(output.stream(), report);
-  output.Commit();
-  if (options.json || IsStandardStream(options.html)) return;
+  output.Finish();
+  if (options.json || IsStandardOutput(options.html)) return;
   std::cout << options.html << '\n' << TotalsText(report, StandardOutput());
 }
 
 ExitStatus Check(const CheckOptions& options) {
-  if (IsStandardStream(options.html) && options.json) {
+  if (IsStandardOutput(options.html) && options.json) {
     throw CommandError("--html - and --json both want standard output; name a file", kWrongUsage);
   }
   std::unique_ptr<StagedOutput> output;
@@ -67,6 +67,7 @@ ExitStatus Check(const CheckOptions& options) {
     const Terminal terminal = StandardOutput();
     std::cout << (options.summary ? SummaryText(report, terminal) : CheckText(report, terminal));
   }
+  if (output) output->Commit();
   return result.Builds() ? kDone : kIncomplete;
 }
 

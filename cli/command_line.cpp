@@ -98,7 +98,7 @@ CommandLine::CommandLine()
   app.set_version_flag("--version", fmt::format("fabscan {}", kVersion));
   app.require_subcommand(1);
   app.formatter(std::make_shared<HelpFormatter>());
-  app.footer(ExitStatusText() + "\n'fabscan SUBCOMMAND --help' tells more, with an example.");
+  app.footer(ExitStatusText() + "\n'fabscan help SUBCOMMAND' has the options and an example.");
 
   for (const Command* command = kCommands; command->name != nullptr; ++command) {
     CLI::App* subcommand = app.add_subcommand(command->name, command->summary);

@@ -226,11 +226,7 @@ ExitStatus Compare(const DiffOptions& options) {
 ExitStatus Diff(const DiffOptions& options) {
   try {
     const ExitStatus status = Compare(options);
-    if (const int error_number = FlushStandardOutput(); error_number != 0) {
-      throw CommandError(
-          fmt::format("standard output: cannot write: {}; free some space, or write elsewhere",
-                      CauseText(error_number)));
-    }
+    RequireStandardOutput();
     return status;
   } catch (const std::bad_alloc&) {
     throw CommandError("out of memory; use a larger machine", kTrouble);

@@ -43,15 +43,18 @@ ExitStatus Discover(const DiscoverOptions& options) {
 
   Fabscan fabscan;
   const DiscoveryReport report = BuildFabric(found.fabric, fabscan);
-  WriteAndCommit(output, fabscan, {"fabscan discover, " + found.where, CurrentTime()});
+  WriteFabric(output, fabscan, {"fabscan discover, " + found.where, CurrentTime()});
   ExitStatus status = Tell(report, output.path());
   if (report.nodes == 1) {
     PrintWarning(fmt::format("only this host's adapter was found; has {} a link?", found.where));
     status = kIncomplete;
   }
-  if (!found.stopped) return status;
-  PrintWarning("interrupted; the snapshot holds what was read by then");
-  return kIncomplete;
+  if (found.stopped) {
+    PrintWarning("interrupted; the snapshot holds what was read by then");
+    status = kIncomplete;
+  }
+  output.Commit();
+  return status;
 }
 
 }  // namespace
@@ -65,21 +68,22 @@ std::function<ExitStatus()> AddDiscover(CLI::App& app) {
   app.add_option("-P", options->live.port, "Its port; the first one with a link")
       ->check(CLI::Range(1, 254))
       ->type_name("PORT");
-  app.add_option("--timeout-ms", options->live.timeout_ms, "How long to wait for an answer")
+  app.add_option("--timeout-ms", options->live.timeout_ms, "How long to wait for each answer")
       ->check(CLI::Range(1, 600000))
       ->capture_default_str()
       ->type_name("N");
-  app.add_option("--retries", options->live.retries, "How often to ask again without an answer")
-      ->check(CLI::Range(1, 100))
+  app.add_option("--retries", options->live.retries,
+                 "Retries of a query without an answer; the scan itself retries at least once")
+      ->check(CLI::Range(0, 100))
       ->capture_default_str()
       ->type_name("N");
   app.add_option("--outstanding", options->live.outstanding,
-                 "Queries of the scan that are under way at once")
+                 "How many queries the scan has outstanding at most")
       ->check(CLI::Range(1, 1000))
       ->capture_default_str()
       ->type_name("N");
   app.add_flag("--keep-partial", options->live.keep_partial,
-               "On Ctrl-C, write what was read by then; the scan takes longer");
+               "On Ctrl-C, write what was read so far; makes the scan slower");
   app.footer(
       "Only Get queries are sent; nothing in the fabric is changed. Exits 3 when the fabric was "
       "read in part.\n"

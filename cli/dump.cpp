@@ -43,7 +43,7 @@ std::string OutputPath(const DumpOptions& options) {
 
 /// On standard output, unless that is where the file goes.
 void Report(const DumpedFile& file, const std::string& path, std::size_t left_out) {
-  const bool is_busy = IsStandardStream(path);
+  const bool is_busy = IsStandardOutput(path);
   std::string text = fmt::format("{}\n{}\n", OutputName(path), file.summary.text(left_out));
   text += EditsText(file.edits, is_busy ? Terminal() : StandardOutput());
   (is_busy ? std::cerr : std::cout) << text;
@@ -64,10 +64,10 @@ ExitStatus Dump(const DumpOptions& options) {
   const DumpedFile file =
       WriteDumpFile(fabscan, options.prefix, guids, options.variant, output, &progress);
   progress.Finish();
+  output.Finish();
+  Report(file, output.path(), guids.empty() ? NodesOutside(fabscan.discovered_fabric) : 0);
   output.Commit();
   directories.Keep();
-
-  Report(file, output.path(), guids.empty() ? NodesOutside(fabscan.discovered_fabric) : 0);
   if (options.variant == Variant::kExact) {
     WarnOfFaults(OutputName(output.path()) + " does not compile as written", file.summary.faults(),
                  options, guids);
@@ -96,7 +96,7 @@ std::function<ExitStatus()> AddDump(CLI::App& app) {
   app.add_option("--output-dir", options->output_dir,
                  "Output directory, created if missing (default: current directory)")
       ->type_name("DIR");
-  app.add_option("--output", options->output,
+  app.add_option("-o,--output", options->output,
                  "Write to this file instead of NAME_generated.cpp; - is standard output")
       ->type_name("FILE");
   app.add_flag("--force", options->force, "Replace a file that exists");

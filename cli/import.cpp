@@ -39,7 +39,7 @@ ExitStatus Import(const ImportOptions& options) {
   StagedOutput output(options.output.path, options.output.force);
   const CacheFindings findings = ReadFindings(options.cache);
   DiscoveryReport report;
-  WriteAndCommit(output, {"fabscan import of a discovery cache", ""}, [&](SnapshotWriter& writer) {
+  WriteFabric(output, {"fabscan import of a discovery cache", ""}, [&](SnapshotWriter& writer) {
     Progress progress;
     const auto show = [&](std::size_t nodes) {
       progress.Show("nodes written", nodes, findings.NodeCount());
@@ -47,7 +47,9 @@ ExitStatus Import(const ImportOptions& options) {
     report = BuildFabricInParts(findings, kPortsOfAPart,
                                 [&](const Fabscan& part) { writer.Write(part, show); });
   });
-  return Tell(report, output.path());
+  const ExitStatus status = Tell(report, output.path());
+  output.Commit();
+  return status;
 }
 
 }  // namespace
@@ -55,7 +57,7 @@ ExitStatus Import(const ImportOptions& options) {
 std::function<ExitStatus()> AddImport(CLI::App& app) {
   const auto options = std::make_shared<ImportOptions>();
   app.add_option("CACHE", options->cache,
-                 "The cache that ibnetdiscover --cache wrote; - is standard input")
+                 "The file that ibnetdiscover --cache wrote; - is standard input")
       ->required();
   options->output.AddTo(app, "SNAPSHOT");
   app.footer(

@@ -2,29 +2,25 @@
 #include <snapshot.h>
 #include <suggestion.h>
 
-#include <csignal>
+#include <algorithm>
 #include <cstring>
 #include <exception>
 #include <iostream>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "closed_pipe.h"
 #include "command.h"
 #include "command_line.h"
 #include "commands.h"
 #include "report.h"
+#include "standard_streams.h"
 
 namespace fabscan {
 
 namespace {
-
-/// A closed pipe and a file size limit are errors of the write that meets them, so that what was
-/// begun is cleaned up.
-void LetWritesFail() {
-  static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
-  static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
-}
 
 [[noreturn]] void RefuseUnknownCommand(const std::string& word) {
   std::vector<std::string_view> names;
@@ -64,14 +60,29 @@ void LetWritesFail() {
   throw CommandError(fmt::format("{}; see '{} --help'", message, call), kWrongUsage);
 }
 
+/// The words after the program's name, last first, as CLI11 wants them; `help SUBCOMMAND` becomes
+/// `SUBCOMMAND --help`.
+std::vector<std::string> Words(int argc, char** argv) {
+  std::vector<std::string> words(argv + 1, argv + argc);
+  if (words.front() == "help") {
+    words.front() = "--help";
+    if (words.size() == 2 && words.back().front() != '-') std::swap(words.front(), words.back());
+  }
+  std::reverse(words.begin(), words.end());
+  return words;
+}
+
 ExitStatus Run(int argc, char** argv) {
   CommandLine line;
   if (argc < 2) {
     throw CommandError("a subcommand is missing; 'fabscan --help' lists them", kWrongUsage);
   }
-  if (argv[1][0] != '-' && FindCommand(argv[1]) == nullptr) RefuseUnknownCommand(argv[1]);
+  const std::vector<std::string> words = Words(argc, argv);
+  if (words.back()[0] != '-' && FindCommand(words.back()) == nullptr) {
+    RefuseUnknownCommand(words.back());
+  }
   try {
-    line.app.parse(argc, argv);
+    line.app.parse(std::vector<std::string>(words));
   } catch (const CLI::Success& answer) {  // --help and --version
     line.app.exit(answer, std::cout, std::cerr);
     return kDone;
@@ -97,13 +108,16 @@ ExitStatus RunReportingErrors(int argc, char** argv) {
   return kFailed;
 }
 
-/// Results that did not reach standard output are a failure, whatever the command thinks.
+/// Results that did not reach standard output are a failure, whatever the command returns.
 ExitStatus FinishStandardOutput(ExitStatus status) {
-  const int error_number = FlushStandardOutput();
-  if (error_number == 0 || status == kFailed || status == kWrongUsage) return status;
-  PrintError(fmt::format("standard output: cannot write: {}; free some space, or write elsewhere",
-                         CauseText(error_number)));
-  return kFailed;
+  try {
+    RequireStandardOutput();
+  } catch (const CommandError& error) {
+    if (status == kFailed || status == kWrongUsage) return status;
+    PrintError(error.what());
+    return kFailed;
+  }
+  return status;
 }
 
 /// As diff has it, where 1 says that there are differences.
@@ -118,9 +132,13 @@ ExitStatus FailureOf(int argc, char** argv) {
 int main(int argc, char** argv) {
   fabscan::LetWritesFail();
   try {
+    fabscan::OpenClosedStandardStreams();
+    fabscan::KeepStandardOutputErrors();
     return fabscan::FinishStandardOutput(fabscan::RunReportingErrors(argc, argv));
+  } catch (const fabscan::ClosedPipe&) {
+    fabscan::EndBySigpipe();
   } catch (const std::bad_alloc&) {  // of the command, or of telling what failed
     fabscan::PrintOutOfMemory();
-    return fabscan::FailureOf(argc, argv);
   }
+  return fabscan::FailureOf(argc, argv);
 }

@@ -55,9 +55,9 @@ ExitStatus Merge(const MergeOptions& options) {
   ReadSnapshotWithProgress(options.extra, extra, options.reading);
   Fabscan merged;
   const MergeResult result = MergeOrRefuse(options, base, extra, merged);
-  WriteAndCommit(output, merged, header);
+  WriteFabric(output, merged, header);
 
-  std::ostream& out = IsStandardStream(output.path()) ? std::cerr : std::cout;
+  std::ostream& out = IsStandardOutput(output.path()) ? std::cerr : std::cout;
   out << fmt::format("{}: {}, {} of them added; {} added", OutputName(output.path()),
                      Counted(merged.discovered_fabric.nodeCount(), "node"), result.added_nodes,
                      Counted(result.added_records, "record"));
@@ -67,6 +67,7 @@ ExitStatus Merge(const MergeOptions& options) {
         options.prefer == Prefer::kBase ? InputName(options.base) : InputName(options.extra));
   }
   out << '\n';
+  output.Commit();
   return kDone;
 }
 

@@ -49,9 +49,9 @@ ExitStatus ScaffoldDevice(const ScaffoldOptions& options) {
       options.force);
   outputs[0]->stream() << DeviceSource("devices/example/example.h", options.prefix);
   outputs[1]->stream() << DeviceSource("devices/example/CMakeLists.txt", options.prefix);
+  std::cout << outputs[0]->path() << '\n' << outputs[1]->path() << '\n';
   StagedOutput::CommitAll(outputs);
   directories.Keep();
-  fmt::print("{}\n{}\n", outputs[0]->path(), outputs[1]->path());
   return kDone;
 }
 
@@ -75,12 +75,8 @@ std::string BuildLines(const std::string& directory) {
       source, build, directory.empty() ? "./" : "");
 }
 
-ExitStatus ScaffoldProject(const ScaffoldOptions& options) {
-  Fabscan fabscan;
-  const std::vector<ListedModel> devices = SelectDevices(options, fabscan);
-  const Variant variant = options.exact ? Variant::kExact : Variant::kBuildable;
-  const std::vector<ModelFile> files =
-      WriteProject(fabscan, devices, variant, options.output_dir, options.force);
+void Report(const ScaffoldOptions& options, const Fabscan& fabscan,
+            const std::vector<ModelFile>& files) {
   std::cout << FilesText("directory", files, StandardOutput());
   if (!options.nodes.given()) std::cout << LeftOutText(NodesOutside(fabscan.discovered_fabric));
   std::cout << EditsText(EditsOf(files), StandardOutput());
@@ -90,6 +86,14 @@ ExitStatus ScaffoldProject(const ScaffoldOptions& options) {
   } else {
     std::cout << BuildLines(options.output_dir);
   }
+}
+
+ExitStatus ScaffoldProject(const ScaffoldOptions& options) {
+  Fabscan fabscan;
+  const std::vector<ListedModel> devices = SelectDevices(options, fabscan);
+  const Variant variant = options.exact ? Variant::kExact : Variant::kBuildable;
+  WriteProject(fabscan, devices, variant, options.output_dir, options.force,
+               [&](const std::vector<ModelFile>& files) { Report(options, fabscan, files); });
   return kDone;
 }
 

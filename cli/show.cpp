@@ -1,7 +1,13 @@
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
+#include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "command.h"
 #include "natural_order.h"
@@ -18,8 +24,41 @@ struct ShowOptions {
   std::string snapshot;
   NodeSelection nodes;
   bool json = false;
+  bool summary = false;
+  bool values = false;
+  std::optional<unsigned> port;
   SnapshotReadOptions reading;
 };
+
+void PrintValues(const ShownSnapshot& shown, const std::optional<unsigned>& port) {
+  std::vector<const IBNode*> nodes;
+  std::copy_if(shown.nodes.begin(), shown.nodes.end(), std::back_inserter(nodes),
+               [&port](const IBNode* node) {
+                 return !port || node->getPort(static_cast<phys_port_t>(*port)) != nullptr;
+               });
+  if (nodes.empty() && port) {
+    throw CommandError(fmt::format("{}: no node to show: none has a port {}; use another port",
+                                   InputName(shown.path), *port));
+  }
+  for (const IBNode* node : nodes) {
+    std::cout << (node == nodes.front() ? "" : "\n")
+              << ShowValues(shown.fabscan, *node, port, StandardOutput());
+  }
+}
+
+void PrintText(const ShownSnapshot& shown, const ShowOptions& options, bool all) {
+  const Terminal terminal = StandardOutput();
+  if (all || options.summary) {
+    std::cout << ShowHead(shown, terminal);
+    if (shown.nodes.empty()) return;
+    std::cout << '\n' << (options.summary ? ShowModels : ShowNodes)(shown, terminal);
+    return;
+  }
+  for (const IBNode* node : shown.nodes) {
+    std::cout << (node == shown.nodes.front() ? "" : "\n")
+              << ShowNode(shown.fabscan, *node, terminal);
+  }
+}
 
 ExitStatus Show(const ShowOptions& options) {
   Fabscan fabscan;
@@ -30,15 +69,12 @@ ExitStatus Show(const ShowOptions& options) {
     if (selected.Has(*node)) shown.nodes.push_back(node);
   }
 
-  const Terminal terminal = StandardOutput();
   if (options.json) {
     ShowJson(shown);
-  } else if (selected.guids.empty()) {
-    std::cout << ShowSummary(shown, terminal);
+  } else if (options.values) {
+    PrintValues(shown, options.port);
   } else {
-    for (const IBNode* node : shown.nodes) {
-      std::cout << (node == shown.nodes.front() ? "" : "\n") << ShowNode(fabscan, *node, terminal);
-    }
+    PrintText(shown, options, selected.guids.empty());
   }
   return kDone;
 }
@@ -50,13 +86,27 @@ std::function<ExitStatus()> AddShow(CLI::App& app) {
   app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
       ->required();
   options->nodes.AddTo(app);
-  app.add_flag("--json", options->json, "Print one JSON object");
+  CLI::Option* json = app.add_flag("--json", options->json, "Print one JSON object");
+  CLI::Option* summary = app.add_flag("--summary", options->summary,
+                                      "Print one line per device model, and the totals");
+  CLI::Option* values = app.add_flag("--values", options->values,
+                                     "Print the collected values of the nodes and their ports");
+  app.add_option("--port", options->port, "With --values, print this port alone")
+      ->check(CLI::Range(0, 255).description(""))
+      ->needs(values)
+      ->type_name("N");
+  json->excludes(summary)->excludes(values);
+  summary->excludes(values);
   AddReadLimits(app, options->reading);
   app.footer(
-      "Without --guid, a line a node and what was collected in all; with it, all of these nodes, "
-      "port by port.\n"
-      "Example: the ports of one switch, and what was collected of each\n"
-      "  fabscan show fabric.jsonl --guid 0x5a1e0c0000000200");
+      "Without --guid, prints one line per node and what was collected in all; with it, each of "
+      "these nodes port by port.\n"
+      "Examples: the ports of one switch, and what was collected of each\n"
+      "  fabscan show fabric.jsonl --guid 0x5a1e0c0000000200\n"
+      "What was collected of one port, field by field\n"
+      "  fabscan show fabric.jsonl --guid 0x5a1e0c0000000200 --values --port 3\n"
+      "A large fabric, by device model\n"
+      "  fabscan show fabric.jsonl --summary");
   return [options] { return Show(*options); };
 }
 

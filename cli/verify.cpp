@@ -4,7 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <atomic>
-#include <cstdio>
+#include <iostream>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -16,6 +16,7 @@
 #include "node_selection.h"
 #include "progress.h"
 #include "read_limits.h"
+#include "report.h"
 #include "selected_nodes.h"
 #include "standard_streams.h"
 #include "verify_folder.h"
@@ -39,7 +40,7 @@ struct VerifyOptions {
 };
 
 void PrintDetails(const std::vector<std::string>& lines) {
-  for (const std::string& line : lines) fmt::print(stderr, "  {}\n", line);
+  for (const std::string& line : lines) PrintMessage("  " + line + '\n');
 }
 
 /// Verifies nodes on several threads; each compiles and runs a program of its own.
@@ -129,9 +130,9 @@ ExitStatus Verify(const VerifyOptions& options) {
   for (const VerifiedNode& node : run.Verify(options.jobs)) {
     if (VerifyFolder::Interrupted()) return kFailed;
     totals.Add(node);
-    fmt::print("{}\n", ReportText(node, StandardOutput()));
+    std::cout << ReportText(node, StandardOutput()) << '\n';
   }
-  fmt::print("{}", totals.text());
+  std::cout << totals.text();
 
   if (totals.failed != 0) {
     throw CommandError(fmt::format("{}: {} of {} nodes could not be verified; the report says why",

@@ -39,6 +39,11 @@ void Append(std::FILE* file, u_int64_t count, FileBytes& bytes, const Progress& 
 FileBytes LoadCache(std::FILE* file, const Progress& progress) {
   FileBytes bytes;
   Append(file, kCacheHeaderBytes, bytes, {});
+  if (IsTopologyText(bytes.view())) {
+    throw CacheError(
+        "is the text output of ibnetdiscover; import reads its cache: run 'ibnetdiscover --cache "
+        "FILE'");
+  }
   CacheCursor cursor(bytes.view());
   // One byte more, so that a file longer than announced is seen.
   Append(file, CacheFileBytes(TakeCacheHeader(cursor)) - kCacheHeaderBytes + 1, bytes, progress);

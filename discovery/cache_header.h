@@ -4,6 +4,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <string_view>
 
 #include "cache_cursor.h"
 
@@ -19,6 +20,9 @@ inline constexpr std::size_t kCacheHeaderBytes = 28;
 inline constexpr std::size_t kCacheNodeBytes = 207;
 inline constexpr std::size_t kCachePortBytes = 95;
 inline constexpr std::size_t kCachePortKeyBytes = 9;  // each port stands once more with its node
+
+/// Whether a file that begins like this is the text that ibnetdiscover prints.
+bool IsTopologyText(std::string_view bytes);
 
 /// Throws CacheError when this is no discovery cache, or one of another kind.
 CacheHeader TakeCacheHeader(CacheCursor& cursor);

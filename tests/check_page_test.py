@@ -49,7 +49,7 @@ class Files(CommandTest):
             "page.html\n"
             f"{DEMO}: 10 nodes, 220 functions: 114 with a block, 104 skipped, 0 with #error, 2 in "
             "need of an edit\n"
-            "left out, since outside the sub-fabric: 1 node\n"
+            "skipped (outside the sub-fabric): 1 node\n"
             "does not build: 2 in need of an edit, 2 classes that several nodes define\n"
             "next: write a project that builds, with one node of each device model\n"
             f"  fabscan scaffold {DEMO} --prefix MyDev --output-dir sim\n"

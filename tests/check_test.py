@@ -136,7 +136,7 @@ class Check(CommandTest):
     def test_a_temporary_folder_that_is_not_there(self):
         run = self.check(env={**os.environ, "TMPDIR": str(self.folder / "none")})
         self.assertEqual(run.returncode, FAILED)
-        self.assertRegex(run.stderr, "cannot make a temporary folder: .*; set TMPDIR\n$")
+        self.assertRegex(run.stderr, "cannot make a temporary directory: .*; set TMPDIR\n$")
 
 
 class Causes(CommandTest):

@@ -44,7 +44,7 @@ class OnePerModel(CommandTest):
             "0x0000000000100002  host-00002\n"
             "\n"
             "3 devices, which stand for 4 nodes\n"
-            "left out, since outside the sub-fabric: 1 node\n")
+            "skipped (outside the sub-fabric): 1 node\n")
         self.assertEqual(
             run.stderr,
             "fabscan: warning: 3 of 3 files do not compile as written: 13 functions with #error; "

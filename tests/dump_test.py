@@ -391,7 +391,7 @@ class Output(CommandTest):
         self.assertEqual(self.entries("a/b/c"), [OUT])
         self.put("file", "")
         self.assert_fails(self.dump("--output-dir", "file/below"),
-                          "file: is not a directory; choose another path")
+                          "file: is not a directory; use another path")
 
     def test_a_failed_run_leaves_no_new_directory(self):
         for source in ("missing", self.put("bad", "not JSON\n")):
@@ -423,8 +423,8 @@ class Output(CommandTest):
         self.folder.chmod(0o555)
         run = self.run_command("dump", source, "--prefix", "P", as_nobody=True)
         self.assert_fails(
-            run, ".: cannot write there: Permission denied; name a folder that exists and that "
-                 "you may write")
+            run, "cannot create files in the current directory: Permission denied; use another "
+                 "directory")
 
     def test_a_full_disk(self):
         self.put(OUT, "earlier\n")
@@ -447,12 +447,7 @@ class Output(CommandTest):
             run = self.dump("--guid", "5a1e0c0000000600", stdout=full)
         self.assert_fails(run, "standard output: cannot write: No space left on device; free some "
                                "space, or write elsewhere")
-        reader, writer = os.pipe()
-        os.close(reader)
-        run = self.dump("--force", "--guid", "5a1e0c0000000600", stdout=writer)
-        os.close(writer)
-        self.assertEqual(run.returncode, FAILED)
-        self.assertIn("Broken pipe", run.stderr)
+        self.assertEqual(self.entries(), [])
 
     @unittest.skipIf(os.environ.get("FABSCAN_SANITIZE"), "sanitizers take all address space")
     def test_out_of_memory(self):

@@ -32,7 +32,7 @@ class Models(CommandTest):
         self.assertEqual(
             run.stdout,
             "my fabric.jsonl: 5 nodes, 4 device models\n"
-            "left out, since outside the sub-fabric: 1 node\n"
+            "skipped (outside the sub-fabric): 1 node\n"
             "\n"
             "model     nodes  type     vendor    device  revision  PSID  firmware  records  "
             "representative\n"

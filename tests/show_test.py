@@ -1,6 +1,7 @@
 """`fabscan show` from end to end."""
 
 import json
+import re
 
 from command_line import (DONE, EXAMPLES, FAILED, WRONG_USAGE, CommandTest, main, snapshot, switch)
 
@@ -15,26 +16,27 @@ SUMMARY = """\
 partial.jsonl: 2 nodes (1 SW, 1 CA), 4 ports
 source: an invented fabric of which some records were not collected
 
-kind  GUID                LID  active  abcdefghijklmn opqrstu  node
-CA    0x5a1e0c0000000200   33     0/1  +......-....+. +++....  compute-117 HCA-1
-SW    0x5a1e0c0000000100    1     2/2  ++...--.....+. ~~~....  leaf-07/U1
+type  GUID                LID  active  abcdefghijklmn opqrstu  node
+CA    0x5a1e0c0000000200   33     0/1  +   .  -. ..+. +++....  compute-117 HCA-1
+SW    0x5a1e0c0000000100    1     2/2  ++ ..--.....+. ~~~....  leaf-07/U1
 
   +  collected
-  -  absent, and why was recorded
-  .  neither
-  ~  not the same for all ports
+  -  absent for a recorded reason
+  .  not collected
+     blank: does not apply to this type of node
+  ~  not the same for all
 
    attribute                           of    +  -  .
 a  SMP_NodeInfo                        node  2
-b  SMP_SwitchInfo                      node  1     1
-c  SMP_RouterInfo                      node        2
-d  SMP_ExtendedSwitchInfo              node        2
+b  SMP_SwitchInfo                      node  1
+c  SMP_RouterInfo                      node
+d  SMP_ExtendedSwitchInfo              node        1
 e  ib_extended_node_info               node        2
-f  ib_private_lft_info                 node     1  1
-g  adaptive_routing_info               node     1  1
+f  ib_private_lft_info                 node     1
+g  adaptive_routing_info               node     1
 h  VendorSpec_GeneralInfo              node     1  1
 i  CC_EnhancedCongestionInfo           node        2
-j  CC_CongestionSwitchGeneralSettings  node        2
+j  CC_CongestionSwitchGeneralSettings  node        1
 k  IB_ClassPortInfo                    node        2
 l  WrenReductionInfo                   node        2
 m  smpCapabilityMask                   node  2
@@ -57,7 +59,7 @@ o  SMP_PortInfo            1 port  timed out
 NODE = """\
 node              leaf-07/U1
 GUID              0x5a1e0c0000000100
-kind              SW
+type              SW
 system GUID       0x5a1e0c0000000103
 vendor            0x5a1e0c
 device            0x5a50
@@ -68,18 +70,17 @@ active ports      2/2
 attribute
 SMP_NodeInfo                        collected
 SMP_SwitchInfo                      collected
-SMP_RouterInfo                      -
-SMP_ExtendedSwitchInfo              -
-ib_extended_node_info               -
+SMP_ExtendedSwitchInfo              not collected
+ib_extended_node_info               not collected
 ib_private_lft_info                 absent: status 0x000c
 adaptive_routing_info               absent: timed out
-VendorSpec_GeneralInfo              -
-CC_EnhancedCongestionInfo           -
-CC_CongestionSwitchGeneralSettings  -
-IB_ClassPortInfo                    -
-WrenReductionInfo                   -
+VendorSpec_GeneralInfo              not collected
+CC_EnhancedCongestionInfo           not collected
+CC_CongestionSwitchGeneralSettings  not collected
+IB_ClassPortInfo                    not collected
+WrenReductionInfo                   not collected
 smpCapabilityMask                   collected
-gmpCapabilityMask                   -
+gmpCapabilityMask                   not collected
 
 port  state   LID  opqrstu
    0  ACTIVE    1  +......
@@ -87,8 +88,8 @@ port  state   LID  opqrstu
    2  ACTIVE    1  +++....  fnm
 
   +  collected
-  -  absent, and why was recorded
-  .  neither
+  -  absent for a recorded reason
+  .  not collected
 
    attribute                           of    +  -  .
 o  SMP_PortInfo                        port  2  1
@@ -116,6 +117,89 @@ class Show(CommandTest):
         self.assertEqual((run.returncode, run.stderr), (DONE, ""))
         self.assertEqual(run.stdout, NODE)
 
+    def test_values(self):
+        run = self.run_command("show", PARTIAL, "--guid", LEAF, "--values", "--port", "2")
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+        self.assertEqual(run.stdout, VALUES)
+
+    def test_values_agree_with_the_snapshot(self):
+        """Each number of each record is printed once, in decimal or hexadecimal."""
+        line = next(line for line in map(json.loads, DEMO.read_text().splitlines())
+                    if line.get("guid") == "0x5a1e0c0000000100")
+
+        def numbers(value):
+            if isinstance(value, dict):
+                return [n for nested in value.values() for n in numbers(nested)]
+            if isinstance(value, list):
+                return [n for nested in value for n in numbers(nested)]
+            return [int(value, 0) if isinstance(value, str) else value]
+
+        text = self.run_command("show", DEMO, "--guid", line["guid"], "--values").stdout
+        shown = {}
+        for block in text.split("\n\n")[1:]:
+            head, *rows = block.splitlines()
+            fields = {}
+            for row in rows:
+                name, *words = row.split()
+                if row.startswith(" ") or words[0].startswith('"'): continue
+                fields[name] = [int(word, 0) for word in words if re.fullmatch(r"0x[0-9a-f]+|\d+",
+                                                                              word)]
+            shown[head] = fields
+        for name, record in line["attributes"].items():
+            for field, value in record.items():
+                if isinstance(value, (int, str)) or all(isinstance(v, int) for v in value):
+                    self.assertEqual(shown[name][field][:len(numbers(value))], numbers(value))
+        for port in line["ports"]:
+            for name, record in port["attributes"].items():
+                if name.startswith("SMP"):
+                    for field, value in record.items():
+                        self.assertEqual(shown[f"port {port['num']} {name}"][field][0],
+                                         *numbers(value))
+
+    def test_values_of_a_port_that_is_not_there(self):
+        self.assert_fails(self.run_command("show", PARTIAL, "--values", "--port", "77"),
+                          f"{PARTIAL}: no node to show: none has a port 77; use another port")
+        run = self.run_command("show", PARTIAL, "--values", "--port", "2")
+        self.assertEqual(run.stdout, VALUES)
+
+    def test_by_model(self):
+        nodes = [switch(f"S{i}", hex(i + 1), absent={"SMP_SwitchInfo": "refused"} if i else {})
+                 for i in range(3)]
+        nodes.append({"name": "H1", "guid": "0x9", "type": "CA", "numPorts": 1})
+        run = self.run_command("show", "-", "--summary", input=snapshot(*nodes))
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+        head, models, signs, *_ = run.stdout.split("\n\n")
+        self.assertEqual(head, "standard input: 4 nodes (3 SW, 1 CA), 0 ports")
+        self.assertEqual([line.split() for line in models.splitlines()], [
+            ["nodes", "type", "vendor", "device", "revision", "PSID", "firmware",
+             "abcdefghijklmn", "opqrstu", "for", "example"],
+            ["1", "CA", "-", "-", "-", "-", "-", ".", ".", "..", "....", ".......", "H1"],
+            ["3", "SW", "-", "-", "-", "-", "-", ".~", "...........", ".......", "S0"]])
+        self.assertTrue(run.stdout.endswith("b  SMP_SwitchInfo  2 nodes  refused\n"))
+
+    def test_names_are_in_natural_order(self):
+        names = ["leaf2", "leaf10", "leaf1", "a"]
+        nodes = [switch(name, hex(i + 1)) for i, name in enumerate(names)]
+        run = self.run_command("show", "-", "--json", input=snapshot(*nodes))
+        self.assertEqual([node["name"] for node in json.loads(run.stdout)["nodes"]],
+                         ["a", "leaf1", "leaf2", "leaf10"])
+
+    def test_only_what_a_node_can_have_is_missing(self):
+        nodes = [{"name": f"H{i}", "guid": hex(i + 1), "type": "CA", "numPorts": 1}
+                 for i in range(3)]
+        run = self.run_command("show", "-", input=snapshot(switch("S", "0x9"), *nodes))
+        self.assertRegex(run.stdout, r"\nb  SMP_SwitchInfo +node +1\n")
+        self.assertRegex(run.stdout, r"\na  SMP_NodeInfo +node +4\n")
+        self.assertRegex(run.stdout, r"\nc  SMP_RouterInfo +node\n")
+
+    def test_one_form_at_a_time(self):
+        for one, other in (("--json", "--values"), ("--json", "--summary"),
+                           ("--summary", "--values")):
+            run = self.run_command("show", PARTIAL, one, other)
+            self.assertEqual((run.returncode, run.stdout), (WRONG_USAGE, ""))
+            self.assertIn("excludes", run.stderr)
+        self.assertEqual(self.run_command("show", PARTIAL, "--port", "1").returncode, WRONG_USAGE)
+
     def test_several_nodes_stand_apart(self):
         run = self.run_command("show", PARTIAL, "--guid", LEAF, "--guid", HOST)
         first, second = run.stdout.split("\nnode ")
@@ -132,11 +216,13 @@ class Show(CommandTest):
     def test_json(self):
         result = json.loads(self.run_command("show", PARTIAL, "--guid", LEAF, "--json").stdout)
         self.assertEqual(result, {
+            "fabscan_report": 1,
             "snapshot": str(PARTIAL),
             "source": "an invented fabric of which some records were not collected",
             "nodes": [{
                 "name": "leaf-07/U1", "guid": LEAF, "type": "SW", "inSubFabric": True,
                 "opalSwitch": False, "numPorts": 2,
+                "vendorID": 0x5a1e0c, "deviceID": 0x5a50, "revision": 0xa1,
                 "collected": {"SMP_NodeInfo": 1, "SMP_SwitchInfo": 1, "smpCapabilityMask": 1},
                 "absent": {"ib_private_lft_info": "status 0x000c",
                            "adaptive_routing_info": "timed out"},
@@ -198,7 +284,7 @@ class Show(CommandTest):
 
     def test_a_node_without_ports(self):
         run = self.run_command("show", "-", "--guid", "1", input=snapshot(switch()))
-        self.assertTrue(run.stdout.endswith("gmpCapabilityMask                   -\n"))
+        self.assertTrue(run.stdout.endswith("gmpCapabilityMask                   not collected\n"))
 
     def test_bad_input(self):
         self.assert_fails(self.run_command("show", "none.jsonl"),

@@ -34,6 +34,31 @@ class Usage(CommandTest):
                           "standard input: byte 0: not a discovery cache (as ibnetdiscover --cache "
                           "writes it)")
 
+    def test_the_text_of_ibnetdiscover_is_told_from_its_cache(self):
+        for text in ("#\n# Topology file: generated on Sun Nov 22 2026\n#\n",
+                     "# Topology file: generated on Sun Nov 22 2026\n"):
+            path = self.put("topo.txt", text)
+            self.assert_fails(self.run_command("import", path.name, "--output", "out"),
+                              "topo.txt: is the text output of ibnetdiscover; import reads its "
+                              "cache: run 'ibnetdiscover --cache FILE'")
+        path.unlink()
+        self.assertEqual(self.entries(), [])
+
+    def test_help_of_a_subcommand(self):
+        for one, other in ((("help",), ("--help",)), (("help", "show"), ("show", "--help"))):
+            run = self.run_command(*one)
+            self.assertEqual((run.returncode, run.stdout),
+                             (DONE, self.run_command(*other).stdout))
+        self.assert_refused("there is no subcommand 'sho'; did you mean 'show'?", "help", "sho")
+
+    def test_short_options(self):
+        for short, long in ((("-o", "out"), ("--output", "out")),
+                            (("-o", "out", "-v"), ("--output", "out", "--verbose"))):
+            run, same = (self.run_command("merge", DEMO, DEMO, "--force", *words)
+                         for words in (short, long))
+            self.assertEqual((run.returncode, run.stdout), (DONE, same.stdout))
+            self.assertEqual("fabscan: reading" in run.stderr, "-v" in short)
+
     def test_values_that_cannot_be(self):
         for message, *arguments in (
                 ("--jobs: Value 0 not in range 1 to 1024; see 'fabscan verify --help'",
@@ -42,7 +67,7 @@ class Usage(CommandTest):
                  "merge", DEMO, DEMO, "--output", "out", "--prefer", "bsae"),
                 ("--prefer: 1 not in {base,extra}; see 'fabscan merge --help'",
                  "merge", DEMO, DEMO, "--output", "out", "--prefer", "1"),
-                ("--max-nodes: '5X' is no number; it may end in K, M or G; see 'fabscan show "
+                ("--max-nodes: '5X' is not a number; it may end in K, M or G; see 'fabscan show "
                  "--help'", "show", DEMO, "--max-nodes", "5X")):
             self.assert_refused(message, *arguments)
 
@@ -79,8 +104,8 @@ class StandardStreams(CommandTest):
         none = str(self.folder / "none")
         for subcommand, advice in (("check", ""), ("verify", ", or use --keep")):
             run = self.run_command(subcommand, DEMO, env={**os.environ, "TMPDIR": none})
-            self.assert_fails(run, f"{none}: cannot make a temporary folder: No such file or "
-                                   f"directory; set TMPDIR{advice}", FAILED)
+            self.assert_fails(run, f"{none}: cannot make a temporary directory: No such file "
+                                   f"or directory; set TMPDIR{advice}", FAILED)
         run = self.run_command("check", DEMO, env={**os.environ, "TMPDIR": ""})
         self.assertEqual(run.stderr, "")
 

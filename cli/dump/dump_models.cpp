@@ -47,12 +47,12 @@ ExitStatus DumpModels(const DumpOptions& options) {
   }
   progress.Show("files written", list.size(), list.size());
   progress.Finish();
-  StagedOutput::CommitAll(outputs);
-  directories.Keep();
 
   std::cout << FilesText("file", files, StandardOutput())
             << LeftOutText(guids.empty() ? NodesOutside(fabscan.discovered_fabric) : 0)
             << EditsText(EditsOf(files), StandardOutput());
+  StagedOutput::CommitAll(outputs);
+  directories.Keep();
   if (options.variant == Variant::kExact) {
     WarnOfFaults(FaultyText(files), FaultsOf(files), options, guids);
   }

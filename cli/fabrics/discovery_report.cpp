@@ -14,7 +14,7 @@
 namespace fabscan {
 
 ExitStatus Tell(const DiscoveryReport& report, const std::string& path) {
-  (IsStandardStream(path) ? std::cerr : std::cout)
+  (IsStandardOutput(path) ? std::cerr : std::cout)
       << fmt::format("{}: {}, {}; {} of {}\n", OutputName(path), Counted(report.nodes, "node"),
                      Counted(report.ports, "port"), report.attributes_read,
                      Counted(report.attributes_asked, "attribute"));

@@ -30,10 +30,10 @@ void NewDirectories::Make(const std::string& path) {
     struct stat status {};
     if (::stat(created.c_str(), &status) == 0) {
       if (S_ISDIR(status.st_mode)) continue;
-      throw CommandError(fmt::format("{}: is not a directory; choose another path", created));
+      throw CommandError(fmt::format("{}: is not a directory; use another path", created));
     }
-    throw CommandError(fmt::format("{}: cannot create the directory: {}; choose another path",
-                                   created, CauseText(error_number)));
+    throw CommandError(fmt::format("{}: cannot create the directory: {}; use another path", created,
+                                   CauseText(error_number)));
   }
 }
 

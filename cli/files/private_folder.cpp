@@ -14,7 +14,7 @@ namespace fabscan {
 
 namespace {
 
-/// Removes the files in the folder. A signal handler may call it: it asks the system alone, and
+/// Removes the files in the directory. A signal handler may call it: it asks the system alone, and
 /// allocates nothing.
 void Empty(const char* path) noexcept {
   const int folder = ::open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -34,8 +34,8 @@ void Empty(const char* path) noexcept {
 
 }  // namespace
 
-/// The folders that are there, linked through the objects themselves: a signal handler may neither
-/// allocate nor wait, so it only follows pointers, each of which is whole at any time.
+/// The directories that are there, linked through the objects themselves: a signal handler may
+/// neither allocate nor wait, so it only follows pointers, each of which is whole at any time.
 struct AllPrivateFolders {
   static std::atomic<PrivateFolder*> first;
   static_assert(std::atomic<PrivateFolder*>::is_always_lock_free);
@@ -51,7 +51,7 @@ std::atomic<PrivateFolder*> AllPrivateFolders::first{nullptr};
 
 int PrivateFolder::Make(const std::string& pattern) {
   path_ = pattern;
-  // Once the folder is there nothing may throw: no destructor would remove it.
+  // Once the directory is there nothing may throw: no destructor would remove it.
   const SignalsHeld held;
   if (::mkdtemp(path_.data()) == nullptr) return errno;
   note();

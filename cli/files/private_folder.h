@@ -6,9 +6,9 @@
 
 namespace fabscan {
 
-/// A folder for files, which nobody else uses. It goes with this object, and when SIGINT, SIGTERM
-/// or SIGHUP or a library's `exit` ends the program, together with the files in it. Any number of
-/// them at a time; one thread makes and ends them.
+/// A directory for files, which nobody else uses. It goes with this object, and when SIGINT,
+/// SIGTERM or SIGHUP or a library's `exit` ends the program, together with the files in it. Any
+/// number of them at a time; one thread makes and ends them.
 class PrivateFolder {
  public:
   PrivateFolder() = default;
@@ -16,11 +16,11 @@ class PrivateFolder {
   PrivateFolder(const PrivateFolder&) = delete;
   PrivateFolder& operator=(const PrivateFolder&) = delete;
 
-  /// Makes the folder; `pattern` is its path, with XXXXXX at its end for letters that are free.
+  /// Makes the directory; `pattern` is its path, with XXXXXX at its end for letters that are free.
   /// 0 or errno.
   int Make(const std::string& pattern);
   const std::string& path() const { return path_; }
-  /// Removes the folder, with the files that are still there.
+  /// Removes the directory, with the files that are still there.
   void Remove() noexcept;
 
  private:

@@ -20,7 +20,7 @@ std::string TakeEnding(std::string& text) {
   try {
     return CLI::AsSizeValue(false)(text);
   } catch (const CLI::ValidationError&) {
-    return fmt::format("'{}' is no number; it may end in K, M or G", given);
+    return fmt::format("'{}' is not a number; it may end in K, M or G", given);
   }
 }
 

@@ -21,15 +21,15 @@ bool IsCompressed(std::string_view path) {
 }  // namespace
 
 void SnapshotOutputOptions::AddTo(CLI::App& app, const char* type_name) {
-  app.add_option("--output", path,
+  app.add_option("-o,--output", path,
                  "The snapshot to write, compressed when it is named *.zst; - is standard output")
       ->required()
       ->type_name(type_name);
   app.add_flag("--force", force, "Replace a file that exists");
 }
 
-void WriteAndCommit(StagedOutput& output, const Fabscan& fabscan, const SnapshotHeader& header) {
-  WriteAndCommit(output, header, [&fabscan](SnapshotWriter& writer) {
+void WriteFabric(StagedOutput& output, const Fabscan& fabscan, const SnapshotHeader& header) {
+  WriteFabric(output, header, [&fabscan](SnapshotWriter& writer) {
     Progress progress;
     writer.Write(fabscan, [&](std::size_t nodes) {
       progress.Show("nodes written", nodes, fabscan.discovered_fabric.nodeCount());
@@ -37,8 +37,8 @@ void WriteAndCommit(StagedOutput& output, const Fabscan& fabscan, const Snapshot
   });
 }
 
-void WriteAndCommit(StagedOutput& output, const SnapshotHeader& header,
-                    const std::function<void(SnapshotWriter& writer)>& write) {
+void WriteFabric(StagedOutput& output, const SnapshotHeader& header,
+                 const std::function<void(SnapshotWriter& writer)>& write) {
   const auto write_to = [&](std::ostream& out) {
     SnapshotWriter writer(out, header);
     write(writer);
@@ -48,11 +48,11 @@ void WriteAndCommit(StagedOutput& output, const SnapshotHeader& header,
     ZstdOutput compressed(output.stream());
     std::ostream out(&compressed);
     write_to(out);
-    compressed.Finish();  // a stream that did not take everything fails in Commit
+    compressed.Finish();  // a stream that did not take everything fails in Finish
   } else {
     write_to(output.stream());
   }
-  output.Commit();
+  output.Finish();
 }
 
 }  // namespace fabscan

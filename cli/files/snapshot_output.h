@@ -23,12 +23,13 @@ struct SnapshotOutputOptions {
   void AddTo(CLI::App& app, const char* type_name);
 };
 
-/// Writes the fabric to `output`, compressed with zstd where its name ends in `.zst`, and commits
-/// it. Throws CommandError.
-void WriteAndCommit(StagedOutput& output, const Fabscan& fabscan, const SnapshotHeader& header);
+/// Writes the fabric to `output`, compressed with zstd where its name ends in `.zst`, and finishes
+/// that; the caller commits it, once it has printed what it has to say. Throws as StagedOutput
+/// does.
+void WriteFabric(StagedOutput& output, const Fabscan& fabscan, const SnapshotHeader& header);
 /// The same for a fabric that comes in parts: `write` gives them to the writer.
-void WriteAndCommit(StagedOutput& output, const SnapshotHeader& header,
-                    const std::function<void(SnapshotWriter& writer)>& write);
+void WriteFabric(StagedOutput& output, const SnapshotHeader& header,
+                 const std::function<void(SnapshotWriter& writer)>& write);
 
 }  // namespace fabscan
 

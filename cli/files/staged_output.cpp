@@ -13,11 +13,14 @@
 #include <exception>
 #include <iostream>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <thread>
 
+#include "closed_pipe.h"
 #include "command.h"
 #include "ending_signals.h"
+#include "file_moves.h"
 #include "progress.h"
 #include "report.h"
 
@@ -25,19 +28,14 @@ namespace fabscan {
 
 namespace {
 
-[[noreturn]] void Fail(const std::string& path, const std::string& action, int error_number,
-                       const char* advice) {
-  throw CommandError(
-      fmt::format("{}: cannot {}: {}; {}", path, action, CauseText(error_number), advice));
+[[noreturn]] void Fail(const std::string& path, const std::string& action, int error_number) {
+  throw CommandError(WriteErrorText(path, action, error_number));
 }
 
-constexpr char kAdviseSpace[] = "free some space, or write elsewhere";
 constexpr char kAdviseForce[] = "--force replaces it";
 /// Threads that put files on disk besides the one that asks, and from how many files on.
 constexpr std::size_t kMostHelpers = 7;
 constexpr std::size_t kFilesForAHelper = 64;
-
-constexpr char kAdviseFolder[] = "name a folder that exists and that you may write";
 
 /// The path that a symbolic link at `path` leads to; `path` itself where there is none.
 std::string FollowLink(const std::string& path) {
@@ -45,59 +43,16 @@ std::string FollowLink(const std::string& path) {
   if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return path;
   const std::unique_ptr<char, decltype(&std::free)> target(::realpath(path.c_str(), nullptr),
                                                            &std::free);
-  if (!target) Fail(path, "follow the link", errno, "remove it, or write elsewhere");
+  if (!target) Fail(path, "follow the link", errno);
   return target.get();
 }
 
-std::string FolderOf(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  if (slash == std::string::npos) return ".";
-  return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-std::string NameOf(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  return slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
-/// Makes what was written to `path`, a file or a folder, survive a loss of power. 0 or errno.
-int Synchronise(const std::string& path) {
-  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (file < 0) return errno;
-  const int error_number = ::fsync(file) == 0 ? 0 : errno;
-  ::close(file);
-  return error_number;
-}
-
-/// Whether the file system, or the kernel, does not know this kind of move.
-bool UnknownHere(int error_number) {
-  return error_number == EINVAL || error_number == ENOSYS || error_number == ENOTSUP;
-}
-
-/// Moves `from` to `to` unless there is something. 0 or errno.
-int MoveWithoutReplacing(const std::string& from, const std::string& to) {
-  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
-  if (!UnknownHere(errno)) return errno;
-  if (::link(from.c_str(), to.c_str()) != 0) return errno;
-  ::unlink(from.c_str());
-  return 0;
-}
-
-/// Exchanges the two files. 0 or errno; then both are where they were.
-int Exchange(const std::string& one, const std::string& other) {
-  if (::renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE) == 0) return 0;
-  if (!UnknownHere(errno)) return errno;
-  const std::string aside = one + ".aside";
-  if (::link(other.c_str(), aside.c_str()) != 0) return errno;
-  int error_number = 0;
-  if (::rename(one.c_str(), other.c_str()) != 0) {
-    error_number = errno;
-    ::unlink(aside.c_str());
-  } else if (::rename(aside.c_str(), one.c_str()) != 0) {
-    error_number = errno;
-    static_cast<void>(::rename(aside.c_str(), other.c_str()));
-  }
-  return error_number;
+[[noreturn]] void RefuseDirectory(const std::string& directory, int error_number) {
+  const std::string name = directory == "." ? "the current directory" : directory;
+  throw CommandError(fmt::format("cannot create files in {}: {}", name,
+                                 error_number == ENOENT
+                                     ? "no such directory; create it first"
+                                     : CauseText(error_number) + "; use another directory"));
 }
 
 }  // namespace
@@ -107,7 +62,8 @@ StagedOutput::StagedOutput(const std::string& path, bool force)
 
 StagedOutput::StagedOutput(const std::string& path, bool force, const StagedOutput* before)
     : path_(path), target_(path), force_(force) {
-  if (isStandardOutput()) return;
+  is_stream_ = openStream();
+  if (is_stream_) return;
   target_ = FollowLink(path_);
   refuseTarget();
   makeFolder(before);
@@ -124,78 +80,89 @@ std::vector<std::unique_ptr<StagedOutput>> StagedOutput::Several(
   return outputs;
 }
 
+/// Whether the path stands for a stream. It is open afterwards, so that whoever reads it sees its
+/// end also when nothing is written.
+bool StagedOutput::openStream() {
+  int file = -1;
+  if (const std::optional<int> named = OpenFileNamed(path_)) {
+    if (named == STDOUT_FILENO) return true;
+    file = ::fcntl(*named, F_DUPFD_CLOEXEC, 0);
+  } else {
+    struct stat status {};
+    if (::stat(path_.c_str(), &status) != 0) return false;
+    if (!S_ISFIFO(status.st_mode) && !S_ISCHR(status.st_mode)) return false;
+    file = ::open(path_.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
+  }
+  if (file < 0) Fail(path_, "write", errno);
+  file_ = std::make_unique<OutputFile>(file);
+  return true;
+}
+
 void StagedOutput::refuseTarget() const {
   const std::string name = NameOf(target_);
   struct stat status {};
-  if (name.empty() || name == "." || name == "..") {
-    throw CommandError(fmt::format("{}: names a folder; name a file in it", path_));
+  const bool exists = ::stat(target_.c_str(), &status) == 0;
+  if (name.empty() || name == "." || name == ".." || (exists && S_ISDIR(status.st_mode))) {
+    throw CommandError(fmt::format("{}: is a directory; name a file in it", path_));
   }
-  if (::stat(target_.c_str(), &status) != 0) return;
+  if (!exists) return;
   if (!S_ISREG(status.st_mode)) {
-    throw CommandError(fmt::format("{}: exists and is no regular file; write elsewhere", path_));
+    throw CommandError(fmt::format("{}: is not a regular file; use another path", path_));
   }
   if (!force_) throw CommandError(fmt::format("{}: exists; {}", path_, kAdviseForce));
 }
 
 void StagedOutput::makeFolder(const StagedOutput* before) {
-  const std::string parent = FolderOf(target_);
-  if (before != nullptr && FolderOf(before->target_) == parent) {
+  const std::string parent = DirectoryOf(target_);
+  if (before != nullptr && !before->is_stream_ && DirectoryOf(before->target_) == parent) {
     folder_ = before->folder_;
   } else {
     const int error_number = folder_->Make(parent + "/.fabscan-XXXXXX");
-    if (error_number != 0) Fail(parent, "write there", error_number, kAdviseFolder);
+    if (error_number != 0) RefuseDirectory(parent, error_number);
   }
   staged_path_ = folder() + '/' + NameOf(path_);  // which a link may lead to under another name
 }
 
 std::ostream& StagedOutput::stream() {
-  if (isStandardOutput()) return std::cout;
-  if (!file_.is_open()) {
-    errno = 0;
-    file_.open(stagedPath(), std::ios::binary | std::ios::trunc);
-    if (!file_.is_open()) Fail(path_, "write", errno, kAdviseSpace);
-  }
-  return file_;
+  if (file_) return file_->stream();
+  if (is_stream_) return std::cout;
+  constexpr mode_t kAsUmaskHasIt = 0666;
+  const int file =
+      ::open(staged_path_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kAsUmaskHasIt);
+  if (file < 0) Fail(path_, "write", errno);
+  file_ = std::make_unique<OutputFile>(file);
+  return file_->stream();
 }
 
-void StagedOutput::finishStream() {
-  if (!isStandardOutput() && !file_.is_open()) return;
-  std::ostream& out = stream();
-  if (out.good()) errno = 0;  // else it tells of the write that failed: what followed wrote nothing
-  out.flush();
-  int error_number = errno;
-  bool written = out.good();
-  if (!isStandardOutput()) {
-    file_.close();
-    if (written && !file_.good()) {
-      written = false;
-      error_number = errno;
-    }
-  }
-  if (!written) {
-    Fail(isStandardOutput() ? "standard output" : path_, "write",
-         error_number != 0 ? error_number : ENOSPC, kAdviseSpace);
+void StagedOutput::Finish() {
+  if (file_) {
+    const int error_number = file_->Close();
+    ThrowIfClosedPipe(error_number);
+    if (error_number != 0) Fail(path_, "write", error_number);
+  } else if (is_stream_) {
+    RequireStandardOutput();
   }
 }
 
 void StagedOutput::putOnDisk() {
-  finishStream();
-  if (isStandardOutput()) return;
-  const int error_number = Synchronise(stagedPath());
-  if (error_number != 0) Fail(path_, "write", error_number, kAdviseSpace);
+  Finish();
+  if (is_stream_) return;
+  const int error_number = Synchronise(staged_path_);
+  if (error_number != 0) Fail(path_, "write", error_number);
 }
 
 void StagedOutput::Commit() {
-  finishStream();  // before anything else: errno tells which write failed
-  if (isStandardOutput()) return;
+  Finish();
+  if (is_stream_) return RequireStandardOutput();
   {
     Progress progress;
     progress.Watch("putting " + path_ + " on disk", [this] { putOnDisk(); });
   }
+  RequireStandardOutput();
   moveIntoPlace();
   if (folder_.use_count() == 1) folder_->Remove();
-  // The file is in place by now: a file system that cannot synchronise folders is no failure.
-  Synchronise(FolderOf(target_));
+  // The file is in place by now: a file system that cannot synchronise directories is no failure.
+  Synchronise(DirectoryOf(target_));
 }
 
 /// On several threads: a file system writes together what is waited for at the same time.
@@ -238,11 +205,12 @@ void StagedOutput::PutAllOnDisk(const std::vector<std::unique_ptr<StagedOutput>>
 
 void StagedOutput::CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& outputs) {
   PutAllOnDisk(outputs);
+  RequireStandardOutput();
   Progress progress;
   MoveAllIntoPlace(outputs, progress);
   std::set<std::string> folders;
   for (const auto& output : outputs) {
-    if (!output->isStandardOutput()) folders.insert(FolderOf(output->target_));
+    if (!output->is_stream_) folders.insert(DirectoryOf(output->target_));
   }
   for (const std::string& folder : folders) Synchronise(folder);
   const auto remove = [&outputs] {
@@ -263,7 +231,7 @@ void StagedOutput::MoveAllIntoPlace(const std::vector<std::unique_ptr<StagedOutp
   try {
     for (; moved < outputs.size(); ++moved) {
       progress.Show(kWhat, moved, outputs.size());
-      if (!outputs[moved]->isStandardOutput()) outputs[moved]->exchangeWithTarget();
+      if (!outputs[moved]->is_stream_) outputs[moved]->exchangeWithTarget();
     }
     progress.Show(kWhat, moved, outputs.size());
   } catch (...) {  // also where memory runs out
@@ -274,27 +242,35 @@ void StagedOutput::MoveAllIntoPlace(const std::vector<std::unique_ptr<StagedOutp
 
 void StagedOutput::moveIntoPlace() {
   if (force_) {
-    if (::rename(stagedPath().c_str(), target_.c_str()) == 0) return;
-    Fail(path_, "replace", errno, "write elsewhere");
+    int error_number = CopyMode(staged_path_, target_);
+    if (error_number == 0 && ::rename(staged_path_.c_str(), target_.c_str()) != 0) {
+      error_number = errno;
+    }
+    if (error_number != 0) Fail(path_, "replace", error_number);
+    return;
   }
-  const int error_number = MoveWithoutReplacing(stagedPath(), target_);
-  if (error_number == 0) return;
-  Fail(path_, "create", error_number, error_number == EEXIST ? kAdviseForce : "write elsewhere");
+  const int error_number = MoveWithoutReplacing(staged_path_, target_);
+  if (error_number == EEXIST) {
+    throw CommandError(
+        fmt::format("{}: cannot create: {}; {}", path_, CauseText(EEXIST), kAdviseForce));
+  }
+  if (error_number != 0) Fail(path_, "create", error_number);
 }
 
-/// As `moveIntoPlace`, but what was there is kept in the folder until that goes.
+/// As `moveIntoPlace`, but what was there is kept in the directory until that goes.
 void StagedOutput::exchangeWithTarget() {
   if (!force_ || ::access(target_.c_str(), F_OK) != 0) return moveIntoPlace();
   refuseTarget();  // what came to be there meanwhile
-  const int error_number = Exchange(stagedPath(), target_);
-  if (error_number != 0) Fail(path_, "replace", error_number, "write elsewhere");
+  int error_number = CopyMode(staged_path_, target_);
+  if (error_number == 0) error_number = Exchange(staged_path_, target_);
+  if (error_number != 0) Fail(path_, "replace", error_number);
   exchanged_ = true;
 }
 
 void StagedOutput::takeBack() {
-  if (isStandardOutput()) return;
+  if (is_stream_) return;
   if (exchanged_) {
-    static_cast<void>(::rename(stagedPath().c_str(), target_.c_str()));
+    static_cast<void>(::rename(staged_path_.c_str(), target_.c_str()));
   } else {
     ::unlink(target_.c_str());
   }

@@ -1,12 +1,12 @@
 #ifndef FABSCAN_CLI_STAGED_OUTPUT_H
 #define FABSCAN_CLI_STAGED_OUTPUT_H
 
-#include <fstream>
 #include <memory>
 #include <ostream>
 #include <string>
 #include <vector>
 
+#include "output_file.h"
 #include "private_folder.h"
 #include "standard_streams.h"
 
@@ -14,22 +14,27 @@ namespace fabscan {
 
 class Progress;
 
-/// An output file that appears whole or not at all.
+/// An output: a file that appears whole or not at all, or a stream.
 ///
-/// It is written under its own name in a private folder `.fabscan-XXXXXX` beside its place, and
-/// `Commit` moves it there. Several that go to one folder share one. Until then what stands in its
-/// place is untouched; the folder is gone afterwards, whether `Commit` was reached or not, and also
-/// when SIGINT, SIGTERM or SIGHUP ends the program.
+/// A file is written under its own name in a private directory `.fabscan-XXXXXX` beside its place,
+/// and `Commit` moves it there. Several that go to one directory share one. Until then what is in
+/// its place is untouched; the directory is gone afterwards, whether `Commit` was reached or not,
+/// and also when SIGINT, SIGTERM or SIGHUP ends the program. A file that is replaced leaves its
+/// permissions to the new one.
+///
+/// Standard output (`-`), an open file such as `/dev/fd/3`, a pipe, a terminal and a character
+/// device are written directly.
 ///
 ///     StagedOutput output(path, force);
 ///     WriteSnapshot(output.stream(), fabscan, header);
+///     std::cout << summary;
 ///     output.Commit();
 ///
-/// Every member throws CommandError, with path, cause and what to do.
+/// Every member throws CommandError, with path, cause and what to do; or ClosedPipe.
 class StagedOutput {
  public:
-  /// `path` "-" is standard output. Refuses a file that exists unless `force`, anything that is no
-  /// file in any case, and a folder that is missing or cannot be written.
+  /// Refuses a file that exists unless `force`; a directory in any case; and a file in a directory
+  /// that is missing or cannot be written.
   StagedOutput(const std::string& path, bool force);
   /// One for each path, for `CommitAll`.
   static std::vector<std::unique_ptr<StagedOutput>> Several(const std::vector<std::string>& paths,
@@ -38,20 +43,24 @@ class StagedOutput {
   StagedOutput(const StagedOutput&) = delete;
   StagedOutput& operator=(const StagedOutput&) = delete;
 
-  /// Whether there is a private folder; else what is written goes out at once.
-  bool isStaged() const { return !staged_path_.empty(); }
-  /// The private folder, for a writer that opens the file itself; it uses the file's own name.
+  /// Whether the output is a file, with a private directory; else what is written goes out at once.
+  bool isStaged() const { return !is_stream_; }
+  /// The private directory, for a writer that opens the file itself; it uses the file's own name.
   const std::string& folder() const { return folder_->path(); }
-  /// Where the file is until `Commit`.
+  /// The path of the file until `Commit`.
   const std::string& stagedPath() const { return staged_path_; }
-  /// Where the file goes.
+  /// The path as it was given.
   const std::string& path() const { return path_; }
 
-  /// The file, opened for writing when first asked for; or standard output.
+  /// The file, opened for writing when first asked for; or the stream.
   std::ostream& stream();
 
-  /// Moves the file into its place once all of it is on disk. Without `force` a file that came to
-  /// be there in the meantime is kept, and that is an error.
+  /// Ends writing. `Commit` does it, too; a command calls it first to report only what was written.
+  void Finish();
+  /// Finishes, and moves the file into its place once all of it is on disk and everything printed
+  /// has reached standard output: a command prints its results first, so that a failure to print
+  /// them leaves the earlier file. Without `force` a file that came to be there in the meantime is
+  /// kept, and that is an error.
   void Commit();
   /// Commits all of them or, where one fails, none: then what was in their places is there again.
   static void CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& outputs);
@@ -59,10 +68,9 @@ class StagedOutput {
  private:
   StagedOutput(const std::string& path, bool force, const StagedOutput* before);
 
-  bool isStandardOutput() const { return IsStandardStream(path_); }
+  bool openStream();
   void refuseTarget() const;
   void makeFolder(const StagedOutput* before);
-  void finishStream();
   void putOnDisk();
   void moveIntoPlace();
   void exchangeWithTarget();
@@ -74,10 +82,11 @@ class StagedOutput {
   std::string path_;
   std::string target_;  // `path_`, with a symbolic link followed
   bool force_;
+  bool is_stream_ = false;
   std::shared_ptr<PrivateFolder> folder_ = std::make_shared<PrivateFolder>();
   std::string staged_path_;
-  bool exchanged_ = false;  // what was in the file's place is in the folder
-  std::ofstream file_;
+  bool exchanged_ = false;            // what was in the file's place is in the directory
+  std::unique_ptr<OutputFile> file_;  // none for standard output
 };
 
 }  // namespace fabscan

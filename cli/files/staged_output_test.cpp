@@ -1,5 +1,6 @@
 #include "staged_output.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -14,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "closed_pipe.h"
 #include "command.h"
 
 namespace fabscan {
@@ -134,7 +136,7 @@ TEST_F(StagedOutputTest, AnotherWriterKnowsTheLinkAlone) {
 
 TEST_F(StagedOutputTest, WhateverIsInTheFolderGoesWithIt) {
   {
-    const StagedOutput output(path_, false);
+    StagedOutput output(path_, false);
     for (const char* name : {"/out", "/other", "/.hidden"}) {
       std::ofstream(output.folder() + name) << "text\n";
     }
@@ -145,25 +147,78 @@ TEST_F(StagedOutputTest, WhateverIsInTheFolderGoesWithIt) {
 TEST_F(StagedOutputTest, RefusesALinkThatLeadsNowhere) {
   fs::create_symlink("missing", folder_ / "out");
   EXPECT_EQ(Error(path_, true), path_ +
-                                    ": cannot follow the link: No such file or directory; remove "
-                                    "it, or write elsewhere");
+                                    ": cannot follow the link: No such file or directory; write "
+                                    "elsewhere");
   EXPECT_EQ(EntryCount(), 1U);
 }
 
-TEST_F(StagedOutputTest, RefusesWhatIsNoFile) {
+TEST_F(StagedOutputTest, RefusesDirectories) {
   fs::create_directory(path_);
-  EXPECT_EQ(Error(path_, true), path_ + ": exists and is no regular file; write elsewhere");
-  EXPECT_EQ(Error("/dev/null", true), "/dev/null: exists and is no regular file; write elsewhere");
-  EXPECT_EQ(Error(path_ + "/", true), path_ + "/: names a folder; name a file in it");
-  EXPECT_EQ(Error(folder_ / "..", true),
-            (folder_ / "..").string() + ": names a folder; name a file in it");
+  for (const std::string& path : {path_, path_ + "/", (folder_ / "..").string()}) {
+    EXPECT_EQ(Error(path, true), path + ": is a directory; name a file in it");
+  }
 }
 
-TEST_F(StagedOutputTest, NamesTheFolderThatIsMissing) {
-  EXPECT_EQ(Error(folder_ / "missing/out", false),
-            (folder_ / "missing").string() +
-                ": cannot write there: No such file or directory; name a folder that exists and "
-                "that you may write");
+TEST_F(StagedOutputTest, NamesTheDirectoryThatIsMissing) {
+  EXPECT_EQ(Error(folder_ / "missing/out", false), "cannot create files in " +
+                                                       (folder_ / "missing").string() +
+                                                       ": no such directory; create it first");
+  Put("file", "");
+  EXPECT_EQ(Error(folder_ / "file/out", false), "cannot create files in " +
+                                                    (folder_ / "file").string() +
+                                                    ": Not a directory; use another directory");
+}
+
+TEST_F(StagedOutputTest, KeepsThePermissionsOfAFileThatItReplaces) {
+  for (const auto mode : {fs::perms::owner_read | fs::perms::owner_write, fs::perms(0664)}) {
+    Put("out", "old\n");
+    fs::permissions(path_, mode);
+    EXPECT_EQ(Error(path_, true), "");
+    EXPECT_EQ(fs::status(path_).permissions(), mode);
+    EXPECT_EQ(Content("out"), "new\n");
+  }
+}
+
+TEST_F(StagedOutputTest, WritesToAPipeDirectly) {
+  ASSERT_EQ(::mkfifo(path_.c_str(), 0600), 0);
+  const int reader = ::open(path_.c_str(), O_RDONLY | O_NONBLOCK);
+  EXPECT_EQ(Error(path_, false), "");
+  char read[8] = {};
+  EXPECT_EQ(::read(reader, read, sizeof read), 4);
+  EXPECT_STREQ(read, "new\n");
+  EXPECT_EQ(::read(reader, read, sizeof read), 0) << "closed";
+  ::close(reader);
+  EXPECT_EQ(EntryCount(), 1U);
+}
+
+TEST_F(StagedOutputTest, WritesToAnOpenFileDirectly) {
+  Put("out", "");
+  const int file = ::open(path_.c_str(), O_WRONLY);
+  const std::string name = "/dev/fd/" + std::to_string(file);
+  EXPECT_EQ(Error(name, false), "");
+  EXPECT_EQ(Error(name, false), "");
+  ::close(file);
+  EXPECT_EQ(Content("out"), "new\nnew\n");
+  EXPECT_EQ(Error(name, false), name + ": cannot write: Bad file descriptor; write elsewhere");
+}
+
+TEST_F(StagedOutputTest, NamesTheCauseOfAFailedWrite) {
+  EXPECT_EQ(Error("/dev/full", false),
+            "/dev/full: cannot write: No space left on device; free some space, or write "
+            "elsewhere");
+  EXPECT_EQ(Error("/dev/null", false), "");
+}
+
+TEST_F(StagedOutputTest, AClosedPipeIsNoErrorToReport) {
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  ::close(ends[0]);
+  const auto before = std::signal(SIGPIPE, SIG_IGN);  // unknown to the command
+  StagedOutput output("/dev/fd/" + std::to_string(ends[1]), false);
+  ::close(ends[1]);
+  output.stream() << "new\n";
+  EXPECT_THROW(output.Commit(), ClosedPipe);
+  std::signal(SIGPIPE, before);
 }
 
 TEST_F(StagedOutputTest, TellsWhenTheFolderVanishes) {
@@ -260,8 +315,7 @@ TEST_F(SeveralOutputs, NoneOfManyAppearsWhereOneIsNotOnDisk) {
       FAIL();
     } catch (const CommandError& error) {
       EXPECT_EQ(error.what(), (folder_ / "150").string() +
-                                  ": cannot write: No such file or directory; free some space, or "
-                                  "write elsewhere");
+                                  ": cannot write: No such file or directory; write elsewhere");
     }
   }
   EXPECT_EQ(EntryCount(), 0U);
@@ -298,7 +352,7 @@ TEST_F(SeveralOutputs, ASignalRemovesAnyNumberOfFolders) {
   const pid_t child = ::fork();
   if (child == 0) {
     std::vector<std::vector<std::unique_ptr<StagedOutput>>> kept;
-    for (int i = 0; i < kMany; ++i) kept.push_back(Write(2, false));  // with a folder each
+    for (int i = 0; i < kMany; ++i) kept.push_back(Write(2, false));  // with a directory each
     kept.erase(kept.begin() + 5, kept.begin() + 10);                  // taken out of the midst
     kept.push_back(Write(2, false));
     ::raise(SIGTERM);

@@ -15,7 +15,7 @@ std::string TemporaryFolder() {
 }
 
 void RefuseTemporaryFolder(int error_number, const char* else_do) {
-  throw CommandError(fmt::format("{}: cannot make a temporary folder: {}; set TMPDIR{}",
+  throw CommandError(fmt::format("{}: cannot make a temporary directory: {}; set TMPDIR{}",
                                  TemporaryFolder(), CauseText(error_number), else_do));
 }
 

@@ -5,7 +5,7 @@
 
 namespace fabscan {
 
-/// Where temporary folders go: what TMPDIR names, or /tmp where it is not set or empty.
+/// Where temporary directories go: what TMPDIR names, or /tmp where it is not set or empty.
 std::string TemporaryFolder();
 
 /// Says that none can be made there, why, and what to do: `set TMPDIR`, and `else_do` after it.

@@ -10,10 +10,18 @@
 
 namespace fabscan {
 
-/// A command's result as one JSON object on standard output. The object ends with this one.
+/// The version of the form of every result, which docs/json.md describes. It rises when a key
+/// disappears or changes its meaning, not when one is added.
+inline constexpr u_int64_t kReportVersion = 1;
+
+/// A command's result as one JSON object on standard output. The object begins with the version and
+/// ends with this one.
 class JsonResult : public JsonWriter {
  public:
-  JsonResult() : JsonWriter(std::cout) { BeginObject(); }
+  JsonResult() : JsonWriter(std::cout) {
+    BeginObject();
+    Count("fabscan_report", kReportVersion);
+  }
   ~JsonResult() {
     EndObject();
     EndLine();

@@ -1,47 +1,73 @@
 #include "report.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <iostream>
 #include <system_error>
 
+#include "closed_pipe.h"
+#include "command.h"
+#include "output_buffer.h"
 #include "terminal.h"
 
 namespace fabscan {
 
 namespace {
 
+/// Lives as long as std::cout, which is flushed after all objects of this program are gone.
+OutputBuffer& StandardOutputBuffer() {
+  static auto& buffer = *new OutputBuffer(STDOUT_FILENO);
+  return buffer;
+}
+
+/// 0, or the errno value of the first write that failed.
+int FlushStandardOutput() noexcept {
+  std::cout.flush();
+  if (std::cout.good()) return 0;
+  const int error_number = StandardOutputBuffer().errorNumber();
+  return error_number != 0 ? error_number : EIO;
+}
+
 void PrintLine(std::string_view kind, std::string_view message) {
   const std::string line = fmt::format("fabscan: {}: {}\n", kind, WithoutControls(message));
   // Results come before what is said of them when both go to the same place.
-  FlushStandardOutput();
-  // Nothing is left to tell of a standard error that cannot be written.
-  static_cast<void>(std::fwrite(line.data(), 1, line.size(), stderr));
+  static_cast<void>(FlushStandardOutput());
+  PrintMessage(line);
 }
 
 }  // namespace
 
+void PrintMessage(std::string_view text) noexcept {
+  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
+}
+
 void PrintError(std::string_view message) { PrintLine("error", message); }
 void PrintWarning(std::string_view message) { PrintLine("warning", message); }
 
-void PrintOutOfMemory() {
-  FlushStandardOutput();
-  constexpr std::string_view kLine =
-      "fabscan: error: out of memory; choose fewer nodes with --guid, or use a larger machine\n";
-  static_cast<void>(std::fwrite(kLine.data(), 1, kLine.size(), stderr));
+void PrintOutOfMemory() noexcept {
+  static_cast<void>(FlushStandardOutput());
+  PrintMessage(
+      "fabscan: error: out of memory; choose fewer nodes with --guid, or use a larger machine\n");
 }
 
-int FlushStandardOutput() {
-  static int first_failure = 0;
-  errno = 0;
-  std::cout.flush();
-  const bool written = std::fflush(stdout) == 0 && std::ferror(stdout) == 0 && std::cout.good();
-  if (!written && first_failure == 0) first_failure = errno != 0 ? errno : EIO;
-  return first_failure;
+void KeepStandardOutputErrors() { std::cout.rdbuf(&StandardOutputBuffer()); }
+
+void RequireStandardOutput() {
+  const int error_number = FlushStandardOutput();
+  if (error_number == 0) return;
+  ThrowIfClosedPipe(error_number);
+  throw CommandError(WriteErrorText("standard output", "write", error_number));
 }
 
 std::string CauseText(int error_number) { return std::generic_category().message(error_number); }
+
+std::string WriteErrorText(std::string_view place, std::string_view action, int error_number) {
+  const bool is_full = error_number == ENOSPC || error_number == EDQUOT;
+  return fmt::format("{}: cannot {}: {}; {}write elsewhere", place, action, CauseText(error_number),
+                     is_full ? "free some space, or " : "");
+}
 
 }  // namespace fabscan

@@ -6,19 +6,27 @@
 
 namespace fabscan {
 
+/// Writes text to standard error. Never throws: nothing can be reported of a standard error that
+/// does not accept it.
+void PrintMessage(std::string_view text) noexcept;
 /// One line on standard error, `fabscan: error: MESSAGE`, without controls: the message may hold
 /// text from devices and files.
 void PrintError(std::string_view message);
 /// The same with `fabscan: warning: `.
 void PrintWarning(std::string_view message);
 /// The error line for a lack of memory, printed without any.
-void PrintOutOfMemory();
+void PrintOutOfMemory() noexcept;
 
-/// Writes out what is pending on standard output. 0, or the errno of the first write that failed.
-int FlushStandardOutput();
+/// Makes std::cout keep the cause of a failed write. To be called before anything is printed.
+void KeepStandardOutputErrors();
+/// Writes out what is pending on standard output. Throws CommandError if any result did not get
+/// there, or ClosedPipe.
+void RequireStandardOutput();
 
 /// What the system says of `error_number` (an errno value).
 std::string CauseText(int error_number);
+/// `PLACE: cannot ACTION: CAUSE; REMEDY`, of a write to a file or a stream.
+std::string WriteErrorText(std::string_view place, std::string_view action, int error_number);
 
 }  // namespace fabscan
 

@@ -79,8 +79,9 @@ class ProjectFiles {
 
 }  // namespace
 
-std::vector<ModelFile> WriteProject(Fabscan& fabscan, const std::vector<ListedModel>& devices,
-                                    Variant variant, const std::string& directory, bool force) {
+void WriteProject(Fabscan& fabscan, const std::vector<ListedModel>& devices, Variant variant,
+                  const std::string& directory, bool force,
+                  const std::function<void(const std::vector<ModelFile>& files)>& report) {
   const ProjectFiles project(fabscan, devices);
   const std::vector<std::string> paths = project.paths(directory);
   NewDirectories directories;
@@ -101,9 +102,9 @@ std::vector<ModelFile> WriteProject(Fabscan& fabscan, const std::vector<ListedMo
   }
   progress.Show("devices written", devices.size(), devices.size());
   progress.Finish();
+  report(files);
   StagedOutput::CommitAll(outputs);
   directories.Keep();
-  return files;
 }
 
 }  // namespace fabscan

@@ -3,6 +3,7 @@
 
 #include <infiniband/fabscan/fabscan.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,10 +19,11 @@ namespace fabscan {
 ///     core/, include/             the reference simulator
 ///     devices/NAME/               for each device: generated file, header, build lines
 ///
-/// `devices` have distinct prefixes, also in lower case. Returns the generated files, after all
-/// files are in place. Throws CommandError; then every earlier file is as it was.
-std::vector<ModelFile> WriteProject(Fabscan& fabscan, const std::vector<ListedModel>& devices,
-                                    Variant variant, const std::string& directory, bool force);
+/// `devices` have distinct prefixes, also in lower case. `report` prints what was written, before
+/// the files are moved into place. Throws CommandError; then every earlier file is as it was.
+void WriteProject(Fabscan& fabscan, const std::vector<ListedModel>& devices, Variant variant,
+                  const std::string& directory, bool force,
+                  const std::function<void(const std::vector<ModelFile>& files)>& report);
 
 }  // namespace fabscan
 

@@ -24,8 +24,7 @@ std::size_t NodesOutside(const IBFabric& fabric) {
 
 std::string LeftOutText(std::size_t nodes_outside) {
   if (nodes_outside == 0) return {};
-  return fmt::format("left out, since outside the sub-fabric: {}\n",
-                     Counted(nodes_outside, "node"));
+  return fmt::format("skipped (outside the sub-fabric): {}\n", Counted(nodes_outside, "node"));
 }
 
 }  // namespace fabscan

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "counted.h"
@@ -22,9 +23,10 @@ struct SignRow {
 // clang-format off
 constexpr SignRow kSigns[] = {
     {"+", Style::kGood,    "collected"},
-    {"-", Style::kWarning, "absent, and why was recorded"},
-    {".", Style::kQuiet,   "neither"},
-    {"~", Style::kWarning, "not the same for all ports"},
+    {"-", Style::kWarning, "absent for a recorded reason"},
+    {".", Style::kQuiet,   "not collected"},
+    {" ", Style::kPlain,   "blank: does not apply to this type of node"},
+    {"~", Style::kWarning, "not the same for all"},
 };
 // clang-format on
 
@@ -39,7 +41,8 @@ std::string LetterText(std::size_t attribute) {
 
 Sign SignOf(const Collected& collected) {
   if (collected.records != 0) return kCollected;
-  return collected.absent ? kAbsent : kNeither;
+  if (collected.absent) return kAbsent;
+  return collected.applies ? kNotCollected : kNotApplicable;
 }
 
 const char* MeaningOf(Sign sign) { return kSigns[sign].meaning; }
@@ -93,18 +96,20 @@ void AttributeCounts::forEach(const Visit& visit) const {
 
 std::string AttributeCounts::Legend(const Terminal& terminal) const {
   std::string text;
-  for (const SignRow& row : kSigns) {
-    if (&row == &kSigns[kMixed] && node_counts_.empty()) continue;
+  for (std::size_t sign = 0; sign < std::size(kSigns); ++sign) {
+    // A matrix of the ports of one node has the first signs alone.
+    if (sign > kNotCollected && node_counts_.empty()) break;
+    const SignRow& row = kSigns[sign];
     text += fmt::format("  {}  {}\n", Painted(row.sign, row.style, terminal), row.meaning);
   }
   std::vector<Column> columns = {{""}, {"attribute"}, {"of"}};
-  for (const Sign sign : {kCollected, kAbsent, kNeither}) {
+  for (const Sign sign : {kCollected, kAbsent, kNotCollected}) {
     columns.push_back({kSigns[sign].sign, true});
   }
   Table table(columns);
   forEach([&table](const std::string& letter, const Count& count, const char* owner) {
     std::vector<Cell> cells = {letter, std::string(count.attribute), owner};
-    for (const Sign sign : {kCollected, kAbsent, kNeither}) {
+    for (const Sign sign : {kCollected, kAbsent, kNotCollected}) {
       const std::size_t times = count.signs[sign];
       cells.emplace_back(times == 0 ? "" : std::to_string(times), StyleOf(sign));
     }

@@ -13,7 +13,7 @@
 namespace fabscan {
 
 /// What one letter of a matrix says of an attribute.
-enum Sign : std::size_t { kCollected, kAbsent, kNeither, kMixed };
+enum Sign : std::size_t { kCollected, kAbsent, kNotCollected, kNotApplicable, kMixed };
 
 Sign SignOf(const Collected& collected);
 /// What the sign is called where there is room.
@@ -24,8 +24,9 @@ Cell SignCell(const std::vector<Sign>& signs);
 /// Sign by sign what all of `rows`, which is not empty, have in common.
 std::vector<Sign> CommonSigns(const std::vector<std::vector<Sign>>& rows);
 
-/// How often each attribute was collected, was absent, or neither. Its letters stand at the head of
-/// matrices: a and on for the attributes of nodes, the next ones for those of ports.
+/// How often each attribute was collected, was absent for a recorded reason, or not collected. Its
+/// letters stand at the head of matrices: a and on for the attributes of nodes, the next ones for
+/// those of ports.
 class AttributeCounts {
  public:
   std::vector<Sign> AddNode(const std::vector<Collected>& list) { return add(list, node_counts_); }
@@ -42,7 +43,7 @@ class AttributeCounts {
  private:
   struct Count {
     std::string_view attribute;
-    std::size_t signs[3] = {};
+    std::size_t signs[kMixed] = {};
     std::map<std::string_view, std::size_t> reasons;
   };
   static std::vector<Sign> add(const std::vector<Collected>& list, std::vector<Count>& counts);

@@ -4,6 +4,26 @@ namespace fabscan {
 
 namespace {
 
+struct RecordOfType {
+  std::string_view record;
+  IBNodeType type;
+};
+
+/// Records that only nodes of one type have.
+constexpr RecordOfType kRecordsOfOneType[] = {
+    {"SMP_SwitchInfo", IB_SW_NODE},         {"SMP_RouterInfo", IB_RTR_NODE},
+    {"SMP_ExtendedSwitchInfo", IB_SW_NODE}, {"ib_private_lft_info", IB_SW_NODE},
+    {"adaptive_routing_info", IB_SW_NODE},  {"CC_CongestionSwitchGeneralSettings", IB_SW_NODE},
+};
+
+bool Applies(std::string_view record, IBNodeType type) {
+  if (type == IB_UNKNOWN_NODE_TYPE) return true;
+  for (const RecordOfType& row : kRecordsOfOneType) {
+    if (row.record == record) return row.type == type;
+  }
+  return true;
+}
+
 /// Counts records of the tables in `list` and notes why others are absent.
 template <class Owner>
 void Fill(std::vector<Collected>& list, const Fabscan& fabscan, const Owner& owner) {
@@ -25,10 +45,12 @@ void Fill(std::vector<Collected>& list, const Fabscan& fabscan, const Owner& own
 std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBNode& node) {
   std::vector<Collected> list;
   list.reserve(std::size(kNodeRecords) + 2);
-  for (const auto& kind : kNodeRecords) list.push_back({kind.table->name, 0, {}});
+  for (const auto& kind : kNodeRecords) {
+    list.push_back({kind.table->name, 0, {}, Applies(kind.table->name, node.type)});
+  }
   Fill(list, fabscan, node);
   const auto mask = [&](std::string_view name, bool is_gmp) {
-    list.push_back({name, fabscan.capability_module.find(node, is_gmp) != nullptr, {}});
+    list.push_back({name, fabscan.capability_module.find(node, is_gmp) != nullptr});
   };
   mask("smpCapabilityMask", false);
   mask("gmpCapabilityMask", true);
@@ -38,9 +60,9 @@ std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBNode& node) {
 std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBPort& port) {
   std::vector<Collected> list;
   list.reserve(std::size(kPortRecords) + 2);
-  for (const auto& kind : kPortRecords) list.push_back({kind.table->name, 0, {}});
-  list.push_back({kCountersTable.name, 0, {}});
-  list.push_back({kMonitorsTable.name, 0, {}});
+  for (const auto& kind : kPortRecords) list.push_back({kind.table->name});
+  list.push_back({kCountersTable.name});
+  list.push_back({kMonitorsTable.name});
   Fill(list, fabscan, port);
   return list;
 }

@@ -1,4 +1,7 @@
+#include <device_models.h>
 #include <words.h>
+
+#include <string>
 
 #include "attribute_counts.h"
 #include "json_result.h"
@@ -23,6 +26,20 @@ void WriteCollected(JsonResult& json, const std::vector<Collected>& list) {
   json.EndObject();
 }
 
+/// What the node says of its hardware and firmware, as far as that was collected.
+void WriteModel(JsonResult& json, const Fabscan& fabscan, const IBNode& node) {
+  const DeviceModelKey key = DeviceModelOf(fabscan, node);
+  if (fabscan.fabric_extended_info.getSMPNodeInfo(node.createIndex) != nullptr) {
+    json.Count("vendorID", key.vendor_id);
+    json.Count("deviceID", key.device_id);
+    json.Count("revision", key.revision);
+  }
+  const std::string psid = PsidText(key);
+  const std::string firmware = FirmwareText(key);
+  if (!psid.empty()) json.Text("psid", psid);
+  if (!firmware.empty()) json.Text("firmware", firmware);
+}
+
 }  // namespace
 
 void ShowJson(const ShownSnapshot& shown) {
@@ -45,6 +62,7 @@ void ShowJson(const ShownSnapshot& shown) {
     json.Truth("inSubFabric", node->in_sub_fabric);
     json.Truth("opalSwitch", node->isOpalSwitch());
     json.Count("numPorts", node->numPorts);
+    WriteModel(json, shown.fabscan, *node);
     WriteCollected(json, CollectedOf(shown.fabscan, *node));
     json.BeginObjects("ports");
     for (const IBPort* port : PortsOf(*node)) {

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
+#include <utility>
 
 #include "attribute_counts.h"
 #include "counted.h"
@@ -45,8 +47,8 @@ std::string ActiveText(const IBNode& node) {
   return fmt::format("{}/{}", active, node.numPorts);
 }
 
-/// The number of nodes of each kind: `4 SW, 1 RTR`.
-std::string KindCounts(const std::vector<const IBNode*>& nodes) {
+/// The number of nodes of each type: `4 SW, 1 RTR`.
+std::string TypeCounts(const std::vector<const IBNode*>& nodes) {
   std::string text;
   for (const auto& word : kNodeTypeWords) {
     const auto count = std::count_if(nodes.begin(), nodes.end(), [&word](const IBNode* node) {
@@ -57,16 +59,28 @@ std::string KindCounts(const std::vector<const IBNode*>& nodes) {
   return text.empty() ? text : " (" + text + ")";
 }
 
-/// What the node's ports have in common; port 0 of a switch, which is no port of a link, is only
-/// counted.
-Cell PortSigns(const Fabscan& fabscan, const IBNode& node, AttributeCounts& counts) {
-  std::vector<std::vector<Sign>> rows;
+using Rows = std::vector<std::vector<Sign>>;
+
+/// Counts the node's ports, and adds a row for each but port 0 of a switch, which is no port of a
+/// link.
+void AddPorts(const Fabscan& fabscan, const IBNode& node, AttributeCounts& counts, Rows& rows) {
   for (const IBPort* port : PortsOf(node)) {
     std::vector<Sign> signs = counts.AddPort(CollectedOf(fabscan, *port));
     if (port->num != 0) rows.push_back(std::move(signs));
   }
-  if (rows.empty()) rows.emplace_back(kPortAttributes, kNeither);
-  return SignCell(CommonSigns(rows));
+}
+
+/// What the nodes, and their ports, have in common.
+Cell CommonCell(const Rows& nodes, const Rows& ports) {
+  Cell cell = SignCell(CommonSigns(nodes));
+  cell.Add(" ", Style::kPlain);
+  cell.Add(SignCell(ports.empty() ? std::vector<Sign>(kPortAttributes, kNotCollected)
+                                  : CommonSigns(ports)));
+  return cell;
+}
+
+std::string MatrixLetters() {
+  return AttributeCounts::NodeLetters() + ' ' + AttributeCounts::PortLetters();
 }
 
 std::string NotesText(const IBNode& node) {
@@ -102,7 +116,7 @@ std::string IdentityText(const Fabscan& fabscan, const IBNode& node, const Termi
   const DeviceModelKey key = DeviceModelOf(fabscan, node);
   const SMP_NodeInfo* info = fabscan.fabric_extended_info.getSMPNodeInfo(node.createIndex);
   add("GUID", GuidText(node.guid));
-  add("kind", KindText(node.type, node.getSpecialNodeType()));
+  add("type", KindText(node.type, node.getSpecialNodeType()));
   add("alternative name", node.getAlternativeName());
   if (info != nullptr) add("system GUID", GuidText(info->SystemImageGUID));
   add("vendor", IdText(key.vendor_id, 6));
@@ -122,9 +136,9 @@ std::string NodeAttributesText(const Fabscan& fabscan, const IBNode& node,
   Table table({{"attribute"}, {"", false, Narrow::kWrap}});
   for (const Collected& collected : CollectedOf(fabscan, node)) {
     const Sign sign = SignOf(collected);
-    const std::string text = sign == kAbsent      ? "absent: " + ReasonText(*collected.absent)
-                             : sign == kCollected ? MeaningOf(sign)
-                                                  : "-";
+    if (sign == kNotApplicable) continue;
+    const std::string text =
+        sign == kAbsent ? "absent: " + ReasonText(*collected.absent) : MeaningOf(sign);
     table.AddRow({std::string(collected.attribute), Cell(text, StyleOf(sign))});
   }
   return table.text(terminal);
@@ -132,11 +146,11 @@ std::string NodeAttributesText(const Fabscan& fabscan, const IBNode& node,
 
 }  // namespace
 
-std::string ShowSummary(const ShownSnapshot& shown, const Terminal& terminal) {
+std::string ShowHead(const ShownSnapshot& shown, const Terminal& terminal) {
   const IBFabric& fabric = shown.fabscan.discovered_fabric;
   std::string text = Paragraph(
       fmt::format("{}: {}{}, {}", InputName(shown.path), Counted(shown.nodes.size(), "node"),
-                  KindCounts(shown.nodes), Counted(fabric.portCount(), "port")),
+                  TypeCounts(shown.nodes), Counted(fabric.portCount(), "port")),
       terminal);
   const auto add = [&](const char* what, const std::string& said) {
     if (!said.empty()) text += Paragraph(fmt::format("{}: {}", what, HarmlessName(said)), terminal);
@@ -149,26 +163,59 @@ std::string ShowSummary(const ShownSnapshot& shown, const Terminal& terminal) {
   if (!outside.empty()) {
     text += Paragraph("outside the sub-fabric: " + NamesOf(outside), terminal);
   }
-  if (shown.nodes.empty()) return text;
+  return text;
+}
 
+std::string ShowNodes(const ShownSnapshot& shown, const Terminal& terminal) {
   AttributeCounts counts;
-  Table table({{"kind"},
+  Table table({{"type"},
                {"GUID"},
                {"LID", true},
                {"active", true},
-               {AttributeCounts::NodeLetters() + ' ' + AttributeCounts::PortLetters()},
+               {MatrixLetters()},
                {"node", false, Narrow::kCut}});
   for (const IBNode* node : shown.nodes) {
-    Cell signs = SignCell(counts.AddNode(CollectedOf(shown.fabscan, *node)));
-    signs.Add(" ", Style::kPlain);
-    signs.Add(PortSigns(shown.fabscan, *node, counts));
+    Rows ports;
+    AddPorts(shown.fabscan, *node, counts, ports);
+    const Rows nodes = {counts.AddNode(CollectedOf(shown.fabscan, *node))};
     table.AddRow({Cell(KindText(node->type, node->getSpecialNodeType()),
                        node->in_sub_fabric ? Style::kPlain : Style::kQuiet),
-                  GuidText(node->guid), LidsText(shown.fabscan, *node), ActiveText(*node), signs,
-                  node->name});
+                  GuidText(node->guid), LidsText(shown.fabscan, *node), ActiveText(*node),
+                  CommonCell(nodes, ports), node->name});
   }
-  return text + '\n' + table.text(terminal) + '\n' + counts.Legend(terminal) +
-         counts.Reasons(terminal);
+  return table.text(terminal) + '\n' + counts.Legend(terminal) + counts.Reasons(terminal);
+}
+
+std::string ShowModels(const ShownSnapshot& shown, const Terminal& terminal) {
+  struct Group {
+    const IBNode* first = nullptr;
+    Rows nodes;
+    Rows ports;
+  };
+  AttributeCounts counts;
+  std::map<DeviceModelKey, Group> groups;
+  for (const IBNode* node : shown.nodes) {
+    Group& group = groups[DeviceModelOf(shown.fabscan, *node)];
+    if (group.first == nullptr) group.first = node;
+    group.nodes.push_back(counts.AddNode(CollectedOf(shown.fabscan, *node)));
+    AddPorts(shown.fabscan, *node, counts, group.ports);
+  }
+  Table table({{"nodes", true},
+               {"type"},
+               {"vendor"},
+               {"device"},
+               {"revision"},
+               {"PSID"},
+               {"firmware"},
+               {MatrixLetters()},
+               {"for example", false, Narrow::kCut}});
+  for (const auto& [key, group] : groups) {
+    table.AddRow({std::to_string(group.nodes.size()), KindText(key.type, key.special),
+                  IdText(key.vendor_id, 6), IdText(key.device_id, 4), IdText(key.revision, 1),
+                  OrDash(PsidText(key)), OrDash(FirmwareText(key)),
+                  CommonCell(group.nodes, group.ports), group.first->name});
+  }
+  return table.text(terminal) + '\n' + counts.Legend(terminal) + counts.Reasons(terminal);
 }
 
 std::string ShowNode(const Fabscan& fabscan, const IBNode& node, const Terminal& terminal) {

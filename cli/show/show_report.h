@@ -4,6 +4,7 @@
 #include <infiniband/fabscan/fabscan.h>
 #include <snapshot.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,10 +20,17 @@ struct ShownSnapshot {
   std::vector<const IBNode*> nodes;
 };
 
-/// For people: a line a node, how often each attribute was collected, and why some were not.
-std::string ShowSummary(const ShownSnapshot& shown, const Terminal& terminal);
-/// For people: all of one node, port by port.
+/// For people: the nodes in few words.
+std::string ShowHead(const ShownSnapshot& shown, const Terminal& terminal);
+/// One line per node, how often each attribute was collected, and why some were not.
+std::string ShowNodes(const ShownSnapshot& shown, const Terminal& terminal);
+/// The same with one line per device model.
+std::string ShowModels(const ShownSnapshot& shown, const Terminal& terminal);
+/// All of one node, port by port.
 std::string ShowNode(const Fabscan& fabscan, const IBNode& node, const Terminal& terminal);
+/// The values that were collected of one node and its ports, or of one port.
+std::string ShowValues(const Fabscan& fabscan, const IBNode& node,
+                       const std::optional<unsigned>& port, const Terminal& terminal);
 /// One JSON object on standard output.
 void ShowJson(const ShownSnapshot& shown);
 

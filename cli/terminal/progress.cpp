@@ -99,8 +99,8 @@ std::string ProgressText(std::string_view what, std::size_t done, std::size_t to
 }
 
 void AddLoudnessOptions(CLI::App& app) {
-  app.add_flag("--quiet", quiet, "Show no progress, also on a terminal");
-  app.add_flag("--verbose", verbose, "Tell each step that is done and how long it took");
+  app.add_flag("--quiet", quiet, "Show no progress, not even on a terminal");
+  app.add_flag("-v,--verbose", verbose, "Report each step and how long it took");
 }
 
 Progress::Progress() {
@@ -159,8 +159,8 @@ void Progress::finishStep() {
   erase();
   if (!verbose || what_.empty()) return;
   const std::string count = done_ == 0 ? std::string() : ": " + CountText(done_, 0, unit_);
-  fmt::print(stderr, "fabscan: {}{} in {:.1f} s\n", WithoutControls(what_), count,
-             SecondsBetween(begun_, Clock::now()));
+  PrintMessage(fmt::format("fabscan: {}{} in {:.1f} s\n", WithoutControls(what_), count,
+                           SecondsBetween(begun_, Clock::now())));
 }
 
 void Progress::Finish() {

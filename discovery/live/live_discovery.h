@@ -20,7 +20,7 @@ struct LiveOptions {
   std::string channel_adapter;  // -C; empty: the first one with a usable port
   unsigned port = 0;            // -P; 0: the first usable port
   unsigned timeout_ms = 1000;
-  unsigned retries = 3;
+  unsigned retries = 3;      // of a query; those of the scan are tried twice at least
   unsigned outstanding = 2;  // queries under way at once while scanning
   /// Whoever stops the discovery may want what was read. The scan then goes out one hop at a time,
   /// and takes longer.

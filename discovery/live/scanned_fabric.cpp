@@ -54,7 +54,7 @@ ScannedFabric::ScannedFabric(const LocalPort& port, const LiveOptions& options, 
   config.max_smps = options.outstanding;
   config.max_hops = max_hops;
   config.timeout_ms = options.timeout_ms;
-  config.retries = options.retries;
+  config.retries = std::max(options.retries, 1U);  // 0 would be the library's default
   std::string adapter = port.channel_adapter;
   fabric_.reset(ibnd_discover_fabric(adapter.data(), port.number, nullptr, &config));
 }

@@ -44,7 +44,8 @@ SubnetQuery::SubnetQuery(const LocalPort& port, const LiveOptions& options) {
                                      std::generic_category().message(errno)));
   }
   mad_rpc_set_timeout(port_, static_cast<int>(options.timeout_ms));
-  mad_rpc_set_retries(port_, static_cast<int>(options.retries));
+  // What the library calls retries are its tries; 0 would be its default.
+  mad_rpc_set_retries(port_, static_cast<int>(options.retries) + 1);
 }
 
 SubnetQuery::~SubnetQuery() { mad_rpc_close_port(port_); }

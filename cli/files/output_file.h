@@ -1,0 +1,34 @@
+#ifndef FABSCAN_CLI_OUTPUT_FILE_H
+#define FABSCAN_CLI_OUTPUT_FILE_H
+
+#include <ostream>
+#include <string>
+
+#include "output_buffer.h"
+
+namespace fabscan {
+
+/// A file that is open for writing.
+class OutputFile {
+ public:
+  /// Takes an open file; it is closed with this object.
+  explicit OutputFile(int file) : file_(file), buffer_(file), stream_(&buffer_) {}
+  ~OutputFile() { Close(); }
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  std::ostream& stream() { return stream_; }
+  /// Writes out what is pending and closes the file. 0, or the errno value of the first failure,
+  /// also when called again.
+  int Close();
+
+ private:
+  int file_;
+  OutputBuffer buffer_;
+  std::ostream stream_;
+  int error_number_ = 0;
+};
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,36 @@
+#ifndef FABSCAN_CLI_OUTPUT_BUFFER_H
+#define FABSCAN_CLI_OUTPUT_BUFFER_H
+
+#include <cstddef>
+#include <streambuf>
+#include <vector>
+
+namespace fabscan {
+
+/// Buffers what a stream writes to an open file, which stays open. Remembers why the first write
+/// failed; after that it writes nothing. To a terminal it writes each line as it ends.
+class OutputBuffer : public std::streambuf {
+ public:
+  explicit OutputBuffer(int file);
+
+  /// The errno value of the first write that failed; 0 if none did.
+  int errorNumber() const { return error_number_; }
+
+ protected:
+  int_type overflow(int_type c) override;
+  std::streamsize xsputn(const char* bytes, std::streamsize size) override;
+  int sync() override;
+
+ private:
+  bool write(const char* bytes, std::size_t size);
+  bool writePending();
+
+  const int file_;
+  const bool is_terminal_;
+  std::vector<char> pending_;
+  int error_number_ = 0;
+};
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,29 @@
+#ifndef FABSCAN_CLI_FIELD_FORMS_H
+#define FABSCAN_CLI_FIELD_FORMS_H
+
+#include <sys/types.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace fabscan {
+
+/// How a person reads a field of a record.
+struct FieldForm {
+  std::string_view record;
+  std::string_view field;
+  bool hexadecimal = false;
+  std::string (*meaning)(u_int64_t value) = nullptr;    // null: the number says it all
+  const std::vector<const char*>* bit_names = nullptr;  // of a mask with named bits
+};
+
+/// The form of a field; decimal without a meaning for one that has no row.
+FieldForm FormOf(std::string_view record, std::string_view field);
+
+/// Every row, for tests.
+const std::vector<FieldForm>& AllFieldForms();
+
+}  // namespace fabscan
+
+#endif

@@ -1,0 +1,259 @@
+"""Where results go: closed pipes, full devices, streams in place of files, missing directories."""
+
+import json
+import os
+import signal
+import stat
+import subprocess
+import threading
+
+import command_line
+from command_line import DONE, EXAMPLES, FAILED, WRONG_USAGE, CommandTest, main, snapshot, switch
+
+DEMO = EXAMPLES / "demo.fabscan.jsonl"
+PARTIAL = EXAMPLES / "partial.fabscan.jsonl"
+ADAPTER = "0x5a1e0c0000000600"
+ENDED_BY_SIGPIPE = -signal.SIGPIPE
+FULL = "No space left on device; free some space, or write elsewhere"
+
+
+class Outputs(CommandTest):
+    def many(self, count=3000, **more):
+        """A snapshot whose results do not fit a pipe."""
+        nodes = [switch(f"S{i}", hex(i + 1), **more) for i in range(count)]
+        return self.put("many.jsonl", snapshot(*nodes)).name
+
+    def run_into_closed_pipe(self, *arguments, sigpipe=signal.SIG_DFL, stream="stdout"):
+        """A run whose standard output, or error, is a pipe that nobody reads."""
+        ours, its = os.pipe()
+        os.close(ours)
+        streams = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, stream: its}
+        run = subprocess.run([command_line._command, *map(str, arguments)], cwd=self.folder,
+                             preexec_fn=lambda: signal.signal(signal.SIGPIPE, sigpipe),
+                             stdin=subprocess.DEVNULL, timeout=120, check=False, **streams)
+        os.close(its)
+        return run
+
+
+class ClosedPipe(Outputs):
+    def test_ends_silently(self):
+        many = self.many()
+        other = self.put("other.jsonl", snapshot(switch())).name
+        for arguments in (["show", many], ["show", many, "--json"], ["show", many, "--values"],
+                          ["check", DEMO], ["check", DEMO, "--json"], ["models", DEMO],
+                          ["check", DEMO, "--html", "-"], ["diff", many, other],
+                          ["diff", "--json", many, other], ["--help"], ["help", "show"],
+                          ["merge", DEMO, DEMO, "--output", "-"],
+                          ["anonymise", DEMO, "--output", "/dev/stdout"]):
+            with self.subTest(arguments=arguments):
+                run = self.run_into_closed_pipe(*arguments)
+                self.assertEqual((run.returncode, run.stderr), (ENDED_BY_SIGPIPE, b""))
+
+    def test_head_gets_its_lines(self):
+        run = subprocess.run(f"'{command_line._command}' show '{self.many()}' | head -n 1; "
+                             'echo "${PIPESTATUS[0]}"', shell=True, executable="/bin/bash",
+                             preexec_fn=lambda: signal.signal(signal.SIGPIPE, signal.SIG_DFL),
+                             cwd=self.folder, capture_output=True, text=True, timeout=120,
+                             check=False)
+        self.assertEqual(run.stdout, "many.jsonl: 3000 nodes (3000 SW), 0 ports\n141\n")
+        self.assertEqual(run.stderr, "")
+
+    def test_is_an_error_where_sigpipe_is_ignored(self):
+        message = b"fabscan: error: standard output: cannot write: Broken pipe; write elsewhere\n"
+        run = self.run_into_closed_pipe("show", self.many(), sigpipe=signal.SIG_IGN)
+        self.assertEqual((run.returncode, run.stderr), (FAILED, message))
+        run = self.run_into_closed_pipe("diff", DEMO, PARTIAL, sigpipe=signal.SIG_IGN)
+        self.assertEqual((run.returncode, run.stderr), (WRONG_USAGE, message))
+
+    def test_earlier_files_stay(self):
+        cases = {
+            "old_generated.cpp": ["dump", DEMO, "--prefix", "old", "--guid", ADAPTER],
+            "old.h": ["scaffold", "--prefix", "old"],
+            "old.jsonl": ["merge", DEMO, DEMO, "--output", "old.jsonl"],
+            "shared.jsonl": ["anonymise", DEMO, "--output", "shared.jsonl"],
+            "old.html": ["check", DEMO, "--html", "old.html"],
+            "models_hca_1021_generated.cpp": ["dump", DEMO, "--prefix", "Models",
+                                              "--one-per-model"],
+        }
+        for name, arguments in cases.items():
+            with self.subTest(arguments=arguments):
+                self.put(name, "earlier\n")
+                run = self.run_into_closed_pipe(*arguments, "--force")
+                self.assertEqual(run.returncode, ENDED_BY_SIGPIPE, run.stderr)
+                self.assertEqual(self.entries(), [name])
+                self.assertEqual((self.folder / name).read_text(), "earlier\n")
+                (self.folder / name).unlink()
+
+    def test_a_reader_of_the_output_leaves(self):
+        """Through a pipe that is not standard output."""
+        ours, its = os.pipe()
+        os.close(ours)
+        run = self.run_command("anonymise", DEMO, "--output", f"/dev/fd/{its}", pass_fds=[its])
+        os.close(its)
+        self.assertEqual((run.returncode, run.stdout, run.stderr), (ENDED_BY_SIGPIPE, "", ""))
+
+
+class FailingWrites(Outputs):
+    def test_the_cause_is_named(self):
+        for arguments in (["show", DEMO], ["show", self.many()], ["show", DEMO, "--json"],
+                          ["check", DEMO], ["models", DEMO], ["--help"],
+                          ["merge", DEMO, DEMO, "--output", "-"]):
+            with self.subTest(arguments=arguments), open("/dev/full", "w") as full:
+                self.assert_fails(self.run_command(*arguments, stdout=full),
+                                  f"standard output: cannot write: {FULL}")
+
+    def test_advice_suits_the_cause(self):
+        """Standard output is closed, or not open for writing."""
+        with open("/dev/null") as unwritable:
+            self.assert_fails(self.run_command("show", DEMO, stdout=unwritable),
+                              "standard output: cannot write: Bad file descriptor; write elsewhere")
+        run = subprocess.run(f"'{command_line._command}' show '{DEMO}' >&-", shell=True,
+                             capture_output=True, text=True, timeout=60, check=False)
+        self.assertEqual((run.returncode, run.stderr), (
+            FAILED, "fabscan: error: standard output: cannot write: Bad file descriptor; "
+                    "write elsewhere\n"))
+
+    def test_a_file_that_is_a_full_device(self):
+        self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", "/dev/full"),
+                          f"/dev/full: cannot write: {FULL}")
+
+    def test_earlier_files_stay(self):
+        self.put("old_generated.cpp", "earlier\n")
+        with open("/dev/full", "w") as full:
+            run = self.run_command("dump", DEMO, "--prefix", "old", "--guid", ADAPTER, "--force",
+                                   stdout=full)
+        self.assert_fails(run, f"standard output: cannot write: {FULL}")
+        self.assertEqual((self.folder / "old_generated.cpp").read_text(), "earlier\n")
+        self.assertEqual(self.entries(), ["old_generated.cpp"])
+
+    def test_standard_error_need_not_be_writable(self):
+        """What cannot be reported is not, and the result is the same."""
+        arguments = ("merge", DEMO, DEMO, "--verbose", "--force", "--output", "out.jsonl")
+        with open("/dev/full", "w") as full:
+            run = subprocess.run([command_line._command, *map(str, arguments)], stderr=full,
+                                 stdout=subprocess.PIPE, cwd=self.folder, timeout=60, check=False)
+        self.assertEqual(run.returncode, DONE)
+        run = self.run_into_closed_pipe(*arguments, stream="stderr")
+        self.assertEqual(run.returncode, DONE)
+        expected = (self.folder / "out.jsonl").read_text()
+        run = subprocess.run(f"'{command_line._command}' merge '{DEMO}' '{DEMO}' --verbose --force "
+                             "--output out.jsonl 2>&-", shell=True, cwd=self.folder,
+                             stdout=subprocess.PIPE, timeout=60, check=False)
+        self.assertEqual(run.returncode, DONE)
+        self.assertEqual((self.folder / "out.jsonl").read_text(), expected)
+
+    def test_messages_do_not_reach_a_file_in_place_of_standard_error(self):
+        run = subprocess.run(f"'{command_line._command}' dump '{DEMO}' --prefix All --verbose 2>&-",
+                             shell=True, cwd=self.folder, stdout=subprocess.PIPE, timeout=60,
+                             check=False)
+        self.assertEqual(run.returncode, DONE)
+        self.assertNotIn("fabscan:", (self.folder / "all_generated.cpp").read_text())
+
+
+class Streams(Outputs):
+    """Outputs that are no files are written directly, without --force."""
+
+    def setUp(self):
+        super().setUp()
+        self.assertEqual(
+            self.run_command("merge", DEMO, DEMO, "--output", "whole.jsonl").returncode, DONE)
+        self.whole = (self.folder / "whole.jsonl").read_text()
+
+    def test_other_names_of_standard_output(self):
+        for name in ("-", "/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"):
+            with self.subTest(name=name):
+                run = self.run_command("merge", DEMO, DEMO, "--output", name)
+                self.assertEqual((run.returncode, run.stdout), (DONE, self.whole))
+                self.assertIn("standard output: 11 nodes", run.stderr)
+        with open(self.folder / "redirected", "w") as file:
+            run = self.run_command("merge", DEMO, DEMO, "--output", "/dev/stdout", stdout=file)
+        self.assertEqual(run.returncode, DONE)
+        self.assertEqual((self.folder / "redirected").read_text(), self.whole)
+
+    def test_a_page_goes_to_a_stream(self):
+        self.run_command("check", DEMO, "--html", "page.html")
+        run = self.run_command("check", DEMO, "--html", "/dev/stdout")
+        self.assertEqual(run.stdout, (self.folder / "page.html").read_text())
+        self.assertEqual(self.run_command("check", DEMO, "--html", "/dev/null").stderr, "")
+
+    def test_devices(self):
+        for name in ("/dev/null", "/dev/stderr"):
+            run = self.run_command("merge", DEMO, DEMO, "--output", name)
+            self.assertEqual(run.returncode, DONE, run.stderr)
+            self.assertEqual(run.stderr, "" if name == "/dev/null" else self.whole)
+
+    def test_process_substitution(self):
+        run = subprocess.run(
+            f"'{command_line._command}' merge '{DEMO}' '{DEMO}' --output >(cat > copy); wait $!",
+            shell=True, executable="/bin/bash", cwd=self.folder, capture_output=True, text=True,
+            timeout=60, check=False)
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+        self.assertEqual((self.folder / "copy").read_text(), self.whole)
+
+    def test_a_named_pipe(self):
+        pipe = self.folder / "pipe"
+        os.mkfifo(pipe)
+        read = []
+        reader = threading.Thread(target=lambda: read.append(pipe.read_text()))
+        reader.start()
+        run = self.run_command("merge", DEMO, DEMO, "--output", "pipe")
+        reader.join(timeout=60)
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+        self.assertEqual(read, [self.whole])
+        self.assertTrue(stat.S_ISFIFO(pipe.stat().st_mode))
+
+    def test_generated_source_goes_to_a_named_pipe(self):
+        dump = ("dump", DEMO, "--prefix", "Piped", "--guid", ADAPTER)
+        self.run_command(*dump, "--output-dir", self.folder)
+        expected = (self.folder / "piped_generated.cpp").read_text()
+        (self.folder / "sub").mkdir()
+        os.mkfifo(self.folder / "sub/piped_generated.cpp")
+        read = []
+        reader = threading.Thread(
+            target=lambda: read.append((self.folder / "sub/piped_generated.cpp").read_text()))
+        reader.start()
+        run = self.run_command(*dump, "--output-dir", "sub")
+        reader.join(timeout=60)
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+        self.assertEqual(read, [expected])
+
+    def test_an_open_file_that_is_none(self):
+        self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", "/dev/fd/99"),
+                          "/dev/fd/99: cannot write: Bad file descriptor; write elsewhere")
+
+    def test_a_file_is_still_kept(self):
+        self.put("out.jsonl", "earlier\n")
+        for name in ("out.jsonl", "./out.jsonl"):
+            self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", name),
+                              f"{name}: exists; --force replaces it")
+
+    def test_directories(self):
+        (self.folder / "sub").mkdir()
+        for name in ("sub", "sub/", ".", "sub/.."):
+            self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", name),
+                              f"{name}: is a directory; name a file in it")
+        self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", "none/out.jsonl"),
+                          "cannot create files in none: no such directory; create it first")
+
+    def test_a_file_keeps_its_permissions(self):
+        path = self.put("out.jsonl", "earlier\n")
+        for mode in (0o600, 0o640, 0o444):
+            path.chmod(mode)
+            run = self.run_command("merge", DEMO, DEMO, "-o", "out.jsonl", "--force")
+            self.assertEqual(run.returncode, DONE, run.stderr)
+            self.assertEqual(stat.S_IMODE(path.stat().st_mode), mode)
+            self.assertEqual(path.read_text(), self.whole)
+
+
+class Versions(Outputs):
+    def test_every_result_begins_with_its_version(self):
+        for arguments in (["show", DEMO], ["check", DEMO], ["models", DEMO],
+                          ["diff", DEMO, PARTIAL]):
+            with self.subTest(arguments=arguments):
+                run = self.run_command(*arguments, "--json")
+                self.assertTrue(run.stdout.startswith('{"fabscan_report":1,'), run.stdout[:40])
+                self.assertEqual(json.loads(run.stdout)["fabscan_report"], 1)
+
+
+if __name__ == "__main__":
+    main()
