@@ -13,10 +13,11 @@ namespace fabscan {
 
 /// What a snapshot holds of one attribute of a node or a port.
 struct Collected {
-  std::string_view attribute;              // as snapshots name it
-  std::size_t records = 0;                 // a port can have several counter sets and monitors
-  std::optional<std::string_view> absent;  // why there is none, where that was recorded
-  bool applies = true;                     // whether a node of this type can have it
+  std::string_view attribute;  // as snapshots name it
+  std::size_t records = 0;     // a port can have several counter sets and monitors
+  std::optional<std::string_view> absent =
+      std::nullopt;     // why there is none, where that was recorded
+  bool applies = true;  // whether a node of this type can have it
 };
 
 /// Records, and capability masks of a node, counter sets and monitors of a port.

@@ -2,7 +2,9 @@
 #include <fmt/format.h>
 #include <harmless_name.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <string>
 #include <vector>
 
