@@ -101,7 +101,7 @@ class Diff(CommandTest):
         leaf = {"name": "leaf-01/U1", "guid": "0x5a1e0c0000000200"}
         self.assertEqual(
             json.loads(run.stdout),
-            {"first": "a.jsonl", "second": "b.jsonl", "same": False,
+            {"fabscan_report": 1, "first": "a.jsonl", "second": "b.jsonl", "same": False,
              "differences": [
                  {**leaf, "field": "inSubFabric", "first": True, "second": False},
                  {**leaf, "record": "SMP_NodeInfo", "field": "NodeGUID",

@@ -150,8 +150,8 @@ class Elsewhere(CommandTest):
         self.assertGreater(len(names), 9)
         for name in names:
             text = self.run_command(name, "--help").stdout
-            self.assertRegex(text, r"\n  --quiet +Show no progress, also on a terminal\n", name)
-            self.assertIn("\n  --verbose ", text, name)
+            self.assertRegex(text, r"\n  --quiet +Show no progress, not even on a terminal\n", name)
+            self.assertIn("\n  -v,--verbose ", text, name)
             self.assertRegex(text, r"\nExamples?: ?", name)
             self.assertRegex(text, rf"\n  fabscan {name} .*\n\Z", name)
 

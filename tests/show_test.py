@@ -104,6 +104,110 @@ u  WrenReductionConfigureMLIDMonitors  port        3
 o  SMP_PortInfo  1 port  timed out
 """
 
+# Masks and identifiers are hexadecimal, numbers decimal; codes have their meaning.
+VALUES = """\
+leaf-07/U1 (0x5a1e0c0000000100)
+
+port 2 SMP_PortInfo
+GIDPrefix                            0xfe80000000000000
+LID                                  1
+MasterSMLID                          1
+CapMsk                               0x0100c040
+                                     bit 6               IsSLMappingSupported
+                                     bit 14              IsExtendedSpeedsSupported
+                                     bit 15              IsCapabilityMask2Supported
+                                     bit 24              IsLinkRoundTripLatencySupported
+DiagCode                             0x0000
+MKeyLeasePeriod                      0
+LocalPortNum                         2
+LinkWidthEnabled                     1                   (1x)
+LinkWidthSup                         1                   (1x)
+LinkWidthActive                      1                   (1x)
+LinkSpeedSup                         7                   (SDR, DDR, QDR)
+PortState                            4                   (ACTIVE)
+PortPhysicalState                    5                   (link up)
+LinkDownDefaultState                 2                   (polling)
+MKeyProtectBits                      0
+LMC                                  0
+LinkSpeedActive                      4                   (10 Gb/s, QDR)
+LinkSpeedEnabled                     7                   (SDR, DDR, QDR)
+NeighborMTU                          4                   (2048)
+MasterSMSL                           0
+VLCap                                4                   (VL0-7)
+InitType                             0
+VLHighLimit                          4
+VLArbitrationHighCap                 8
+VLArbitrationLowCap                  8
+InitTypeReply                        0
+MTUCap                               4                   (2048)
+VLStallCount                         7
+HOQLife                              18
+OperationalVLs                       3                   (VL0-3)
+PartitionEnforcementInbound          1
+PartitionEnforcementOutbound         1
+FilterRawInbound                     0
+FilterRawOutbound                    0
+MKeyViolations                       0
+PKeyViolations                       0
+QKeyViolations                       0
+GUIDCap                              0
+ClientReregister                     0
+MulticastPKeyTrapSuppressionEnabled  0
+SubnetTimeOut                        0
+RespTimeValue                        16
+LocalPhyErrors                       8
+OverrunErrors                        8
+MaxCreditHint                        56
+LinkRoundTripLatency                 52
+LinkSpeedExtActive2                  0                   (no extended speed)
+LinkSpeedExtSup2                     0
+LinkSpeedExtEnabled2                 0
+LinkSpeedExtActive                   2                   (25.78125 Gb/s, EDR)
+LinkSpeedExtSup                      2                   (EDR)
+LinkSpeedExtEnabled                  2                   (EDR)
+CapMsk2                              0x043b
+                                     bit 0               IsSetNodeDescriptionSupported
+                                     bit 1               IsPortInfoExtendedSupported
+                                     bit 3               IsSwitchPortStateTableSupported
+                                     bit 4               IsLinkWidth2xSupported
+                                     bit 5               IsLinkSpeedHDRSupported
+                                     bit 10              IsLinkSpeedNDRSupported
+
+port 2 SMP_PortInfoExtended
+CapMsk                       0x00000007
+FDRFECModeSupported          0x0003
+FECModeActive                0x0003
+EDRFECModeSupported          0x0007
+FDRFECModeEnabled            0x0002
+HDRFECModeSupported          0x000c
+EDRFECModeEnabled            0x0004
+NDRFECModeSupported          0x001c
+HDRFECModeEnabled            0x0008
+PartitionTop                 3
+NDRFECModeEnabled            0x0010
+
+port 2 SMP_TarnExtPortInfo
+LinkSpeedSupported          0x01
+CapabilityMask              0x00d7
+FECModeActive               3
+RetransMode                 1
+FDR10FECModeSupported       0x000b
+FDRFECModeSupported         0x0003
+EDR20FECModeSupported       0x0009
+EDRFECModeSupported         0x0007
+FDR10RetranSupported        0x00
+FDRRetranSupported          0x02
+EDR20RetranSupported        0x04
+EDRRetranSupported          0x06
+SpecialPortType             0
+IsSpecialPort               0
+SpecialPortCapabilityMask   0x00
+is_fnm_port                 1
+HDRFECModeSupported         0x000c
+NDRFECModeSupported         0x001c
+XDRFECModeSupported         0x0000
+"""
+
 
 class Show(CommandTest):
     def test_all_nodes(self):
