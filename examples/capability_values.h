@@ -1,6 +1,8 @@
 #ifndef FABSCAN_EXAMPLES_CAPABILITY_VALUES_H
 #define FABSCAN_EXAMPLES_CAPABILITY_VALUES_H
 
+#include <cstdint>
+
 #include "field_values.h"
 
 namespace fabscan {

@@ -2,6 +2,7 @@
 #define FABSCAN_EXAMPLES_FIELD_VALUES_H
 
 #include <array>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 

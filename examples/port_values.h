@@ -3,6 +3,8 @@
 
 #include <infiniband/tessel/Fabric.h>
 
+#include <cstdint>
+
 #include "capability_values.h"
 #include "field_values.h"
 

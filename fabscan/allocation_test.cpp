@@ -17,15 +17,18 @@ std::size_t allocations = 0;
 
 }  // namespace
 
-// This program's own, which count. Those for arrays and without exceptions come here as well.
-void* operator new(std::size_t size) {
+// This program's own, which count. Those for arrays and without exceptions come here as well. Not
+// inlined: g++ 14 would see `new` paired with `free`, or `malloc` with `delete`, and warn.
+[[gnu::noinline]] void* operator new(std::size_t size) {
   ++allocations;
   void* const memory = std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
+  std::free(memory);
+}
 
 namespace fabscan {
 namespace {

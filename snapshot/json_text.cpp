@@ -1,5 +1,6 @@
 #include "json_text.h"
 
+#include <cstdint>
 #include <new>
 #include <string_view>
 
