@@ -26,27 +26,27 @@ std::string_view SimulatorSourceText(std::string_view path) {
   throw std::logic_error("no such simulator source: " + std::string(path));
 }
 
-std::string DeviceSource(std::string_view example_path, const std::string& prefix) {
-  const std::pair<std::string_view, std::string> names[] = {
-      {"Example", prefix},
-      {"example", Transformed(prefix, Lower)},
-      {"EXAMPLE", Transformed(prefix, Upper)},
-  };
-  std::string_view rest = SimulatorSourceText(example_path);
-  std::string text;
-  while (!rest.empty()) {
-    const auto* name = std::find_if(std::begin(names), std::end(names), [rest](const auto& pair) {
-      return rest.substr(0, pair.first.size()) == pair.first;
-    });
-    if (name == std::end(names)) {
-      text += rest.front();
-      rest.remove_prefix(1);
+std::string Replaced(std::string_view text, const std::vector<Replacement>& replacements) {
+  std::string replaced;
+  while (!text.empty()) {
+    const auto found = std::find_if(
+        replacements.begin(), replacements.end(),
+        [text](const auto& entry) { return text.substr(0, entry.first.size()) == entry.first; });
+    if (found == replacements.end()) {
+      replaced += text.front();
+      text.remove_prefix(1);
     } else {
-      text += name->second;
-      rest.remove_prefix(name->first.size());
+      replaced += found->second;
+      text.remove_prefix(found->first.size());
     }
   }
-  return text;
+  return replaced;
+}
+
+std::string DeviceSource(std::string_view example_path, const std::string& prefix) {
+  return Replaced(SimulatorSourceText(example_path), {{"Example", prefix},
+                                                      {"example", Transformed(prefix, Lower)},
+                                                      {"EXAMPLE", Transformed(prefix, Upper)}});
 }
 
 }  // namespace fabscan

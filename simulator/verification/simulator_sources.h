@@ -3,6 +3,8 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace fabscan {
 
@@ -18,6 +20,11 @@ extern const SimulatorSource kSimulatorSources[];
 
 /// The text of the file; throws std::logic_error when there is none.
 std::string_view SimulatorSourceText(std::string_view path);
+
+/// A text and what replaces it.
+using Replacement = std::pair<std::string_view, std::string>;
+/// The text with all replacements made in one pass: what replaces a text is not looked at again.
+std::string Replaced(std::string_view text, const std::vector<Replacement>& replacements);
 
 /// The example device's file, made a device of the prefix: its name stands in the prefix's letter
 /// case, in lower case and in upper case.
