@@ -313,7 +313,7 @@ class Buildable(CommandTest):
         listed = run.stdout.split("Edited so that it compiles:\n")[1].splitlines()
         self.assertEqual(len(listed) - 1, sum(line.startswith("#error") for line in exact))
         self.assertIn("      1  setArInfo                           #error line turned into a comment: "
-                      "The node does not support AR", listed)
+                      "\"The node does not support AR\"", listed)
 
     def test_edits_of_the_reduction_switch(self):
         self.dump(DEMO, "--guid", "5a1e0c0000000100")

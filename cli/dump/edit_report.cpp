@@ -1,5 +1,7 @@
 #include "edit_report.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -19,7 +21,7 @@ struct Row {
 
 std::string ChangeText(const SourceEdit& edit) {
   if (!edit.is_error_line) return edit.change;
-  return std::string(edit.change) + ": " + WithoutName(ReasonOfBody(edit.text), edit.node);
+  return fmt::format("{}: \"{}\"", edit.change, WithoutName(ReasonOfBody(edit.text), edit.node));
 }
 
 }  // namespace

@@ -19,8 +19,8 @@ TEST(EditReport, CountsEditsOfManyNodesThatReadAlike) {
   EXPECT_EQ(EditsText({ErrorLine("a"), braces, ErrorLine("b")}, Terminal()),
             "Edited so that it compiles:\n"
             "  times  function                      edit\n"
-            "      2  setArInfo                     #error line turned into a comment: The node "
-            "does not support AR\n"
+            "      2  setArInfo                     #error line turned into a comment: \"The node "
+            "does not support AR\"\n"
             "      1  setWrenPushReductionCounters  braces\n");
 }
 
