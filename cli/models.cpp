@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "collected.h"
 #include "command.h"
 #include "counted.h"
 #include "guid_options.h"
@@ -43,8 +44,14 @@ std::string DumpLine(const std::string& snapshot, const ListedModel& listed) {
                      GuidText(listed.model.representative->guid));
 }
 
-void PrintText(const ModelsOptions& options, const std::vector<ListedModel>& list,
-               std::size_t nodes_outside) {
+/// `5 of 21`: attributes that were collected, of those that the node can have.
+std::string CollectedText(const Fabscan& fabscan, const IBNode& node) {
+  const Completeness completeness = CompletenessOf(fabscan, node);
+  return fmt::format("{} of {}", completeness.collected(), completeness.attributes);
+}
+
+void PrintText(const Fabscan& fabscan, const ModelsOptions& options,
+               const std::vector<ListedModel>& list, std::size_t nodes_outside) {
   const Terminal terminal = StandardOutput();
   std::string text =
       fmt::format("{}: {}, {}\n", InputName(options.snapshot), Counted(NodesOf(list), "node"),
@@ -59,7 +66,7 @@ void PrintText(const ModelsOptions& options, const std::vector<ListedModel>& lis
                  {"revision"},
                  {"PSID"},
                  {"firmware"},
-                 {"records", true},
+                 {"collected", true},
                  {"representative"},
                  {"", false, Narrow::kCut}});
     for (const ListedModel& listed : list) {
@@ -67,7 +74,8 @@ void PrintText(const ModelsOptions& options, const std::vector<ListedModel>& lis
       const DeviceModelKey& key = model.key;
       table.AddRow({listed.prefix, std::to_string(model.nodes), KindText(key.type, key.special),
                     IdText(key.vendor_id, 6), IdText(key.device_id, 4), IdText(key.revision, 1),
-                    OrDash(PsidText(key)), OrDash(FirmwareText(key)), std::to_string(model.records),
+                    OrDash(PsidText(key)), OrDash(FirmwareText(key)),
+                    CollectedText(fabscan, *model.representative),
                     GuidText(model.representative->guid), model.representative->name});
     }
     text += '\n' + table.text(terminal) +
@@ -81,8 +89,8 @@ void PrintText(const ModelsOptions& options, const std::vector<ListedModel>& lis
   std::cout << text;
 }
 
-void PrintJson(const ModelsOptions& options, const std::vector<ListedModel>& list,
-               std::size_t nodes_outside) {
+void PrintJson(const Fabscan& fabscan, const ModelsOptions& options,
+               const std::vector<ListedModel>& list, std::size_t nodes_outside) {
   JsonResult json;
   json.Text("snapshot", options.snapshot);
   json.Count("nodes", NodesOf(list));
@@ -93,6 +101,13 @@ void PrintJson(const ModelsOptions& options, const std::vector<ListedModel>& lis
     json.BeginObject();
     json.Count("nodes", model.nodes);
     json.Count("records", model.records);
+    const Completeness completeness = CompletenessOf(fabscan, *model.representative);
+    json.Count("attributes", completeness.attributes);
+    json.Key("missing");
+    json.BeginArray();
+    for (const std::string_view attribute : completeness.missing)
+      json.String(std::string(attribute));
+    json.EndArray();
     json.Text("type", WordFor(kNodeTypeWords, model.key.type));
     if (model.key.special != IB_NOT_SPECIAL_PORT) {
       json.Text("specialNode", WordFor(kSpecialNodeWords, model.key.special));
@@ -115,7 +130,8 @@ ExitStatus Models(const ModelsOptions& options) {
   Fabscan fabscan;
   ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading);
   const std::vector<ListedModel> list = ListModels(fabscan, "");
-  (options.json ? PrintJson : PrintText)(options, list, NodesOutside(fabscan.discovered_fabric));
+  (options.json ? PrintJson : PrintText)(fabscan, options, list,
+                                         NodesOutside(fabscan.discovered_fabric));
   return kDone;
 }
 
@@ -130,7 +146,9 @@ std::function<ExitStatus()> AddModels(CLI::App& app) {
   app.footer(
       "Nodes are of one model if they agree in type, vendor and device ID, hardware revision, PSID "
       "and firmware. The representative is the node with the most records collected, its ports "
-      "included; of several, the first by name.\n"
+      "included; of several, the first by name. The column 'collected' counts its attributes: how "
+      "many of "
+      "those that a node of its type can have.\n"
       "Example: the models of a fabric, and the command that simulates them\n"
       "  fabscan models fabric.jsonl");
   return [options] { return Models(*options); };

@@ -34,15 +34,15 @@ class Models(CommandTest):
             "my fabric.jsonl: 5 nodes, 4 device models\n"
             "skipped (outside the sub-fabric): 1 node\n"
             "\n"
-            "model     nodes  type     vendor    device  revision  PSID  firmware  records  "
+            "model     nodes  type     vendor    device  revision  PSID  firmware  collected  "
             "representative\n"
-            "SW_d2f0       2  SW       0x5a1e0c  0xd2f0  0xa0      -     -               1  "
+            "SW_d2f0       2  SW       0x5a1e0c  0xd2f0  0xa0      -     -           1 of 20  "
             "0x0000000000001001  spine-00001\n"
-            "HCA_1021      1  CA       0x5a1e0c  0x1021  -         -     -               1  "
+            "HCA_1021      1  CA       0x5a1e0c  0x1021  -         -     -           1 of 15  "
             "0x0000000000100001  host-00001\n"
-            "AN_1021       1  CA (AN)  0x5a1e0c  0x1021  -         -     -               1  "
+            "AN_1021       1  CA (AN)  0x5a1e0c  0x1021  -         -     -           1 of 15  "
             "0x0000000000100002  host-00002\n"
-            "SW_0000       1  SW       -         -       -         -     -               0  "
+            "SW_0000       1  SW       -         -       -         -     -           0 of 20  "
             "0x0000000000000009  unknown\n"
             "\n"
             "To make simulated devices, one for each model:\n"
@@ -55,9 +55,14 @@ class Models(CommandTest):
         path = self.put("f.jsonl", snapshot(host(1), spine(1), spine(2)))
         result = json.loads(self.run_command("models", path.name, "--json").stdout)
         self.assertEqual((result["nodes"], result["outsideSubFabric"]), (3, 0))
+        missing = result["models"][0].pop("missing")
+        self.assertEqual(len(missing), 19)
+        self.assertIn("smpCapabilityMask", missing)
+        self.assertNotIn("SMP_NodeInfo", missing)
+        self.assertNotIn("SMP_RouterInfo", missing)
         self.assertEqual(
             result["models"][0],
-            {"nodes": 2, "records": 1, "type": "SW", "vendorID": 0x5a1e0c, "deviceID": 0xd2f0,
+            {"nodes": 2, "records": 1, "attributes": 20, "type": "SW", "vendorID": 0x5a1e0c, "deviceID": 0xd2f0,
              "revision": 0xa0, "psid": "", "firmware": "", "name": "spine-00001",
              "guid": "0x0000000000001001", "prefix": "SW_d2f0",
              "dump": "fabscan dump f.jsonl --prefix SW_d2f0 --guid 0x0000000000001001"})

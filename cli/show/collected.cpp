@@ -24,6 +24,12 @@ bool Applies(std::string_view record, IBNodeType type) {
   return true;
 }
 
+void AppendPortAttributes(std::vector<Collected>& list) {
+  for (const auto& kind : kPortRecords) list.push_back({kind.table->name});
+  list.push_back({kCountersTable.name});
+  list.push_back({kMonitorsTable.name});
+}
+
 /// Counts records of the tables in `list` and notes why others are absent.
 template <class Owner>
 void Fill(std::vector<Collected>& list, const Fabscan& fabscan, const Owner& owner) {
@@ -59,12 +65,29 @@ std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBNode& node) {
 
 std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBPort& port) {
   std::vector<Collected> list;
-  list.reserve(std::size(kPortRecords) + 2);
-  for (const auto& kind : kPortRecords) list.push_back({kind.table->name});
-  list.push_back({kCountersTable.name});
-  list.push_back({kMonitorsTable.name});
+  list.reserve(kPortAttributes);
+  AppendPortAttributes(list);
   Fill(list, fabscan, port);
   return list;
+}
+
+Completeness CompletenessOf(const Fabscan& fabscan, const IBNode& node) {
+  std::vector<Collected> list = CollectedOf(fabscan, node);
+  const std::size_t first_of_ports = list.size();
+  AppendPortAttributes(list);
+  for (const IBPort* port : PortsOf(node)) {
+    const std::vector<Collected> of_port = CollectedOf(fabscan, *port);
+    for (std::size_t i = 0; i < of_port.size(); ++i) {
+      list[first_of_ports + i].records += of_port[i].records;
+    }
+  }
+  Completeness completeness;
+  for (const Collected& collected : list) {
+    if (!collected.applies) continue;
+    ++completeness.attributes;
+    if (collected.records == 0) completeness.missing.push_back(collected.attribute);
+  }
+  return completeness;
 }
 
 std::vector<const IBPort*> PortsOf(const IBNode& node) {

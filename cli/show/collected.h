@@ -29,6 +29,16 @@ inline constexpr std::size_t kPortAttributes = kPortRecords.size() + 2;
 std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBNode& node);
 std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBPort& port);
 
+/// The attributes that a node of this type, or its ports, can have. An attribute of ports counts as
+/// collected if one port has it.
+struct Completeness {
+  std::size_t attributes = 0;
+  std::vector<std::string_view> missing;  // those without any record, in the order of snapshots
+
+  std::size_t collected() const { return attributes - missing.size(); }
+};
+Completeness CompletenessOf(const Fabscan& fabscan, const IBNode& node);
+
 /// The ports that the node has.
 std::vector<const IBPort*> PortsOf(const IBNode& node);
 
