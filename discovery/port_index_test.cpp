@@ -7,8 +7,8 @@
 namespace fabscan {
 namespace {
 
-constexpr u_int64_t kLeaf = 0x0c42a10300a00000;
-constexpr u_int64_t kSpine = 0x0c42a10300a00001;
+constexpr u_int64_t kLeaf = 0x5a1e0c0300a00000;
+constexpr u_int64_t kSpine = 0x5a1e0c0300a00001;
 
 void AddAll(PortIndex& index, u_int64_t guid, std::initializer_list<int> numbers) {
   for (const int number : numbers) {

@@ -7,7 +7,7 @@
 namespace fabscan {
 namespace {
 
-constexpr u_int64_t kGuid = 0x2c90000000001;
+constexpr u_int64_t kGuid = 0x5a1e0c0000000001;
 
 /// A switch with port 1, and what the tests put there.
 struct Side {
@@ -76,7 +76,7 @@ TEST(MergeFabrics, NamesBothValuesOfAConflict) {
   Merged merged(base, extra);
   EXPECT_EQ(merged.result.conflicts, 1U);
   EXPECT_EQ(merged.result.first_conflict,
-            "leaf (0x0002c90000000001) port 1: SMP_PortInfo.LinkWidthSup is 0x1f and 0x2");
+            "leaf (0x5a1e0c0000000001) port 1: SMP_PortInfo.LinkWidthSup is 0x1f and 0x2");
 }
 
 TEST(MergeFabrics, TakesThePreferredValue) {
@@ -99,7 +99,7 @@ TEST(MergeFabrics, ComparesWithinNestedRecordsAndArrays) {
   Side extra;
   extra.store().put<VendorSpec_GeneralInfo>(extra.node).FWInfo.PSID.PSID[3] = 'b';
   EXPECT_EQ(Merged(base, extra).result.first_conflict,
-            "leaf (0x0002c90000000001): VendorSpec_GeneralInfo.FWInfo.PSID.PSID[3] is 0x61 and "
+            "leaf (0x5a1e0c0000000001): VendorSpec_GeneralInfo.FWInfo.PSID.PSID[3] is 0x61 and "
             "0x62");
 }
 
@@ -113,23 +113,23 @@ TEST(MergeFabrics, ComparesCapabilityMasksAndStates) {
   Merged merged(base, extra, Prefer::kExtra);
   EXPECT_EQ(merged.result.conflicts, 2U);
   EXPECT_EQ(merged.result.first_conflict,
-            "leaf (0x0002c90000000001): smpCapabilityMask[2] is 0x0 and 0x8");
+            "leaf (0x5a1e0c0000000001): smpCapabilityMask[2] is 0x0 and 0x8");
   EXPECT_EQ(merged.port().port_state, IB_PORT_STATE_ACTIVE);
 }
 
 TEST(MergeFabrics, NamesValuesAsTheSnapshotDoes) {
   EXPECT_EQ(Merged(Side(1), Side(2)).result.first_conflict,
-            "leaf (0x0002c90000000001): numPorts is 1 and 2");
+            "leaf (0x5a1e0c0000000001): numPorts is 1 and 2");
   Side base;
   base.port.port_state = IB_PORT_STATE_INIT;
   Side extra;
   extra.port.port_state = IB_PORT_STATE_ACTIVE;
   EXPECT_EQ(Merged(base, extra).result.first_conflict,
-            "leaf (0x0002c90000000001) port 1: state is INIT and ACTIVE");
+            "leaf (0x5a1e0c0000000001) port 1: state is INIT and ACTIVE");
   base.node.setSpecialNodeType(IB_SPECIAL_PORT_AN);
   extra.node.setSpecialNodeType(IB_SPECIAL_PORT_ROUTER);
   EXPECT_EQ(Merged(base, extra).result.first_conflict,
-            "leaf (0x0002c90000000001): specialNode is AN and ROUTER");
+            "leaf (0x5a1e0c0000000001): specialNode is AN and ROUTER");
 }
 
 TEST(MergeFabrics, AddsNodesThatTheBaseLacks) {
@@ -202,7 +202,7 @@ TEST(MergeFabrics, TwoGuidsOfOnePortAreAConflict) {
         QueriedBy(1, 0x21).fabscan, QueriedBy(port, 0x22).fabscan, Prefer::kNeither, merged);
     EXPECT_EQ(result.conflicts, 1U);
     EXPECT_EQ(result.first_conflict,
-              "host (0x0002c90000000001): SMP_NodeInfo.PortGUID is 0x21 and 0x22");
+              "host (0x5a1e0c0000000001): SMP_NodeInfo.PortGUID is 0x21 and 0x22");
   }
 }
 
