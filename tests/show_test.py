@@ -176,7 +176,7 @@ CapMsk2                              0x043b
 port 2 SMP_PortInfoExtended
 CapMsk                       0x00000007
 FDRFECModeSupported          0x0003
-FECModeActive                0x0003
+FECModeActive                3
 EDRFECModeSupported          0x0007
 FDRFECModeEnabled            0x0002
 HDRFECModeSupported          0x000c

@@ -134,7 +134,6 @@ const std::vector<FieldForm>& AllFieldForms() {
       {"SMP_PortInfo", "CapMsk2", kHexadecimal, nullptr, &SimInfoData::PortInfoCapMask2Bits},
       {"SMP_PortInfoExtended", "CapMsk", kHexadecimal},
       {"SMP_PortInfoExtended", "FDRFECModeSupported", kHexadecimal},
-      {"SMP_PortInfoExtended", "FECModeActive", kHexadecimal},
       {"SMP_PortInfoExtended", "EDRFECModeSupported", kHexadecimal},
       {"SMP_PortInfoExtended", "FDRFECModeEnabled", kHexadecimal},
       {"SMP_PortInfoExtended", "HDRFECModeSupported", kHexadecimal},
