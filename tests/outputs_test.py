@@ -171,11 +171,11 @@ class Streams(Outputs):
         self.assertEqual((self.folder / "redirected").read_text(), self.whole)
 
     def test_a_page_goes_to_a_stream(self):
-        # Without the switch whose generated text has a memory address.
-        self.run_command("check", DEMO, "--type", "CA", "--html", "page.html")
-        run = self.run_command("check", DEMO, "--type", "CA", "--html", "/dev/stdout")
+        check = ("check", DEMO, "--guid", ADAPTER, "--html")
+        self.run_command(*check, "page.html")
+        run = self.run_command(*check, "/dev/stdout")
         self.assertEqual(run.stdout, (self.folder / "page.html").read_text())
-        self.assertEqual(self.run_command("check", DEMO, "--html", "/dev/null").stderr, "")
+        self.assertEqual(self.run_command(*check, "/dev/null").stderr, "")
 
     def test_devices(self):
         for name in ("/dev/null", "/dev/stderr"):
