@@ -140,7 +140,7 @@ TEST(MergeFabrics, AddsNodesThatTheBaseLacks) {
   EXPECT_EQ(merged.result.added_nodes, 1U);
   const IBNode* added = merged.fabscan.discovered_fabric.getNodeByGuid(kGuid + 1);
   ASSERT_NE(added, nullptr);
-  EXPECT_EQ(added->name, "leaf [0x0002c90000000002]");
+  EXPECT_EQ(added->name, "leaf [0x5a1e0c0000000002]");
   EXPECT_EQ(added->getAlternativeName(), "leaf");
   EXPECT_EQ(merged.get<SMP_NodeInfo>(*added).DeviceID, 8);
 }
