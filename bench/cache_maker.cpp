@@ -1,9 +1,9 @@
-#include "cache_maker.h"
+#include "bench/cache_maker.h"
 
 #include <fmt/format.h>
-#include <testing/cache_builder.h>
 
-#include "numbers.h"
+#include "bench/numbers.h"
+#include "discovery/testing/cache_builder.h"
 
 namespace fabscan {
 

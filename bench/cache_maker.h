@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "fabric_maker.h"
+#include "bench/fabric_maker.h"
 
 namespace fabscan {
 

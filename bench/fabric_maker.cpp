@@ -1,11 +1,11 @@
-#include "fabric_maker.h"
+#include "bench/fabric_maker.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <string>
 
-#include "numbers.h"
+#include "bench/numbers.h"
 
 namespace fabscan {
 

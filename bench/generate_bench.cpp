@@ -1,7 +1,6 @@
 // What generating costs, against writing the same bytes and against other ways of making them.
 
 #include <benchmark/benchmark.h>
-#include <fabscan_sim_info_dump.h>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -17,12 +16,13 @@
 #include <string_view>
 #include <vector>
 
-#include "fabric_maker.h"
-#include "processor_time.h"
-#include "ratio_table.h"
-#include "scratch_folder.h"
-#include "statement_list.h"
-#include "whole_file.h"
+#include "bench/fabric_maker.h"
+#include "bench/processor_time.h"
+#include "bench/ratio_table.h"
+#include "bench/scratch_folder.h"
+#include "bench/statement_list.h"
+#include "bench/whole_file.h"
+#include "fabscan/fabscan_sim_info_dump.h"
 
 namespace {
 

@@ -2,20 +2,20 @@
 // bytes.
 
 #include <benchmark/benchmark.h>
-#include <cache_file.h>
-#include <fabric_builder.h>
-#include <snapshot_writer.h>
 
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 
-#include "cache_maker.h"
-#include "processor_time.h"
-#include "ratio_table.h"
-#include "scratch_folder.h"
-#include "whole_file.h"
+#include "bench/cache_maker.h"
+#include "bench/processor_time.h"
+#include "bench/ratio_table.h"
+#include "bench/scratch_folder.h"
+#include "bench/whole_file.h"
+#include "discovery/cache_file.h"
+#include "discovery/fabric_builder.h"
+#include "snapshot/snapshot_writer.h"
 
 namespace {
 

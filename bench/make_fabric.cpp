@@ -2,14 +2,14 @@
 // trying things out.
 
 #include <fmt/format.h>
-#include <snapshot.h>
 
 #include <CLI/CLI.hpp>
 #include <fstream>
 #include <iostream>
 #include <string>
 
-#include "cache_maker.h"
+#include "bench/cache_maker.h"
+#include "snapshot/snapshot.h"
 
 int main(int argc, char** argv) {
   fabscan::FabricShape shape;

@@ -1,4 +1,4 @@
-#include "ratio_table.h"
+#include "bench/ratio_table.h"
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <map>
 
-#include "processor_time.h"
+#include "bench/processor_time.h"
 
 namespace fabscan {
 

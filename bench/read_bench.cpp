@@ -2,11 +2,7 @@
 // file in the same pieces, so that both sides pay for reading it, or in memory already.
 
 #include <benchmark/benchmark.h>
-#include <byte_source.h>
-#include <fabscan_sim_info_dump.h>
-#include <line_reader.h>
 #include <simdjson.h>
-#include <snapshot.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -18,10 +14,14 @@
 #include <string>
 #include <vector>
 
-#include "fabric_maker.h"
-#include "processor_time.h"
-#include "ratio_table.h"
-#include "scratch_folder.h"
+#include "bench/fabric_maker.h"
+#include "bench/processor_time.h"
+#include "bench/ratio_table.h"
+#include "bench/scratch_folder.h"
+#include "fabscan/fabscan_sim_info_dump.h"
+#include "snapshot/byte_source.h"
+#include "snapshot/line_reader.h"
+#include "snapshot/snapshot.h"
 
 namespace {
 

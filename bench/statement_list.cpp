@@ -1,4 +1,4 @@
-#include "statement_list.h"
+#include "bench/statement_list.h"
 
 #include <fmt/format.h>
 

@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <snapshot.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -12,16 +11,17 @@
 #include <stdexcept>
 #include <string>
 
-#include "anonymised_fabric.h"
-#include "command.h"
-#include "counted.h"
-#include "keyed_mapping.h"
-#include "read_limits.h"
-#include "read_snapshot.h"
-#include "report.h"
-#include "snapshot_output.h"
-#include "standard_streams.h"
-#include "terminal.h"
+#include "cli/command.h"
+#include "cli/fabrics/anonymised_fabric.h"
+#include "cli/fabrics/keyed_mapping.h"
+#include "cli/files/read_limits.h"
+#include "cli/files/read_snapshot.h"
+#include "cli/files/snapshot_output.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/counted.h"
+#include "cli/output/report.h"
+#include "cli/terminal/terminal.h"
+#include "snapshot/snapshot.h"
 
 namespace fabscan {
 

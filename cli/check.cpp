@@ -4,16 +4,16 @@
 #include <set>
 #include <string>
 
-#include "check_page.h"
-#include "check_report.h"
-#include "check_result.h"
-#include "command.h"
-#include "generated_nodes.h"
-#include "node_selection.h"
-#include "read_limits.h"
-#include "selected_nodes.h"
-#include "staged_output.h"
-#include "standard_streams.h"
+#include "cli/check/check_page.h"
+#include "cli/check/check_report.h"
+#include "cli/check/check_result.h"
+#include "cli/check/generated_nodes.h"
+#include "cli/command.h"
+#include "cli/files/read_limits.h"
+#include "cli/files/staged_output.h"
+#include "cli/files/standard_streams.h"
+#include "cli/selection/node_selection.h"
+#include "cli/selection/selected_nodes.h"
 
 namespace fabscan {
 

@@ -1,7 +1,6 @@
-#include "command_line.h"
+#include "cli/command_line.h"
 
 #include <fmt/format.h>
-#include <version.h>
 
 #include <memory>
 #include <sstream>
@@ -9,10 +8,11 @@
 #include <utility>
 #include <vector>
 
-#include "commands.h"
-#include "exit_statuses.h"
-#include "progress.h"
-#include "terminal.h"
+#include "cli/commands.h"
+#include "cli/exit_statuses.h"
+#include "cli/terminal/progress.h"
+#include "cli/terminal/terminal.h"
+#include "model/version.h"
 
 namespace fabscan {
 

@@ -7,7 +7,7 @@
 #include <map>
 #include <string>
 
-#include "command.h"
+#include "cli/command.h"
 
 namespace fabscan {
 

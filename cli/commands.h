@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "command.h"
+#include "cli/command.h"
 
 namespace fabscan {
 

@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <guid_text.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -9,17 +8,18 @@
 #include <string>
 #include <vector>
 
-#include "command.h"
-#include "counted.h"
-#include "fabric_differences.h"
-#include "json_result.h"
-#include "node_text.h"
-#include "progress.h"
-#include "read_limits.h"
-#include "read_snapshot.h"
-#include "report.h"
-#include "standard_streams.h"
-#include "terminal.h"
+#include "cli/command.h"
+#include "cli/fabrics/fabric_differences.h"
+#include "cli/files/read_limits.h"
+#include "cli/files/read_snapshot.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/counted.h"
+#include "cli/output/json_result.h"
+#include "cli/output/node_text.h"
+#include "cli/output/report.h"
+#include "cli/terminal/progress.h"
+#include "cli/terminal/terminal.h"
+#include "model/guid_text.h"
 
 namespace fabscan {
 

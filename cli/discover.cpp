@@ -1,17 +1,17 @@
-#include <fabric_builder.h>
 #include <fmt/format.h>
-#include <live_discovery.h>
 
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 
-#include "command.h"
-#include "discovery_report.h"
-#include "interruption.h"
-#include "progress.h"
-#include "report.h"
-#include "snapshot_output.h"
+#include "cli/command.h"
+#include "cli/fabrics/discovery_report.h"
+#include "cli/files/snapshot_output.h"
+#include "cli/output/report.h"
+#include "cli/terminal/interruption.h"
+#include "cli/terminal/progress.h"
+#include "discovery/fabric_builder.h"
+#include "discovery/live/live_discovery.h"
 
 namespace fabscan {
 

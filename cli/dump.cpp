@@ -8,20 +8,20 @@
 #include <set>
 #include <string>
 
-#include "class_prefix.h"
-#include "command.h"
-#include "compile_warning.h"
-#include "directories.h"
-#include "dump_file.h"
-#include "dump_options.h"
-#include "dump_summary.h"
-#include "edit_report.h"
-#include "progress.h"
-#include "read_limits.h"
-#include "selected_nodes.h"
-#include "shared_classes.h"
-#include "staged_output.h"
-#include "standard_streams.h"
+#include "cli/command.h"
+#include "cli/dump/class_prefix.h"
+#include "cli/dump/compile_warning.h"
+#include "cli/dump/dump_file.h"
+#include "cli/dump/dump_options.h"
+#include "cli/dump/dump_summary.h"
+#include "cli/dump/edit_report.h"
+#include "cli/dump/shared_classes.h"
+#include "cli/files/directories.h"
+#include "cli/files/read_limits.h"
+#include "cli/files/staged_output.h"
+#include "cli/files/standard_streams.h"
+#include "cli/selection/selected_nodes.h"
+#include "cli/terminal/progress.h"
 
 namespace fabscan {
 

@@ -1,7 +1,7 @@
 #ifndef FABSCAN_CLI_EXIT_STATUSES_H
 #define FABSCAN_CLI_EXIT_STATUSES_H
 
-#include "command.h"
+#include "cli/command.h"
 
 namespace fabscan {
 

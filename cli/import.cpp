@@ -1,6 +1,3 @@
-#include <cache_file.h>
-#include <cache_reader.h>
-#include <fabric_builder.h>
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
@@ -8,11 +5,14 @@
 #include <memory>
 #include <string>
 
-#include "command.h"
-#include "discovery_report.h"
-#include "progress.h"
-#include "snapshot_output.h"
-#include "standard_streams.h"
+#include "cli/command.h"
+#include "cli/fabrics/discovery_report.h"
+#include "cli/files/snapshot_output.h"
+#include "cli/files/standard_streams.h"
+#include "cli/terminal/progress.h"
+#include "discovery/cache_file.h"
+#include "discovery/cache_reader.h"
+#include "discovery/fabric_builder.h"
 
 namespace fabscan {
 

@@ -1,6 +1,4 @@
 #include <fmt/format.h>
-#include <snapshot.h>
-#include <suggestion.h>
 
 #include <algorithm>
 #include <cstring>
@@ -11,12 +9,14 @@
 #include <utility>
 #include <vector>
 
-#include "closed_pipe.h"
-#include "command.h"
-#include "command_line.h"
-#include "commands.h"
-#include "report.h"
-#include "standard_streams.h"
+#include "cli/command.h"
+#include "cli/command_line.h"
+#include "cli/commands.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/closed_pipe.h"
+#include "cli/output/report.h"
+#include "snapshot/snapshot.h"
+#include "snapshot/suggestion.h"
 
 namespace fabscan {
 

@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <snapshot.h>
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -8,13 +7,14 @@
 #include <stdexcept>
 #include <string>
 
-#include "command.h"
-#include "counted.h"
-#include "merge_fabrics.h"
-#include "read_limits.h"
-#include "read_snapshot.h"
-#include "snapshot_output.h"
-#include "standard_streams.h"
+#include "cli/command.h"
+#include "cli/fabrics/merge_fabrics.h"
+#include "cli/files/read_limits.h"
+#include "cli/files/read_snapshot.h"
+#include "cli/files/snapshot_output.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/counted.h"
+#include "snapshot/snapshot.h"
 
 namespace fabscan {
 

@@ -1,6 +1,4 @@
-#include <device_models.h>
 #include <fmt/format.h>
-#include <words.h>
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -8,20 +6,22 @@
 #include <string>
 #include <vector>
 
-#include "collected.h"
-#include "command.h"
-#include "counted.h"
-#include "guid_options.h"
-#include "json_result.h"
-#include "listed_models.h"
-#include "next_command.h"
-#include "node_text.h"
-#include "read_limits.h"
-#include "read_snapshot.h"
-#include "selected_nodes.h"
-#include "shell_word.h"
-#include "standard_streams.h"
-#include "table.h"
+#include "cli/command.h"
+#include "cli/fabrics/device_models.h"
+#include "cli/fabrics/listed_models.h"
+#include "cli/files/read_limits.h"
+#include "cli/files/read_snapshot.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/counted.h"
+#include "cli/output/json_result.h"
+#include "cli/output/next_command.h"
+#include "cli/output/node_text.h"
+#include "cli/output/shell_word.h"
+#include "cli/output/table.h"
+#include "cli/selection/guid_options.h"
+#include "cli/selection/selected_nodes.h"
+#include "cli/show/collected.h"
+#include "snapshot/words.h"
 
 namespace fabscan {
 

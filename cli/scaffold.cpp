@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <simulator_sources.h>
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
@@ -8,19 +7,20 @@
 #include <set>
 #include <string>
 
-#include "class_prefix.h"
-#include "command.h"
-#include "directories.h"
-#include "edit_report.h"
-#include "listed_models.h"
-#include "model_files.h"
-#include "node_selection.h"
-#include "project.h"
-#include "read_limits.h"
-#include "report.h"
-#include "selected_nodes.h"
-#include "shell_word.h"
-#include "staged_output.h"
+#include "cli/command.h"
+#include "cli/dump/class_prefix.h"
+#include "cli/dump/edit_report.h"
+#include "cli/dump/model_files.h"
+#include "cli/fabrics/listed_models.h"
+#include "cli/files/directories.h"
+#include "cli/files/read_limits.h"
+#include "cli/files/staged_output.h"
+#include "cli/output/report.h"
+#include "cli/output/shell_word.h"
+#include "cli/scaffold/project.h"
+#include "cli/selection/node_selection.h"
+#include "cli/selection/selected_nodes.h"
+#include "simulator/verification/simulator_sources.h"
 
 namespace fabscan {
 

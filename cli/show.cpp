@@ -9,12 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "command.h"
-#include "natural_order.h"
-#include "node_selection.h"
-#include "read_limits.h"
-#include "show_report.h"
-#include "standard_streams.h"
+#include "cli/command.h"
+#include "cli/files/read_limits.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/natural_order.h"
+#include "cli/selection/node_selection.h"
+#include "cli/show/show_report.h"
 
 namespace fabscan {
 

@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <verification.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -11,17 +10,18 @@
 #include <thread>
 #include <utility>
 
-#include "command.h"
-#include "natural_order.h"
-#include "node_selection.h"
-#include "progress.h"
-#include "read_limits.h"
-#include "report.h"
-#include "selected_nodes.h"
-#include "standard_streams.h"
-#include "verify_folder.h"
-#include "verify_report.h"
-#include "verify_selection.h"
+#include "cli/command.h"
+#include "cli/files/read_limits.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/natural_order.h"
+#include "cli/output/report.h"
+#include "cli/selection/node_selection.h"
+#include "cli/selection/selected_nodes.h"
+#include "cli/terminal/progress.h"
+#include "cli/verify/verify_folder.h"
+#include "cli/verify/verify_report.h"
+#include "cli/verify/verify_selection.h"
+#include "simulator/verification/verification.h"
 
 namespace fabscan {
 

@@ -15,7 +15,9 @@ option(FABSCAN_TESTS "Build the tests" OFF)
 option(FABSCAN_WERROR "Treat warnings as errors" ${PROJECT_IS_TOP_LEVEL})
 set(FABSCAN_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined")
 
+# An include of ours names the directory: "cli/files/staged_output.h".
 add_library(fabscan_settings INTERFACE)
+target_include_directories(fabscan_settings INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(fabscan_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion $<$<BOOL:${FABSCAN_WERROR}>:-Werror>
   -fstack-protector-strong)

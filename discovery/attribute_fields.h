@@ -3,7 +3,7 @@
 
 #include <infiniband/fabscan/fabscan_types.h>
 
-#include "payload.h"
+#include "discovery/payload.h"
 
 namespace fabscan {
 

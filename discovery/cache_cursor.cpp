@@ -1,8 +1,8 @@
-#include "cache_cursor.h"
+#include "discovery/cache_cursor.h"
 
 #include <fmt/format.h>
 
-#include "cache_reader.h"
+#include "discovery/cache_reader.h"
 
 namespace fabscan {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "payload.h"
+#include "discovery/payload.h"
 
 namespace fabscan {
 

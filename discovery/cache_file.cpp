@@ -1,4 +1,4 @@
-#include "cache_file.h"
+#include "discovery/cache_file.h"
 
 #include <sys/stat.h>
 
@@ -8,7 +8,7 @@
 #include <memory>
 #include <system_error>
 
-#include "cache_header.h"
+#include "discovery/cache_header.h"
 
 namespace fabscan {
 

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "cache_reader.h"
+#include "discovery/cache_reader.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "cache_header.h"
+#include "discovery/cache_header.h"
 
 #include <fmt/format.h>
 

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "cache_cursor.h"
+#include "discovery/cache_cursor.h"
 
 namespace fabscan {
 

@@ -1,7 +1,6 @@
-#include "cache_reader.h"
+#include "discovery/cache_reader.h"
 
 #include <fmt/format.h>
-#include <guid_text.h>
 #include <infiniband/tessel/place_index.h>
 
 #include <algorithm>
@@ -9,11 +8,12 @@
 #include <cstring>
 #include <utility>
 
-#include "cache_cursor.h"
-#include "cache_header.h"
-#include "node_names.h"
-#include "payload_decoder.h"
-#include "port_index.h"
+#include "discovery/cache_cursor.h"
+#include "discovery/cache_header.h"
+#include "discovery/node_names.h"
+#include "discovery/payload_decoder.h"
+#include "discovery/port_index.h"
+#include "model/guid_text.h"
 
 namespace fabscan {
 

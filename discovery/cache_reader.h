@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "file_bytes.h"
-#include "findings.h"
+#include "discovery/file_bytes.h"
+#include "discovery/findings.h"
 
 namespace fabscan {
 

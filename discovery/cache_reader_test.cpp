@@ -1,17 +1,17 @@
-#include "cache_reader.h"
+#include "discovery/cache_reader.h"
 
 #include <gmock/gmock.h>
-#include <snapshot_writer.h>
 
 #include <cstdio>
 #include <fstream>
 #include <numeric>
 #include <sstream>
 
-#include "cache_file.h"
-#include "fabric_builder.h"
-#include "payload_decoder.h"
-#include "testing/cache_builder.h"
+#include "discovery/cache_file.h"
+#include "discovery/fabric_builder.h"
+#include "discovery/payload_decoder.h"
+#include "discovery/testing/cache_builder.h"
+#include "snapshot/snapshot_writer.h"
 
 namespace fabscan {
 namespace {

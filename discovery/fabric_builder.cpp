@@ -1,8 +1,7 @@
-#include "fabric_builder.h"
+#include "discovery/fabric_builder.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
-#include <guid_text.h>
 
 #include <algorithm>
 #include <limits>
@@ -11,8 +10,9 @@
 #include <string_view>
 #include <utility>
 
-#include "node_names.h"
-#include "payload_decoder.h"
+#include "discovery/node_names.h"
+#include "discovery/payload_decoder.h"
+#include "model/guid_text.h"
 
 namespace fabscan {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "findings.h"
+#include "discovery/findings.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "fabric_builder.h"
+#include "discovery/fabric_builder.h"
 
 #include <gmock/gmock.h>
 
@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "cache_reader.h"
-#include "testing/cache_builder.h"
+#include "discovery/cache_reader.h"
+#include "discovery/testing/cache_builder.h"
 
 namespace fabscan {
 namespace {

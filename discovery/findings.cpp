@@ -1,6 +1,6 @@
-#include "findings.h"
+#include "discovery/findings.h"
 
-#include "payload_decoder.h"
+#include "discovery/payload_decoder.h"
 
 namespace fabscan {
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "payload.h"
+#include "discovery/payload.h"
 
 namespace fabscan {
 

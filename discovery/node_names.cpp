@@ -1,10 +1,11 @@
-#include "node_names.h"
+#include "discovery/node_names.h"
 
 #include <fmt/format.h>
-#include <guid_text.h>
 #include <infiniband/tessel/place_index.h>
 
 #include <cstddef>
+
+#include "model/guid_text.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "node_names.h"
+#include "discovery/node_names.h"
 
 #include <gmock/gmock.h>
 

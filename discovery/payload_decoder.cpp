@@ -1,11 +1,11 @@
-#include "payload_decoder.h"
+#include "discovery/payload_decoder.h"
 
 #include <algorithm>
 #include <iterator>
 #include <string_view>
 #include <utility>
 
-#include "attribute_fields.h"
+#include "discovery/attribute_fields.h"
 
 namespace fabscan {
 

@@ -6,7 +6,7 @@
 
 #include <string_view>
 
-#include "payload.h"
+#include "discovery/payload.h"
 
 namespace fabscan {
 

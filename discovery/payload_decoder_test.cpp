@@ -1,7 +1,6 @@
-#include "payload_decoder.h"
+#include "discovery/payload_decoder.h"
 
 #include <gmock/gmock.h>
-#include <record_fields.h>
 
 #include <algorithm>
 #include <array>
@@ -10,8 +9,9 @@
 #include <string_view>
 #include <vector>
 
-#include "attribute_fields.h"
-#include "testing/cache_builder.h"
+#include "discovery/attribute_fields.h"
+#include "discovery/testing/cache_builder.h"
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 namespace {

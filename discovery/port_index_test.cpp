@@ -1,4 +1,4 @@
-#include "port_index.h"
+#include "discovery/port_index.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "capability_values.h"
+#include "examples/capability_values.h"
 
-#include "fabscan_sim_info_dump.h"
+#include "fabscan/fabscan_sim_info_dump.h"
 
 namespace fabscan {
 

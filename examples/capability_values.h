@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "field_values.h"
+#include "examples/field_values.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "device_models.h"
+#include "examples/device_models.h"
 
 #include <cstring>
 

@@ -3,7 +3,7 @@
 
 #include <infiniband/tessel/Fabric.h>
 
-#include "field_values.h"
+#include "examples/field_values.h"
 
 namespace fabscan {
 

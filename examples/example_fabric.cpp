@@ -1,6 +1,6 @@
-#include "example_fabric.h"
+#include "examples/example_fabric.h"
 
-#include "node_values.h"
+#include "examples/node_values.h"
 
 namespace fabscan {
 

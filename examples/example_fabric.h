@@ -3,8 +3,8 @@
 
 #include <infiniband/fabscan/fabscan.h>
 
-#include "device_models.h"
-#include "port_values.h"
+#include "examples/device_models.h"
+#include "examples/port_values.h"
 
 namespace fabscan {
 

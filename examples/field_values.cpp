@@ -1,4 +1,4 @@
-#include "field_values.h"
+#include "examples/field_values.h"
 
 #include <algorithm>
 #include <stdexcept>

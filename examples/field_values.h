@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "record_fields.h"
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 

@@ -7,10 +7,10 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "example_fabric.h"
-#include "node_values.h"
-#include "reduction_values.h"
-#include "snapshot.h"
+#include "examples/example_fabric.h"
+#include "examples/node_values.h"
+#include "examples/reduction_values.h"
+#include "snapshot/snapshot.h"
 
 namespace fabscan {
 

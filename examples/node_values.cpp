@@ -1,4 +1,4 @@
-#include "node_values.h"
+#include "examples/node_values.h"
 
 namespace fabscan {
 

@@ -1,7 +1,7 @@
 #ifndef FABSCAN_EXAMPLES_NODE_VALUES_H
 #define FABSCAN_EXAMPLES_NODE_VALUES_H
 
-#include "field_values.h"
+#include "examples/field_values.h"
 
 namespace fabscan {
 

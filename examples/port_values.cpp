@@ -1,4 +1,4 @@
-#include "port_values.h"
+#include "examples/port_values.h"
 
 namespace fabscan {
 

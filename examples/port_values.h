@@ -5,8 +5,8 @@
 
 #include <cstdint>
 
-#include "capability_values.h"
-#include "field_values.h"
+#include "examples/capability_values.h"
+#include "examples/field_values.h"
 
 namespace fabscan {
 

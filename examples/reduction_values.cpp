@@ -1,4 +1,4 @@
-#include "reduction_values.h"
+#include "examples/reduction_values.h"
 
 namespace fabscan {
 

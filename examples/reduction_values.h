@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "port_values.h"
+#include "examples/port_values.h"
 
 namespace fabscan {
 

@@ -1,13 +1,13 @@
-#include "cache_mutator.h"
-
-#include <cache_cursor.h>
-#include <cache_header.h>
-#include <cache_reader.h>
+#include "fuzz/cache_mutator.h"
 
 #include <algorithm>
 #include <map>
 #include <set>
 #include <utility>
+
+#include "discovery/cache_cursor.h"
+#include "discovery/cache_header.h"
+#include "discovery/cache_reader.h"
 
 namespace fabscan {
 

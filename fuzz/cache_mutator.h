@@ -1,13 +1,13 @@
 #ifndef FABSCAN_FUZZ_CACHE_MUTATOR_H
 #define FABSCAN_FUZZ_CACHE_MUTATOR_H
 
-#include <testing/cache_builder.h>
-
 #include <cstddef>
 #include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "discovery/testing/cache_builder.h"
 
 namespace fabscan {
 

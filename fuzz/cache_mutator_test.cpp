@@ -1,12 +1,13 @@
 // The mutator of discovery caches is worth its name only when what it makes is read past the
 // header.
 
-#include "cache_mutator.h"
+#include "fuzz/cache_mutator.h"
 
-#include <cache_reader.h>
 #include <gtest/gtest.h>
 
 #include <set>
+
+#include "discovery/cache_reader.h"
 
 namespace fabscan {
 namespace {

@@ -1,17 +1,16 @@
 // Any bytes as a discovery cache: an error of one line, or findings that make a fabric, which is
 // written and read again as the same bytes.
 
-#include <cache_reader.h>
-#include <fabric_builder.h>
-#include <testing/snapshot_text.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string>
 
-#include "cache_mutator.h"
-#include "require.h"
+#include "discovery/cache_reader.h"
+#include "discovery/fabric_builder.h"
+#include "fuzz/cache_mutator.h"
+#include "fuzz/require.h"
+#include "snapshot/testing/snapshot_text.h"
 
 namespace fabscan {
 namespace {

@@ -1,4 +1,4 @@
-#include "compiled_text.h"
+#include "fuzz/compiled_text.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,6 +1,6 @@
 // What hides code from a compiler, or shows it more, must show in the compiled text.
 
-#include "compiled_text.h"
+#include "fuzz/compiled_text.h"
 
 #include <gtest/gtest.h>
 

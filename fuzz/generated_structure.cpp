@@ -1,4 +1,4 @@
-#include "generated_structure.h"
+#include "fuzz/generated_structure.h"
 
 #include <cstdio>
 

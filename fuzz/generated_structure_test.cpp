@@ -1,12 +1,12 @@
 // The oracle of the generator's fuzz target must be able to fail.
 
-#include "generated_structure.h"
+#include "fuzz/generated_structure.h"
 
 #include <gtest/gtest.h>
 
-#include "bytes.h"
-#include "inconsistent_fabric.h"
-#include "scratch_folder.h"
+#include "fuzz/bytes.h"
+#include "fuzz/inconsistent_fabric.h"
+#include "fuzz/scratch_folder.h"
 
 namespace fabscan {
 namespace {

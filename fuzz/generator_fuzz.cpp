@@ -2,16 +2,15 @@
 // what it writes: the right functions, each opened and closed; and names that change nothing but
 // themselves.
 
-#include <generated_file.h>
-
 #include <cstdint>
 #include <sstream>
 
-#include "compiled_text.h"
-#include "generated_structure.h"
-#include "inconsistent_fabric.h"
-#include "require.h"
-#include "scratch_folder.h"
+#include "cli/dump/generated_file.h"
+#include "fuzz/compiled_text.h"
+#include "fuzz/generated_structure.h"
+#include "fuzz/inconsistent_fabric.h"
+#include "fuzz/require.h"
+#include "fuzz/scratch_folder.h"
 
 namespace fabscan {
 namespace {

@@ -1,13 +1,12 @@
 // A device's name in its harmless form: nothing in it that a compiler or a reader could take amiss,
 // and nothing lost.
 
-#include <harmless_name.h>
-#include <utf8.h>
-
 #include <cstdint>
 #include <string>
 
-#include "require.h"
+#include "fuzz/require.h"
+#include "model/harmless_name.h"
+#include "model/utf8.h"
 
 namespace fabscan {
 namespace {

@@ -1,10 +1,9 @@
-#include "inconsistent_fabric.h"
-
-#include <harmless_name.h>
+#include "fuzz/inconsistent_fabric.h"
 
 #include <cstdio>
 
-#include "record_filler.h"
+#include "fuzz/record_filler.h"
+#include "model/harmless_name.h"
 
 namespace fabscan {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "bytes.h"
+#include "fuzz/bytes.h"
 
 namespace fabscan {
 

@@ -1,6 +1,6 @@
-#include "record_filler.h"
+#include "fuzz/record_filler.h"
 
-#include <record_fields.h>
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 

@@ -3,7 +3,7 @@
 
 #include <infiniband/fabscan/fabscan.h>
 
-#include "bytes.h"
+#include "fuzz/bytes.h"
 
 namespace fabscan {
 

@@ -1,15 +1,14 @@
 // Any consistent fabric: written, read and written again, it gives the same bytes, and the
 // generator writes the same of both.
 
-#include <harmless_name.h>
-#include <testing/snapshot_text.h>
-
 #include <cstdint>
 
-#include "bytes.h"
-#include "record_filler.h"
-#include "require.h"
-#include "scratch_folder.h"
+#include "fuzz/bytes.h"
+#include "fuzz/record_filler.h"
+#include "fuzz/require.h"
+#include "fuzz/scratch_folder.h"
+#include "model/harmless_name.h"
+#include "snapshot/testing/snapshot_text.h"
 
 namespace fabscan {
 namespace {

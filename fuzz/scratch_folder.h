@@ -1,7 +1,6 @@
 #ifndef FABSCAN_FUZZ_SCRATCH_FOLDER_H
 #define FABSCAN_FUZZ_SCRATCH_FOLDER_H
 
-#include <fabscan_sim_info_dump.h>
 #include <unistd.h>
 
 #include <cstdint>
@@ -12,7 +11,8 @@
 #include <set>
 #include <string>
 
-#include "require.h"
+#include "fabscan/fabscan_sim_info_dump.h"
+#include "fuzz/require.h"
 
 namespace fabscan {
 

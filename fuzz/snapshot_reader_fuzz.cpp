@@ -1,14 +1,13 @@
 // Any bytes as a snapshot, also compressed ones: an error of one line, or a model that is written
 // and read again as the same bytes; the same whatever the size of the reads.
 
-#include <reader.h>
-#include <testing/snapshot_text.h>
-#include <utf8.h>
-
 #include <cstdint>
 #include <set>
 
-#include "require.h"
+#include "fuzz/require.h"
+#include "model/utf8.h"
+#include "snapshot/reader.h"
+#include "snapshot/testing/snapshot_text.h"
 
 namespace fabscan {
 namespace {

@@ -3,9 +3,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "guid_text.h"
-#include "harmless_name.h"
-#include "version.h"
+#include "model/guid_text.h"
+#include "model/harmless_name.h"
+#include "model/version.h"
 
 void IBNode::setAlternativeName(std::string_view device_name) {
   alternative_name_ = fabscan::HarmlessName(device_name);

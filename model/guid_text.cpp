@@ -1,4 +1,4 @@
-#include "guid_text.h"
+#include "model/guid_text.h"
 
 namespace fabscan {
 

@@ -1,10 +1,10 @@
-#include "harmless_name.h"
+#include "model/harmless_name.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 
-#include "utf8.h"
+#include "model/utf8.h"
 
 namespace fabscan {
 

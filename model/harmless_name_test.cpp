@@ -1,4 +1,4 @@
-#include "harmless_name.h"
+#include "model/harmless_name.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "utf8.h"
+#include "model/utf8.h"
 
 namespace fabscan {
 namespace {

@@ -1,7 +1,7 @@
-#include "attribute_decoder.h"
+#include "snapshot/attribute_decoder.h"
 
-#include "known_keys.h"
-#include "record_decoder.h"
+#include "snapshot/known_keys.h"
+#include "snapshot/record_decoder.h"
 
 namespace fabscan {
 

@@ -1,8 +1,8 @@
 #ifndef FABSCAN_SNAPSHOT_ATTRIBUTE_DECODER_H
 #define FABSCAN_SNAPSHOT_ATTRIBUTE_DECODER_H
 
-#include "json_value.h"
-#include "record_fields.h"
+#include "snapshot/json_value.h"
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 

@@ -1,13 +1,13 @@
-#include "byte_source.h"
+#include "snapshot/byte_source.h"
 
 #include <gtest/gtest.h>
 #include <zstd.h>
 
 #include <sstream>
 
-#include "line_reader.h"
-#include "testing/snapshot_text.h"
-#include "zstd_output.h"
+#include "snapshot/line_reader.h"
+#include "snapshot/testing/snapshot_text.h"
+#include "snapshot/zstd_output.h"
 
 namespace fabscan {
 namespace {

@@ -1,10 +1,10 @@
-#include "canonical_record.h"
+#include "snapshot/canonical_record.h"
 
 #include <cstring>
 #include <utility>
 
-#include "hex_number.h"
-#include "record_fields.h"
+#include "snapshot/hex_number.h"
+#include "snapshot/record_fields.h"
 
 // The counterpart of the record writer: a function made of each table, which knows what must come
 // next. No text that it looks for has a line end, so it never gets past the end of its line.

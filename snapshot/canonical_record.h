@@ -1,7 +1,7 @@
 #ifndef FABSCAN_SNAPSHOT_CANONICAL_RECORD_H
 #define FABSCAN_SNAPSHOT_CANONICAL_RECORD_H
 
-#include "record_table.h"
+#include "snapshot/record_table.h"
 
 namespace fabscan {
 

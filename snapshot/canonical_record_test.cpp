@@ -1,4 +1,4 @@
-#include "canonical_record.h"
+#include "snapshot/canonical_record.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "line_reader.h"
-#include "record_fields.h"
+#include "snapshot/line_reader.h"
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 namespace {

@@ -1,4 +1,4 @@
-#include "hex_number.h"
+#include "snapshot/hex_number.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "number_text.h"
+#include "snapshot/number_text.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "json_text.h"
+#include "snapshot/json_text.h"
 
 #include <cstdint>
 #include <new>

@@ -1,8 +1,7 @@
-#include "json_value.h"
+#include "snapshot/json_value.h"
 
-#include <harmless_name.h>
-
-#include "json_text.h"
+#include "model/harmless_name.h"
+#include "snapshot/json_text.h"
 
 namespace fabscan {
 

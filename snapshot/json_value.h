@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
-#include "hex_number.h"
-#include "key_path.h"
-#include "suggestion.h"
-#include "words.h"
+#include "snapshot/hex_number.h"
+#include "snapshot/key_path.h"
+#include "snapshot/suggestion.h"
+#include "snapshot/words.h"
 
 namespace fabscan {
 

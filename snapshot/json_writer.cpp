@@ -1,11 +1,11 @@
-#include "json_writer.h"
-
-#include <utf8.h>
+#include "snapshot/json_writer.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <limits>
+
+#include "model/utf8.h"
 
 namespace fabscan {
 

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "json_piece.h"
+#include "snapshot/json_piece.h"
 
 namespace fabscan {
 

@@ -1,11 +1,10 @@
-#include "line_decoder.h"
+#include "snapshot/line_decoder.h"
 
-#include <guid_text.h>
-#include <harmless_name.h>
-
-#include "attribute_decoder.h"
-#include "json_text.h"
-#include "known_keys.h"
+#include "model/guid_text.h"
+#include "model/harmless_name.h"
+#include "snapshot/attribute_decoder.h"
+#include "snapshot/json_text.h"
+#include "snapshot/known_keys.h"
 
 namespace fabscan {
 

@@ -5,9 +5,9 @@
 
 #include <set>
 
-#include "json_value.h"
-#include "key_path.h"
-#include "snapshot.h"
+#include "snapshot/json_value.h"
+#include "snapshot/key_path.h"
+#include "snapshot/snapshot.h"
 
 namespace fabscan {
 

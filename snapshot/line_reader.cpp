@@ -1,4 +1,4 @@
-#include "line_reader.h"
+#include "snapshot/line_reader.h"
 
 #include <algorithm>
 #include <cstring>

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "byte_source.h"
+#include "snapshot/byte_source.h"
 
 namespace fabscan {
 

@@ -2,8 +2,8 @@
 
 #include <iostream>
 
-#include "json_writer.h"
-#include "record_fields.h"
+#include "snapshot/json_writer.h"
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 

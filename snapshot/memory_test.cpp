@@ -1,16 +1,16 @@
 // What a fabric that was read takes in memory: every allocation of this program is counted.
 
-#include <fabric_maker.h>
 #include <gtest/gtest.h>
 #include <malloc.h>
-#include <snapshot.h>
 
 #include <cstdlib>
 #include <fstream>
 #include <new>
 #include <string>
 
-#include "record_fields.h"
+#include "bench/fabric_maker.h"
+#include "snapshot/record_fields.h"
+#include "snapshot/snapshot.h"
 
 namespace {
 

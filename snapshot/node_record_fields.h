@@ -1,7 +1,7 @@
 #ifndef FABSCAN_SNAPSHOT_NODE_RECORD_FIELDS_H
 #define FABSCAN_SNAPSHOT_NODE_RECORD_FIELDS_H
 
-#include "record_table.h"
+#include "snapshot/record_table.h"
 
 // The fields of the node records, in declared order. DUMPED: the generator writes the field, so a
 // snapshot must have it. KEPT: a snapshot carries it along; where it is missing, it is 0.

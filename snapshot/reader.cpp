@@ -1,9 +1,9 @@
-#include "reader.h"
+#include "snapshot/reader.h"
 
 #include <simdjson.h>
 
-#include "key_path.h"
-#include "line_decoder.h"
+#include "snapshot/key_path.h"
+#include "snapshot/line_decoder.h"
 
 namespace fabscan {
 

@@ -1,9 +1,9 @@
 #ifndef FABSCAN_SNAPSHOT_READER_H
 #define FABSCAN_SNAPSHOT_READER_H
 
-#include "byte_source.h"
-#include "line_reader.h"
-#include "snapshot.h"
+#include "snapshot/byte_source.h"
+#include "snapshot/line_reader.h"
+#include "snapshot/snapshot.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "reader.h"
+#include "snapshot/reader.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <fstream>
 #include <vector>
 
-#include "testing/snapshot_text.h"
+#include "snapshot/testing/snapshot_text.h"
 
 namespace fabscan {
 namespace {

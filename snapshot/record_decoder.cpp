@@ -1,7 +1,7 @@
-#include "record_decoder.h"
+#include "snapshot/record_decoder.h"
 
-#include "canonical_record.h"
-#include "known_keys.h"
+#include "snapshot/canonical_record.h"
+#include "snapshot/known_keys.h"
 
 namespace fabscan {
 

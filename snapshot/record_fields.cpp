@@ -1,4 +1,4 @@
-#include "record_fields.h"
+#include "snapshot/record_fields.h"
 
 #include <algorithm>
 

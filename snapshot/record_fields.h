@@ -8,8 +8,8 @@
 #include <string_view>
 #include <utility>
 
-#include "node_record_fields.h"
-#include "port_record_fields.h"
+#include "snapshot/node_record_fields.h"
+#include "snapshot/port_record_fields.h"
 
 namespace fabscan {
 

@@ -10,8 +10,8 @@
 #include <type_traits>
 #include <utility>
 
-#include "aggregate_size.h"
-#include "number_text.h"
+#include "snapshot/aggregate_size.h"
+#include "snapshot/number_text.h"
 
 namespace fabscan {
 

@@ -1,6 +1,6 @@
 // A record whose table is wrong in the way that the macro names. Without one, the table is right.
 
-#include "record_table.h"
+#include "snapshot/record_table.h"
 
 struct Example {
   u_int8_t first;

@@ -1,8 +1,8 @@
 #include <cstring>
 #include <utility>
 
-#include "number_text.h"
-#include "record_fields.h"
+#include "snapshot/number_text.h"
+#include "snapshot/record_fields.h"
 
 // Nearly all of a snapshot is records, so their text is put together by hand: there is room for a
 // whole record in the buffer, and the compiler makes a function of each table, in which each

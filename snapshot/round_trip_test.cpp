@@ -6,8 +6,8 @@
 #include <set>
 #include <vector>
 
-#include "record_fields.h"
-#include "testing/snapshot_text.h"
+#include "snapshot/record_fields.h"
+#include "snapshot/testing/snapshot_text.h"
 
 namespace fabscan {
 namespace {

@@ -8,8 +8,8 @@
 #include <ostream>
 #include <string_view>
 
-#include "json_writer.h"
-#include "snapshot.h"
+#include "snapshot/json_writer.h"
+#include "snapshot/snapshot.h"
 
 namespace fabscan {
 

@@ -1,9 +1,9 @@
-#include "suggestion.h"
-
-#include <harmless_name.h>
+#include "snapshot/suggestion.h"
 
 #include <algorithm>
 #include <cctype>
+
+#include "model/harmless_name.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "suggestion.h"
+#include "snapshot/suggestion.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,9 @@
-#include <harmless_name.h>
-#include <utf8.h>
-
-#include "absent_records.h"
-#include "record_fields.h"
-#include "snapshot_writer.h"
-#include "words.h"
+#include "model/harmless_name.h"
+#include "model/utf8.h"
+#include "snapshot/absent_records.h"
+#include "snapshot/record_fields.h"
+#include "snapshot/snapshot_writer.h"
+#include "snapshot/words.h"
 
 namespace fabscan {
 

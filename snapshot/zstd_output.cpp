@@ -1,4 +1,4 @@
-#include "zstd_output.h"
+#include "snapshot/zstd_output.h"
 
 #include <zstd.h>
 #include <zstd_errors.h>

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <vector>
 
-#include "byte_source.h"
+#include "snapshot/byte_source.h"
 
 namespace fabscan {
 

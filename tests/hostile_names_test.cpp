@@ -1,6 +1,5 @@
 // What device-supplied names do to a generated file, as compilers see it: nothing.
 
-#include <fabscan_sim_info_dump.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -12,6 +11,8 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "fabscan/fabscan_sim_info_dump.h"
 
 namespace {
 

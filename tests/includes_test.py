@@ -1,4 +1,4 @@
-"""Which folder may include headers of which: arrows run one way, and nothing knows cli/."""
+"""Which directory may include headers of which: arrows run one way, and each include shows its own."""
 
 import pathlib
 import re
@@ -6,8 +6,8 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
-# The product's folders; tests beside the sources may know more.
-KNOWS = {
+# The product's directories. Tests next to the sources may include more.
+MAY_INCLUDE = {
     "include": set(),
     "fabscan": {"include"},
     "model": {"include"},
@@ -16,44 +16,58 @@ KNOWS = {
     "simulator": {"include", "fabscan", "model"},
     "cli": {"include", "fabscan", "model", "snapshot", "discovery", "simulator"},
 }
-BESIDE = re.compile(r"(_test|_must_not_compile)\.cpp$|/testing/")
+# Compiled elsewhere too, with directories of their own: these name the headers next to them alone.
+BARE = ("fabscan/", "simulator/core/", "simulator/devices/", "simulator/include/", "simulator/runner/")
+TEST = re.compile(r"(_test|_must_not_compile)\.cpp$|/testing/")
 
 
-def headers():
-    """The folders that have a header of each name."""
-    found = {}
-    for folder in KNOWS:
-        for path in (ROOT / folder).rglob("*.h"):
-            found.setdefault(path.name, set()).add(folder)
-    return found
+def sources(directory):
+    """The product's sources below a directory, as paths from the root."""
+    for path in sorted((ROOT / directory).rglob("*")):
+        if path.suffix in (".h", ".cpp") and not TEST.search(str(path)):
+            yield path.relative_to(ROOT)
 
 
 def included(path):
-    return re.findall(r'^\s*#\s*include ["<]([^">]+)[">]', path.read_text(), flags=re.M)
+    return re.findall(r'^\s*#\s*include ["<]([^">]+)[">]', (ROOT / path).read_text(), flags=re.M)
+
+
+def directory_of(header):
+    """The top directory of an included header of ours; None for the standard library's and others'."""
+    if header.startswith("infiniband/") and (ROOT / "include" / header).exists():
+        return "include"
+    return header.split("/")[0] if (ROOT / header).exists() else None
 
 
 class IncludesTest(unittest.TestCase):
     def test_arrows_run_one_way(self):
-        known, seen = headers(), set()
-        for folder, allowed in KNOWS.items():
-            for path in sorted((ROOT / folder).rglob("*")):
-                if path.suffix not in (".h", ".cpp") or BESIDE.search(str(path)):
+        seen = set()
+        for directory, allowed in MAY_INCLUDE.items():
+            for path in sources(directory):
+                for header in included(path):
+                    other = directory_of(header)
+                    if other in (None, directory):
+                        continue
+                    seen.add((directory, other))
+                    self.assertIn(other, allowed, f"{path} includes {header}")
+        self.assertIn(("cli", "snapshot"), seen)  # there was something to look at
+
+    def test_each_include_shows_the_directory(self):
+        names = {path.name for directory in MAY_INCLUDE for path in sources(directory)}
+        for directory in MAY_INCLUDE:
+            for path in sources(directory):
+                if str(path).startswith(BARE):
                     continue
                 for header in included(path):
-                    owners = known.get(pathlib.PurePath(header).name, set())
-                    if not owners or folder in owners:
-                        continue
-                    seen |= owners
-                    self.assertTrue(owners & allowed, f"{path.relative_to(ROOT)} includes {header}")
-        self.assertIn("snapshot", seen)  # they were looked at
+                    if pathlib.PurePath(header).name in names:
+                        self.assertIsNotNone(directory_of(header), f"{path} includes {header}")
 
     def test_the_generator_knows_the_facade_alone(self):
-        for path in sorted((ROOT / "fabscan").glob("*")):
-            if path.suffix not in (".h", ".cpp") or BESIDE.search(str(path)):
-                continue
+        for path in sources("fabscan"):
             for header in included(path):
                 if header.startswith("infiniband/"):
                     self.assertEqual(header, "infiniband/fabscan/fabscan.h", path.name)
+                self.assertIsNone(re.match("fabscan/", header), path.name)
 
 
 if __name__ == "__main__":

@@ -1,11 +1,6 @@
 // counted WHAT: does one thing on a made fabric in the working folder, and has callgrind count the
 // instructions of that alone. Without an argument, lists what there is.
 
-#include <cache_file.h>
-#include <fabric_builder.h>
-#include <fabscan_sim_info_dump.h>
-#include <snapshot.h>
-#include <snapshot_writer.h>
 #include <valgrind/callgrind.h>
 
 #include <cstdio>
@@ -13,8 +8,13 @@
 #include <set>
 #include <string_view>
 
-#include "cache_maker.h"
-#include "fabric_maker.h"
+#include "bench/cache_maker.h"
+#include "bench/fabric_maker.h"
+#include "discovery/cache_file.h"
+#include "discovery/fabric_builder.h"
+#include "fabscan/fabscan_sim_info_dump.h"
+#include "snapshot/snapshot.h"
+#include "snapshot/snapshot_writer.h"
 
 namespace {
 

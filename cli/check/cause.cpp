@@ -1,9 +1,10 @@
-#include "cause.h"
+#include "cli/check/cause.h"
 
 #include <fmt/format.h>
-#include <harmless_name.h>
-#include <port_walk.h>
-#include <record_fields.h>
+
+#include "fabscan/port_walk.h"
+#include "model/harmless_name.h"
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 

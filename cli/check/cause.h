@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "generated_file.h"
-#include "requirements.h"
+#include "cli/check/requirements.h"
+#include "cli/dump/generated_file.h"
 
 namespace fabscan {
 

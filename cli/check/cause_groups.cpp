@@ -1,10 +1,10 @@
-#include "cause_groups.h"
+#include "cli/check/cause_groups.h"
 
 #include <algorithm>
 #include <map>
 #include <tuple>
 
-#include "check_marks.h"
+#include "cli/check/check_marks.h"
 
 namespace fabscan {
 

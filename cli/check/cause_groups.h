@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "check_result.h"
+#include "cli/check/check_result.h"
 
 namespace fabscan {
 

@@ -1,6 +1,6 @@
-#include "check_marks.h"
-#include "check_report.h"
-#include "json_result.h"
+#include "cli/check/check_marks.h"
+#include "cli/check/check_report.h"
+#include "cli/output/json_result.h"
 
 namespace fabscan {
 

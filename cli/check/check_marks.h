@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "check_result.h"
-#include "terminal.h"
+#include "cli/check/check_result.h"
+#include "cli/terminal/terminal.h"
 
 namespace fabscan {
 

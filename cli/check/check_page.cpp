@@ -1,7 +1,6 @@
-#include "check_page.h"
+#include "cli/check/check_page.h"
 
 #include <fmt/format.h>
-#include <json_writer.h>
 #include <sodium.h>
 
 #include <algorithm>
@@ -11,11 +10,12 @@
 #include <string_view>
 #include <tuple>
 
-#include "check_marks.h"
-#include "check_page_files.h"
-#include "check_report.h"
-#include "guid_text.h"
-#include "standard_streams.h"
+#include "cli/check/check_marks.h"
+#include "cli/check/check_page_files.h"
+#include "cli/check/check_report.h"
+#include "cli/files/standard_streams.h"
+#include "model/guid_text.h"
+#include "snapshot/json_writer.h"
 
 namespace fabscan {
 

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "check_report.h"
+#include "cli/check/check_report.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "check_page.h"
+#include "cli/check/check_page.h"
 
 #include <gtest/gtest.h>
 

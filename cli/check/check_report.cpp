@@ -1,4 +1,4 @@
-#include "check_report.h"
+#include "cli/check/check_report.h"
 
 #include <fmt/format.h>
 
@@ -7,13 +7,13 @@
 #include <utility>
 #include <vector>
 
-#include "check_marks.h"
-#include "counted.h"
-#include "guid_options.h"
-#include "node_text.h"
-#include "selected_nodes.h"
-#include "standard_streams.h"
-#include "table.h"
+#include "cli/check/check_marks.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/counted.h"
+#include "cli/output/node_text.h"
+#include "cli/output/table.h"
+#include "cli/selection/guid_options.h"
+#include "cli/selection/selected_nodes.h"
 
 namespace fabscan {
 

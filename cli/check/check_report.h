@@ -5,10 +5,10 @@
 #include <utility>
 #include <vector>
 
-#include "cause_groups.h"
-#include "check_result.h"
-#include "next_steps.h"
-#include "terminal.h"
+#include "cli/check/cause_groups.h"
+#include "cli/check/check_result.h"
+#include "cli/check/next_steps.h"
+#include "cli/terminal/terminal.h"
 
 namespace fabscan {
 

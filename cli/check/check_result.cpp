@@ -1,8 +1,8 @@
-#include "check_result.h"
+#include "cli/check/check_result.h"
 
 #include <algorithm>
 
-#include "natural_order.h"
+#include "cli/output/natural_order.h"
 
 namespace fabscan {
 

@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include "cause.h"
-#include "generated_file.h"
+#include "cli/check/cause.h"
+#include "cli/dump/generated_file.h"
 
 namespace fabscan {
 

@@ -1,8 +1,8 @@
-#include "check_result.h"
+#include "cli/check/check_result.h"
 
 #include <gtest/gtest.h>
 
-#include "check_report.h"
+#include "cli/check/check_report.h"
 
 namespace fabscan {
 namespace {

@@ -1,18 +1,18 @@
-#include "generated_nodes.h"
+#include "cli/check/generated_nodes.h"
 
-#include <fabscan_sim_info_dump.h>
 #include <fmt/format.h>
 
 #include <fstream>
 #include <string>
 #include <vector>
 
-#include "class_prefix.h"
-#include "command.h"
-#include "private_folder.h"
-#include "progress.h"
-#include "selected_nodes.h"
-#include "temporary_folder.h"
+#include "cli/command.h"
+#include "cli/dump/class_prefix.h"
+#include "cli/files/private_folder.h"
+#include "cli/files/temporary_folder.h"
+#include "cli/selection/selected_nodes.h"
+#include "cli/terminal/progress.h"
+#include "fabscan/fabscan_sim_info_dump.h"
 
 namespace fabscan {
 

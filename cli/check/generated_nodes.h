@@ -6,7 +6,7 @@
 #include <functional>
 #include <set>
 
-#include "generated_file.h"
+#include "cli/dump/generated_file.h"
 
 namespace fabscan {
 

@@ -1,14 +1,13 @@
 // Writes what each generated function needs, and the names of the capability bits, as JSON for the
 // documents that are made from them.
 
-#include <fabscan_sim_info_dump.h>
-#include <json_writer.h>
-
 #include <iostream>
 #include <string>
 #include <vector>
 
-#include "requirements.h"
+#include "cli/check/requirements.h"
+#include "fabscan/fabscan_sim_info_dump.h"
+#include "snapshot/json_writer.h"
 
 namespace fabscan {
 

@@ -1,12 +1,12 @@
-#include "next_steps.h"
+#include "cli/check/next_steps.h"
 
 #include <fmt/format.h>
-#include <guid_text.h>
 
 #include <algorithm>
 
-#include "next_command.h"
-#include "standard_streams.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/next_command.h"
+#include "model/guid_text.h"
 
 namespace fabscan {
 

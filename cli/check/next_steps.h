@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "cause_groups.h"
-#include "terminal.h"
+#include "cli/check/cause_groups.h"
+#include "cli/terminal/terminal.h"
 
 namespace fabscan {
 

@@ -1,8 +1,8 @@
-#include "next_steps.h"
+#include "cli/check/next_steps.h"
 
 #include <gtest/gtest.h>
 
-#include "check_report.h"
+#include "cli/check/check_report.h"
 
 namespace fabscan {
 namespace {

@@ -1,9 +1,9 @@
-#include "requirements.h"
-
-#include <capability_bits.h>
-#include <fabscan_sim_info_dump.h>
+#include "cli/check/requirements.h"
 
 #include <algorithm>
+
+#include "fabscan/capability_bits.h"
+#include "fabscan/fabscan_sim_info_dump.h"
 
 namespace fabscan {
 

@@ -1,7 +1,6 @@
-#include "requirements.h"
+#include "cli/check/requirements.h"
 
 #include <gtest/gtest.h>
-#include <record_fields.h>
 
 #include <algorithm>
 #include <array>
@@ -13,8 +12,9 @@
 #include <string>
 #include <vector>
 
-#include "cause.h"
-#include "generated_nodes.h"
+#include "cli/check/cause.h"
+#include "cli/check/generated_nodes.h"
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 namespace {

@@ -1,11 +1,11 @@
-#include "class_prefix.h"
+#include "cli/dump/class_prefix.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <iterator>
 
-#include "command.h"
+#include "cli/command.h"
 
 namespace fabscan {
 

@@ -1,10 +1,10 @@
-#include "class_prefix.h"
+#include "cli/dump/class_prefix.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "command.h"
+#include "cli/command.h"
 
 namespace fabscan {
 namespace {

@@ -1,9 +1,9 @@
-#include "compile_warning.h"
+#include "cli/dump/compile_warning.h"
 
 #include <fmt/format.h>
 
-#include "next_command.h"
-#include "report.h"
+#include "cli/output/next_command.h"
+#include "cli/output/report.h"
 
 namespace fabscan {
 

@@ -6,8 +6,8 @@
 #include <set>
 #include <string>
 
-#include "dump_options.h"
-#include "dump_summary.h"
+#include "cli/dump/dump_options.h"
+#include "cli/dump/dump_summary.h"
 
 namespace fabscan {
 

@@ -1,6 +1,5 @@
-#include "dump_file.h"
+#include "cli/dump/dump_file.h"
 
-#include <fabscan_sim_info_dump.h>
 #include <fmt/format.h>
 
 #include <cstdio>
@@ -10,11 +9,12 @@
 #include <optional>
 #include <sstream>
 
-#include "class_prefix.h"
-#include "command.h"
-#include "scratch_directory.h"
-#include "selected_nodes.h"
-#include "written_nodes.h"
+#include "cli/command.h"
+#include "cli/dump/class_prefix.h"
+#include "cli/dump/written_nodes.h"
+#include "cli/files/scratch_directory.h"
+#include "cli/selection/selected_nodes.h"
+#include "fabscan/fabscan_sim_info_dump.h"
 
 namespace fabscan {
 

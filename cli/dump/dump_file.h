@@ -1,16 +1,16 @@
 #ifndef FABSCAN_CLI_DUMP_FILE_H
 #define FABSCAN_CLI_DUMP_FILE_H
 
-#include <buildable_source.h>
 #include <infiniband/fabscan/fabscan.h>
 
 #include <set>
 #include <string>
 #include <vector>
 
-#include "dump_summary.h"
-#include "progress.h"
-#include "staged_output.h"
+#include "cli/dump/dump_summary.h"
+#include "cli/files/staged_output.h"
+#include "cli/terminal/progress.h"
+#include "simulator/buildable/buildable_source.h"
 
 namespace fabscan {
 

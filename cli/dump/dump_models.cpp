@@ -7,16 +7,16 @@
 #include <string>
 #include <vector>
 
-#include "class_prefix.h"
-#include "compile_warning.h"
-#include "directories.h"
-#include "dump_file.h"
-#include "dump_options.h"
-#include "edit_report.h"
-#include "listed_models.h"
-#include "model_files.h"
-#include "progress.h"
-#include "selected_nodes.h"
+#include "cli/dump/class_prefix.h"
+#include "cli/dump/compile_warning.h"
+#include "cli/dump/dump_file.h"
+#include "cli/dump/dump_options.h"
+#include "cli/dump/edit_report.h"
+#include "cli/dump/model_files.h"
+#include "cli/fabrics/listed_models.h"
+#include "cli/files/directories.h"
+#include "cli/selection/selected_nodes.h"
+#include "cli/terminal/progress.h"
 
 namespace fabscan {
 

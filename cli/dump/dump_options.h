@@ -1,13 +1,12 @@
 #ifndef FABSCAN_CLI_DUMP_OPTIONS_H
 #define FABSCAN_CLI_DUMP_OPTIONS_H
 
-#include <snapshot.h>
-
 #include <string>
 
-#include "command.h"
-#include "dump_file.h"
-#include "node_selection.h"
+#include "cli/command.h"
+#include "cli/dump/dump_file.h"
+#include "cli/selection/node_selection.h"
+#include "snapshot/snapshot.h"
 
 namespace fabscan {
 

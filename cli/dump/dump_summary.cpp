@@ -1,10 +1,10 @@
-#include "dump_summary.h"
+#include "cli/dump/dump_summary.h"
 
 #include <fmt/format.h>
 
 #include <numeric>
 
-#include "counted.h"
+#include "cli/output/counted.h"
 
 namespace fabscan {
 

@@ -10,7 +10,7 @@
 #include <map>
 #include <string>
 
-#include "generated_file.h"
+#include "cli/dump/generated_file.h"
 
 namespace fabscan {
 

@@ -1,11 +1,11 @@
-#include "dump_summary.h"
+#include "cli/dump/dump_summary.h"
 
 #include <gmock/gmock.h>
 
 #include <sstream>
 #include <string>
 
-#include "guid_options.h"
+#include "cli/selection/guid_options.h"
 
 namespace fabscan {
 namespace {

@@ -1,4 +1,4 @@
-#include "edit_report.h"
+#include "cli/dump/edit_report.h"
 
 #include <fmt/format.h>
 
@@ -6,8 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include "generated_file.h"
-#include "table.h"
+#include "cli/dump/generated_file.h"
+#include "cli/output/table.h"
 
 namespace fabscan {
 

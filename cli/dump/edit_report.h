@@ -1,12 +1,11 @@
 #ifndef FABSCAN_CLI_EDIT_REPORT_H
 #define FABSCAN_CLI_EDIT_REPORT_H
 
-#include <buildable_source.h>
-
 #include <string>
 #include <vector>
 
-#include "terminal.h"
+#include "cli/terminal/terminal.h"
+#include "simulator/buildable/buildable_source.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "edit_report.h"
+#include "cli/dump/edit_report.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,10 @@
-#include "generated_file.h"
+#include "cli/dump/generated_file.h"
 
-#include <buildable_source.h>
 #include <fmt/format.h>
 
 #include <charconv>
+
+#include "simulator/buildable/buildable_source.h"
 
 namespace fabscan {
 

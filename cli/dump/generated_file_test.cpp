@@ -1,4 +1,4 @@
-#include "generated_file.h"
+#include "cli/dump/generated_file.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
-#include "model_files.h"
+#include "cli/dump/model_files.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 
-#include "counted.h"
-#include "guid_options.h"
-#include "table.h"
+#include "cli/output/counted.h"
+#include "cli/output/table.h"
+#include "cli/selection/guid_options.h"
 
 namespace fabscan {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "dump_file.h"
-#include "listed_models.h"
-#include "terminal.h"
+#include "cli/dump/dump_file.h"
+#include "cli/fabrics/listed_models.h"
+#include "cli/terminal/terminal.h"
 
 namespace fabscan {
 

@@ -1,12 +1,12 @@
-#include "shared_classes.h"
+#include "cli/dump/shared_classes.h"
 
-#include <fabscan_sim_info_dump.h>
 #include <fmt/format.h>
 
 #include <map>
 
-#include "command.h"
-#include "selected_nodes.h"
+#include "cli/command.h"
+#include "cli/selection/selected_nodes.h"
+#include "fabscan/fabscan_sim_info_dump.h"
 
 namespace fabscan {
 

@@ -1,11 +1,11 @@
-#include "written_nodes.h"
+#include "cli/dump/written_nodes.h"
 
 #include <algorithm>
 #include <fstream>
 #include <optional>
 #include <utility>
 
-#include "generated_file.h"
+#include "cli/dump/generated_file.h"
 
 namespace fabscan {
 

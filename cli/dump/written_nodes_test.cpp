@@ -1,11 +1,11 @@
-#include "written_nodes.h"
+#include "cli/dump/written_nodes.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <string>
 
-#include "generated_file.h"
+#include "cli/dump/generated_file.h"
 
 namespace fabscan {
 namespace {

@@ -1,11 +1,10 @@
-#include "anonymised_fabric.h"
-
-#include <harmless_name.h>
-#include <record_fields.h>
+#include "cli/fabrics/anonymised_fabric.h"
 
 #include <cstring>
 
-#include "progress.h"
+#include "cli/terminal/progress.h"
+#include "model/harmless_name.h"
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 

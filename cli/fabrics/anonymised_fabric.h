@@ -3,7 +3,7 @@
 
 #include <infiniband/fabscan/fabscan.h>
 
-#include "keyed_mapping.h"
+#include "cli/fabrics/keyed_mapping.h"
 
 namespace fabscan {
 

@@ -1,12 +1,12 @@
-#include "device_models.h"
-
-#include <harmless_name.h>
-#include <record_fields.h>
+#include "cli/fabrics/device_models.h"
 
 #include <algorithm>
 #include <map>
 #include <string_view>
 #include <tuple>
+
+#include "model/harmless_name.h"
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 

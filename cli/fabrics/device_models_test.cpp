@@ -1,4 +1,4 @@
-#include "device_models.h"
+#include "cli/fabrics/device_models.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "discovery_report.h"
+#include "cli/fabrics/discovery_report.h"
 
 #include <fmt/chrono.h>
 #include <fmt/format.h>
@@ -7,9 +7,9 @@
 #include <ctime>
 #include <iostream>
 
-#include "counted.h"
-#include "report.h"
-#include "standard_streams.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/counted.h"
+#include "cli/output/report.h"
 
 namespace fabscan {
 

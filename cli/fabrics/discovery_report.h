@@ -1,11 +1,10 @@
 #ifndef FABSCAN_CLI_DISCOVERY_REPORT_H
 #define FABSCAN_CLI_DISCOVERY_REPORT_H
 
-#include <fabric_builder.h>
-
 #include <string>
 
-#include "command.h"
+#include "cli/command.h"
+#include "discovery/fabric_builder.h"
 
 namespace fabscan {
 

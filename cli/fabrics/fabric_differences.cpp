@@ -1,13 +1,13 @@
-#include "fabric_differences.h"
+#include "cli/fabrics/fabric_differences.h"
 
 #include <fmt/format.h>
-#include <guid_text.h>
-#include <record_fields.h>
-#include <words.h>
 
 #include <cstring>
 
-#include "natural_order.h"
+#include "cli/output/natural_order.h"
+#include "model/guid_text.h"
+#include "snapshot/record_fields.h"
+#include "snapshot/words.h"
 
 namespace fabscan {
 

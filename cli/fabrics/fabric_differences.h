@@ -7,8 +7,8 @@
 #include <string>
 #include <variant>
 
-#include "ignored_fields.h"
-#include "ingress_port.h"
+#include "cli/fabrics/ignored_fields.h"
+#include "cli/fabrics/ingress_port.h"
 
 namespace fabscan {
 

@@ -1,10 +1,10 @@
-#include "fabric_differences.h"
+#include "cli/fabrics/fabric_differences.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <record_fields.h>
 
-#include "command.h"
+#include "cli/command.h"
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 namespace {

@@ -1,10 +1,10 @@
-#include "ignored_fields.h"
+#include "cli/fabrics/ignored_fields.h"
 
 #include <fmt/format.h>
-#include <record_fields.h>
-#include <suggestion.h>
 
-#include "command.h"
+#include "cli/command.h"
+#include "snapshot/record_fields.h"
+#include "snapshot/suggestion.h"
 
 namespace fabscan {
 

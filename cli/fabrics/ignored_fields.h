@@ -1,12 +1,12 @@
 #ifndef FABSCAN_CLI_IGNORED_FIELDS_H
 #define FABSCAN_CLI_IGNORED_FIELDS_H
 
-#include <record_table.h>
-
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "snapshot/record_table.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "ingress_port.h"
+#include "cli/fabrics/ingress_port.h"
 
 #include <fmt/format.h>
 

@@ -2,7 +2,8 @@
 #define FABSCAN_CLI_INGRESS_PORT_H
 
 #include <infiniband/tessel/Fabric.h>
-#include <record_table.h>
+
+#include "snapshot/record_table.h"
 
 namespace CLI {
 class App;

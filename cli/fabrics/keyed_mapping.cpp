@@ -1,4 +1,4 @@
-#include "keyed_mapping.h"
+#include "cli/fabrics/keyed_mapping.h"
 
 #include <fmt/format.h>
 #include <sodium.h>

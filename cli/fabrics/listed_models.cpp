@@ -1,12 +1,12 @@
-#include "listed_models.h"
+#include "cli/fabrics/listed_models.h"
 
-#include <fabscan_sim_info_dump.h>
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <map>
 
-#include "natural_order.h"
+#include "cli/output/natural_order.h"
+#include "fabscan/fabscan_sim_info_dump.h"
 
 namespace fabscan {
 

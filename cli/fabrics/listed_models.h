@@ -1,11 +1,11 @@
 #ifndef FABSCAN_CLI_LISTED_MODELS_H
 #define FABSCAN_CLI_LISTED_MODELS_H
 
-#include <device_models.h>
-
 #include <set>
 #include <string>
 #include <vector>
+
+#include "cli/fabrics/device_models.h"
 
 namespace fabscan {
 

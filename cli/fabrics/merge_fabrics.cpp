@@ -1,15 +1,15 @@
-#include "merge_fabrics.h"
+#include "cli/fabrics/merge_fabrics.h"
 
 #include <fmt/format.h>
-#include <guid_text.h>
-#include <harmless_name.h>
-#include <record_fields.h>
-#include <words.h>
 
 #include <cstring>
 #include <string>
 
-#include "progress.h"
+#include "cli/terminal/progress.h"
+#include "model/guid_text.h"
+#include "model/harmless_name.h"
+#include "snapshot/record_fields.h"
+#include "snapshot/words.h"
 
 namespace fabscan {
 

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <string>
 
-#include "ingress_port.h"
+#include "cli/fabrics/ingress_port.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "merge_fabrics.h"
+#include "cli/fabrics/merge_fabrics.h"
 
 #include <gtest/gtest.h>
 

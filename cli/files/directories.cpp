@@ -1,4 +1,4 @@
-#include "directories.h"
+#include "cli/files/directories.h"
 
 #include <fmt/format.h>
 #include <sys/stat.h>
@@ -7,8 +7,8 @@
 #include <cerrno>
 #include <filesystem>
 
-#include "command.h"
-#include "report.h"
+#include "cli/command.h"
+#include "cli/output/report.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "file_moves.h"
+#include "cli/files/file_moves.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

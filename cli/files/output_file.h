@@ -4,7 +4,7 @@
 #include <ostream>
 #include <string>
 
-#include "output_buffer.h"
+#include "cli/output/output_buffer.h"
 
 namespace fabscan {
 

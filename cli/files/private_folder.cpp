@@ -1,4 +1,4 @@
-#include "private_folder.h"
+#include "cli/files/private_folder.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <cstdlib>
 
-#include "ending_signals.h"
+#include "cli/terminal/ending_signals.h"
 
 namespace fabscan {
 

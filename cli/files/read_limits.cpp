@@ -1,4 +1,4 @@
-#include "read_limits.h"
+#include "cli/files/read_limits.h"
 
 #include <fmt/format.h>
 

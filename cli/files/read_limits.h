@@ -1,7 +1,7 @@
 #ifndef FABSCAN_CLI_READ_LIMITS_H
 #define FABSCAN_CLI_READ_LIMITS_H
 
-#include <snapshot.h>
+#include "snapshot/snapshot.h"
 
 namespace CLI {
 class App;

@@ -1,7 +1,7 @@
-#include "read_snapshot.h"
+#include "cli/files/read_snapshot.h"
 
-#include "progress.h"
-#include "standard_streams.h"
+#include "cli/files/standard_streams.h"
+#include "cli/terminal/progress.h"
 
 namespace fabscan {
 

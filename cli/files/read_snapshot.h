@@ -1,10 +1,10 @@
 #ifndef FABSCAN_CLI_READ_SNAPSHOT_H
 #define FABSCAN_CLI_READ_SNAPSHOT_H
 
-#include <snapshot.h>
-
 #include <set>
 #include <string>
+
+#include "snapshot/snapshot.h"
 
 namespace fabscan {
 

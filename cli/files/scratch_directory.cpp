@@ -1,6 +1,6 @@
-#include "scratch_directory.h"
+#include "cli/files/scratch_directory.h"
 
-#include "temporary_folder.h"
+#include "cli/files/temporary_folder.h"
 
 namespace fabscan {
 

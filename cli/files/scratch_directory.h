@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "private_folder.h"
+#include "cli/files/private_folder.h"
 
 namespace fabscan {
 

@@ -1,11 +1,10 @@
-#include "snapshot_output.h"
-
-#include <zstd_output.h>
+#include "cli/files/snapshot_output.h"
 
 #include <CLI/CLI.hpp>
 #include <string_view>
 
-#include "progress.h"
+#include "cli/terminal/progress.h"
+#include "snapshot/zstd_output.h"
 
 namespace fabscan {
 

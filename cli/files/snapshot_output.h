@@ -1,12 +1,11 @@
 #ifndef FABSCAN_CLI_SNAPSHOT_OUTPUT_H
 #define FABSCAN_CLI_SNAPSHOT_OUTPUT_H
 
-#include <snapshot_writer.h>
-
 #include <functional>
 #include <string>
 
-#include "staged_output.h"
+#include "cli/files/staged_output.h"
+#include "snapshot/snapshot_writer.h"
 
 namespace CLI {
 class App;

@@ -1,4 +1,4 @@
-#include "staged_output.h"
+#include "cli/files/staged_output.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -17,12 +17,12 @@
 #include <set>
 #include <thread>
 
-#include "closed_pipe.h"
-#include "command.h"
-#include "ending_signals.h"
-#include "file_moves.h"
-#include "progress.h"
-#include "report.h"
+#include "cli/command.h"
+#include "cli/files/file_moves.h"
+#include "cli/output/closed_pipe.h"
+#include "cli/output/report.h"
+#include "cli/terminal/ending_signals.h"
+#include "cli/terminal/progress.h"
 
 namespace fabscan {
 

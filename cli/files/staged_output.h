@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "output_file.h"
-#include "private_folder.h"
-#include "standard_streams.h"
+#include "cli/files/output_file.h"
+#include "cli/files/private_folder.h"
+#include "cli/files/standard_streams.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "staged_output.h"
+#include "cli/files/staged_output.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -15,8 +15,8 @@
 #include <string>
 #include <vector>
 
-#include "closed_pipe.h"
-#include "command.h"
+#include "cli/command.h"
+#include "cli/output/closed_pipe.h"
 
 namespace fabscan {
 namespace {

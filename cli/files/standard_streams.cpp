@@ -1,4 +1,4 @@
-#include "standard_streams.h"
+#include "cli/files/standard_streams.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -7,7 +7,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "command.h"
+#include "cli/command.h"
 
 namespace fabscan {
 

@@ -1,11 +1,11 @@
-#include "temporary_folder.h"
+#include "cli/files/temporary_folder.h"
 
 #include <fmt/format.h>
 
 #include <cstdlib>
 
-#include "command.h"
-#include "report.h"
+#include "cli/command.h"
+#include "cli/output/report.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "closed_pipe.h"
+#include "cli/output/closed_pipe.h"
 
 #include <cerrno>
 #include <csignal>

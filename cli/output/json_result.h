@@ -1,12 +1,11 @@
 #ifndef FABSCAN_CLI_JSON_RESULT_H
 #define FABSCAN_CLI_JSON_RESULT_H
 
-#include <json_writer.h>
-
 #include <iostream>
 #include <string_view>
 
-#include "guid_options.h"
+#include "cli/selection/guid_options.h"
+#include "snapshot/json_writer.h"
 
 namespace fabscan {
 

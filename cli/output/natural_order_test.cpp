@@ -1,4 +1,4 @@
-#include "natural_order.h"
+#include "cli/output/natural_order.h"
 
 #include <gmock/gmock.h>
 

@@ -1,10 +1,10 @@
-#include "next_command.h"
+#include "cli/output/next_command.h"
 
 #include <fmt/format.h>
-#include <guid_text.h>
 
-#include "shell_word.h"
-#include "standard_streams.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/shell_word.h"
+#include "model/guid_text.h"
 
 namespace fabscan {
 

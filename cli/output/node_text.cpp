@@ -1,10 +1,11 @@
-#include "node_text.h"
+#include "cli/output/node_text.h"
 
 #include <fmt/format.h>
-#include <harmless_name.h>
-#include <words.h>
 
 #include <algorithm>
+
+#include "model/harmless_name.h"
+#include "snapshot/words.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "output_buffer.h"
+#include "cli/output/output_buffer.h"
 
 #include <unistd.h>
 

@@ -1,4 +1,4 @@
-#include "report.h"
+#include "cli/output/report.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -8,10 +8,10 @@
 #include <iostream>
 #include <system_error>
 
-#include "closed_pipe.h"
-#include "command.h"
-#include "output_buffer.h"
-#include "terminal.h"
+#include "cli/command.h"
+#include "cli/output/closed_pipe.h"
+#include "cli/output/output_buffer.h"
+#include "cli/terminal/terminal.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "shell_word.h"
+#include "cli/output/shell_word.h"
 
 #include <gtest/gtest.h>
 

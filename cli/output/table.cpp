@@ -1,4 +1,4 @@
-#include "table.h"
+#include "cli/output/table.h"
 
 #include <algorithm>
 #include <numeric>

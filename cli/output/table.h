@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "terminal.h"
+#include "cli/terminal/terminal.h"
 
 namespace fabscan {
 

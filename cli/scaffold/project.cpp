@@ -1,18 +1,17 @@
-#include "project.h"
-
-#include <fabscan_sim_info_dump.h>
-#include <simulator_sources.h>
+#include "cli/scaffold/project.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <utility>
 
-#include "class_prefix.h"
-#include "directories.h"
-#include "progress.h"
-#include "project_template.h"
-#include "staged_output.h"
+#include "cli/dump/class_prefix.h"
+#include "cli/files/directories.h"
+#include "cli/files/staged_output.h"
+#include "cli/scaffold/project_template.h"
+#include "cli/terminal/progress.h"
+#include "fabscan/fabscan_sim_info_dump.h"
+#include "simulator/verification/simulator_sources.h"
 
 namespace fabscan {
 

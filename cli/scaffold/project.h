@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "dump_file.h"
-#include "listed_models.h"
-#include "model_files.h"
+#include "cli/dump/dump_file.h"
+#include "cli/dump/model_files.h"
+#include "cli/fabrics/listed_models.h"
 
 namespace fabscan {
 

@@ -1,6 +1,6 @@
-#include "project_template.h"
+#include "cli/scaffold/project_template.h"
 
-#include <simulator_sources.h>
+#include "simulator/verification/simulator_sources.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "project_template.h"
+#include "cli/scaffold/project_template.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "guid_options.h"
+#include "cli/selection/guid_options.h"
 
 #include <fmt/format.h>
 
@@ -8,9 +8,9 @@
 #include <fstream>
 #include <iostream>
 
-#include "command.h"
-#include "report.h"
-#include "standard_streams.h"
+#include "cli/command.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/report.h"
 
 namespace fabscan {
 

@@ -1,7 +1,6 @@
 #ifndef FABSCAN_CLI_GUID_OPTIONS_H
 #define FABSCAN_CLI_GUID_OPTIONS_H
 
-#include <guid_text.h>
 #include <sys/types.h>
 
 #include <optional>
@@ -9,6 +8,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "model/guid_text.h"
 
 namespace CLI {
 class App;

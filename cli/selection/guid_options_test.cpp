@@ -1,4 +1,4 @@
-#include "guid_options.h"
+#include "cli/selection/guid_options.h"
 
 #include <gmock/gmock.h>
 
@@ -7,7 +7,7 @@
 #include <fstream>
 #include <string>
 
-#include "command.h"
+#include "cli/command.h"
 
 namespace fabscan {
 namespace {

@@ -1,15 +1,15 @@
-#include "node_matchers.h"
+#include "cli/selection/node_matchers.h"
 
 #include <fmt/format.h>
 #include <fnmatch.h>
-#include <words.h>
 
 #include <algorithm>
 #include <charconv>
 #include <optional>
 #include <string_view>
 
-#include "command.h"
+#include "cli/command.h"
+#include "snapshot/words.h"
 
 namespace fabscan {
 

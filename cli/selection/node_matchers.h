@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "listed_models.h"
+#include "cli/fabrics/listed_models.h"
 
 namespace fabscan {
 

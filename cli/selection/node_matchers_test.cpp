@@ -1,8 +1,8 @@
-#include "node_matchers.h"
+#include "cli/selection/node_matchers.h"
 
 #include <gtest/gtest.h>
 
-#include "command.h"
+#include "cli/command.h"
 
 namespace fabscan {
 namespace {

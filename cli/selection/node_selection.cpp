@@ -1,15 +1,15 @@
-#include "node_selection.h"
+#include "cli/selection/node_selection.h"
 
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
 #include <utility>
 
-#include "command.h"
-#include "node_matchers.h"
-#include "read_snapshot.h"
-#include "report.h"
-#include "standard_streams.h"
+#include "cli/command.h"
+#include "cli/files/read_snapshot.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/report.h"
+#include "cli/selection/node_matchers.h"
 
 namespace fabscan {
 

@@ -2,14 +2,14 @@
 #define FABSCAN_CLI_NODE_SELECTION_H
 
 #include <infiniband/fabscan/fabscan.h>
-#include <snapshot.h>
 
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "guid_options.h"
+#include "cli/selection/guid_options.h"
+#include "snapshot/snapshot.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "node_selection.h"
+#include "cli/selection/node_selection.h"
 
 #include <gmock/gmock.h>
 #include <unistd.h>
@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <fstream>
 
-#include "command.h"
+#include "cli/command.h"
 
 namespace fabscan {
 namespace {

@@ -1,8 +1,8 @@
-#include "selected_nodes.h"
+#include "cli/selection/selected_nodes.h"
 
 #include <fmt/format.h>
 
-#include "counted.h"
+#include "cli/output/counted.h"
 
 namespace fabscan {
 

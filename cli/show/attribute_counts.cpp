@@ -1,4 +1,4 @@
-#include "attribute_counts.h"
+#include "cli/show/attribute_counts.h"
 
 #include <fmt/format.h>
 
@@ -6,8 +6,8 @@
 #include <iterator>
 #include <utility>
 
-#include "counted.h"
-#include "node_text.h"
+#include "cli/output/counted.h"
+#include "cli/output/node_text.h"
 
 namespace fabscan {
 

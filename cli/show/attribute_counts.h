@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "collected.h"
-#include "table.h"
+#include "cli/output/table.h"
+#include "cli/show/collected.h"
 
 namespace fabscan {
 

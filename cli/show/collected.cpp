@@ -1,4 +1,4 @@
-#include "collected.h"
+#include "cli/show/collected.h"
 
 namespace fabscan {
 

@@ -2,12 +2,13 @@
 #define FABSCAN_CLI_COLLECTED_H
 
 #include <infiniband/fabscan/fabscan.h>
-#include <record_fields.h>
 
 #include <cstddef>
 #include <optional>
 #include <string_view>
 #include <vector>
+
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 

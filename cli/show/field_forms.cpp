@@ -1,10 +1,11 @@
-#include "field_forms.h"
+#include "cli/show/field_forms.h"
 
-#include <fabscan_sim_info_dump.h>
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cstddef>
+
+#include "fabscan/fabscan_sim_info_dump.h"
 
 namespace fabscan {
 

@@ -1,13 +1,14 @@
-#include "field_forms.h"
+#include "cli/show/field_forms.h"
 
 #include <gtest/gtest.h>
-#include <record_fields.h>
 
 #include <map>
 #include <set>
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 namespace {

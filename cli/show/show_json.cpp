@@ -1,11 +1,10 @@
-#include <device_models.h>
-#include <words.h>
-
 #include <string>
 
-#include "attribute_counts.h"
-#include "json_result.h"
-#include "show_report.h"
+#include "cli/fabrics/device_models.h"
+#include "cli/output/json_result.h"
+#include "cli/show/attribute_counts.h"
+#include "cli/show/show_report.h"
+#include "snapshot/words.h"
 
 namespace fabscan {
 

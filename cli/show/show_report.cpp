@@ -1,21 +1,21 @@
-#include "show_report.h"
+#include "cli/show/show_report.h"
 
-#include <device_models.h>
 #include <fmt/format.h>
-#include <harmless_name.h>
-#include <words.h>
 
 #include <algorithm>
 #include <iterator>
 #include <map>
 #include <utility>
 
-#include "attribute_counts.h"
-#include "counted.h"
-#include "guid_options.h"
-#include "node_text.h"
-#include "standard_streams.h"
-#include "table.h"
+#include "cli/fabrics/device_models.h"
+#include "cli/files/standard_streams.h"
+#include "cli/output/counted.h"
+#include "cli/output/node_text.h"
+#include "cli/output/table.h"
+#include "cli/selection/guid_options.h"
+#include "cli/show/attribute_counts.h"
+#include "model/harmless_name.h"
+#include "snapshot/words.h"
 
 namespace fabscan {
 

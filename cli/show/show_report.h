@@ -2,13 +2,13 @@
 #define FABSCAN_CLI_SHOW_REPORT_H
 
 #include <infiniband/fabscan/fabscan.h>
-#include <snapshot.h>
 
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "terminal.h"
+#include "cli/terminal/terminal.h"
+#include "snapshot/snapshot.h"
 
 namespace fabscan {
 

@@ -1,6 +1,4 @@
-#include <fabscan_sim_info_dump.h>
 #include <fmt/format.h>
-#include <harmless_name.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -8,11 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "collected.h"
-#include "field_forms.h"
-#include "guid_options.h"
-#include "show_report.h"
-#include "table.h"
+#include "cli/output/table.h"
+#include "cli/selection/guid_options.h"
+#include "cli/show/collected.h"
+#include "cli/show/field_forms.h"
+#include "cli/show/show_report.h"
+#include "fabscan/fabscan_sim_info_dump.h"
+#include "model/harmless_name.h"
 
 namespace fabscan {
 

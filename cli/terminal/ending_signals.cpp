@@ -1,4 +1,4 @@
-#include "ending_signals.h"
+#include "cli/terminal/ending_signals.h"
 
 #include <atomic>
 

@@ -1,4 +1,4 @@
-#include "interruption.h"
+#include "cli/terminal/interruption.h"
 
 namespace fabscan {
 

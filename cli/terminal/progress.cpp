@@ -1,4 +1,4 @@
-#include "progress.h"
+#include "cli/terminal/progress.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -7,10 +7,10 @@
 #include <atomic>
 #include <cstdlib>
 
-#include "ending_signals.h"
-#include "report.h"
-#include "terminal.h"
-#include "ticking.h"
+#include "cli/output/report.h"
+#include "cli/terminal/ending_signals.h"
+#include "cli/terminal/terminal.h"
+#include "cli/terminal/ticking.h"
 
 namespace fabscan {
 

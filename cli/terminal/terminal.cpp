@@ -1,4 +1,4 @@
-#include "terminal.h"
+#include "cli/terminal/terminal.h"
 
 #include <fmt/format.h>
 #include <sys/ioctl.h>

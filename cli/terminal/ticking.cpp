@@ -1,10 +1,10 @@
-#include "ticking.h"
+#include "cli/terminal/ticking.h"
 
 #include <exception>
 #include <system_error>
 #include <utility>
 
-#include "ending_signals.h"
+#include "cli/terminal/ending_signals.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "verify_folder.h"
+#include "cli/verify/verify_folder.h"
 
 #include <fmt/format.h>
 
@@ -8,8 +8,8 @@
 #include <filesystem>
 #include <system_error>
 
-#include "command.h"
-#include "temporary_folder.h"
+#include "cli/command.h"
+#include "cli/files/temporary_folder.h"
 
 namespace fabscan {
 

@@ -1,12 +1,12 @@
-#include "verify_report.h"
+#include "cli/verify/verify_report.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <iterator>
 
-#include "counted.h"
-#include "guid_options.h"
+#include "cli/output/counted.h"
+#include "cli/selection/guid_options.h"
 
 namespace fabscan {
 

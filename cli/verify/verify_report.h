@@ -1,13 +1,12 @@
 #ifndef FABSCAN_CLI_VERIFY_REPORT_H
 #define FABSCAN_CLI_VERIFY_REPORT_H
 
-#include <verification.h>
-
 #include <cstddef>
 #include <string>
 #include <vector>
 
-#include "terminal.h"
+#include "cli/terminal/terminal.h"
+#include "simulator/verification/verification.h"
 
 namespace fabscan {
 

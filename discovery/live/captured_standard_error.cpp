@@ -1,4 +1,4 @@
-#include "captured_standard_error.h"
+#include "discovery/live/captured_standard_error.h"
 
 #include <sys/mman.h>
 #include <unistd.h>

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "attribute_fields.h"
+#include "discovery/attribute_fields.h"
 
 namespace fabscan {
 namespace {

@@ -1,4 +1,4 @@
-#include "live_discovery.h"
+#include "discovery/live/live_discovery.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -12,10 +12,10 @@
 #include <thread>
 #include <utility>
 
-#include "captured_standard_error.h"
-#include "local_port.h"
-#include "node_queries.h"
-#include "scanned_fabric.h"
+#include "discovery/live/captured_standard_error.h"
+#include "discovery/live/local_port.h"
+#include "discovery/live/node_queries.h"
+#include "discovery/live/scanned_fabric.h"
 
 namespace fabscan {
 

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "findings.h"
+#include "discovery/findings.h"
 
 namespace fabscan {
 

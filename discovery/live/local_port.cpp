@@ -1,4 +1,4 @@
-#include "local_port.h"
+#include "discovery/live/local_port.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -9,7 +9,7 @@
 #include <system_error>
 #include <vector>
 
-#include "live_discovery.h"
+#include "discovery/live/live_discovery.h"
 
 namespace fabscan {
 

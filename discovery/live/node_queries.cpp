@@ -1,10 +1,10 @@
-#include "node_queries.h"
+#include "discovery/live/node_queries.h"
 
 #include <optional>
 
-#include "captured_standard_error.h"
-#include "payload_decoder.h"
-#include "subnet_query.h"
+#include "discovery/live/captured_standard_error.h"
+#include "discovery/live/subnet_query.h"
+#include "discovery/payload_decoder.h"
 
 namespace fabscan {
 

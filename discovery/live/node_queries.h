@@ -3,9 +3,9 @@
 
 #include <vector>
 
-#include "findings.h"
-#include "live_discovery.h"
-#include "local_port.h"
+#include "discovery/findings.h"
+#include "discovery/live/live_discovery.h"
+#include "discovery/live/local_port.h"
 
 struct portid;
 

@@ -1,4 +1,4 @@
-#include "live_discovery.h"
+#include "discovery/live/live_discovery.h"
 
 namespace fabscan {
 

@@ -1,11 +1,11 @@
-#include "scanned_fabric.h"
+#include "discovery/live/scanned_fabric.h"
 
 #include <infiniband/ibnetdisc.h>
 
 #include <string_view>
 #include <tuple>
 
-#include "payload_decoder.h"
+#include "discovery/payload_decoder.h"
 
 namespace fabscan {
 

@@ -4,9 +4,9 @@
 #include <memory>
 #include <vector>
 
-#include "findings.h"
-#include "live_discovery.h"
-#include "local_port.h"
+#include "discovery/findings.h"
+#include "discovery/live/live_discovery.h"
+#include "discovery/live/local_port.h"
 
 // Of the InfiniBand libraries, whose headers define macros that stay in source files.
 struct ibnd_fabric;

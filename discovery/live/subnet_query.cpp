@@ -1,4 +1,4 @@
-#include "subnet_query.h"
+#include "discovery/live/subnet_query.h"
 
 #include <fmt/format.h>
 #include <infiniband/mad.h>
@@ -11,7 +11,7 @@
 #include <system_error>
 #include <utility>
 
-#include "captured_standard_error.h"
+#include "discovery/live/captured_standard_error.h"
 
 namespace fabscan {
 

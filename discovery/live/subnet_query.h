@@ -1,9 +1,9 @@
 #ifndef FABSCAN_DISCOVERY_LIVE_SUBNET_QUERY_H
 #define FABSCAN_DISCOVERY_LIVE_SUBNET_QUERY_H
 
-#include "findings.h"
-#include "live_discovery.h"
-#include "local_port.h"
+#include "discovery/findings.h"
+#include "discovery/live/live_discovery.h"
+#include "discovery/live/local_port.h"
 
 // Of the InfiniBand libraries, whose headers define macros that stay in source files.
 struct ibmad_port;

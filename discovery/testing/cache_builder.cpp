@@ -1,4 +1,4 @@
-#include "cache_builder.h"
+#include "discovery/testing/cache_builder.h"
 
 #include <deque>
 

@@ -1,10 +1,10 @@
-#include "completions.h"
+#include "packaging/reference/completions.h"
 
 #include <fmt/format.h>
 
 #include <vector>
 
-#include "options.h"
+#include "packaging/reference/options.h"
 
 namespace fabscan {
 

@@ -1,13 +1,13 @@
-#include "manual_page.h"
+#include "packaging/reference/manual_page.h"
 
-#include <exit_statuses.h>
 #include <fmt/format.h>
-#include <version.h>
 
 #include <cctype>
 #include <string>
 
-#include "options.h"
+#include "cli/exit_statuses.h"
+#include "model/version.h"
+#include "packaging/reference/options.h"
 
 namespace fabscan {
 

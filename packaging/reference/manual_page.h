@@ -1,9 +1,9 @@
 #ifndef FABSCAN_PACKAGING_MANUAL_PAGE_H
 #define FABSCAN_PACKAGING_MANUAL_PAGE_H
 
-#include <command_line.h>
-
 #include <string>
+
+#include "cli/command_line.h"
 
 namespace fabscan {
 

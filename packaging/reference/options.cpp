@@ -1,4 +1,4 @@
-#include "options.h"
+#include "packaging/reference/options.h"
 
 #include <algorithm>
 #include <string_view>

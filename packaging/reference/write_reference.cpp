@@ -1,7 +1,6 @@
 // write-reference FOLDER: writes the manual pages and the shells' completions, all from the
 // definitions that the command parses with.
 
-#include <command_line.h>
 #include <fmt/format.h>
 
 #include <exception>
@@ -9,9 +8,10 @@
 #include <fstream>
 #include <iostream>
 
-#include "completions.h"
-#include "manual_page.h"
-#include "options.h"
+#include "cli/command_line.h"
+#include "packaging/reference/completions.h"
+#include "packaging/reference/manual_page.h"
+#include "packaging/reference/options.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "buildable_source.h"
+#include "simulator/buildable/buildable_source.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

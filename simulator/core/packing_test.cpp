@@ -1,10 +1,11 @@
 #include <gmock/gmock.h>
 #include <infiniband/fabscan/fabscan_fabric.h>
-#include <record_fields.h>
 
 #include <bitset>
 #include <set>
 #include <string>
+
+#include "snapshot/record_fields.h"
 
 namespace fabscan {
 namespace simulator {

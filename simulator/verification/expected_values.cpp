@@ -1,8 +1,8 @@
-#include "expected_values.h"
+#include "simulator/verification/expected_values.h"
 
 #include <set>
 
-#include "rules.h"
+#include "simulator/verification/rules.h"
 
 namespace fabscan {
 

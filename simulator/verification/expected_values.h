@@ -7,7 +7,7 @@
 #include <ostream>
 #include <string>
 
-#include "../runner/expectations.h"
+#include "simulator/runner/expectations.h"
 
 namespace fabscan {
 

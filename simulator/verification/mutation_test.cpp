@@ -9,8 +9,8 @@
 #include <functional>
 #include <sstream>
 
-#include "testing/test_fabric.h"
-#include "verification.h"
+#include "simulator/verification/testing/test_fabric.h"
+#include "simulator/verification/verification.h"
 
 namespace fabscan {
 namespace {

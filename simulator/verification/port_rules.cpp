@@ -1,6 +1,6 @@
 // Which port attributes the generated functions assign, and when.
 
-#include "rules.h"
+#include "simulator/verification/rules.h"
 
 namespace fabscan {
 

@@ -1,4 +1,4 @@
-#include "process.h"
+#include "simulator/verification/process.h"
 
 #include <fcntl.h>
 #include <spawn.h>

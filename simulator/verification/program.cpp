@@ -1,13 +1,13 @@
-#include "program.h"
+#include "simulator/verification/program.h"
 
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <system_error>
 
-#include "expected_values.h"
-#include "process.h"
-#include "simulator_sources.h"
+#include "simulator/verification/expected_values.h"
+#include "simulator/verification/process.h"
+#include "simulator/verification/simulator_sources.h"
 
 namespace fabscan {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "../runner/expectations.h"
+#include "simulator/runner/expectations.h"
 
 namespace fabscan {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "../core/packed.h"
-#include "expected_values.h"
+#include "simulator/core/packed.h"
+#include "simulator/verification/expected_values.h"
 
 namespace fabscan {
 

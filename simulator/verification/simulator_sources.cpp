@@ -1,4 +1,4 @@
-#include "simulator_sources.h"
+#include "simulator/verification/simulator_sources.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,14 +1,13 @@
-#include "verification.h"
-
-#include <fabscan_sim_info_dump.h>
+#include "simulator/verification/verification.h"
 
 #include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <numeric>
 
-#include "../core/node.h"
-#include "simulator_sources.h"
+#include "fabscan/fabscan_sim_info_dump.h"
+#include "simulator/core/node.h"
+#include "simulator/verification/simulator_sources.h"
 
 namespace fabscan {
 

@@ -1,14 +1,14 @@
 #ifndef FABSCAN_SIMULATOR_VERIFICATION_VERIFICATION_H
 #define FABSCAN_SIMULATOR_VERIFICATION_VERIFICATION_H
 
-#include <buildable_source.h>
 #include <infiniband/fabscan/fabscan.h>
 
 #include <string>
 #include <vector>
 
-#include "expected_values.h"
-#include "program.h"
+#include "simulator/buildable/buildable_source.h"
+#include "simulator/verification/expected_values.h"
+#include "simulator/verification/program.h"
 
 namespace fabscan {
 

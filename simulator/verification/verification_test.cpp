@@ -1,11 +1,11 @@
-#include "verification.h"
+#include "simulator/verification/verification.h"
 
 #include <gmock/gmock.h>
 
 #include <cstdlib>
 #include <filesystem>
 
-#include "testing/test_fabric.h"
+#include "simulator/verification/testing/test_fabric.h"
 
 namespace fabscan {
 namespace {

@@ -4,7 +4,7 @@
 #include <sstream>
 #include <string>
 
-#include "../reader.h"
+#include "snapshot/reader.h"
 
 namespace fabscan {
 

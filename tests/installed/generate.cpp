@@ -1,8 +1,8 @@
 // Makes a fabric of one switch, and writes the simulated device of it.
 
-#include <fabscan_sim_info_dump.h>
-
 #include <iostream>
+
+#include "fabscan/fabscan_sim_info_dump.h"
 
 int main() {
   Fabscan fabscan;

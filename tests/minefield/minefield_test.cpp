@@ -2,12 +2,13 @@
 // small snapshot: read, or refused in the words of messages.tsv.
 
 #include <gtest/gtest.h>
-#include <testing/snapshot_text.h>
 
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
+
+#include "snapshot/testing/snapshot_text.h"
 
 namespace fabscan {
 namespace {

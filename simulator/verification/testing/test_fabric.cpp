@@ -1,4 +1,4 @@
-#include "test_fabric.h"
+#include "simulator/verification/testing/test_fabric.h"
 
 namespace fabscan {
 

@@ -3,7 +3,7 @@
 
 #include <infiniband/fabscan/fabscan.h>
 
-#include "../../core/packed.h"
+#include "simulator/core/packed.h"
 
 namespace fabscan {
 
