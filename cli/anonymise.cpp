@@ -12,15 +12,16 @@
 #include <string>
 
 #include "cli/command.h"
-#include "cli/fabrics/anonymised_fabric.h"
-#include "cli/fabrics/keyed_mapping.h"
 #include "cli/files/read_limits.h"
 #include "cli/files/read_snapshot.h"
 #include "cli/files/snapshot_output.h"
 #include "cli/files/standard_streams.h"
 #include "cli/output/counted.h"
 #include "cli/output/report.h"
+#include "cli/terminal/progress.h"
 #include "cli/terminal/terminal.h"
+#include "fabrics/anonymised_fabric.h"
+#include "fabrics/keyed_mapping.h"
 #include "snapshot/snapshot.h"
 
 namespace fabscan {
@@ -96,7 +97,9 @@ ExitStatus AnonymiseSnapshot(const AnonymiseOptions& options, bool has_key) {
   ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading);
   Fabscan anonymised;
   try {
-    AnonymiseFabric(fabscan, *mapping, options.keep_reasons, anonymised);
+    Progress progress;
+    AnonymiseFabric(fabscan, *mapping, options.keep_reasons, anonymised,
+                    progress.Callback("nodes anonymised"));
   } catch (const std::invalid_argument& error) {
     throw CommandError(fmt::format("{}: two nodes would become one ({}); choose another key",
                                    InputName(options.snapshot), error.what()));

@@ -5,11 +5,11 @@
 #include <exception>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "cli/command.h"
-#include "cli/fabrics/fabric_differences.h"
 #include "cli/files/read_limits.h"
 #include "cli/files/read_snapshot.h"
 #include "cli/files/standard_streams.h"
@@ -19,6 +19,7 @@
 #include "cli/output/report.h"
 #include "cli/terminal/progress.h"
 #include "cli/terminal/terminal.h"
+#include "fabrics/fabric_differences.h"
 #include "model/guid_text.h"
 
 namespace fabscan {
@@ -196,20 +197,23 @@ class JsonReport {
   bool same_ = true;
 };
 
+IgnoredFields IgnoredOrRefuse(const DiffOptions& options) {
+  try {
+    return IgnoredFields(options.ignored);
+  } catch (const std::invalid_argument& error) {
+    throw CommandError(fmt::format("--ignore: {}", error.what()), kWrongUsage);
+  }
+}
+
 ExitStatus Compare(const DiffOptions& options) {
-  ComparisonOptions comparison{options.by_name, IgnoredFields(options.ignored),
-                               options.ingress_port};
+  ComparisonOptions comparison{options.by_name, IgnoredOrRefuse(options), options.ingress_port};
   Fabscan first;
   Fabscan second;
   ReadSnapshotWithProgress(options.first, first, options.reading);
   ReadSnapshotWithProgress(options.second, second, options.reading);
   Progress progress;
   // On a terminal the differences themselves show how far it is.
-  if (::isatty(STDOUT_FILENO) != 1) {
-    comparison.progress = [&progress](std::size_t done, std::size_t total) {
-      progress.Show("nodes compared", done, total);
-    };
-  }
+  if (::isatty(STDOUT_FILENO) != 1) comparison.progress = progress.Callback("nodes compared");
   const auto tell = [&](auto& report) {
     ForEachDifference(first, second, comparison, [&](const Difference& d) { report.Add(d); });
     return report.Finish() ? kSame : kDifferent;

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "cli/command.h"
-#include "cli/fabrics/discovery_report.h"
 #include "cli/files/snapshot_output.h"
+#include "cli/output/discovery_report.h"
 #include "cli/output/report.h"
 #include "cli/terminal/interruption.h"
 #include "cli/terminal/progress.h"

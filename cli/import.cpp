@@ -6,9 +6,9 @@
 #include <string>
 
 #include "cli/command.h"
-#include "cli/fabrics/discovery_report.h"
 #include "cli/files/snapshot_output.h"
 #include "cli/files/standard_streams.h"
+#include "cli/output/discovery_report.h"
 #include "cli/terminal/progress.h"
 #include "discovery/cache_file.h"
 #include "discovery/cache_reader.h"

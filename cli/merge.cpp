@@ -8,12 +8,13 @@
 #include <string>
 
 #include "cli/command.h"
-#include "cli/fabrics/merge_fabrics.h"
 #include "cli/files/read_limits.h"
 #include "cli/files/read_snapshot.h"
 #include "cli/files/snapshot_output.h"
 #include "cli/files/standard_streams.h"
 #include "cli/output/counted.h"
+#include "cli/terminal/progress.h"
+#include "fabrics/merge_fabrics.h"
 #include "snapshot/snapshot.h"
 
 namespace fabscan {
@@ -32,8 +33,10 @@ struct MergeOptions {
 MergeResult MergeOrRefuse(const MergeOptions& options, const Fabscan& base, const Fabscan& extra,
                           Fabscan& merged) {
   MergeResult result;
+  Progress progress;
   try {
-    result = MergeFabrics(base, extra, options.prefer, merged, options.ingress_port);
+    result = MergeFabrics(base, extra, options.prefer, merged, options.ingress_port,
+                          progress.Callback("nodes merged"));
   } catch (const std::invalid_argument& error) {
     throw CommandError(fmt::format("{} and {} do not fit together: {}; are they of one fabric?",
                                    InputName(options.base), InputName(options.extra),

@@ -7,8 +7,7 @@
 #include <vector>
 
 #include "cli/command.h"
-#include "cli/fabrics/device_models.h"
-#include "cli/fabrics/listed_models.h"
+#include "cli/dump/model_names.h"
 #include "cli/files/read_limits.h"
 #include "cli/files/read_snapshot.h"
 #include "cli/files/standard_streams.h"
@@ -20,7 +19,8 @@
 #include "cli/output/table.h"
 #include "cli/selection/guid_options.h"
 #include "cli/selection/selected_nodes.h"
-#include "cli/show/collected.h"
+#include "fabrics/collected_attributes.h"
+#include "fabrics/device_models.h"
 #include "snapshot/words.h"
 
 namespace fabscan {
@@ -33,13 +33,13 @@ struct ModelsOptions {
   SnapshotReadOptions reading;
 };
 
-std::size_t NodesOf(const std::vector<ListedModel>& list) {
+std::size_t NodesOf(const std::vector<NamedModel>& list) {
   std::size_t nodes = 0;
-  for (const ListedModel& listed : list) nodes += listed.model.nodes;
+  for (const NamedModel& listed : list) nodes += listed.model.nodes;
   return nodes;
 }
 
-std::string DumpLine(const std::string& snapshot, const ListedModel& listed) {
+std::string DumpLine(const std::string& snapshot, const NamedModel& listed) {
   return fmt::format("fabscan dump {} --prefix {} --guid {}", ShellWord(snapshot), listed.prefix,
                      GuidText(listed.model.representative->guid));
 }
@@ -51,7 +51,7 @@ std::string CollectedText(const Fabscan& fabscan, const IBNode& node) {
 }
 
 void PrintText(const Fabscan& fabscan, const ModelsOptions& options,
-               const std::vector<ListedModel>& list, std::size_t nodes_outside) {
+               const std::vector<NamedModel>& list, std::size_t nodes_outside) {
   const Terminal terminal = StandardOutput();
   std::string text =
       fmt::format("{}: {}, {}\n", InputName(options.snapshot), Counted(NodesOf(list), "node"),
@@ -69,7 +69,7 @@ void PrintText(const Fabscan& fabscan, const ModelsOptions& options,
                  {"collected", true},
                  {"representative"},
                  {"", false, Narrow::kCut}});
-    for (const ListedModel& listed : list) {
+    for (const NamedModel& listed : list) {
       const DeviceModel& model = listed.model;
       const DeviceModelKey& key = model.key;
       table.AddRow({listed.prefix, std::to_string(model.nodes), KindText(key.type, key.special),
@@ -90,13 +90,13 @@ void PrintText(const Fabscan& fabscan, const ModelsOptions& options,
 }
 
 void PrintJson(const Fabscan& fabscan, const ModelsOptions& options,
-               const std::vector<ListedModel>& list, std::size_t nodes_outside) {
+               const std::vector<NamedModel>& list, std::size_t nodes_outside) {
   JsonResult json;
   json.Text("snapshot", options.snapshot);
   json.Count("nodes", NodesOf(list));
   json.Count("outsideSubFabric", nodes_outside);
   json.BeginObjects("models");
-  for (const ListedModel& listed : list) {
+  for (const NamedModel& listed : list) {
     const DeviceModel& model = listed.model;
     json.BeginObject();
     json.Count("nodes", model.nodes);
@@ -129,7 +129,7 @@ void PrintJson(const Fabscan& fabscan, const ModelsOptions& options,
 ExitStatus Models(const ModelsOptions& options) {
   Fabscan fabscan;
   ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading);
-  const std::vector<ListedModel> list = ListModels(fabscan, "");
+  const std::vector<NamedModel> list = NameModels(fabscan, "");
   (options.json ? PrintJson : PrintText)(fabscan, options, list,
                                          NodesOutside(fabscan.discovered_fabric));
   return kDone;

@@ -11,7 +11,7 @@
 #include "cli/dump/class_prefix.h"
 #include "cli/dump/edit_report.h"
 #include "cli/dump/model_files.h"
-#include "cli/fabrics/listed_models.h"
+#include "cli/dump/model_names.h"
 #include "cli/files/directories.h"
 #include "cli/files/read_limits.h"
 #include "cli/files/staged_output.h"
@@ -56,13 +56,13 @@ ExitStatus ScaffoldDevice(const ScaffoldOptions& options) {
 }
 
 /// Each node that is selected by its GUID; otherwise one of each device model.
-std::vector<ListedModel> SelectDevices(const ScaffoldOptions& options, Fabscan& fabscan) {
+std::vector<NamedModel> SelectDevices(const ScaffoldOptions& options, Fabscan& fabscan) {
   const std::set<u_int64_t> guids =
       options.nodes.Read(options.snapshot, fabscan, options.reading, {"simulate"}).guids;
   const std::string start = ModelPrefixStart(options.prefix);
   return options.nodes.byGuid()
-             ? ListNodes(fabscan, SelectedNodes(fabscan.discovered_fabric, guids), start)
-             : ListModels(fabscan, start, guids);
+             ? NameNodes(fabscan, SelectedNodes(fabscan.discovered_fabric, guids), start)
+             : NameModels(fabscan, start, guids);
 }
 
 std::string BuildLines(const std::string& directory) {
@@ -90,7 +90,7 @@ void Report(const ScaffoldOptions& options, const Fabscan& fabscan,
 
 ExitStatus ScaffoldProject(const ScaffoldOptions& options) {
   Fabscan fabscan;
-  const std::vector<ListedModel> devices = SelectDevices(options, fabscan);
+  const std::vector<NamedModel> devices = SelectDevices(options, fabscan);
   const Variant variant = options.exact ? Variant::kExact : Variant::kBuildable;
   WriteProject(fabscan, devices, variant, options.output_dir, options.force,
                [&](const std::vector<ModelFile>& files) { Report(options, fabscan, files); });

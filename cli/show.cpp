@@ -12,9 +12,9 @@
 #include "cli/command.h"
 #include "cli/files/read_limits.h"
 #include "cli/files/standard_streams.h"
-#include "cli/output/natural_order.h"
 #include "cli/selection/node_selection.h"
 #include "cli/show/show_report.h"
+#include "fabrics/natural_order.h"
 
 namespace fabscan {
 

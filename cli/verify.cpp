@@ -13,7 +13,6 @@
 #include "cli/command.h"
 #include "cli/files/read_limits.h"
 #include "cli/files/standard_streams.h"
-#include "cli/output/natural_order.h"
 #include "cli/output/report.h"
 #include "cli/selection/node_selection.h"
 #include "cli/selection/selected_nodes.h"
@@ -21,6 +20,7 @@
 #include "cli/verify/verify_folder.h"
 #include "cli/verify/verify_report.h"
 #include "cli/verify/verify_selection.h"
+#include "fabrics/natural_order.h"
 #include "simulator/verification/verification.h"
 
 namespace fabscan {

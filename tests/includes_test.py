@@ -12,9 +12,11 @@ MAY_INCLUDE = {
     "fabscan": {"include"},
     "model": {"include"},
     "snapshot": {"include", "model"},
+    "fabrics": {"include", "model", "snapshot"},
     "discovery": {"include", "model"},
     "simulator": {"include", "fabscan", "model"},
-    "cli": {"include", "fabscan", "model", "snapshot", "discovery", "simulator"},
+    "cli": {"include", "fabscan", "model", "snapshot", "fabrics", "discovery",
+            "simulator"},
 }
 # Compiled elsewhere too, with directories of their own: these name the headers next to them alone.
 BARE = ("fabscan/", "simulator/core/", "simulator/devices/", "simulator/include/", "simulator/runner/")

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "cli/output/natural_order.h"
+#include "fabrics/natural_order.h"
 
 namespace fabscan {
 

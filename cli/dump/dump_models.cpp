@@ -13,7 +13,7 @@
 #include "cli/dump/dump_options.h"
 #include "cli/dump/edit_report.h"
 #include "cli/dump/model_files.h"
-#include "cli/fabrics/listed_models.h"
+#include "cli/dump/model_names.h"
 #include "cli/files/directories.h"
 #include "cli/selection/selected_nodes.h"
 #include "cli/terminal/progress.h"
@@ -24,15 +24,14 @@ ExitStatus DumpModels(const DumpOptions& options) {
   Fabscan fabscan;
   const std::set<u_int64_t> guids =
       options.nodes.Read(options.snapshot, fabscan, options.reading, {"write"}).guids;
-  const std::vector<ListedModel> list =
-      ListModels(fabscan, ModelPrefixStart(options.prefix), guids);
+  const std::vector<NamedModel> list = NameModels(fabscan, ModelPrefixStart(options.prefix), guids);
 
   NewDirectories directories;
   directories.Make(options.output_dir);
   const std::filesystem::path output_dir(options.output_dir);
   std::vector<std::string> paths;
   paths.reserve(list.size());
-  for (const ListedModel& listed : list) {
+  for (const NamedModel& listed : list) {
     paths.push_back(output_dir / GeneratedFileName(listed.prefix));
   }
   const std::vector<std::unique_ptr<StagedOutput>> outputs =

@@ -5,14 +5,14 @@
 #include <vector>
 
 #include "cli/dump/dump_file.h"
-#include "cli/fabrics/listed_models.h"
+#include "cli/dump/model_names.h"
 #include "cli/terminal/terminal.h"
 
 namespace fabscan {
 
 /// The generated file of one device model.
 struct ModelFile {
-  ListedModel listed;
+  NamedModel listed;
   std::string path;  // of the file, or of the directory that it is in
   DumpedFile dumped;
 };

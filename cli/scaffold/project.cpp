@@ -29,10 +29,10 @@ bool IsSimulatorHeader(std::string_view path) {
 /// The files of a project in the order in which they are written; generated files come last.
 class ProjectFiles {
  public:
-  ProjectFiles(Fabscan& fabscan, const std::vector<ListedModel>& devices) {
+  ProjectFiles(Fabscan& fabscan, const std::vector<NamedModel>& devices) {
     const SimInfoDumpCPP generator(fabscan);
     std::vector<ProjectDevice> described;
-    for (const ListedModel& device : devices) {
+    for (const NamedModel& device : devices) {
       const IBNode& node = *device.model.representative;
       described.push_back({device.prefix, LowerCasePrefix(device.prefix),
                            generator.GetDumpedNodeType(node), node.name,
@@ -78,7 +78,7 @@ class ProjectFiles {
 
 }  // namespace
 
-void WriteProject(Fabscan& fabscan, const std::vector<ListedModel>& devices, Variant variant,
+void WriteProject(Fabscan& fabscan, const std::vector<NamedModel>& devices, Variant variant,
                   const std::string& directory, bool force,
                   const std::function<void(const std::vector<ModelFile>& files)>& report) {
   const ProjectFiles project(fabscan, devices);

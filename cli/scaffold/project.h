@@ -9,7 +9,7 @@
 
 #include "cli/dump/dump_file.h"
 #include "cli/dump/model_files.h"
-#include "cli/fabrics/listed_models.h"
+#include "cli/dump/model_names.h"
 
 namespace fabscan {
 
@@ -21,7 +21,7 @@ namespace fabscan {
 ///
 /// `devices` have distinct prefixes, also in lower case. `report` prints what was written, before
 /// the files are moved into place. Throws CommandError; then every earlier file is as it was.
-void WriteProject(Fabscan& fabscan, const std::vector<ListedModel>& devices, Variant variant,
+void WriteProject(Fabscan& fabscan, const std::vector<NamedModel>& devices, Variant variant,
                   const std::string& directory, bool force,
                   const std::function<void(const std::vector<ModelFile>& files)>& report);
 

@@ -73,7 +73,7 @@ NodeMatcher MatchType(const std::string& word) {
   return [type = *type](const IBNode& node) { return node.type == type; };
 }
 
-NodeMatcher MatchModel(const std::string& word, const std::vector<ListedModel>& models,
+NodeMatcher MatchModel(const std::string& word, const std::vector<NamedModel>& models,
                        const Fabscan& fabscan) {
   if (const std::optional<u_int16_t> id = ParseDeviceId(word)) {
     return [&fabscan, id = *id](const IBNode& node) {
@@ -81,7 +81,7 @@ NodeMatcher MatchModel(const std::string& word, const std::vector<ListedModel>& 
       return info != nullptr && info->DeviceID == id;
     };
   }
-  const auto listed = std::find_if(models.begin(), models.end(), [&word](const ListedModel& model) {
+  const auto listed = std::find_if(models.begin(), models.end(), [&word](const NamedModel& model) {
     return SameWord(model.prefix, word);
   });
   if (listed == models.end()) return [](const IBNode&) { return false; };

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/fabrics/listed_models.h"
+#include "cli/dump/model_names.h"
 
 namespace fabscan {
 
@@ -22,7 +22,7 @@ NodeMatcher MatchType(const std::string& word);
 
 /// Matches a model by its prefix, such as `SW_d2f0`, in upper or lower case, or all models with a
 /// device id, such as `0xd2f0`. The matcher refers to `fabscan`.
-NodeMatcher MatchModel(const std::string& word, const std::vector<ListedModel>& models,
+NodeMatcher MatchModel(const std::string& word, const std::vector<NamedModel>& models,
                        const Fabscan& fabscan);
 
 }  // namespace fabscan

@@ -19,7 +19,7 @@ class NodeMatchersTest : public testing::Test {
   }
 
   bool HasModel(const IBNode& node, const char* word) {
-    return MatchModel(word, ListModels(fabscan_, ""), fabscan_)(node);
+    return MatchModel(word, NameModels(fabscan_, ""), fabscan_)(node);
   }
 
   Fabscan fabscan_;

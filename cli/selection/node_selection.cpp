@@ -168,7 +168,7 @@ SelectedSnapshot NodeSelection::Read(const std::string& path, Fabscan& fabscan,
   }
 
   if (!models_.empty()) {
-    const std::vector<ListedModel> listed = ListModels(fabscan, "");
+    const std::vector<NamedModel> listed = NameModels(fabscan, "");
     const auto match = [&](const std::string& word) { return MatchModel(word, listed, fabscan); };
     AddOption("--model", models_, match, options);
   }

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "cli/output/table.h"
-#include "cli/show/collected.h"
+#include "fabrics/collected_attributes.h"
 
 namespace fabscan {
 

@@ -1,9 +1,9 @@
 #include <string>
 
-#include "cli/fabrics/device_models.h"
 #include "cli/output/json_result.h"
 #include "cli/show/attribute_counts.h"
 #include "cli/show/show_report.h"
+#include "fabrics/device_models.h"
 #include "snapshot/words.h"
 
 namespace fabscan {

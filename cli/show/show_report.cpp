@@ -7,13 +7,13 @@
 #include <map>
 #include <utility>
 
-#include "cli/fabrics/device_models.h"
 #include "cli/files/standard_streams.h"
 #include "cli/output/counted.h"
 #include "cli/output/node_text.h"
 #include "cli/output/table.h"
 #include "cli/selection/guid_options.h"
 #include "cli/show/attribute_counts.h"
+#include "fabrics/device_models.h"
 #include "model/harmless_name.h"
 #include "snapshot/words.h"
 

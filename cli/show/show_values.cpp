@@ -8,9 +8,9 @@
 
 #include "cli/output/table.h"
 #include "cli/selection/guid_options.h"
-#include "cli/show/collected.h"
 #include "cli/show/field_forms.h"
 #include "cli/show/show_report.h"
+#include "fabrics/collected_attributes.h"
 #include "fabscan/fabscan_sim_info_dump.h"
 #include "model/harmless_name.h"
 

@@ -163,6 +163,12 @@ void Progress::finishStep() {
                            SecondsBetween(begun_, Clock::now())));
 }
 
+std::function<void(std::size_t, std::size_t)> Progress::Callback(std::string_view what) {
+  return [this, name = std::string(what)](std::size_t done, std::size_t total) {
+    Show(name, done, total);
+  };
+}
+
 void Progress::Finish() {
   finishStep();
   what_.clear();

@@ -44,6 +44,8 @@ class Progress {
              const std::function<void()>& task);
   /// The same, where only the time is known.
   void Watch(std::string_view what, const std::function<void()>& task);
+  /// The same for operations that report by callback. The object must outlive what it returns.
+  std::function<void(std::size_t done, std::size_t total)> Callback(std::string_view what);
   /// Ends the last step, and takes the line away for what is said next.
   void Finish();
 

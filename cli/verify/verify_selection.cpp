@@ -1,6 +1,6 @@
 #include "cli/verify/verify_selection.h"
 
-#include "cli/fabrics/device_models.h"
+#include "fabrics/device_models.h"
 namespace fabscan {
 
 std::vector<const IBNode*> RepresentativeNodes(const Fabscan& fabscan) {

@@ -1,4 +1,4 @@
-#include "cli/show/collected.h"
+#include "fabrics/collected_attributes.h"
 
 namespace fabscan {
 

@@ -1,5 +1,5 @@
-#ifndef FABSCAN_CLI_NATURAL_ORDER_H
-#define FABSCAN_CLI_NATURAL_ORDER_H
+#ifndef FABSCAN_FABRICS_NATURAL_ORDER_H
+#define FABSCAN_FABRICS_NATURAL_ORDER_H
 
 #include <infiniband/fabscan/fabscan.h>
 

@@ -1,4 +1,4 @@
-#include "cli/fabrics/ingress_port.h"
+#include "fabrics/ingress_port.h"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-#include "cli/fabrics/keyed_mapping.h"
+#include "fabrics/keyed_mapping.h"
 
 #include <gtest/gtest.h>
 

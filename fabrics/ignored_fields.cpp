@@ -1,8 +1,9 @@
-#include "cli/fabrics/ignored_fields.h"
+#include "fabrics/ignored_fields.h"
 
 #include <fmt/format.h>
 
-#include "cli/command.h"
+#include <stdexcept>
+
 #include "snapshot/record_fields.h"
 #include "snapshot/suggestion.h"
 
@@ -50,12 +51,10 @@ IgnoredFields::IgnoredFields(const std::vector<std::string>& words)
   for (const std::string& word : words) {
     if (known.count(word) != 0) continue;
     const std::string_view nearest = NearestWord(word, known);
-    throw CommandError(
-        fmt::format("--ignore: there is no field '{}'; {}", word,
-                    nearest.empty()
-                        ? std::string("name one as snapshots do, such as LID or SMP_PortInfo.LID")
-                        : fmt::format("did you mean '{}'?", nearest)),
-        kWrongUsage);
+    throw std::invalid_argument(fmt::format(
+        "there is no field '{}'; {}", word,
+        nearest.empty() ? std::string("name one as snapshots do, such as LID or SMP_PortInfo.LID")
+                        : fmt::format("did you mean '{}'?", nearest)));
   }
 }
 

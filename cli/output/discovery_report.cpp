@@ -1,4 +1,4 @@
-#include "cli/fabrics/discovery_report.h"
+#include "cli/output/discovery_report.h"
 
 #include <fmt/chrono.h>
 #include <fmt/format.h>

@@ -1,4 +1,4 @@
-#include "cli/output/natural_order.h"
+#include "fabrics/natural_order.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
-#ifndef FABSCAN_CLI_INGRESS_PORT_H
-#define FABSCAN_CLI_INGRESS_PORT_H
+#ifndef FABSCAN_FABRICS_INGRESS_PORT_H
+#define FABSCAN_FABRICS_INGRESS_PORT_H
 
 #include <infiniband/tessel/Fabric.h>
 

@@ -1,8 +1,7 @@
-#include "cli/fabrics/anonymised_fabric.h"
+#include "fabrics/anonymised_fabric.h"
 
 #include <cstring>
 
-#include "cli/terminal/progress.h"
 #include "model/harmless_name.h"
 #include "snapshot/record_fields.h"
 
@@ -116,15 +115,14 @@ class Copy {
 }  // namespace
 
 void AnonymiseFabric(const Fabscan& from, const KeyedMapping& mapping, bool keep_reasons,
-                     Fabscan& to) {
+                     Fabscan& to, const NodeProgress& progress) {
   Copy copy(from, mapping, keep_reasons, to);
-  Progress progress;
+  const std::size_t total = from.discovered_fabric.nodeCount();
   for (const IBNode& node : from.discovered_fabric.nodes()) {
-    progress.Show("nodes anonymised", node.createIndex, from.discovered_fabric.nodeCount());
+    if (progress) progress(node.createIndex, total);
     copy.Add(node);
   }
-  progress.Show("nodes anonymised", from.discovered_fabric.nodeCount(),
-                from.discovered_fabric.nodeCount());
+  if (progress) progress(total, total);
 }
 
 }  // namespace fabscan

@@ -1,9 +1,10 @@
-#ifndef FABSCAN_CLI_ANONYMISED_FABRIC_H
-#define FABSCAN_CLI_ANONYMISED_FABRIC_H
+#ifndef FABSCAN_FABRICS_ANONYMISED_FABRIC_H
+#define FABSCAN_FABRICS_ANONYMISED_FABRIC_H
 
 #include <infiniband/fabscan/fabscan.h>
 
-#include "cli/fabrics/keyed_mapping.h"
+#include "fabrics/keyed_mapping.h"
+#include "fabrics/progress.h"
 
 namespace fabscan {
 
@@ -14,7 +15,7 @@ inline constexpr char kWithheldReason[] = "withheld";
 /// and queue keys. `keep_reasons` keeps the reasons of absence, which are free text. Throws
 /// std::invalid_argument where two nodes come to the same name or GUID.
 void AnonymiseFabric(const Fabscan& from, const KeyedMapping& mapping, bool keep_reasons,
-                     Fabscan& to);
+                     Fabscan& to, const NodeProgress& progress = {});
 
 }  // namespace fabscan
 

@@ -1,4 +1,4 @@
-#include "cli/fabrics/merge_fabrics.h"
+#include "fabrics/merge_fabrics.h"
 
 #include <gtest/gtest.h>
 

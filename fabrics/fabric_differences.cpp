@@ -1,10 +1,10 @@
-#include "cli/fabrics/fabric_differences.h"
+#include "fabrics/fabric_differences.h"
 
 #include <fmt/format.h>
 
 #include <cstring>
 
-#include "cli/output/natural_order.h"
+#include "fabrics/natural_order.h"
 #include "model/guid_text.h"
 #include "snapshot/record_fields.h"
 #include "snapshot/words.h"

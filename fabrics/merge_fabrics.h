@@ -1,12 +1,13 @@
-#ifndef FABSCAN_CLI_MERGE_FABRICS_H
-#define FABSCAN_CLI_MERGE_FABRICS_H
+#ifndef FABSCAN_FABRICS_MERGE_FABRICS_H
+#define FABSCAN_FABRICS_MERGE_FABRICS_H
 
 #include <infiniband/fabscan/fabscan.h>
 
 #include <cstddef>
 #include <string>
 
-#include "cli/fabrics/ingress_port.h"
+#include "fabrics/ingress_port.h"
+#include "fabrics/progress.h"
 
 namespace fabscan {
 
@@ -31,7 +32,8 @@ struct MergeResult {
 /// Throws std::invalid_argument when the preferred values do not fit together, as a port above the
 /// number of ports.
 MergeResult MergeFabrics(const Fabscan& base, const Fabscan& extra, Prefer prefer, Fabscan& result,
-                         IngressPort ingress_port = IngressPort::kIgnored);
+                         IngressPort ingress_port = IngressPort::kIgnored,
+                         const NodeProgress& progress = {});
 
 }  // namespace fabscan
 

@@ -1,11 +1,10 @@
-#include "cli/fabrics/merge_fabrics.h"
+#include "fabrics/merge_fabrics.h"
 
 #include <fmt/format.h>
 
 #include <cstring>
 #include <string>
 
-#include "cli/terminal/progress.h"
 #include "model/guid_text.h"
 #include "model/harmless_name.h"
 #include "snapshot/record_fields.h"
@@ -117,25 +116,32 @@ class ValueMerger {
 class FabricMerger {
  public:
   FabricMerger(const Fabscan& base, const Fabscan& extra, Prefer prefer, IngressPort ingress_port,
-               Fabscan& to)
-      : base_(base), extra_(extra), to_(to), values_(prefer, ingress_port, result_) {}
+               Fabscan& to, const NodeProgress& progress)
+      : base_(base),
+        extra_(extra),
+        to_(to),
+        progress_(progress),
+        values_(prefer, ingress_port, result_) {}
 
   MergeResult Merge() {
     const std::size_t at_least = base_.discovered_fabric.nodeCount();
-    Progress progress;
     for (const IBNode& node : base_.discovered_fabric.nodes()) {
-      progress.Show("nodes merged", node.createIndex, at_least);
+      Report(node.createIndex, at_least);
       MergeNode(&node, extra_.discovered_fabric.getNodeByGuid(node.guid));
     }
     for (const IBNode& node : extra_.discovered_fabric.nodes()) {
       if (base_.discovered_fabric.getNodeByGuid(node.guid) != nullptr) continue;
-      progress.Show("nodes merged", at_least + result_.added_nodes++, 0);
+      Report(at_least + result_.added_nodes++, 0);
       MergeNode(nullptr, &node);
     }
     return result_;
   }
 
  private:
+  void Report(std::size_t done, std::size_t total) const {
+    if (progress_) progress_(done, total);
+  }
+
   void MergeNode(const IBNode* base, const IBNode* extra) {
     const IBNode& first = base != nullptr ? *base : *extra;
     const IBNode& second = extra != nullptr ? *extra : *base;
@@ -250,6 +256,7 @@ class FabricMerger {
   const Fabscan& base_;
   const Fabscan& extra_;
   Fabscan& to_;
+  const NodeProgress& progress_;
   MergeResult result_;
   ValueMerger values_;
 };
@@ -257,8 +264,8 @@ class FabricMerger {
 }  // namespace
 
 MergeResult MergeFabrics(const Fabscan& base, const Fabscan& extra, Prefer prefer, Fabscan& result,
-                         IngressPort ingress_port) {
-  return FabricMerger(base, extra, prefer, ingress_port, result).Merge();
+                         IngressPort ingress_port, const NodeProgress& progress) {
+  return FabricMerger(base, extra, prefer, ingress_port, result, progress).Merge();
 }
 
 }  // namespace fabscan

@@ -1,5 +1,5 @@
-#ifndef FABSCAN_CLI_FABRIC_DIFFERENCES_H
-#define FABSCAN_CLI_FABRIC_DIFFERENCES_H
+#ifndef FABSCAN_FABRICS_FABRIC_DIFFERENCES_H
+#define FABSCAN_FABRICS_FABRIC_DIFFERENCES_H
 
 #include <infiniband/fabscan/fabscan.h>
 
@@ -7,8 +7,9 @@
 #include <string>
 #include <variant>
 
-#include "cli/fabrics/ignored_fields.h"
-#include "cli/fabrics/ingress_port.h"
+#include "fabrics/ignored_fields.h"
+#include "fabrics/ingress_port.h"
+#include "fabrics/progress.h"
 
 namespace fabscan {
 
@@ -35,8 +36,8 @@ struct ComparisonOptions {
   bool by_name = false;  // joins nodes by name, otherwise by GUID
   IgnoredFields ignored;
   IngressPort ingress_port = IngressPort::kIgnored;
-  /// Called for each node of the first fabric with how many were compared, and how many there are.
-  std::function<void(std::size_t done, std::size_t total)> progress = {};
+  /// Counts the nodes of the first fabric.
+  NodeProgress progress = {};
 };
 
 /// Calls `visit` with each difference: by node in natural order, those that only the second fabric

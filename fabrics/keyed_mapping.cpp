@@ -1,4 +1,4 @@
-#include "cli/fabrics/keyed_mapping.h"
+#include "fabrics/keyed_mapping.h"
 
 #include <fmt/format.h>
 #include <sodium.h>

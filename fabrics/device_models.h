@@ -1,5 +1,5 @@
-#ifndef FABSCAN_CLI_DEVICE_MODELS_H
-#define FABSCAN_CLI_DEVICE_MODELS_H
+#ifndef FABSCAN_FABRICS_DEVICE_MODELS_H
+#define FABSCAN_FABRICS_DEVICE_MODELS_H
 
 #include <infiniband/fabscan/fabscan.h>
 

@@ -1,4 +1,4 @@
-#include "cli/fabrics/device_models.h"
+#include "fabrics/device_models.h"
 
 #include <gtest/gtest.h>
 

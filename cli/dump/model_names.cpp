@@ -1,21 +1,21 @@
-#include "cli/fabrics/listed_models.h"
+#include "cli/dump/model_names.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <map>
 
-#include "cli/output/natural_order.h"
+#include "fabrics/natural_order.h"
 #include "fabscan/fabscan_sim_info_dump.h"
 
 namespace fabscan {
 
 namespace {
 
-std::vector<ListedModel> Named(Fabscan& fabscan, const std::vector<DeviceModel>& models,
-                               const std::string& start) {
+std::vector<NamedModel> Named(Fabscan& fabscan, const std::vector<DeviceModel>& models,
+                              const std::string& start) {
   const SimInfoDumpCPP generator(fabscan);
-  std::vector<ListedModel> list;
+  std::vector<NamedModel> list;
   std::map<std::string, std::size_t> used;
   for (const DeviceModel& model : models) {
     std::string prefix =
@@ -34,18 +34,18 @@ std::string ModelPrefixStart(const std::string& prefix) {
   return prefix.back() == '_' ? prefix : prefix + '_';
 }
 
-std::vector<ListedModel> ListModels(Fabscan& fabscan, const std::string& start,
-                                    const std::set<u_int64_t>& guids) {
-  std::vector<ListedModel> list = Named(fabscan, DeviceModelsOf(fabscan, guids), start);
-  std::sort(list.begin(), list.end(), [](const ListedModel& one, const ListedModel& other) {
+std::vector<NamedModel> NameModels(Fabscan& fabscan, const std::string& start,
+                                   const std::set<u_int64_t>& guids) {
+  std::vector<NamedModel> list = Named(fabscan, DeviceModelsOf(fabscan, guids), start);
+  std::sort(list.begin(), list.end(), [](const NamedModel& one, const NamedModel& other) {
     if (one.model.nodes != other.model.nodes) return one.model.nodes > other.model.nodes;
     return NaturallyBefore(*one.model.representative, *other.model.representative);
   });
   return list;
 }
 
-std::vector<ListedModel> ListNodes(Fabscan& fabscan, const std::vector<const IBNode*>& nodes,
-                                   const std::string& start) {
+std::vector<NamedModel> NameNodes(Fabscan& fabscan, const std::vector<const IBNode*>& nodes,
+                                  const std::string& start) {
   std::vector<DeviceModel> models;
   for (const IBNode* node : nodes) {
     models.push_back({DeviceModelOf(fabscan, *node), node, RecordsOf(fabscan, *node), 1});

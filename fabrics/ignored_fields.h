@@ -1,5 +1,5 @@
-#ifndef FABSCAN_CLI_IGNORED_FIELDS_H
-#define FABSCAN_CLI_IGNORED_FIELDS_H
+#ifndef FABSCAN_FABRICS_IGNORED_FIELDS_H
+#define FABSCAN_FABRICS_IGNORED_FIELDS_H
 
 #include <set>
 #include <string>
@@ -16,7 +16,7 @@ namespace fabscan {
 class IgnoredFields {
  public:
   IgnoredFields() = default;
-  /// Throws CommandError (wrong usage) for a word that names nothing; it suggests one.
+  /// Throws std::invalid_argument for a word that names nothing; its text suggests one.
   explicit IgnoredFields(const std::vector<std::string>& words);
 
   /// A key of a node or a port, or a record.
