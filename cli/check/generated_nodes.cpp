@@ -8,8 +8,7 @@
 
 #include "cli/command.h"
 #include "cli/dump/class_prefix.h"
-#include "cli/files/private_folder.h"
-#include "cli/files/temporary_folder.h"
+#include "cli/files/temporary_files.h"
 #include "cli/selection/selected_nodes.h"
 #include "cli/terminal/progress.h"
 #include "fabscan/fabscan_sim_info_dump.h"
@@ -21,23 +20,6 @@ namespace {
 /// Nodes that are written at a time; a large switch takes about 100 kB.
 constexpr std::size_t kBatch = 128;
 constexpr char kPrefix[] = "Check";
-
-/// A temporary folder for one generated file; goes with this object, or with a signal.
-class ScratchFolder {
- public:
-  ScratchFolder() {
-    const int error_number = folder_.Make(TemporaryFolder() + "/fabscan-XXXXXX");
-    if (error_number != 0) RefuseTemporaryFolder(error_number);
-    file_ = folder_.path() + '/' + GeneratedFileName(kPrefix);
-  }
-
-  const std::string& path() const { return folder_.path(); }
-  const std::string& file() const { return file_; }
-
- private:
-  PrivateFolder folder_;
-  std::string file_;
-};
 
 /// False also where the file cannot be read.
 bool TakeNext(GeneratedFileReader& reader, GeneratedNode& node) {
@@ -53,7 +35,8 @@ bool TakeNext(GeneratedFileReader& reader, GeneratedNode& node) {
 void ForEachGeneratedNode(Fabscan& fabscan, const std::set<u_int64_t>& guids,
                           const std::function<void(const IBNode&, const GeneratedNode&)>& visit) {
   const std::vector<const IBNode*> nodes = SelectedNodes(fabscan.discovered_fabric, guids);
-  const ScratchFolder scratch;
+  const TemporaryDirectory scratch;
+  const std::string file = scratch.path() + '/' + GeneratedFileName(kPrefix);
   fabscan.setOutputFolder(scratch.path());
   SimInfoDumpCPP generator(fabscan);
   Progress progress;
@@ -65,12 +48,12 @@ void ForEachGeneratedNode(Fabscan& fabscan, const std::set<u_int64_t>& guids,
     if (generator.Generate(kPrefix, batch) != 0 || !fabscan.lastError().empty()) {
       throw CommandError(fabscan.lastError() + "; free some space, or set TMPDIR");
     }
-    std::ifstream text(scratch.file(), std::ios::binary);
+    std::ifstream text(file, std::ios::binary);
     GeneratedFileReader reader(text);
     GeneratedNode generated;
     for (std::size_t i = begin; i < end; ++i) {
       if (!TakeNext(reader, generated) || generated.guid != nodes[i]->guid) {
-        throw CommandError(scratch.file() + ": cannot read what was written; try again");
+        throw CommandError(file + ": cannot read what was written; try again");
       }
       visit(*nodes[i], generated);
     }

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <cstdio>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -12,7 +11,7 @@
 #include "cli/command.h"
 #include "cli/dump/class_prefix.h"
 #include "cli/dump/written_nodes.h"
-#include "cli/files/scratch_directory.h"
+#include "cli/files/temporary_files.h"
 #include "cli/selection/selected_nodes.h"
 #include "fabscan/fabscan_sim_info_dump.h"
 
@@ -21,8 +20,8 @@ namespace fabscan {
 namespace {
 
 void Generate(Fabscan& fabscan, const std::string& prefix, const std::set<u_int64_t>& guids,
-              const std::string& directory, const std::string& output_name) {
-  fabscan.setOutputFolder(directory);
+              const std::string& file, const std::string& output_name) {
+  fabscan.setOutputFile(file);
   SimInfoDumpCPP generator(fabscan);
   const int status = generator.Generate(prefix, guids);
   // Generate reports a file that does not open, the facade also one that is not completely written.
@@ -49,12 +48,12 @@ DumpSummary Summarise(std::istream& generated_text, const std::string& output_na
 
 void GenerateWithProgress(Fabscan& fabscan, const std::string& prefix,
                           const std::vector<const IBNode*>& nodes, const std::set<u_int64_t>& guids,
-                          const std::string& directory, const std::string& output_name,
+                          const std::string& file, const std::string& output_name,
                           Progress& progress) {
-  WrittenNodes written(nodes, directory + '/' + GeneratedFileName(prefix));
+  WrittenNodes written(nodes, file);
   progress.Watch(
       "nodes generated", nodes.size(), [&written] { return written.Count(); },
-      [&] { Generate(fabscan, prefix, guids, directory, output_name); });
+      [&] { Generate(fabscan, prefix, guids, file, output_name); });
   progress.Show("nodes generated", nodes.size(), nodes.size());
 }
 
@@ -63,18 +62,18 @@ void GenerateWithProgress(Fabscan& fabscan, const std::string& prefix,
 DumpedFile WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
                          const std::set<u_int64_t>& guids, Variant variant, StagedOutput& output,
                          Progress* progress) {
-  // The generator names its file itself, so what is not a file of that name gets a copy.
-  std::optional<ScratchDirectory> scratch;
-  const std::string directory = output.isStaged() ? output.folder() : scratch.emplace().path();
-  const std::string generated = directory + '/' + GeneratedFileName(prefix);
+  // The generator writes files only; a stream gets a copy.
+  std::optional<TemporaryDirectory> scratch;
+  const std::string generated =
+      output.isStaged() ? output.stagedPath() : scratch.emplace().path() + "/generated.cpp";
   const std::string name = OutputName(output.path());
 
   std::function<void(std::size_t)> visit = [](std::size_t) {};
   if (progress == nullptr) {
-    Generate(fabscan, prefix, guids, directory, name);
+    Generate(fabscan, prefix, guids, generated, name);
   } else {
     const auto nodes = SelectedNodes(fabscan.discovered_fabric, guids);
-    GenerateWithProgress(fabscan, prefix, nodes, guids, directory, name, *progress);
+    GenerateWithProgress(fabscan, prefix, nodes, guids, generated, name, *progress);
     visit = [progress, count = nodes.size()](std::size_t done) {
       progress->Show("nodes counted", done, count);
     };
@@ -96,9 +95,6 @@ DumpedFile WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
     exact.clear();
     exact.seekg(0);
     output.stream() << exact.rdbuf();
-  } else if (generated != output.stagedPath() &&
-             std::rename(generated.c_str(), output.stagedPath().c_str()) != 0) {
-    RefuseUnreadable(name);
   }
   return file;
 }
