@@ -24,6 +24,8 @@ class GuidOptions {
 
   /// Those of the two that are given.
   std::vector<std::string_view> OptionNames() const;
+  /// As words of another command: ` --guid 0x… --guid-file FILE`.
+  std::string Words() const;
   /// The GUIDs; empty when none are given. Throws CommandError (wrong usage) for a malformed one,
   /// with its line in a file, and for a file that contains none.
   std::set<u_int64_t> Read() const;
