@@ -10,6 +10,7 @@
 #include <iostream>
 #include <optional>
 #include <set>
+#include <utility>
 
 #include "cli/command.h"
 #include "cli/files/file_system.h"
@@ -39,31 +40,32 @@ std::string FollowLink(const std::string& path) {
 
 [[noreturn]] void RefuseDirectory(const std::string& directory, int error_number) {
   const std::string name = directory == "." ? "the current directory" : directory;
-  throw CommandError(fmt::format("cannot create files in {}: {}", name,
-                                 error_number == ENOENT
-                                     ? "no such directory; create it first"
-                                     : CauseText(error_number) + "; use another directory"));
+  throw CommandError(fmt::format("cannot create files in {}: {}; use another directory", name,
+                                 CauseText(error_number)));
 }
 
 }  // namespace
 
-StagedOutput::StagedOutput(const std::string& path, bool force)
-    : path_(path), target_(path), force_(force) {
+StagedOutput::StagedOutput(const std::string& path, bool force,
+                           std::shared_ptr<NewDirectories> directories)
+    : path_(path), target_(path), force_(force), directories_(std::move(directories)) {
   is_stream_ = openStream();
   if (is_stream_) return;
   target_ = FollowLink(path_);
   refuseTarget();
   const std::string directory = DirectoryOf(target_);
+  directories_->Make(directory);
   const int error_number = staged_.Create(directory);
   if (error_number != 0) RefuseDirectory(directory, error_number);
 }
 
 std::vector<std::unique_ptr<StagedOutput>> StagedOutput::Several(
     const std::vector<std::string>& paths, bool force) {
+  const auto directories = std::make_shared<NewDirectories>();
   std::vector<std::unique_ptr<StagedOutput>> outputs;
   outputs.reserve(paths.size());
   for (const std::string& path : paths) {
-    outputs.push_back(std::make_unique<StagedOutput>(path, force));
+    outputs.push_back(std::unique_ptr<StagedOutput>(new StagedOutput(path, force, directories)));
   }
   return outputs;
 }
@@ -171,7 +173,7 @@ void StagedOutput::moveIntoPlace() {
     int error_number = CopyMode(stagedPath(), target_);
     if (error_number == 0) error_number = staged_.Replace(target_);
     if (error_number != 0) Fail(path_, "replace", error_number);
-    return;
+    return directories_->Keep();
   }
   const int error_number = staged_.MoveTo(target_);
   if (error_number == EEXIST) {
@@ -179,6 +181,7 @@ void StagedOutput::moveIntoPlace() {
         fmt::format("{}: cannot create: {}; {}", path_, CauseText(EEXIST), kAdviseForce));
   }
   if (error_number != 0) Fail(path_, "create", error_number);
+  directories_->Keep();
 }
 
 }  // namespace fabscan

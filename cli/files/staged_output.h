@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/files/directories.h"
 #include "cli/files/output_file.h"
 #include "cli/files/standard_streams.h"
 #include "cli/files/temporary_files.h"
@@ -30,9 +31,10 @@ namespace fabscan {
 /// Every member throws CommandError, with path, cause and remedy; or ClosedPipe.
 class StagedOutput {
  public:
-  /// Refuses a file that exists unless `force`; a directory in any case; and a file in a directory
-  /// that is missing or cannot be written.
-  StagedOutput(const std::string& path, bool force);
+  /// Creates the directory if it is missing; unless committed, it is removed again. Refuses a file
+  /// that exists unless `force`, a directory in any case, and a directory that cannot be written.
+  StagedOutput(const std::string& path, bool force)
+      : StagedOutput(path, force, std::make_shared<NewDirectories>()) {}
   /// One for each path, for `CommitAll`.
   static std::vector<std::unique_ptr<StagedOutput>> Several(const std::vector<std::string>& paths,
                                                             bool force);
@@ -62,6 +64,8 @@ class StagedOutput {
   static void CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& outputs);
 
  private:
+  StagedOutput(const std::string& path, bool force, std::shared_ptr<NewDirectories> directories);
+
   bool openStream();
   void refuseTarget() const;
   void moveIntoPlace();
@@ -70,6 +74,7 @@ class StagedOutput {
   std::string target_;  // `path_`, with a symbolic link followed
   bool force_;
   bool is_stream_ = false;
+  std::shared_ptr<NewDirectories> directories_;  // which the others of Several need, too
   TemporaryFile staged_;
   std::unique_ptr<OutputFile> file_;  // none for standard output
 };

@@ -170,14 +170,20 @@ TEST_F(StagedOutputTest, RefusesDirectories) {
   }
 }
 
-TEST_F(StagedOutputTest, NamesTheDirectoryThatIsMissing) {
-  EXPECT_EQ(Error(folder_ / "missing/out", false), "cannot create files in " +
-                                                       (folder_ / "missing").string() +
-                                                       ": no such directory; create it first");
+TEST_F(StagedOutputTest, CreatesTheDirectory) {
+  {
+    StagedOutput output(folder_ / "new/deep/out", false);
+    EXPECT_TRUE(fs::exists(folder_ / "new/deep"));
+  }
+  EXPECT_EQ(EntryCount(), 0U) << "without a commit it goes again";
+  EXPECT_EQ(Error(folder_ / "new/deep/out", false), "");
+  EXPECT_EQ(Content("new/deep/out"), "new\n");
+}
+
+TEST_F(StagedOutputTest, RefusesAFileInPlaceOfTheDirectory) {
   Put("file", "");
-  EXPECT_EQ(Error(folder_ / "file/out", false), "cannot create files in " +
-                                                    (folder_ / "file").string() +
-                                                    ": Not a directory; use another directory");
+  EXPECT_EQ(Error(folder_ / "file/out", false),
+            (folder_ / "file").string() + ": is not a directory; use another path");
 }
 
 TEST_F(StagedOutputTest, KeepsThePermissionsOfAFileThatItReplaces) {

@@ -81,8 +81,8 @@ TemporaryDirectory::TemporaryDirectory(const std::string& remedy) : cleanup_([th
   path_ = parent + "/fabscan-XXXXXX";
   const TerminationDeferred deferred;
   if (::mkdtemp(path_.data()) == nullptr) {
-    throw CommandError(fmt::format("{}: cannot make a temporary directory: {}; set TMPDIR{}", parent,
-                                   CauseText(errno), remedy));
+    throw CommandError(fmt::format("{}: cannot make a temporary directory: {}; set TMPDIR{}",
+                                   parent, CauseText(errno), remedy));
   }
   exists_ = true;
 }

@@ -7,8 +7,8 @@
 
 namespace fabscan {
 
-/// A file in the directory of an output, under a name of its own, `.fabscan-PROCESS-NUMBER`. Removed
-/// with this object and when a signal ends the program, unless it was moved before.
+/// A file in the directory of an output, under a name of its own, `.fabscan-PROCESS-NUMBER`.
+/// Removed with this object and when a signal ends the program, unless it was moved before.
 class TemporaryFile {
  public:
   TemporaryFile();

@@ -62,8 +62,7 @@ void WaitForSignals(const sigset_t& signals) {
     int signal_number = 0;
     if (::sigwait(&signals, &signal_number) != 0) continue;
     Interrupt noted = Interrupt::kIsNoted;
-    if (signal_number == SIGINT &&
-        interrupt.compare_exchange_strong(noted, Interrupt::kReceived)) {
+    if (signal_number == SIGINT && interrupt.compare_exchange_strong(noted, Interrupt::kReceived)) {
       continue;
     }
     Terminate(signal_number);

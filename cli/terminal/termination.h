@@ -6,9 +6,9 @@
 
 namespace fabscan {
 
-/// Starts the thread that waits for SIGINT, SIGTERM and SIGHUP, as far as they are not ignored. They
-/// are blocked everywhere else, so what a signal ends is cleaned up by ordinary code. Call it first
-/// in main, once. Without a thread the signals keep their default action.
+/// Starts the thread that waits for SIGINT, SIGTERM and SIGHUP, as far as they are not ignored.
+/// They are blocked everywhere else, so what a signal ends is cleaned up by ordinary code. Call it
+/// first in main, once. Without a thread the signals keep their default action.
 void WatchTerminationSignals();
 
 /// Cleans up if a signal ends the program, or a library calls `exit`, while this lives. The action
