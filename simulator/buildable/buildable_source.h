@@ -31,10 +31,6 @@ struct BuildableSource {
 /// the same names get braces. A file that needs none of this is returned as it is.
 BuildableSource MakeBuildable(std::string_view generated, const Fabscan& fabscan);
 
-/// Why a generated function that has no #error line still does not compile; empty when it does.
-/// `body`: the lines between its braces.
-std::string_view ReasonForEdit(std::string_view function, std::string_view body);
-
 }  // namespace fabscan
 
 #endif

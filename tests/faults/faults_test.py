@@ -394,8 +394,7 @@ class OutOfMemory(OneFileTest):
             if run.returncode != done:
                 failed += 1
                 self.assert_one_error(run, failure)
-                # The file stream that the file is read back with keeps its reasons to itself.
-                self.assertRegex(run.stderr, "memory|cannot read what was written", run.fault)
+                self.assertIn("memory", run.stderr, run.fault)
             yield run
         self.assertGreater(failed, 500)
 
