@@ -1,8 +1,8 @@
-"""Makes the snapshot's JSON Schema and the tables of its description from the program's own tables.
+"""Writes the JSON schema of snapshots and the tables of their description from the program's tables.
 
     { list-record-fields; list-capabilities; } | make_snapshot_documents.py [--check] DOCS
 
-With --check nothing is written: the exit status tells whether a document is stale.
+With --check, writes nothing; the exit status is 1 if a document is stale.
 """
 
 import json
@@ -179,7 +179,7 @@ def capability_tables(capabilities):
 
 
 def with_tables(path, text):
-    """The document with `text` for what follows the line that begins the tables."""
+    """The document, with `text` after the line that begins the tables."""
     before, marker, _ = path.read_text(encoding="utf-8").partition(BEGIN)
     if not marker:
         sys.exit(f"{path}: the line that begins the tables is missing")
@@ -204,7 +204,7 @@ def main(arguments):
         if not check:
             path.write_text(text, encoding="utf-8")
     if check and stale:
-        sys.exit(f"Stale: {', '.join(stale)}. './run golden' renews them.")
+        sys.exit(f"Stale: {', '.join(stale)}. './run golden' updates them.")
 
 
 if __name__ == "__main__":
