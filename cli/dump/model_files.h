@@ -19,7 +19,7 @@ struct ModelFile {
 
 /// For people: one row per file, then how many files and nodes there are. `head`: what the paths
 /// are.
-std::string FilesText(const char* head, const std::vector<ModelFile>& files,
+std::string FilesText(const char* head, const std::vector<ModelFile>& files, Variant variant,
                       const Terminal& terminal);
 
 std::vector<SourceEdit> EditsOf(const std::vector<ModelFile>& files);
