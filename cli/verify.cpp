@@ -122,9 +122,9 @@ ExitStatus Verify(const VerifyOptions& options) {
                                         .Read(options.snapshot, fabscan, options.reading,
                                               {"verify", NodeScope::kSubFabric, Unmatched::kRefuse})
                                         .guids;
-  std::vector<const IBNode*> nodes = guids.empty()
-                                         ? RepresentativeNodes(fabscan)
-                                         : SelectedNodes(fabscan.discovered_fabric, guids);
+  std::vector<const IBNode*> nodes = options.nodes.byGuid()
+                                         ? SelectedNodes(fabscan.discovered_fabric, guids)
+                                         : RepresentativeNodes(fabscan, guids);
   SortNaturally(nodes);
 
   const Workspace workspace = MakeWorkspace(directory, options.compiler);
@@ -178,7 +178,7 @@ std::function<ExitStatus()> AddVerify(CLI::App& app) {
       ->check(CLI::Range(1U, kMostJobs).description(""));
   AddReadLimits(app, options->reading);
   app.footer(
-      "Without --guid, one node of each device model is verified.\n"
+      "Without --guid, one of the selected nodes of each device model is verified.\n"
       "Example: prove with another compiler that one switch is simulated as it reported itself\n"
       "  fabscan verify fabric.jsonl --guid 0x5a1e0c0000000200 --compiler clang++");
   return [options] { return Verify(*options); };
