@@ -15,8 +15,8 @@
 #include "cli/files/standard_streams.h"
 #include "cli/output/closed_pipe.h"
 #include "cli/output/report.h"
+#include "model/suggestion.h"
 #include "snapshot/snapshot.h"
-#include "snapshot/suggestion.h"
 
 namespace fabscan {
 

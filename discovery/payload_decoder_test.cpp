@@ -11,7 +11,8 @@
 
 #include "discovery/attribute_fields.h"
 #include "discovery/testing/cache_builder.h"
-#include "snapshot/record_fields.h"
+#include "records/number.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 namespace {
@@ -90,8 +91,8 @@ TEST(PayloadDecoder, FieldsDoNotOverlap) {
 template <class Record>
 std::vector<std::string> Zeroes(const Record& record) {
   std::vector<std::string> names;
-  ForEachNumber(record, [&](const std::string& path, const FieldRow&, u_int64_t value) {
-    if (value == 0) names.push_back(path);
+  ForEachNumber(TableOf<Record>::value, [&](const Number& number) {
+    if (number.Load(&record) == 0) names.push_back(number.path());
   });
   return names;
 }

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "model/harmless_name.h"
-#include "snapshot/record_fields.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 

@@ -14,7 +14,7 @@
 
 #include "cli/check/cause.h"
 #include "cli/check/generated_nodes.h"
-#include "snapshot/record_fields.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 namespace {

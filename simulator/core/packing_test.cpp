@@ -5,7 +5,8 @@
 #include <set>
 #include <string>
 
-#include "snapshot/record_fields.h"
+#include "records/number.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 namespace simulator {
@@ -41,9 +42,8 @@ std::set<std::string> NamesOf() {
 
 TYPED_TEST(PackingTest, WalksEveryFieldOfTheRecordOnce) {
   std::set<std::string> names;
-  ForEachNumber(TypeParam{}, [&names](const std::string& path, const FieldRow&, u_int64_t) {
-    names.insert(path);
-  });
+  ForEachNumber(TableOf<TypeParam>::value,
+                [&names](const Number& number) { names.insert(number.path()); });
   EXPECT_EQ(NamesOf<TypeParam>(), names);
 }
 
