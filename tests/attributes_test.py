@@ -14,7 +14,7 @@ RECORDS = {
     "include/infiniband/fabscan/fabscan_types.h": r"RecordList<(\w+[^>.]*)>;",
     "examples/demo.fabscan.jsonl": r'"(\w+)":[{\[]',
     "tests/other_headers/infiniband/fabscan/fabscan_tessel_extended_info.h": r"Found<(\w+)>\(",
-    "simulator/include/infiniband/fabscan/fabscan_fabric.h": r"^FABSCAN_RECORD\((\w+)\)",
+    "simulator/core/attributes.h": r"^  [A-Z_]+\( *(\w+),",
 }
 # What the simulator does not have: a record that is written block by block, one that is only asked.
 NOT_SIMULATED = {"VendorSpec_GeneralInfo", "WrenReductionConfigureMLIDMonitors"}
@@ -23,21 +23,14 @@ GENERATOR = "fabscan/fabscan_sim_info_dump.cpp"
 # Where each generated function stands by its name.
 FUNCTIONS = {
     GENERATOR: r'^    \{"(set\w+)", +&',
-    "simulator/core/device.h": r"setter\((set\w+)\)",
+    "simulator/core/attributes.h": r"^  [A-Z_]+\( *\w+, *\w+, *(set\w+)\)",
     "simulator/verification/node_rules.cpp simulator/verification/port_rules.cpp":
         r'^    \{"(set\w+)", \w+\}',
-    "fuzz/generated_structure.cpp": r'^    "(set\w+)",',
 }
 EMITTERS = {
     GENERATOR: r"&SimInfoDumpCPP::(\w+)\}",
     "fabscan/testing/every_emitter.h": r"&SimInfoDumpCPP::(\w+)\}",
 }
-# What the simulated node keeps, and what is compared of it.
-STORAGES = {
-    "simulator/core/node.h": r"^  (?:std::vector<)?Packed<\w+>>? (\w+[a-zA-Z0-9]);",
-    "simulator/runner/storages.cpp": r"^  STORAGE\((\w+)\)",
-}
-
 
 EMITTED = r"FABSCAN_FIELD\((\w+), *(\w+)"
 NEEDED = [f"records/{kind}_records.h" for kind in ("architecture", "vendor", "reduction")]
@@ -78,9 +71,6 @@ class AttributesTest(unittest.TestCase):
     def test_functions(self):
         self.assertEqual(lacking(ROOT, FUNCTIONS) | lacking(ROOT, EMITTERS), set())
 
-    def test_storages(self):
-        self.assertEqual(lacking(ROOT, STORAGES), set())
-
     def test_a_field_that_is_dumped_is_needed_in_a_snapshot(self):
         emitted = emitted_fields("".join(path.read_text()
                                          for path in (ROOT / "fabscan").glob("*_emitters.cpp")))
@@ -97,8 +87,6 @@ class AttributesTest(unittest.TestCase):
              "setPower"),
             (EMITTERS, "&SimInfoDumpCPP::GenerateNodeInfo}",
              "&SimInfoDumpCPP::GenerateNodeInfo}, &SimInfoDumpCPP::GeneratePower}", "GeneratePower"),
-            (STORAGES, "  Packed<SMP_NodeInfo> nodeInfo;",
-             "  Packed<SMP_NodeInfo> nodeInfo;\n  Packed<Power> power;", "power"),
         ):
             with self.subTest(name), tempfile.TemporaryDirectory() as folder:
                 root = pathlib.Path(folder)
