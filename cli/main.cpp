@@ -16,8 +16,8 @@
 #include "cli/output/closed_pipe.h"
 #include "cli/output/report.h"
 #include "cli/terminal/termination.h"
+#include "model/suggestion.h"
 #include "snapshot/snapshot.h"
-#include "snapshot/suggestion.h"
 
 namespace fabscan {
 

@@ -21,7 +21,7 @@
 #include "cli/selection/selected_nodes.h"
 #include "fabrics/collected_attributes.h"
 #include "fabrics/device_models.h"
-#include "snapshot/words.h"
+#include "model/words.h"
 
 namespace fabscan {
 

@@ -18,6 +18,8 @@ install(FILES fabscan/fabscan_sim_info_dump.h model/harmless_name.h DESTINATION 
 install(DIRECTORY simulator/core simulator/include simulator/devices
   DESTINATION ${simulator_dir}
   PATTERN "*_test.cpp" EXCLUDE)
+install(DIRECTORY records DESTINATION ${simulator_dir}/include
+  FILES_MATCHING PATTERN "*.h" PATTERN "record_kinds.h" EXCLUDE)
 
 install(TARGETS fabscan_generator fabscan_model EXPORT fabscan
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}

@@ -142,7 +142,7 @@ class CacheReader {
   void ReadNode(u_int32_t place, CacheCursor& cursor) {
     const std::size_t offset = cursor.offset();
     const NodeEntry entry(cursor);
-    const SMP_NodeInfo info = DecodeNodeInfo(PayloadOf(entry.NodeInfo()));
+    const SMP_NodeInfo info = Decode<SMP_NodeInfo>(PayloadOf(entry.NodeInfo()));
     Agree(offset, "GUID", entry.Guid(), info.NodeGUID);
     Agree(offset, "type", entry.Type(), info.NodeType);
     Agree(offset, "number of ports", entry.PortCount(), info.NumPorts);

@@ -13,6 +13,7 @@
 #include "discovery/node_names.h"
 #include "discovery/payload_decoder.h"
 #include "model/guid_text.h"
+#include "records/all_records.h"
 
 namespace fabscan {
 
@@ -31,7 +32,7 @@ class NodeBuilder {
     missing_of_ports_.clear();
     second_speeds_ = false;
 
-    const SMP_NodeInfo info = DecodeNodeInfo(findings.node_info);
+    const SMP_NodeInfo info = Decode<SMP_NodeInfo>(findings.node_info);
     IBNode& node = fabscan_.discovered_fabric.makeNode(name, findings.guid,
                                                        NodeTypeOf(info.NodeType), info.NumPorts);
     store().put(node, info);
@@ -42,7 +43,8 @@ class NodeBuilder {
     if (description != name) node.setAlternativeName(description);
     if (Take(findings.description)) missing_.push_back(BecauseOf("NodeDescription"));
 
-    if (node.type == IB_RTR_NODE) store().setAbsent(node, "SMP_RouterInfo", kRouterInfoReason);
+    if (node.type == IB_RTR_NODE)
+      store().setAbsent(node, TableOf<SMP_RouterInfo>::value.name, kRouterInfoReason);
     if (node.type == IB_SW_NODE) AddSwitchInfo(node, findings.switch_info);
     for (const PortFindings& port : findings.ports) AddPort(node, port);
     NoteSecondSpeeds();
@@ -79,9 +81,9 @@ class NodeBuilder {
   void AddSwitchInfo(const IBNode& node, const Answer& answer) {
     if (Take(answer)) missing_.push_back(BecauseOf("SwitchInfo"));
     if (answer.read()) {
-      store().put(node, DecodeSwitchInfo(answer.payload));
+      store().put(node, Decode<SMP_SwitchInfo>(answer.payload));
     } else if (!answer.reason.empty()) {
-      store().setAbsent(node, "SMP_SwitchInfo", answer.reason);
+      store().setAbsent(node, TableOf<SMP_SwitchInfo>::value.name, answer.reason);
     }
   }
 
@@ -92,11 +94,11 @@ class NodeBuilder {
     if (findings.info.read()) {
       AddPortInfo(node, port, findings);
     } else if (!findings.info.reason.empty()) {
-      store().setAbsent(port, "SMP_PortInfo", findings.info.reason);
+      store().setAbsent(port, TableOf<SMP_PortInfo>::value.name, findings.info.reason);
     }
     if (Take(findings.extended)) Miss(findings.number, BecauseOf("PortInfoExtended"));
     if (findings.extended.read()) {
-      store().put(port, DecodePortInfoExtended(findings.extended.payload));
+      store().put(port, Decode<SMP_PortInfoExtended>(findings.extended.payload));
     } else if (!findings.extended.reason.empty()) {
       LackExtended(port, findings);
     }
@@ -105,17 +107,18 @@ class NodeBuilder {
   /// Nearly all ports of a cache lack nothing but this, for one reason.
   void LackExtended(const IBPort& port, const PortFindings& findings) {
     const std::string_view reason = findings.extended.reason;
-    if (!findings.info.read()) return store().setAbsent(port, "SMP_PortInfoExtended", reason);
+    if (!findings.info.read())
+      return store().setAbsent(port, TableOf<SMP_PortInfoExtended>::value.name, reason);
     const bool alike = reason.data() == alike_reason_.data() &&  // the text itself: no look at it
                        reason.size() == alike_reason_.size();
     if (alike_ != nullptr && alike) return store().shareAbsent(port, *alike_);
-    store().setAbsent(port, "SMP_PortInfoExtended", reason);
+    store().setAbsent(port, TableOf<SMP_PortInfoExtended>::value.name, reason);
     alike_ = &port;
     alike_reason_ = reason;
   }
 
   void AddPortInfo(const IBNode& node, IBPort& port, const PortFindings& findings) {
-    const SMP_PortInfo info = DecodePortInfo(findings.info.payload);
+    const SMP_PortInfo info = Decode<SMP_PortInfo>(findings.info.payload);
     port.port_state = PortStateOf(info.PortState);
     store().put(port, info);
     second_speeds_ = second_speeds_ || HasSecondExtendedSpeeds(info);

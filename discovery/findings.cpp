@@ -17,7 +17,7 @@ std::string_view FabricFindings::Description(std::size_t place) const {
 }
 
 PortInfoExtendedOffer::PortInfoExtendedOffer(const NodeFindings& node)
-    : is_switch_(NodeTypeOf(DecodeNodeInfo(node.node_info).NodeType) == IB_SW_NODE) {
+    : is_switch_(NodeTypeOf(Decode<SMP_NodeInfo>(node.node_info).NodeType) == IB_SW_NODE) {
   const bool has_port_0 = !node.ports.empty() && node.ports.front().number == 0;
   of_all_ports_ = is_switch_ && has_port_0 && SaysSo(node.ports.front());
 }

@@ -1,12 +1,5 @@
 #include "discovery/payload_decoder.h"
 
-#include <algorithm>
-#include <iterator>
-#include <string_view>
-#include <utility>
-
-#include "discovery/attribute_fields.h"
-
 namespace fabscan {
 
 namespace {
@@ -16,48 +9,18 @@ constexpr u_int32_t kPortInfoExtendedSupported = 1U << 1U;  // of CapMsk2
 constexpr u_int32_t kExtendedSpeeds2Supported = 1U << 11U;  // of CapMsk2
 constexpr u_int8_t kLinkUp = 5;                             // of PortPhysicalState
 
-/// Spelt out field by field, so that the compiler knows each one's place.
-template <const auto& kFields, class Record, std::size_t... I>
-void DecodeEach(const Payload& payload, Record& record, std::index_sequence<I...>) {
-  (Decode(payload, kFields[I], record), ...);
+constexpr Place PlaceOf(const RecordTable& table, std::string_view name) {
+  return FindField(table, name)->place;
 }
 
-template <class Record, const auto& kFields>
-Record DecodeAll(const Payload& payload) {
-  Record record = {};
-  DecodeEach<kFields>(payload, record, std::make_index_sequence<std::size(kFields)>());
-  return record;
-}
+constexpr Place kCapMsk = PlaceOf(TableOf<SMP_PortInfo>::value, "CapMsk");
+constexpr Place kCapMsk2 = PlaceOf(TableOf<SMP_PortInfo>::value, "CapMsk2");
 
-template <class Record, std::size_t kCount>
-constexpr const WireField<Record>& FieldNamed(const WireField<Record> (&fields)[kCount],
-                                              std::string_view name) {
-  std::size_t i = 0;
-  while (fields[i].name != name) ++i;
-  return fields[i];
-}
-
-bool HasCapability2(const SMP_PortInfo& info, u_int32_t bit) {
-  return (info.CapMsk & kCapabilityMask2Supported) != 0 && (info.CapMsk2 & bit) != 0;
+bool HasCapability2(u_int64_t mask, u_int64_t mask2, u_int32_t bit) {
+  return (mask & kCapabilityMask2Supported) != 0 && (mask2 & bit) != 0;
 }
 
 }  // namespace
-
-SMP_NodeInfo DecodeNodeInfo(const Payload& payload) {
-  return DecodeAll<SMP_NodeInfo, kNodeInfoFields>(payload);
-}
-
-SMP_SwitchInfo DecodeSwitchInfo(const Payload& payload) {
-  return DecodeAll<SMP_SwitchInfo, kSwitchInfoFields>(payload);
-}
-
-SMP_PortInfo DecodePortInfo(const Payload& payload) {
-  return DecodeAll<SMP_PortInfo, kPortInfoFields>(payload);
-}
-
-SMP_PortInfoExtended DecodePortInfoExtended(const Payload& payload) {
-  return DecodeAll<SMP_PortInfoExtended, kPortInfoExtendedFields>(payload);
-}
 
 std::string_view DescriptionText(std::string_view payload) {
   const std::string_view text = payload.substr(0, payload.find('\0'));
@@ -65,14 +28,12 @@ std::string_view DescriptionText(std::string_view payload) {
 }
 
 bool HasPortInfoExtended(const Payload& port_info) {
-  static constexpr WireField<SMP_PortInfo> kMasks[] = {FieldNamed(kPortInfoFields, "CapMsk"),
-                                                       FieldNamed(kPortInfoFields, "CapMsk2")};
-  const auto info = DecodeAll<SMP_PortInfo, kMasks>(port_info);
-  return HasCapability2(info, kPortInfoExtendedSupported);
+  return HasCapability2(ReadBits(port_info.data(), kCapMsk), ReadBits(port_info.data(), kCapMsk2),
+                        kPortInfoExtendedSupported);
 }
 
 bool HasSecondExtendedSpeeds(const SMP_PortInfo& info) {
-  return HasCapability2(info, kExtendedSpeeds2Supported);
+  return HasCapability2(info.CapMsk, info.CapMsk2, kExtendedSpeeds2Supported);
 }
 
 bool IsLinked(const SMP_PortInfo& info) { return info.PortPhysicalState == kLinkUp; }

@@ -1,26 +1,44 @@
 #ifndef FABSCAN_DISCOVERY_PAYLOAD_DECODER_H
 #define FABSCAN_DISCOVERY_PAYLOAD_DECODER_H
 
-#include <infiniband/fabscan/fabscan_types.h>
 #include <infiniband/tessel/Fabric.h>
 
 #include <string_view>
+#include <tuple>
+#include <utility>
 
 #include "discovery/payload.h"
+#include "records/architecture_records.h"
+#include "records/wire.h"
 
 namespace fabscan {
 
-/// The records of the attributes, from the payloads that devices answered. This is the one place
-/// that knows where a field lies on the wire; it needs no InfiniBand library, so that discovery
-/// caches can be read anywhere. The tests hold it against the field functions of libibmad.
-///
-/// The management key of PortInfo is left behind here: no record has a field for it.
-SMP_NodeInfo DecodeNodeInfo(const Payload& payload);
-SMP_SwitchInfo DecodeSwitchInfo(const Payload& payload);
-/// `LinkSpeedExtActive2`, `LinkSpeedExtSup2` and `LinkSpeedExtEnabled2` stay 0: where they lie is
-/// not public. A port that uses them says so, see `HasSecondExtendedSpeeds`.
-SMP_PortInfo DecodePortInfo(const Payload& payload);
-SMP_PortInfoExtended DecodePortInfoExtended(const Payload& payload);
+/// Reads the field into the record where the architecture says where it is.
+template <class Record, std::size_t kRow>
+void DecodeField(const Payload& payload, Record& record) {
+  constexpr const FieldRow& kField = TableOf<Record>::value.rows[kRow];
+  if constexpr (kField.published()) {
+    static_assert(!kField.is_array && EndOf(kField) <= 8 * std::tuple_size_v<Payload>);
+    StoreNumber(kField.element(&record, 0), kField.size, ReadBits(payload.data(), kField.place));
+  }
+}
+
+/// Spelt out field by field, so that the compiler knows each one's place.
+template <class Record, std::size_t... kRows>
+void DecodeFields(const Payload& payload, Record& record, std::index_sequence<kRows...>) {
+  (DecodeField<Record, kRows>(payload, record), ...);
+}
+
+/// The record of the attribute that a device answered with this payload: the rows in `records/` say
+/// where its fields are. Fields whose place is not public stay 0, such as `LinkSpeedExtSup2` of
+/// PortInfo; a port that uses it says so, see `HasSecondExtendedSpeeds`. No record has a field for
+/// the management key of PortInfo.
+template <class Record>
+Record Decode(const Payload& payload) {
+  Record record = {};
+  DecodeFields(payload, record, std::make_index_sequence<TableOf<Record>::value.row_count>());
+  return record;
+}
 
 /// The text of a NodeDescription, of which `payload` is the bytes: up to the first zero byte,
 /// without blanks at its end. The bytes are the device's, unchecked; they stay where they are.

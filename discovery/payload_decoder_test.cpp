@@ -3,15 +3,13 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <array>
 #include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "discovery/attribute_fields.h"
 #include "discovery/testing/cache_builder.h"
-#include "snapshot/record_fields.h"
+#include "records/number.h"
 
 namespace fabscan {
 namespace {
@@ -26,7 +24,7 @@ Payload PayloadOf(std::initializer_list<u_int8_t> bytes) {
 }
 
 TEST(PayloadDecoder, ReadsNodeInfo) {
-  const SMP_NodeInfo info = DecodeNodeInfo(PayloadOf({
+  const SMP_NodeInfo info = Decode<SMP_NodeInfo>(PayloadOf({
       0x01, 0x02, 0x03, 0x24,                          // versions, type, ports
       0x11, 0x12, 0x13, 0x14, 0x15, 0x16, 0x17, 0x18,  // system image
       0x21, 0x22, 0x23, 0x24, 0x25, 0x26, 0x27, 0x28,  // node
@@ -53,7 +51,7 @@ TEST(PayloadDecoder, ReadsTheTenNumbersOfPortInfoExtendedInTheirOrder) {
   Payload payload = {};
   WriteBits(payload, 0, 32, 0x80000001);
   for (unsigned i = 0; i < 10; ++i) WriteBits(payload, 32 + 16 * i, 16, 0x101 * (i + 1));
-  const SMP_PortInfoExtended info = DecodePortInfoExtended(payload);
+  const SMP_PortInfoExtended info = Decode<SMP_PortInfoExtended>(payload);
   EXPECT_EQ(info.CapMsk, 0x80000001U);
   EXPECT_EQ(info.FECModeActive, 0x101);
   EXPECT_EQ(info.FDRFECModeSupported, 0x202);
@@ -67,31 +65,12 @@ TEST(PayloadDecoder, ReadsTheTenNumbersOfPortInfoExtendedInTheirOrder) {
   EXPECT_EQ(info.PartitionTop, 0xa0a);
 }
 
-template <class Record, std::size_t kCount>
-void ExpectNoOverlap(const WireField<Record> (&fields)[kCount]) {
-  std::array<bool, 512> taken = {};
-  for (const WireField<Record>& field : fields) {
-    for (unsigned bit = field.first_bit; bit < field.first_bit + field.bits; ++bit) {
-      ASSERT_LT(bit, taken.size()) << field.name;
-      EXPECT_FALSE(taken[bit]) << field.name;
-      taken[bit] = true;
-    }
-  }
-}
-
-TEST(PayloadDecoder, FieldsDoNotOverlap) {
-  ExpectNoOverlap(kNodeInfoFields);
-  ExpectNoOverlap(kSwitchInfoFields);
-  ExpectNoOverlap(kPortInfoFields);
-  ExpectNoOverlap(kPortInfoExtendedFields);
-}
-
 /// The names of the record's numbers that are 0.
 template <class Record>
 std::vector<std::string> Zeroes(const Record& record) {
   std::vector<std::string> names;
-  ForEachNumber(record, [&](const std::string& path, const FieldRow&, u_int64_t value) {
-    if (value == 0) names.push_back(path);
+  ForEachNumber(TableOf<Record>::value, [&](const Number& number) {
+    if (number.Load(&record) == 0) names.push_back(number.path());
   });
   return names;
 }
@@ -99,17 +78,17 @@ std::vector<std::string> Zeroes(const Record& record) {
 TEST(PayloadDecoder, FillsEveryFieldThatHasAPlace) {
   Payload ones;
   ones.fill(0xff);
-  EXPECT_THAT(Zeroes(DecodeNodeInfo(ones)), IsEmpty());
-  EXPECT_THAT(Zeroes(DecodeSwitchInfo(ones)), IsEmpty());
-  EXPECT_THAT(Zeroes(DecodePortInfo(ones)),
+  EXPECT_THAT(Zeroes(Decode<SMP_NodeInfo>(ones)), IsEmpty());
+  EXPECT_THAT(Zeroes(Decode<SMP_SwitchInfo>(ones)), IsEmpty());
+  EXPECT_THAT(Zeroes(Decode<SMP_PortInfo>(ones)),
               ElementsAre("LinkSpeedExtActive2", "LinkSpeedExtSup2", "LinkSpeedExtEnabled2"));
-  EXPECT_THAT(Zeroes(DecodePortInfoExtended(ones)), IsEmpty());
+  EXPECT_THAT(Zeroes(Decode<SMP_PortInfoExtended>(ones)), IsEmpty());
 }
 
 TEST(PayloadDecoder, LeavesTheManagementKeyBehind) {
   Payload payload = {};
   WriteBits(payload, 0, 64, ~u_int64_t{0});
-  EXPECT_EQ(Zeroes(DecodePortInfo(payload)).size(), TableOf<SMP_PortInfo>::value.numbers);
+  EXPECT_EQ(Zeroes(Decode<SMP_PortInfo>(payload)).size(), TableOf<SMP_PortInfo>::value.numbers);
 }
 
 TEST(PayloadDecoder, EndsADescriptionAtItsZeroByteAndWithoutBlanks) {
@@ -126,10 +105,10 @@ TEST(PayloadDecoder, BelievesTheSecondCapabilityMaskOnlyWhereTheFirstAnnouncesIt
   Payload payload = {};
   WriteBits(payload, 480, 16, 1U << 1U | 1U << 11U);
   EXPECT_FALSE(HasPortInfoExtended(payload));
-  EXPECT_FALSE(HasSecondExtendedSpeeds(DecodePortInfo(payload)));
+  EXPECT_FALSE(HasSecondExtendedSpeeds(Decode<SMP_PortInfo>(payload)));
   WriteBits(payload, 160, 32, 1U << 15U);
   EXPECT_TRUE(HasPortInfoExtended(payload));
-  EXPECT_TRUE(HasSecondExtendedSpeeds(DecodePortInfo(payload)));
+  EXPECT_TRUE(HasSecondExtendedSpeeds(Decode<SMP_PortInfo>(payload)));
 }
 
 TEST(PayloadDecoder, HasNoWordForNumbersThatAreReserved) {

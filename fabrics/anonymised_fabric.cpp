@@ -1,44 +1,72 @@
 #include "fabrics/anonymised_fabric.h"
 
 #include <cstring>
+#include <map>
+#include <utility>
+#include <vector>
 
 #include "model/harmless_name.h"
-#include "snapshot/record_fields.h"
+#include "records/number.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 
 namespace {
 
-// What identifies a device, in the records that hold such.
-
-void Anonymise(SMP_NodeInfo& info, const KeyedMapping& mapping) {
-  info.SystemImageGUID = mapping.Guid(info.SystemImageGUID);
-  info.NodeGUID = mapping.Guid(info.NodeGUID);
-  info.PortGUID = mapping.Guid(info.PortGUID);
-}
-
-void Anonymise(SMP_PortInfo& info, const KeyedMapping& mapping) {
-  info.GIDPrefix = mapping.GidHalf(info.GIDPrefix);
-}
-
-void Anonymise(VendorSpec_GeneralInfo& info, const KeyedMapping& mapping) {
-  HWInfo_Block_Element& hardware = info.HWInfo;
-  const u_int64_t address =
-      mapping.MacAddress(u_int64_t{hardware.manufacturing_base_mac_32_47} << 32U |
-                         hardware.manufacturing_base_mac_0_31);
-  hardware.manufacturing_base_mac_32_47 = static_cast<u_int16_t>(address >> 32U);
-  hardware.manufacturing_base_mac_0_31 = static_cast<u_int32_t>(address);
-}
-
-void Anonymise(IB_ClassPortInfo& info, const KeyedMapping& mapping) {
-  for (u_int64_t& half : info.RedirectGID) half = mapping.GidHalf(half);
-  for (std::size_t i = 0; i < std::size(info.TrapGID); i += 2) {
-    const u_int64_t half = mapping.GidHalf(u_int64_t{info.TrapGID[i]} << 32U | info.TrapGID[i + 1]);
-    info.TrapGID[i] = static_cast<u_int32_t>(half >> 32U);
-    info.TrapGID[i + 1] = static_cast<u_int32_t>(half);
+u_int64_t Mapped(Identity identity, u_int64_t value, const KeyedMapping& mapping) {
+  switch (identity) {
+    case Identity::kNone:
+      break;
+    case Identity::kGuid:
+      return mapping.Guid(value);
+    case Identity::kGidHalf:
+      return mapping.GidHalf(value);
+    case Identity::kMacAddress:
+      return mapping.MacAddress(value);
+    case Identity::kQueueKey:
+      return mapping.QueueKey(static_cast<u_int32_t>(value));
   }
-  info.RedirectQKey = mapping.QueueKey(info.RedirectQKey);
-  info.TrapQKey = mapping.QueueKey(info.TrapQKey);
+  return value;
+}
+
+/// A value that one or more numbers of a record hold, the most significant first.
+class JoinedNumbers {
+ public:
+  void Add(const Number& number, const void* record) {
+    parts_.push_back({number.offset, &number.row});
+    value_ = bits_ == 0 ? number.Load(record) : value_ << number.row.bits() | number.Load(record);
+    bits_ += number.row.bits();
+  }
+  unsigned bits() const { return bits_; }
+  u_int64_t value() const { return value_; }
+
+  /// Gives the numbers their parts of `value`, and begins another one.
+  void Replace(void* record, u_int64_t value) {
+    for (; !parts_.empty(); parts_.pop_back()) {
+      const auto& [offset, row] = parts_.back();
+      StoreNumber(static_cast<char*>(record) + offset, row->size, value & row->largest());
+      value = row->bits() == 64 ? 0 : value >> row->bits();
+    }
+    bits_ = 0;
+  }
+
+ private:
+  std::vector<std::pair<std::size_t, const FieldRow*>> parts_;
+  u_int64_t value_ = 0;
+  unsigned bits_ = 0;
+};
+
+/// Replaces what identifies a device, in the fields whose rows say so.
+void Anonymise(const RecordTable& table, void* record, const KeyedMapping& mapping) {
+  std::map<Identity, JoinedNumbers> joined;
+  ForEachNumber(table, [&](const Number& number) {
+    const Identity identity = number.row.identity;
+    if (identity == Identity::kNone) return;
+    JoinedNumbers& numbers = joined[identity];
+    numbers.Add(number, record);
+    if (numbers.bits() < BitsOf(identity)) return;
+    numbers.Replace(record, Mapped(identity, numbers.value(), mapping));
+  });
 }
 
 class Copy {
@@ -58,9 +86,6 @@ class Copy {
       if (mask != nullptr) to_.capability_module.put(copy, gmp, *mask);
     }
     CopyRecords(kNodeRecords, node, copy);
-    AnonymiseRecord<SMP_NodeInfo>(copy);
-    AnonymiseRecord<VendorSpec_GeneralInfo>(copy);
-    AnonymiseRecord<IB_ClassPortInfo>(copy);
     for (const IBPort* port : node.Ports) {
       if (port != nullptr) AddPort(*port, copy);
     }
@@ -75,11 +100,13 @@ class Copy {
     copy.setFNM1Port(port.isFNM1Port());
     copy.setSpecialPort(port.isSpecialPort());
     CopyRecords(kPortRecords, port, copy);
-    AnonymiseRecord<SMP_PortInfo>(copy);
     const TesselExtendedInfo& store = from_.fabric_extended_info;
     for (u_int32_t index = 0; index < TesselExtendedInfo::kCounterSets; ++index) {
       const auto* counters = store.getWrenReductionCounters(port.createIndex, index);
-      if (counters != nullptr) to_.fabric_extended_info.putCounters(copy, index) = *counters;
+      if (counters == nullptr) continue;
+      WrenReductionCounters& copied = to_.fabric_extended_info.putCounters(copy, index);
+      copied = *counters;
+      Anonymise(kCountersTable, &copied, mapping_);
     }
     for (u_int8_t selector = 0; selector < TesselExtendedInfo::kMonitorSelectors; ++selector) {
       if (store.getWrenReductionConfigureMLIDMonitors(port.createIndex, selector) != nullptr) {
@@ -93,17 +120,14 @@ class Copy {
     TesselExtendedInfo& store = to_.fabric_extended_info;
     for (const auto& kind : kinds) {
       const void* record = kind.find(from_.fabric_extended_info, owner);
-      if (record != nullptr) std::memcpy(kind.put(store, copy), record, kind.table->size);
+      if (record == nullptr) continue;
+      void* copied = kind.put(store, copy);
+      std::memcpy(copied, record, kind.table->size);
+      Anonymise(*kind.table, copied, mapping_);
     }
     for (const auto& [record, reason] : from_.fabric_extended_info.absentReasons(owner)) {
       store.setAbsent(copy, record, keep_reasons_ ? reason : kWithheldReason);
     }
-  }
-
-  template <class Record, class Owner>
-  void AnonymiseRecord(const Owner& copy) {
-    TesselExtendedInfo& store = to_.fabric_extended_info;
-    if (store.find<Record>(copy) != nullptr) Anonymise(store.put<Record>(copy), mapping_);
   }
 
   const Fabscan& from_;

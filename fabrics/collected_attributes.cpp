@@ -9,11 +9,16 @@ struct RecordOfType {
   IBNodeType type;
 };
 
+template <class Record>
+constexpr RecordOfType Only(IBNodeType type) {
+  return {TableOf<Record>::value.name, type};
+}
+
 /// Records that only nodes of one type have.
 constexpr RecordOfType kRecordsOfOneType[] = {
-    {"SMP_SwitchInfo", IB_SW_NODE},         {"SMP_RouterInfo", IB_RTR_NODE},
-    {"SMP_ExtendedSwitchInfo", IB_SW_NODE}, {"ib_private_lft_info", IB_SW_NODE},
-    {"adaptive_routing_info", IB_SW_NODE},  {"CC_CongestionSwitchGeneralSettings", IB_SW_NODE},
+    Only<SMP_SwitchInfo>(IB_SW_NODE),         Only<SMP_RouterInfo>(IB_RTR_NODE),
+    Only<SMP_ExtendedSwitchInfo>(IB_SW_NODE), Only<ib_private_lft_info>(IB_SW_NODE),
+    Only<adaptive_routing_info>(IB_SW_NODE),  Only<CC_CongestionSwitchGeneralSettings>(IB_SW_NODE),
 };
 
 bool Applies(std::string_view record, IBNodeType type) {

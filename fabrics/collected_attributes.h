@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "snapshot/record_fields.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 

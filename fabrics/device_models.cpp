@@ -6,7 +6,7 @@
 #include <tuple>
 
 #include "model/harmless_name.h"
-#include "snapshot/record_fields.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 

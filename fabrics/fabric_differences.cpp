@@ -6,8 +6,8 @@
 
 #include "fabrics/natural_order.h"
 #include "model/guid_text.h"
-#include "snapshot/record_fields.h"
-#include "snapshot/words.h"
+#include "model/words.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 

@@ -5,7 +5,7 @@
 
 #include <stdexcept>
 
-#include "snapshot/record_fields.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <stdexcept>
 
-#include "snapshot/record_fields.h"
-#include "snapshot/suggestion.h"
+#include "model/suggestion.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 

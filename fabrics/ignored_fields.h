@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "snapshot/record_table.h"
+#include "records/record_table.h"
 
 namespace fabscan {
 

@@ -3,7 +3,7 @@
 
 #include <infiniband/tessel/Fabric.h>
 
-#include "snapshot/record_table.h"
+#include "records/record_table.h"
 
 namespace CLI {
 class App;

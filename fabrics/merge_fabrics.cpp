@@ -7,8 +7,8 @@
 
 #include "model/guid_text.h"
 #include "model/harmless_name.h"
-#include "snapshot/record_fields.h"
-#include "snapshot/words.h"
+#include "model/words.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 

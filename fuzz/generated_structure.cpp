@@ -2,34 +2,17 @@
 
 #include <cstdio>
 
+#include "simulator/core/attributes.h"
+
 namespace fabscan {
 
 namespace {
 
+// As the simulator has them, which shares nothing with the generator.
+#define NAME_OF(record, member, function) #function,
 constexpr std::string_view kFunctions[] = {
-    "setNodeInfo",
-    "setPortInfo",
-    "setGMPCapability",
-    "setSMPCapability",
-    "setFWInfo",
-    "setHWInfo",
-    "setSWInfo",
-    "setPortInfoExtended",
-    "setExtendedNodeInfo",
-    "setExtendedPortInfo",
-    "setArInfo",
-    "setRouterInfo",
-    "setExtendedSwitchInfo",
-    "setSwitchInfo",
-    "setPrivateLftInfo",
-    "setEnhancedCongestionInfo",
-    "setCongestionSwitchGeneralSettings",
-    "setVSReductionManagerClassPortInfo",
-    "setWrenReductionPortInfo",
-    "setWrenReductionInfo",
-    "setWrenReductionCounters",
-    "setWrenPushReductionCounters",
-};
+    SIMULATOR_ATTRIBUTES(NAME_OF, NAME_OF, NAME_OF, NAME_OF, NAME_OF)};
+#undef NAME_OF
 
 bool StartsWith(std::string_view text, std::string_view start) {
   return text.substr(0, start.size()) == start;

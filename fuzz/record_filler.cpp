@@ -1,6 +1,6 @@
 #include "fuzz/record_filler.h"
 
-#include "snapshot/record_fields.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 

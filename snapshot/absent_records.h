@@ -7,8 +7,8 @@
 #include <type_traits>
 #include <vector>
 
+#include "records/record_kinds.h"
 #include "snapshot/json_writer.h"
-#include "snapshot/record_fields.h"
 
 namespace fabscan {
 

@@ -1,8 +1,8 @@
 #ifndef FABSCAN_SNAPSHOT_ATTRIBUTE_DECODER_H
 #define FABSCAN_SNAPSHOT_ATTRIBUTE_DECODER_H
 
+#include "records/record_kinds.h"
 #include "snapshot/json_value.h"
-#include "snapshot/record_fields.h"
 
 namespace fabscan {
 

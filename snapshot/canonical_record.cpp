@@ -1,10 +1,8 @@
-#include "snapshot/canonical_record.h"
-
 #include <cstring>
 #include <utility>
 
 #include "snapshot/hex_number.h"
-#include "snapshot/record_fields.h"
+#include "snapshot/record_text.h"
 
 // The counterpart of the record writer: a function made of each table, which knows what must come
 // next. No text that it looks for has a line end, so it never gets past the end of its line.
@@ -79,7 +77,7 @@ const char* TakeValue(const char* at, void* record) {
 /// where it is missing although it must not, or its value is something else.
 template <const RecordTable* kTable, std::size_t kRow>
 bool TakeField(const char*& at, char& before, void* record) {
-  constexpr const KeyText& kKey = kTable->keys[kRow];
+  static constexpr KeyText kKey = MakeKey(kTable->rows[kRow].name);
   const bool next = *at == before && std::memcmp(at + 1, kKey.text + 1, kKey.size - 1) == 0;
   if (!next) return !kTable->rows[kRow].dumped;
   before = ',';
@@ -100,19 +98,20 @@ const char* TakeRecord(const char* at, void* record) {
   return TakeFields<kTable>(at, record, std::make_index_sequence<kTable->row_count>());
 }
 
-}  // namespace
+using TakeText = const char* (*)(const char* at, void* record);
 
-template <class Record>
-bool TakeRecordText(const char* text, void* record) {
-  return TakeRecord<&TableOf<Record>::value>(text, record) != nullptr;
+template <class... Records>
+constexpr std::array<TakeText, sizeof...(Records)> TakeTexts(RecordList<Records...>) {
+  return {&TakeRecord<&TableOf<Records>::value>...};
 }
 
-#define TAKES_TEXT(record) template bool TakeRecordText<record>(const char*, void*);
-FABSCAN_EACH_RECORD(TAKES_TEXT)
-#undef TAKES_TEXT
+constexpr auto kTakeText = TakeTexts(EveryRecord{});
+
+}  // namespace
 
 bool TakeCanonicalRecord(const RecordTable& table, const char* text, void* record) {
-  return table.take_text(text, record);
+  // A record within another is taken with it, or decoded with it.
+  return table.index < kTakeText.size() && kTakeText[table.index](text, record) != nullptr;
 }
 
 }  // namespace fabscan

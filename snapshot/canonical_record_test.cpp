@@ -1,5 +1,3 @@
-#include "snapshot/canonical_record.h"
-
 #include <gtest/gtest.h>
 
 #include <random>
@@ -7,7 +5,7 @@
 #include <vector>
 
 #include "snapshot/line_reader.h"
-#include "snapshot/record_fields.h"
+#include "snapshot/record_text.h"
 
 namespace fabscan {
 namespace {
@@ -33,8 +31,8 @@ void Fill(const RecordTable& table, void* record, std::mt19937_64& numbers) {
 }
 
 std::string TextOf(const RecordTable& table, const void* record) {
-  std::string text(table.text_bytes, '\0');
-  text.resize(static_cast<std::size_t>(table.put_text(text.data(), record) - text.data()));
+  std::string text(TextBytes(table), '\0');
+  text.resize(static_cast<std::size_t>(PutRecordText(table, text.data(), record) - text.data()));
   return text;
 }
 

@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include "model/suggestion.h"
+#include "model/words.h"
 #include "snapshot/hex_number.h"
 #include "snapshot/key_path.h"
-#include "snapshot/suggestion.h"
-#include "snapshot/words.h"
 
 namespace fabscan {
 

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "records/record_kinds.h"
 #include "snapshot/json_text.h"
 #include "snapshot/json_value.h"
-#include "snapshot/record_fields.h"
 
 namespace fabscan {
 

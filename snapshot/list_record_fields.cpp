@@ -2,8 +2,8 @@
 
 #include <iostream>
 
+#include "records/record_kinds.h"
 #include "snapshot/json_writer.h"
-#include "snapshot/record_fields.h"
 
 namespace fabscan {
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "bench/fabric_maker.h"
-#include "snapshot/record_fields.h"
+#include "records/record_kinds.h"
 #include "snapshot/snapshot.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "snapshot/record_decoder.h"
 
-#include "snapshot/canonical_record.h"
 #include "snapshot/known_keys.h"
+#include "snapshot/record_text.h"
 
 namespace fabscan {
 

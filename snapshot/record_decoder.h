@@ -1,8 +1,8 @@
 #ifndef FABSCAN_SNAPSHOT_RECORD_DECODER_H
 #define FABSCAN_SNAPSHOT_RECORD_DECODER_H
 
+#include "records/record_table.h"
 #include "snapshot/json_value.h"
-#include "snapshot/record_table.h"
 
 namespace fabscan {
 

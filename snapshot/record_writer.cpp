@@ -1,8 +1,7 @@
 #include <cstring>
 #include <utility>
 
-#include "snapshot/number_text.h"
-#include "snapshot/record_fields.h"
+#include "snapshot/record_text.h"
 
 // Nearly all of a snapshot is records, so their text is put together by hand: there is room for a
 // whole record in the buffer, and the compiler makes a function of each table, in which each
@@ -43,7 +42,7 @@ char* PutRecord(char* at, const void* record);
 
 template <const RecordTable* kTable, std::size_t kRow>
 char* PutKey(char* at) {
-  constexpr const KeyText& kKey = kTable->keys[kRow];
+  static constexpr KeyText kKey = MakeKey(kTable->rows[kRow].name);
   std::memcpy(at, kKey.text, kKey.size);
   return at + kKey.size;
 }
@@ -98,15 +97,19 @@ char* PutRecord(char* at, const void* record) {
   return at;
 }
 
-}  // namespace
+using PutText = char* (*)(char* at, const void* record);
 
-template <class Record>
-char* PutRecordText(char* at, const void* record) {
-  return PutRecord<&TableOf<Record>::value>(at, record);
+template <class... Records>
+constexpr std::array<PutText, sizeof...(Records)> PutTexts(RecordList<Records...>) {
+  return {&PutRecord<&TableOf<Records>::value>...};
 }
 
-#define PUTS_TEXT(record) template char* PutRecordText<record>(char*, const void*);
-FABSCAN_EACH_RECORD(PUTS_TEXT)
-#undef PUTS_TEXT
+constexpr auto kPutText = PutTexts(EveryRecord{});
+
+}  // namespace
+
+char* PutRecordText(const RecordTable& table, char* at, const void* record) {
+  return kPutText[table.index](at, record);
+}
 
 }  // namespace fabscan

@@ -6,7 +6,8 @@
 #include <set>
 #include <vector>
 
-#include "snapshot/record_fields.h"
+#include "records/number.h"
+#include "records/record_kinds.h"
 #include "snapshot/testing/snapshot_text.h"
 
 namespace fabscan {
@@ -50,30 +51,16 @@ TEST(RoundTrip, TakesKeysInAnyOrderBlanksAndNumbersOfEitherForm) {
 
 /// Sets number `index` of the record, in the order of `ForEachNumber`, to its largest value.
 void FillNumber(const RecordTable& table, void* record, std::size_t index) {
-  for (const FieldRow& row : table) {
-    const std::size_t each = row.nested == nullptr ? 1 : row.nested->numbers;
-    if (index >= each * row.count) {
-      index -= each * row.count;
-      continue;
-    }
-    void* element = row.element(record, index / each);
-    if (row.nested == nullptr) {
-      StoreNumber(element, row.size, row.largest());
-    } else {
-      FillNumber(*row.nested, element, index % each);
-    }
-    return;
-  }
-  FAIL() << "no number " << index;
+  ForEachNumber(table, [&](const Number& number) {
+    if (index-- == 0) number.Store(record, number.row.largest());
+  });
 }
 
 using Numbers = std::vector<u_int64_t>;
 
 Numbers NumbersOf(const RecordTable& table, const void* record) {
   Numbers numbers;
-  ForEachNumber(table, record, [&](const std::string&, const FieldRow&, u_int64_t value) {
-    numbers.push_back(value);
-  });
+  ForEachNumber(table, [&](const Number& number) { numbers.push_back(number.Load(record)); });
   return numbers;
 }
 

@@ -12,6 +12,9 @@
 
 namespace fabscan {
 
+/// The version of the format that is written, and the newest that is read.
+inline constexpr int kSnapshotVersion = 1;
+
 /// What a snapshot says of itself in its first line: free text, kept as it stands.
 struct SnapshotHeader {
   std::string source;   // where the fabric came from

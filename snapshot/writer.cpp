@@ -1,9 +1,9 @@
 #include "model/harmless_name.h"
 #include "model/utf8.h"
+#include "model/words.h"
 #include "snapshot/absent_records.h"
-#include "snapshot/record_fields.h"
+#include "snapshot/record_text.h"
 #include "snapshot/snapshot_writer.h"
-#include "snapshot/words.h"
 
 namespace fabscan {
 
@@ -11,16 +11,16 @@ namespace {
 
 /// What the records of these kinds take in a snapshot, at most, without their names.
 template <class Kinds>
-constexpr std::size_t TextBytes(const Kinds& kinds) {
+constexpr std::size_t TextBytesOf(const Kinds& kinds) {
   std::size_t bytes = 0;
-  for (const auto& kind : kinds) bytes += kind.table->text_bytes;
+  for (const auto& kind : kinds) bytes += TextBytes(*kind.table);
   return bytes;
 }
 
 // So all records of a node, or of a port, go into one piece, with what stands around them.
-static_assert(TextBytes(kNodeRecords) < JsonWriter::kMostAtOnce / 2);
-static_assert(TextBytes(kPortRecords) +
-                  TesselExtendedInfo::kCounterSets * kCountersTable.text_bytes <
+static_assert(TextBytesOf(kNodeRecords) < JsonWriter::kMostAtOnce / 2);
+static_assert(TextBytesOf(kPortRecords) +
+                  TesselExtendedInfo::kCounterSets * TextBytes(kCountersTable) <
               JsonWriter::kMostAtOnce / 2);
 
 /// Nodes of one model, in canonical form: keys in one order, defaults left out.
@@ -133,7 +133,7 @@ class NodeWriter {
     PutRecord(to, table, record);
   }
   static void PutRecord(JsonPiece& to, const RecordTable& table, const void* record) {
-    to.Value(table.put_text(to.Begin(), record));
+    to.Value(PutRecordText(table, to.Begin(), record));
   }
 
   static void PutMask(JsonPiece& to, std::string_view key, const capability_mask_t* mask) {

@@ -16,7 +16,7 @@ from document_blocks import DOCUMENTS, ROOT, SOURCE, TRANSCRIPT, blocks
 
 REFERENCE = ROOT / "docs" / "commands.md"
 CHANGES = ROOT / "CHANGELOG.md"
-INCLUDES = ["include", "fabscan", "simulator/include", "simulator/devices/example"]
+INCLUDES = [".", "include", "fabscan", "simulator/include", "simulator/devices/example"]
 
 
 def transcript(block, command):

@@ -340,7 +340,7 @@ class Buildable(CommandTest):
             self.run_command("scaffold", "--prefix", "P", "--output-dir", "out", "--force")
             include = EXAMPLES.parent
             subprocess.run(
-                ["c++", "-std=c++17", "-fsyntax-only", "-I", include / "include", "-I",
+                ["c++", "-std=c++17", "-fsyntax-only", "-I", include, "-I", include / "include", "-I",
                  include / "simulator/include", "-I", include / "simulator/devices/example",
                  "p_generated.cpp"], cwd=self.folder / "out", check=True, timeout=120)
 

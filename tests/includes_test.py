@@ -10,12 +10,13 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 MAY_INCLUDE = {
     "include": set(),
     "fabscan": {"include"},
+    "records": {"include"},
     "model": {"include"},
-    "snapshot": {"include", "model"},
-    "fabrics": {"include", "model", "snapshot"},
-    "discovery": {"include", "model"},
-    "simulator": {"include", "fabscan", "model"},
-    "cli": {"include", "fabscan", "model", "snapshot", "fabrics", "discovery",
+    "fabrics": {"include", "records", "model"},
+    "snapshot": {"include", "records", "model"},
+    "discovery": {"include", "records", "model"},
+    "simulator": {"include", "records", "fabscan", "model"},
+    "cli": {"include", "records", "fabscan", "model", "snapshot", "fabrics", "discovery",
             "simulator"},
 }
 # Compiled elsewhere too, with directories of their own: these name the headers next to them alone.

@@ -4,7 +4,7 @@
 
 #include "fabscan/port_walk.h"
 #include "model/harmless_name.h"
-#include "snapshot/record_fields.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 

@@ -14,7 +14,7 @@
 
 #include "cli/check/cause.h"
 #include "cli/dump/function_body.h"
-#include "snapshot/record_fields.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 namespace {

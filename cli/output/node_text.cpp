@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "model/harmless_name.h"
-#include "snapshot/words.h"
+#include "model/words.h"
 
 namespace fabscan {
 

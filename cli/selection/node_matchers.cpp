@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "cli/command.h"
-#include "snapshot/words.h"
+#include "model/words.h"
 
 namespace fabscan {
 

@@ -4,7 +4,7 @@
 #include "cli/show/attribute_counts.h"
 #include "cli/show/show_report.h"
 #include "fabrics/device_models.h"
-#include "snapshot/words.h"
+#include "model/words.h"
 
 namespace fabscan {
 

@@ -15,7 +15,7 @@
 #include "cli/show/attribute_counts.h"
 #include "fabrics/device_models.h"
 #include "model/harmless_name.h"
-#include "snapshot/words.h"
+#include "model/words.h"
 
 namespace fabscan {
 

@@ -20,7 +20,7 @@ class NodeQueries {
       : query_(query), options_(options), path_(path), node_(node) {}
 
   void AskAll() {
-    const auto type = NodeTypeOf(DecodeNodeInfo(node_.node_info).NodeType);
+    const auto type = NodeTypeOf(Decode<SMP_NodeInfo>(node_.node_info).NodeType);
     if (!node_.description.read()) node_.description = AskDescription();
     if (type == IB_SW_NODE && !node_.switch_info.read()) {
       node_.switch_info = Ask(SubnetAttribute::kSwitchInfo, 0);
@@ -49,7 +49,7 @@ class NodeQueries {
   static bool LacksPeer(IBNodeType type, const PortFindings& port) {
     const bool external = port.number != 0 || type != IB_SW_NODE;
     return external && port.scanned && !port.has_peer && port.info.read() &&
-           IsLinked(DecodePortInfo(port.info.payload));
+           IsLinked(Decode<SMP_PortInfo>(port.info.payload));
   }
 
   Answer Ask(SubnetAttribute attribute, unsigned modifier) {

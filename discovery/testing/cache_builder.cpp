@@ -2,6 +2,8 @@
 
 #include <deque>
 
+#include "records/wire.h"
+
 namespace fabscan {
 
 namespace {
@@ -25,15 +27,7 @@ void SetState(Payload& port_info, unsigned state, unsigned physical_state) {
 }  // namespace
 
 void WriteBits(Payload& payload, unsigned first_bit, unsigned bits, u_int64_t value) {
-  for (unsigned i = 0; i < bits; ++i) {
-    const unsigned bit = first_bit + bits - 1 - i;
-    const auto mask = static_cast<u_int8_t>(0x80U >> (bit % 8));
-    if ((value >> i & 1U) != 0) {
-      payload[bit / 8] |= mask;
-    } else {
-      payload[bit / 8] &= static_cast<u_int8_t>(~mask);
-    }
-  }
+  WriteBits(payload.data(), {first_bit, bits}, value);
 }
 
 CacheBuilder::Node& CacheBuilder::Add(u_int64_t guid, IBNodeType type, u_int8_t port_count,

@@ -12,7 +12,7 @@
 
 namespace fabscan {
 
-/// Sets bits of a payload, as `ReadBits` counts them.
+/// Sets bits of a payload, counted from the most significant bit of its first byte.
 void WriteBits(Payload& payload, unsigned first_bit, unsigned bits, u_int64_t value);
 
 /// Makes discovery caches for tests, byte by byte as their layout has it.

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "attributes.h"
+
 namespace fabscan {
 namespace simulator {
 
@@ -20,38 +22,20 @@ class Node {
 
   /// `last_port`: number of the last port, at most `kLastPort`.
   explicit Node(phys_port_t last_port)
-      : numPorts(static_cast<phys_port_t>(last_port + 1)),
-        nodePortsInfo(numPorts),
-        nodePortsInfoExt(numPorts),
-        nodeExtPortsInfo(numPorts),
-        wrenReductionPortInfo(numPorts),
-        portPkeyTable(numPorts) {}
+      : numPorts(static_cast<phys_port_t>(last_port + 1)), portPkeyTable(numPorts) {}
 
   /// Ports with port 0 counted, on nodes without a port 0 as well: ports are indices below it, and
   /// generated loops end before it.
   phys_port_t numPorts;
 
-  Packed<SMP_NodeInfo> nodeInfo;
-  Packed<SMP_SwitchInfo> switchInfo;
-  Packed<SMP_RouterInfo> routerInfo;
-  Packed<ib_extended_node_info> extNodeInfo;
-  Packed<ib_private_lft_info> plftInfo;
-  Packed<adaptive_routing_info> AdaptiveRoutingInfo;
-  Packed<FWInfo_Block_Element> fwInfo;
-  Packed<HWInfo_Block_Element> hwInfo;
-  Packed<SWInfo_Block_Element> swInfo;
-  Packed<GeneralInfoCapabilityMask> capMaskSMP;
-  Packed<GeneralInfoCapabilityMask> capMaskGMP;
-  Packed<CC_EnhancedCongestionInfo> enhancedCongestionInfo;
-  Packed<CC_CongestionSwitchGeneralSettings> congSWGeneralInfo;
-  Packed<IB_ClassPortInfo> wren_rma_class_port_info;
-  Packed<WrenReductionInfo> wren_red_info;
+  // Of a port by its number.
+#define NODE_MEMBER(record, member, function) Packed<record> member;
+#define PORT_MEMBER(record, member, function) \
+  std::vector<Packed<record>> member = std::vector<Packed<record>>(numPorts);
+  SIMULATOR_ATTRIBUTES(NODE_MEMBER, NODE_MEMBER, SIMULATOR_NOTHING, PORT_MEMBER, SIMULATOR_NOTHING)
+#undef PORT_MEMBER
+#undef NODE_MEMBER
 
-  // By port number.
-  std::vector<Packed<SMP_PortInfo>> nodePortsInfo;
-  std::vector<Packed<SMP_PortInfoExtended>> nodePortsInfoExt;
-  std::vector<Packed<SMP_TarnExtPortInfo>> nodeExtPortsInfo;
-  std::vector<Packed<WrenReductionPortInfo>> wrenReductionPortInfo;
   std::vector<std::vector<u_int16_t>> portPkeyTable;
 
   Packed<SMP_ExtendedSwitchInfo>* getExtendedSwitchInfo() { return &extended_switch_info_; }

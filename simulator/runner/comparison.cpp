@@ -28,6 +28,28 @@ const u_int64_t* Find(const Assignments& assigned, const std::string& storage,
   return value == fields->second.end() ? nullptr : &value->second;
 }
 
+struct FieldValue {
+  std::string name;  // as generated code writes it behind "mad_buffer."
+  unsigned width;    // bits that the packed attribute has for it
+  u_int64_t value;
+};
+
+std::vector<FieldValue> FieldsIn(const RecordTable& table, const u_int8_t* bytes) {
+  std::vector<FieldValue> fields;
+  ForEachNumber(table, [&](const Number& number) {
+    fields.push_back({number.path(), number.place.bits, ReadBits(bytes, number.place)});
+  });
+  return fields;
+}
+
+/// The bytes without what belongs to fields.
+std::vector<u_int8_t> RestOf(const Storage& storage) {
+  std::vector<u_int8_t> bytes(storage.bytes, storage.bytes + storage.size);
+  ForEachNumber(*storage.table,
+                [&](const Number& number) { WriteBits(bytes.data(), number.place, 0); });
+  return bytes;
+}
+
 void CompareField(const std::string& storage, const FieldValue& before, const FieldValue& after,
                   const Assignments& assigned, Differences& differences) {
   const u_int64_t* value = Find(assigned, storage, after.name);
@@ -49,8 +71,8 @@ void CompareStorage(const Storage& before, const Storage& after, const Assignmen
   const auto wanted = assigned.find(after.name);
   if (!changed && wanted == assigned.end()) return;
 
-  const std::vector<FieldValue> old_fields = before.fields(before.bytes);
-  const std::vector<FieldValue> new_fields = after.fields(after.bytes);
+  const std::vector<FieldValue> old_fields = FieldsIn(*before.table, before.bytes);
+  const std::vector<FieldValue> new_fields = FieldsIn(*after.table, after.bytes);
   for (std::size_t i = 0; i < new_fields.size(); ++i) {
     CompareField(after.name, old_fields[i], new_fields[i], assigned, differences);
   }
@@ -63,11 +85,9 @@ void CompareStorage(const Storage& before, const Storage& after, const Assignmen
     }
   }
 
-  std::vector<u_int8_t> old_rest(before.bytes, before.bytes + before.size);
-  std::vector<u_int8_t> new_rest(after.bytes, after.bytes + after.size);
-  before.clear_fields(old_rest.data());
-  after.clear_fields(new_rest.data());
-  if (old_rest != new_rest) differences[after.name] = "changed in bits that belong to no field";
+  if (RestOf(before) != RestOf(after)) {
+    differences[after.name] = "changed in bits that belong to no field";
+  }
 }
 
 std::size_t PkeyEntries(const Node& node, std::size_t port) {

@@ -5,25 +5,6 @@ namespace simulator {
 
 namespace {
 
-template <class Record>
-std::vector<FieldValue> FieldsOf(const u_int8_t* bytes) {
-  Record record{};
-  Unpack(record, bytes);
-  std::vector<FieldValue> fields;
-  auto collect = [&fields](Place place, const char* name, int index, const auto& value) {
-    std::string full_name = name;
-    if (index != kNotIndexed) full_name += "[" + std::to_string(index) + "]";
-    fields.push_back({std::move(full_name), place.width, value});
-  };
-  WalkFields(record, collect);
-  return fields;
-}
-
-template <class Record>
-void ClearFields(u_int8_t* bytes) {
-  Pack(Record{}, bytes);
-}
-
 std::string Indexed(const char* name, std::initializer_list<unsigned> indices) {
   std::string text = name;
   for (const unsigned index : indices) text += "[" + std::to_string(index) + "]";
@@ -34,8 +15,8 @@ class Collector {
  public:
   template <class Record>
   void add(std::string name, Packed<Record>& packed) {
-    storages.push_back({std::move(name), packed.bytes, sizeof packed.bytes, &FieldsOf<Record>,
-                        &ClearFields<Record>});
+    storages.push_back(
+        {std::move(name), &TableOf<Record>::value, packed.bytes, sizeof packed.bytes});
   }
 
   template <class Record>
@@ -52,28 +33,11 @@ class Collector {
 
 std::vector<Storage> StoragesOf(Node& node) {
   Collector all;
-#define STORAGE(member) all.add(#member, node.member)
-  STORAGE(nodeInfo);
-  STORAGE(switchInfo);
-  STORAGE(routerInfo);
-  STORAGE(extNodeInfo);
-  STORAGE(plftInfo);
-  STORAGE(AdaptiveRoutingInfo);
-  STORAGE(fwInfo);
-  STORAGE(hwInfo);
-  STORAGE(swInfo);
-  STORAGE(capMaskSMP);
-  STORAGE(capMaskGMP);
-  STORAGE(enhancedCongestionInfo);
-  STORAGE(congSWGeneralInfo);
-  STORAGE(wren_rma_class_port_info);
-  STORAGE(wren_red_info);
-  STORAGE(nodePortsInfo);
-  STORAGE(nodePortsInfoExt);
-  STORAGE(nodeExtPortsInfo);
-  STORAGE(wrenReductionPortInfo);
+#define STORAGE(record, member, function) all.add(#member, node.member);
+#define STORAGE_FROM_NODE(record, member, function) all.add(#member "()", *node.member());
+  SIMULATOR_ATTRIBUTES(STORAGE, STORAGE, STORAGE_FROM_NODE, STORAGE, SIMULATOR_NOTHING)
+#undef STORAGE_FROM_NODE
 #undef STORAGE
-  all.add("getExtendedSwitchInfo()", *node.getExtendedSwitchInfo());
   for (auto& [key, counters] : node.reductionCounters()) {
     const auto& [port, index, lean_pipe] = key;
     all.add(Indexed("reductionCounters", {port, index, lean_pipe}), counters);

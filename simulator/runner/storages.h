@@ -9,19 +9,12 @@
 namespace fabscan {
 namespace simulator {
 
-struct FieldValue {
-  std::string name;  // as generated code writes it behind "mad_buffer."
-  unsigned width;    // bits that a packed attribute has for it
-  u_int64_t value;
-};
-
 /// One packed attribute of a node, whatever its record type.
 struct Storage {
   std::string name;  // as generated code writes it behind "m_node->"
+  const RecordTable* table;
   u_int8_t* bytes;
   std::size_t size;
-  std::vector<FieldValue> (*fields)(const u_int8_t* bytes);
-  void (*clear_fields)(u_int8_t* bytes);  // leaves the bits that belong to no field
 };
 
 /// Every packed attribute of the node. The storages hold while the node lives and no counter set is

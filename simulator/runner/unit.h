@@ -11,8 +11,8 @@ namespace fabscan {
 namespace simulator {
 
 // NOLINTNEXTLINE(bugprone-macro-parentheses): one more term of the sum
-#define RUNNER_COUNT_SETTER(name) +1
-constexpr std::size_t kSetters = 0 SIMULATOR_SETTERS(RUNNER_COUNT_SETTER);
+#define RUNNER_COUNT_SETTER(record, member, function) +1
+constexpr std::size_t kSetters = 0 SIMULATOR_EACH(RUNNER_COUNT_SETTER);
 
 /// A function of a generated file.
 struct Setter {
@@ -39,17 +39,17 @@ struct AddUnit {
 }  // namespace simulator
 }  // namespace fabscan
 
-#define RUNNER_SETTER(name)         \
-  fabscan::simulator::Setter{#name, \
-                             [](fabscan::simulator::Node& node) { RunnerDevice(node).name(); }},
+#define RUNNER_SETTER(record, member, function) \
+  fabscan::simulator::Setter{                   \
+      #function, [](fabscan::simulator::Node& node) { RunnerDevice(node).function(); }},
 
 /// Adds the device class `Kind` under the prefix `Prefix` as the unit named by the prefix. Stands
 /// behind the generated file in one source file.
-#define RUNNER_UNIT(Prefix, Kind)                                                          \
-  namespace runner_##Prefix {                                                              \
-    using RunnerDevice = ::Prefix::Kind;                                                   \
-    constexpr fabscan::simulator::Unit kUnit{#Prefix, {SIMULATOR_SETTERS(RUNNER_SETTER)}}; \
-    const fabscan::simulator::AddUnit kAddUnit(kUnit);                                     \
+#define RUNNER_UNIT(Prefix, Kind)                                                       \
+  namespace runner_##Prefix {                                                           \
+    using RunnerDevice = ::Prefix::Kind;                                                \
+    constexpr fabscan::simulator::Unit kUnit{#Prefix, {SIMULATOR_EACH(RUNNER_SETTER)}}; \
+    const fabscan::simulator::AddUnit kAddUnit(kUnit);                                  \
   }
 
 #endif

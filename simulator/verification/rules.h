@@ -8,7 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "simulator/core/packed.h"
+#include "records/all_records.h"
+#include "records/number.h"
 #include "simulator/verification/expected_values.h"
 
 namespace fabscan {
@@ -39,15 +40,9 @@ inline ExpectedFunction Leaves() { return {Outcome::kLeaves, {}}; }
 inline ExpectedFunction Refuses() { return {Outcome::kRefuses, {}}; }
 
 /// The record's fields by the names that generated code gives them.
-template <class Record>
-std::map<std::string, u_int64_t> ValuesOf(Record record) {
+inline std::map<std::string, u_int64_t> ValuesOf(const RecordTable& table, const void* record) {
   std::map<std::string, u_int64_t> fields;
-  auto collect = [&fields](simulator::Place, const char* name, int index, const auto& value) {
-    std::string full_name = name;
-    if (index != simulator::kNotIndexed) full_name += "[" + std::to_string(index) + "]";
-    fields[full_name] = value;
-  };
-  simulator::WalkFields(record, collect);
+  ForEachNumber(table, [&](const Number& number) { fields[number.path()] = number.Load(record); });
   return fields;
 }
 
@@ -56,7 +51,7 @@ std::map<std::string, u_int64_t> ValuesOf(Record record) {
 template <class Record>
 void Expect(simulator::Assignments& values, const std::string& storage, const Record& record,
             std::string_view fields) {
-  const std::map<std::string, u_int64_t> all = ValuesOf(record);
+  const std::map<std::string, u_int64_t> all = ValuesOf(TableOf<Record>::value, &record);
   while (!fields.empty()) {
     const std::string_view name = fields.substr(0, fields.find(' '));
     fields.remove_prefix(std::min(fields.size(), name.size() + 1));

@@ -157,19 +157,12 @@ class TesselExtendedInfo {
   void clear();
 
  private:
-  using NodeRecords =
-      std::tuple<fabscan::SlotTable<SMP_NodeInfo>, fabscan::SlotTable<SMP_SwitchInfo>,
-                 fabscan::SlotTable<SMP_RouterInfo>, fabscan::SlotTable<SMP_ExtendedSwitchInfo>,
-                 fabscan::SlotTable<ib_extended_node_info>, fabscan::SlotTable<ib_private_lft_info>,
-                 fabscan::SlotTable<adaptive_routing_info>,
-                 fabscan::SlotTable<VendorSpec_GeneralInfo>,
-                 fabscan::SlotTable<CC_EnhancedCongestionInfo>,
-                 fabscan::SlotTable<CC_CongestionSwitchGeneralSettings>,
-                 fabscan::SlotTable<IB_ClassPortInfo>, fabscan::SlotTable<WrenReductionInfo>>;
-  using PortRecords =
-      std::tuple<fabscan::SlotTable<SMP_PortInfo>, fabscan::SlotTable<SMP_PortInfoExtended>,
-                 fabscan::SlotTable<SMP_TarnExtPortInfo>, fabscan::SlotTable<WrenReductionPortInfo>,
-                 fabscan::SlotTable<WrenPushReductionCounters>>;
+  template <class List>
+  struct TablesOf;
+  template <class... Records>
+  struct TablesOf<fabscan::RecordList<Records...>> {
+    using type = std::tuple<fabscan::SlotTable<Records>...>;
+  };
 
   template <class Record>
   const Record* ofNode(u_int32_t index) const {
@@ -180,8 +173,8 @@ class TesselExtendedInfo {
     return std::get<fabscan::SlotTable<Record>>(port_records_).find(index);
   }
 
-  NodeRecords node_records_;
-  PortRecords port_records_;
+  TablesOf<fabscan::NodeRecords>::type node_records_;
+  TablesOf<fabscan::PortRecords>::type port_records_;
   fabscan::SlotTable<WrenReductionCounters> counters_;               // port * kCounterSets + index
   fabscan::SlotTable<WrenReductionConfigureMLIDMonitors> monitors_;  // port * kMonitorSelectors + s
   fabscan::AbsentTable node_absent_;

@@ -478,4 +478,28 @@ struct WrenPushReductionCounters {
   u_int64_t alm_error_type1;
 };
 
+// ---------- Which records there are ----------
+
+namespace fabscan {
+
+/// A list of record types.
+template <class... Records>
+struct RecordList {};
+
+/// The records of nodes, in the order in which snapshots hold them.
+using NodeRecords =
+    RecordList<SMP_NodeInfo, SMP_SwitchInfo, SMP_RouterInfo, SMP_ExtendedSwitchInfo,
+               ib_extended_node_info, ib_private_lft_info, adaptive_routing_info,
+               VendorSpec_GeneralInfo, CC_EnhancedCongestionInfo,
+               CC_CongestionSwitchGeneralSettings, IB_ClassPortInfo, WrenReductionInfo>;
+
+/// The records that a port has once, in the same order.
+using PortRecords = RecordList<SMP_PortInfo, SMP_PortInfoExtended, SMP_TarnExtPortInfo,
+                               WrenReductionPortInfo, WrenPushReductionCounters>;
+
+/// The records of which a port has several: counter sets by index, monitors by selector.
+using IndexedPortRecords = RecordList<WrenReductionCounters, WrenReductionConfigureMLIDMonitors>;
+
+}  // namespace fabscan
+
 #endif

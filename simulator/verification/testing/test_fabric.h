@@ -3,7 +3,8 @@
 
 #include <infiniband/fabscan/fabscan.h>
 
-#include "simulator/core/packed.h"
+#include "records/all_records.h"
+#include "records/number.h"
 
 namespace fabscan {
 
@@ -13,12 +14,11 @@ template <class Record>
 Record Filled(unsigned seed) {
   Record record{};
   u_int64_t state = seed;
-  auto fill = [&state](simulator::Place place, const char*, int, auto& value) {
+  ForEachNumber(TableOf<Record>::value, [&](const Number& number) {
     state = state * 6364136223846793005U + 1442695040888963407U;
-    const u_int64_t mixed = (state ^ state >> 29U) >> (64 - place.width);
-    value = static_cast<std::decay_t<decltype(value)>>(mixed != 0 ? mixed : 1);
-  };
-  simulator::WalkFields(record, fill);
+    const u_int64_t mixed = (state ^ state >> 29U) >> (64 - number.place.bits);
+    number.Store(&record, mixed != 0 ? mixed : 1);
+  });
   return record;
 }
 

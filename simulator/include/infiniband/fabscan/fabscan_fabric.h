@@ -3,6 +3,7 @@
 
 #include <infiniband/fabscan/fabscan_types.h>
 
+#include "../../../core/attributes.h"
 #include "../../../core/packed.h"
 
 /// The attribute records as a generated file uses them: for each record type RECORD, the functions
@@ -12,37 +13,16 @@
 typedef u_int8_t phys_port_t;
 
 // NOLINTBEGIN(bugprone-macro-parentheses): the argument is a type.
-#define FABSCAN_RECORD(Record)                                         \
-  inline void Record##_unpack(Record* record, const u_int8_t* bytes) { \
-    fabscan::simulator::Unpack(*record, bytes);                        \
-  }                                                                    \
-  inline void Record##_pack(const Record* record, u_int8_t* bytes) {   \
-    fabscan::simulator::Pack(*record, bytes);                          \
+#define FABSCAN_RECORD(Record, member, function)                           \
+  inline void Record##_unpack(Record* record, const u_int8_t* bytes) {     \
+    fabscan::UnpackRecord(fabscan::TableOf<Record>::value, bytes, record); \
+  }                                                                        \
+  inline void Record##_pack(const Record* record, u_int8_t* bytes) {       \
+    fabscan::PackRecord(fabscan::TableOf<Record>::value, record, bytes);   \
   }
 // NOLINTEND(bugprone-macro-parentheses)
-
-FABSCAN_RECORD(SMP_NodeInfo)
-FABSCAN_RECORD(SMP_SwitchInfo)
-FABSCAN_RECORD(SMP_RouterInfo)
-FABSCAN_RECORD(SMP_ExtendedSwitchInfo)
-FABSCAN_RECORD(ib_extended_node_info)
-FABSCAN_RECORD(ib_private_lft_info)
-FABSCAN_RECORD(adaptive_routing_info)
-FABSCAN_RECORD(HWInfo_Block_Element)
-FABSCAN_RECORD(FWInfo_Block_Element)
-FABSCAN_RECORD(SWInfo_Block_Element)
-FABSCAN_RECORD(GeneralInfoCapabilityMask)
-FABSCAN_RECORD(CC_EnhancedCongestionInfo)
-FABSCAN_RECORD(CC_CongestionSwitchGeneralSettings)
-FABSCAN_RECORD(IB_ClassPortInfo)
-FABSCAN_RECORD(SMP_PortInfo)
-FABSCAN_RECORD(SMP_PortInfoExtended)
-FABSCAN_RECORD(SMP_TarnExtPortInfo)
-FABSCAN_RECORD(WrenReductionInfo)
-FABSCAN_RECORD(WrenReductionPortInfo)
-FABSCAN_RECORD(WrenReductionCounters)
-FABSCAN_RECORD(WrenPushReductionCounters)
-
+SIMULATOR_ATTRIBUTES(FABSCAN_RECORD, SIMULATOR_NOTHING, FABSCAN_RECORD, FABSCAN_RECORD,
+                     FABSCAN_RECORD)
 #undef FABSCAN_RECORD
 
 /// The shorter name under which generated files declare a counter record.

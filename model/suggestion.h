@@ -1,5 +1,5 @@
-#ifndef FABSCAN_SNAPSHOT_SUGGESTION_H
-#define FABSCAN_SNAPSHOT_SUGGESTION_H
+#ifndef FABSCAN_MODEL_SUGGESTION_H
+#define FABSCAN_MODEL_SUGGESTION_H
 
 #include <cstddef>
 #include <string>

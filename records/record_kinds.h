@@ -1,15 +1,13 @@
-#ifndef FABSCAN_SNAPSHOT_RECORD_FIELDS_H
-#define FABSCAN_SNAPSHOT_RECORD_FIELDS_H
+#ifndef FABSCAN_RECORDS_RECORD_KINDS_H
+#define FABSCAN_RECORDS_RECORD_KINDS_H
 
 #include <infiniband/fabscan/fabscan_tessel_extended_info.h>
 
 #include <array>
-#include <string>
 #include <string_view>
 #include <utility>
 
-#include "snapshot/node_record_fields.h"
-#include "snapshot/port_record_fields.h"
+#include "records/all_records.h"
 
 namespace fabscan {
 
@@ -38,73 +36,21 @@ constexpr RecordKind<Owner> MakeKind() {
           }};
 }
 
+template <class Owner, class... Records>
+constexpr std::array<RecordKind<Owner>, sizeof...(Records)> MakeKinds(RecordList<Records...>) {
+  return {MakeKind<Records, Owner>()...};
+}
+
 /// The records of nodes, in the order in which snapshots hold them.
-inline constexpr std::array<RecordKind<IBNode>, 12> kNodeRecords = {
-    MakeKind<SMP_NodeInfo, IBNode>(),
-    MakeKind<SMP_SwitchInfo, IBNode>(),
-    MakeKind<SMP_RouterInfo, IBNode>(),
-    MakeKind<SMP_ExtendedSwitchInfo, IBNode>(),
-    MakeKind<ib_extended_node_info, IBNode>(),
-    MakeKind<ib_private_lft_info, IBNode>(),
-    MakeKind<adaptive_routing_info, IBNode>(),
-    MakeKind<VendorSpec_GeneralInfo, IBNode>(),
-    MakeKind<CC_EnhancedCongestionInfo, IBNode>(),
-    MakeKind<CC_CongestionSwitchGeneralSettings, IBNode>(),
-    MakeKind<IB_ClassPortInfo, IBNode>(),
-    MakeKind<WrenReductionInfo, IBNode>(),
-};
+inline constexpr auto kNodeRecords = MakeKinds<IBNode>(NodeRecords{});
 
 /// The records that a port has once. Its counter sets and monitors follow them in snapshots.
-inline constexpr std::array<RecordKind<IBPort>, 5> kPortRecords = {
-    MakeKind<SMP_PortInfo, IBPort>(),
-    MakeKind<SMP_PortInfoExtended, IBPort>(),
-    MakeKind<SMP_TarnExtPortInfo, IBPort>(),
-    MakeKind<WrenReductionPortInfo, IBPort>(),
-    MakeKind<WrenPushReductionCounters, IBPort>(),
-};
+inline constexpr auto kPortRecords = MakeKinds<IBPort>(PortRecords{});
 
 /// A port's counter sets, by index, and its monitors, by selector.
 inline constexpr const RecordTable& kCountersTable = TableOf<WrenReductionCounters>::value;
 inline constexpr const RecordTable& kMonitorsTable =
     TableOf<WrenReductionConfigureMLIDMonitors>::value;
-
-/// The row of the field with this name, or null.
-const FieldRow* FindField(const RecordTable& table, std::string_view name);
-
-/// What finds a node's record of this name, or a port's: any of those that it has. Null where it
-/// cannot have one.
-FindRecord<IBNode> FindNodeRecord(std::string_view name);
-FindRecord<IBPort> FindPortRecord(std::string_view name);
-
-/// `APPLY(type)` for every type that has a table, those within other records included.
-// clang-format off
-#define FABSCAN_EACH_RECORD(APPLY) \
-  APPLY(SMP_NodeInfo) \
-  APPLY(SMP_SwitchInfo) \
-  APPLY(SMP_RouterInfo) \
-  APPLY(SMP_ExtendedSwitchInfo) \
-  APPLY(ib_extended_node_info) \
-  APPLY(ib_description_mode) \
-  APPLY(ib_private_lft_info) \
-  APPLY(adaptive_routing_info) \
-  APPLY(HWInfo_Block_Element) \
-  APPLY(PSID_Block_Element) \
-  APPLY(FWInfo_Block_Element) \
-  APPLY(SWInfo_Block_Element) \
-  APPLY(GeneralInfoCapabilityMask) \
-  APPLY(VendorSpec_GeneralInfo) \
-  APPLY(CC_EnhancedCongestionInfo) \
-  APPLY(CC_CongestionSwitchGeneralSettings) \
-  APPLY(IB_ClassPortInfo) \
-  APPLY(WrenReductionInfo) \
-  APPLY(SMP_PortInfo) \
-  APPLY(SMP_PortInfoExtended) \
-  APPLY(SMP_TarnExtPortInfo) \
-  APPLY(WrenReductionPortInfo) \
-  APPLY(WrenReductionCounters) \
-  APPLY(WrenReductionConfigureMLIDMonitors) \
-  APPLY(WrenPushReductionCounters)
-// clang-format on
 
 /// Calls `visit(kind.table, record)` for every record of these kinds that the owner has. Spelt out
 /// kind by kind, so that the compiler knows each one's place in the store.
@@ -150,28 +96,35 @@ void ForEachRecord(const TesselExtendedInfo& store, const IBPort& port, Visit&& 
   }
 }
 
-/// Calls `visit(path, row, value)` for every number of the record, in declared order: `path` as a
-/// C++ expression within the record (`FWInfo.PSID.PSID[3]`), `row` the field that holds the number.
-template <class Visit>
-void ForEachNumber(const RecordTable& table, const void* record, Visit&& visit,
-                   const std::string& prefix = {}) {
-  for (const FieldRow& row : table) {
-    for (std::size_t i = 0; i < row.count; ++i) {
-      std::string path = prefix + std::string(row.name);
-      if (row.is_array) path += '[' + std::to_string(i) + ']';
-      const void* element = row.element(record, i);
-      if (row.nested == nullptr) {
-        visit(static_cast<const std::string&>(path), row, LoadNumber(element, row.size));
-      } else {
-        ForEachNumber(*row.nested, element, visit, path + '.');
-      }
-    }
+/// What finds a record of this name among the kinds, or null.
+template <class Owner, std::size_t kCount>
+FindRecord<Owner> FindAmong(const std::array<RecordKind<Owner>, kCount>& kinds,
+                            std::string_view name) {
+  for (const RecordKind<Owner>& kind : kinds) {
+    if (kind.table->name == name) return kind.find;
   }
+  return nullptr;
 }
 
-template <class Record, class Visit>
-void ForEachNumber(const Record& record, Visit&& visit) {
-  ForEachNumber(TableOf<Record>::value, &record, visit);
+/// The port's record with the lowest index or selector, or null.
+template <const RecordTable& kTable>
+const void* FindFirst(const TesselExtendedInfo& store, const IBPort& port) {
+  const void* first = nullptr;
+  ForEachRecord(store, port, [&](const RecordTable& table, int, const void* record) {
+    if (first == nullptr && &table == &kTable) first = record;
+  });
+  return first;
+}
+
+/// What finds a node's record of this name, or a port's: any of those that it has. Null where it
+/// cannot have one.
+inline FindRecord<IBNode> FindNodeRecord(std::string_view name) {
+  return FindAmong(kNodeRecords, name);
+}
+inline FindRecord<IBPort> FindPortRecord(std::string_view name) {
+  if (name == kCountersTable.name) return FindFirst<kCountersTable>;
+  if (name == kMonitorsTable.name) return FindFirst<kMonitorsTable>;
+  return FindAmong(kPortRecords, name);
 }
 
 }  // namespace fabscan

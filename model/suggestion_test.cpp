@@ -1,4 +1,4 @@
-#include "snapshot/suggestion.h"
+#include "model/suggestion.h"
 
 #include <gtest/gtest.h>
 

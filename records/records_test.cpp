@@ -1,8 +1,12 @@
-#include "snapshot/record_fields.h"
-
 #include <gmock/gmock.h>
 
+#include <regex>
+#include <set>
+#include <string>
 #include <vector>
+
+#include "records/number.h"
+#include "records/record_kinds.h"
 
 namespace fabscan {
 namespace {
@@ -60,13 +64,18 @@ TEST(RecordFields, WalksEveryNumberOfARecordWithItsPath) {
   record.Description_Mode[2].LFTableSize = 9;
   std::vector<std::pair<std::string, u_int64_t>> nonzero;
   std::size_t numbers = 0;
-  ForEachNumber(record, [&](const std::string& path, const FieldRow&, u_int64_t value) {
+  ForEachNumber(TableOf<ib_private_lft_info>::value, [&](const Number& number) {
     ++numbers;
-    if (value != 0) nonzero.emplace_back(path, value);
+    const u_int64_t value = number.Load(&record);
+    if (value != 0) nonzero.emplace_back(number.path(), value);
+    number.Store(&record, value + 1);
   });
   EXPECT_EQ(numbers, 12U);
   EXPECT_THAT(nonzero,
               ElementsAre(Pair("NumPLFTs", 3), Pair("Description_Mode[2].LFTableSize", 9)));
+  EXPECT_EQ(record.NumPLFTs, 4);
+  EXPECT_EQ(record.Description_Mode[3].NumOfLFTables, 1);
+  EXPECT_EQ(record.Description_Mode[2].LFTableSize, 10);
 }
 
 TEST(RecordFields, WalksTheRecordsOfANodeAndAPort) {
@@ -92,28 +101,69 @@ TEST(RecordFields, WalksTheRecordsOfANodeAndAPort) {
 
 // What the compiler makes of a table, made once more while the program runs.
 TEST(RecordFields, ATableIsMadeOfItsRows) {
-  const auto row = [](const char* name, std::size_t offset, bool dumped) {
-    return MakeRow<u_int16_t, u_int16_t>(name, offset, dumped);
+  const auto row = [](const char* name, std::size_t offset, bool dumped, unsigned first_bit) {
+    return MakeRow<u_int16_t>(name, offset, dumped, first_bit, 16);
   };
-  const FieldRow modes = MakeRow<ib_description_mode[4], ib_description_mode[4]>("Modes", 4, true);
+  const FieldRow modes = MakeRow<ib_description_mode[4]>("Modes", 4, true, 0, 0);
   EXPECT_EQ(modes.count, 4U);
   EXPECT_EQ(modes.nested, &TableOf<ib_description_mode>::value);
 
-  const FieldRow rows[] = {row("LID", 0, false), row("PartitionCap", 2, true), modes};
+  const FieldRow rows[] = {row("LID", 0, false, 0), row("PartitionCap", 2, true, 16), modes};
   EXPECT_EQ(CountNumbers(rows), 1U + 1U + 4U * TableOf<ib_description_mode>::value.numbers);
   EXPECT_EQ(DumpedRows(rows), 0b110U);
+  EXPECT_FALSE(AllHaveAPlaceOrNone(rows));
   EXPECT_TRUE(InDeclaredOrder(rows));
+  const FieldRow two[] = {rows[0], rows[1]};
+  EXPECT_TRUE(AllHaveAPlaceOrNone(two));
+  EXPECT_TRUE(ShareNoBit(two));
+  EXPECT_TRUE(LieWithin(two, 4));
+  EXPECT_FALSE(LieWithin(two, 3));
+  EXPECT_TRUE(LieWithin(two, kAnyLength));
   const FieldRow turned[] = {rows[1], rows[0]};
   EXPECT_FALSE(InDeclaredOrder(turned));
   const FieldRow twice[] = {rows[1], rows[1]};
   EXPECT_FALSE(InDeclaredOrder(twice));
+  EXPECT_FALSE(ShareNoBit(twice));
+}
 
-  const auto keys = MakeKeys(rows);
-  EXPECT_EQ(std::string(keys[0].text, keys[0].size), ",\"LID\":");
-  EXPECT_EQ(std::string(keys[1].text, keys[1].size), ",\"PartitionCap\":");
-  // Braces; a key for each row; the brackets of lists; the values, each with a comma.
-  EXPECT_EQ(TextBytes(rows), 2 + 3 * (sizeof(KeyText::text) + 2) + 2 * (kNumberBytes + 1) +
-                                 4 * (TableOf<ib_description_mode>::value.text_bytes + 1));
+TEST(RecordFields, TheListsOfRecordsNumberTheTables) {
+  EXPECT_EQ(TableOf<SMP_NodeInfo>::value.index, 0U);
+  EXPECT_EQ(TableOf<SMP_PortInfo>::value.index, kNodeRecords.size());
+  EXPECT_EQ(kMonitorsTable.index, kNodeRecords.size() + kPortRecords.size() + 1);
+  EXPECT_EQ(TableOf<PSID_Block_Element>::value.index, kMonitorsTable.index + 1);
+}
+
+TEST(RecordFields, FindsRecordsByName) {
+  IBFabric fabric;
+  TesselExtendedInfo store;
+  IBNode& node = fabric.makeNode("S1", 1, IB_SW_NODE, 2);
+  const IBPort& port = fabric.makePort(node, 1);
+  store.put<WrenReductionInfo>(node);
+  const void* counters = &store.putCounters(port, 6);
+  EXPECT_EQ(FindNodeRecord("WrenReductionInfo")(store, node), store.find<WrenReductionInfo>(node));
+  EXPECT_EQ(FindNodeRecord("SMP_NodeInfo")(store, node), nullptr);
+  EXPECT_EQ(FindNodeRecord("SMP_PortInfo"), nullptr);
+  EXPECT_EQ(FindPortRecord("WrenReductionCounters")(store, port), counters);
+  EXPECT_EQ(FindPortRecord("WrenReductionConfigureMLIDMonitors")(store, port), nullptr);
+  EXPECT_EQ(FindPortRecord("SMP_PortInfo")(store, port), nullptr);
+}
+
+// A field that no one thought of would stay in a snapshot that is given away.
+TEST(RecordFields, EveryFieldThatNamesADeviceIsMarked) {
+  std::set<std::string> unmarked;
+  const auto note = [&unmarked](const RecordTable& table) {
+    ForEachNumber(table, [&](const Number& number) {
+      const std::string name(number.row.name);
+      const bool names_a_device = std::regex_search(name, std::regex("GUID|GID|QKey|(^|_)mac_"));
+      if (names_a_device != (number.row.identity != Identity::kNone)) unmarked.insert(name);
+    });
+  };
+  for (const auto& kind : kNodeRecords) note(*kind.table);
+  for (const auto& kind : kPortRecords) note(*kind.table);
+  note(kCountersTable);
+  note(kMonitorsTable);
+  // Counts of entries and of violations.
+  EXPECT_THAT(unmarked, ElementsAre("GUIDCap", "QKeyViolations"));
 }
 
 TEST(RecordFields, LoadsAndStoresEveryWidth) {

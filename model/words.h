@@ -1,5 +1,5 @@
-#ifndef FABSCAN_SNAPSHOT_WORDS_H
-#define FABSCAN_SNAPSHOT_WORDS_H
+#ifndef FABSCAN_MODEL_WORDS_H
+#define FABSCAN_MODEL_WORDS_H
 
 #include <infiniband/tessel/Fabric.h>
 
@@ -41,8 +41,6 @@ constexpr std::string_view WordFor(const Word<Value> (&words)[N], Value value) {
   }
   return words[N - 1].text;
 }
-
-inline constexpr int kSnapshotVersion = 1;
 
 }  // namespace fabscan
 

@@ -1,0 +1,53 @@
+#ifndef FABSCAN_SNAPSHOT_RECORD_TEXT_H
+#define FABSCAN_SNAPSHOT_RECORD_TEXT_H
+
+#include <array>
+#include <string_view>
+
+#include "records/record_kinds.h"
+#include "snapshot/number_text.h"
+
+// Records as a snapshot has them, for the tables of `EveryRecord`.
+
+namespace fabscan {
+
+/// What stands before a field's value in a snapshot: `,"name":`.
+struct KeyText {
+  char text[64];
+  u_int8_t size;
+};
+
+constexpr KeyText MakeKey(std::string_view name) {
+  KeyText key = {};
+  const auto append = [&key](std::string_view text) {
+    for (const char c : text) key.text[key.size++] = c;
+  };
+  append(",\"");
+  append(name);
+  append("\":");
+  return key;
+}
+
+/// How many bytes a record takes in a snapshot, at most.
+constexpr std::size_t TextBytes(const RecordTable& table) {
+  std::size_t bytes = 2;
+  for (const FieldRow& row : table) {
+    const std::size_t element = row.nested == nullptr ? kNumberBytes : TextBytes(*row.nested);
+    bytes += sizeof(KeyText::text) + 2 + row.count * (element + 1);
+  }
+  return bytes;
+}
+
+/// Puts the record's text at `at`, where there is room for `TextBytes`, and returns its end.
+char* PutRecordText(const RecordTable& table, char* at, const void* record);
+
+/// Takes a record whose text is exactly as it is written: fields in declared order, no blanks, no
+/// number in another form. Returns false for any other text, be it wrong or only unusual; then some
+/// of the fields may be filled in, and the whole text is still to be decoded.
+///
+/// `text` begins with the record and is followed by a line end and `LineReader::kPadding` bytes.
+bool TakeCanonicalRecord(const RecordTable& table, const char* text, void* record);
+
+}  // namespace fabscan
+
+#endif
