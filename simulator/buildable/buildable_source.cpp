@@ -48,9 +48,9 @@ std::string WithClosingBrace(std::string_view line, const IB_ClassPortInfo*) {
 
 enum class Match { kBeginning, kWhole };
 
-/// A line that does not compile where it stands, and what replaces it.
+/// A line that does not compile in its function, and its replacement.
 struct EditRow {
-  std::string_view function;  // empty: in any
+  std::string_view function;  // empty: any function
   std::string_view line;
   Match match;
   std::string (*edit)(std::string_view line, const IB_ClassPortInfo* record);
@@ -75,7 +75,7 @@ constexpr EditRow kEdits[] = {
 
 struct ReasonRow {
   std::string_view function;
-  std::string_view marker;  // stands in each body that does not compile
+  std::string_view marker;  // found in each body that does not compile
   std::string_view reason;
 };
 
@@ -154,7 +154,7 @@ class Editor {
       if (braces_noted_) return;
       braces_noted_ = true;
     }
-    // The address differs from run to run.
+    // The address differs between runs.
     std::string text(row.edit == AsTwoWords ? row.line : line);
     if (row.edit == AsTwoWords) text += "...;";
     text.erase(0, IndentOf(text));
