@@ -29,7 +29,7 @@ struct CheckOptions {
   SnapshotReadOptions reading;
 };
 
-/// Writes the page, and the totals where standard output is free for them.
+/// Writes the page, and the totals unless standard output is in use.
 void WritePage(const CheckPage& page, const CheckReport& report, const CheckOptions& options,
                StagedOutput& output) {
   page.Write(output.stream(), report);
@@ -40,7 +40,9 @@ void WritePage(const CheckPage& page, const CheckReport& report, const CheckOpti
 
 ExitStatus Check(const CheckOptions& options) {
   if (IsStandardOutput(options.html) && options.json) {
-    throw CommandError("--html - and --json both want standard output; name a file", kWrongUsage);
+    throw CommandError(
+        "--html - and --json both write to standard output; specify a file for --html",
+        kWrongUsage);
   }
   std::unique_ptr<StagedOutput> output;
   if (!options.html.empty()) {
@@ -81,16 +83,17 @@ std::function<ExitStatus()> AddCheck(CLI::App& app) {
   app.add_flag("--summary", options->summary,
                "Report only causes, totals and the next step, without the nodes");
   app.add_flag("--json", options->json, "Print one JSON object");
-  app.add_option("--html", options->html,
-                 "Write a page for a browser instead: the matrix of nodes and functions, with the "
-                 "text of each; one file that needs no network; - is standard output")
+  app.add_option(
+         "--html", options->html,
+         "Write a page for a browser instead: a matrix of nodes and functions, with the text of "
+         "each; a single file that needs no network; - is standard output")
       ->type_name("FILE");
-  app.add_flag("--force", options->force, "Replace a page that exists");
+  app.add_flag("--force", options->force, "Replace an existing page");
   AddReadLimits(app, options->reading);
   app.footer(
-      "Generates the nodes as one file, which is not kept, and reports what it contains: which "
-      "functions are blocks, why the others are not, and what to do next. Exit status: 0 when the "
-      "file builds, 3 when not.\n"
+      "Generates one file with all nodes, which is not kept, and reports its contents: which "
+      "functions are blocks, why the others are not, and what to do next. Exit status: 0 if the "
+      "file compiles, 3 if not.\n"
       "Examples: what is missing for one switch\n"
       "  fabscan check fabric.jsonl --guid 0x5a1e0c0000000200\n"
       "A large fabric in a few lines\n"

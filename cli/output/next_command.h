@@ -8,12 +8,12 @@
 
 namespace fabscan {
 
-/// The snapshot as a word of a command, and never as an option.
+/// The snapshot as a shell word that is never an option.
 std::string SnapshotWord(const std::string& snapshot);
 
 /// `fabscan scaffold fabric.jsonl --prefix MyDev --output-dir sim`: the command that makes devices
-/// which compile. A few `guids` are named as well; standard input cannot be named, so a word stands
-/// for it.
+/// that compile. Includes `guids` if they are few; for standard input, the snapshot is the word
+/// SNAPSHOT.
 std::string ScaffoldLine(const std::string& snapshot, const std::string& prefix,
                          const std::set<u_int64_t>& guids = {});
 

@@ -25,19 +25,19 @@ void NoteSignal(int signal) { noted_signal = signal; }
 
 [[noreturn]] void Refuse(const std::string& path, const std::string& cause) {
   throw CommandError(
-      fmt::format("{}: {}; name a new or empty folder that you may write", path, cause));
+      fmt::format("{}: {}; use a new or empty directory with write permission", path, cause));
 }
 
 void MakeKeptFolder(const std::string& path) {
   std::error_code error;
   fs::create_directories(path, error);
-  if (error) Refuse(path, "cannot make the folder: " + error.message());
+  if (error) Refuse(path, "cannot create the directory: " + error.message());
   const bool empty = fs::is_empty(path, error);
-  if (error) Refuse(path, "cannot read the folder: " + error.message());
+  if (error) Refuse(path, "cannot read the directory: " + error.message());
   if (!empty) Refuse(path, "is not empty");
 }
 
-/// Of these few signals, changing the handler does not fail.
+/// Changing the handler of these signals cannot fail.
 void Restore(int signal, void (*handler)(int)) { static_cast<void>(std::signal(signal, handler)); }
 
 std::string MakeTemporaryFolder() {
@@ -55,7 +55,7 @@ VerifyFolder::VerifyFolder(const std::string& keep) : path_(keep), temporary_(ke
     MakeKeptFolder(path_);
   }
   for (const int signal : kSignals) {
-    // One that is ignored stays ignored.
+    // An ignored signal stays ignored.
     if (std::signal(signal, NoteSignal) == SIG_IGN) Restore(signal, SIG_IGN);
   }
 }

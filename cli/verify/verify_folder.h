@@ -5,15 +5,15 @@
 
 namespace fabscan {
 
-/// The folder that generated files are compiled in: one that is kept, or a temporary one that goes
-/// with this object. SIGINT, SIGTERM and SIGHUP are noted while it lives rather than obeyed, so
-/// that it goes then as well; `Interrupted` tells.
+/// The directory in which generated files are compiled: a kept one, or a temporary one that the
+/// destructor removes. While this object exists, SIGINT, SIGTERM and SIGHUP are only recorded
+/// (`Interrupted`), so that the directory is removed then too.
 class VerifyFolder {
  public:
-  /// `keep` names the folder to keep, made when it is not there; empty asks for a temporary one.
-  /// Throws CommandError when it cannot be made or holds something.
+  /// `keep` is the directory to keep, created if missing; empty selects a temporary one. Throws
+  /// CommandError if it cannot be created or is not empty.
   explicit VerifyFolder(const std::string& keep);
-  /// Obeys the signal that came meanwhile.
+  /// Raises the recorded signal, if any.
   ~VerifyFolder();
   VerifyFolder(const VerifyFolder&) = delete;
   VerifyFolder& operator=(const VerifyFolder&) = delete;

@@ -7,7 +7,7 @@
 
 namespace fabscan {
 
-/// For each device model of the sub-fabric the first node by name.
+/// The representative of each device model of the sub-fabric.
 std::vector<const IBNode*> RepresentativeNodes(const Fabscan& fabscan);
 
 }  // namespace fabscan
