@@ -1,6 +1,6 @@
-// The generator over any fabric, also one that contradicts itself. The oracle is the structure of
-// what it writes: the right functions, each opened and closed; and names that change nothing but
-// themselves.
+// The generator with any fabric, including inconsistent ones. The oracle checks the structure of
+// the output: the right functions, each opened and closed, and names that change only the places
+// where they appear.
 
 #include <cstdint>
 #include <sstream>
@@ -27,7 +27,7 @@ void RequireReadable(const std::string& text, std::size_t nodes) {
   Require(found == nodes, "the reader of generated files finds every node");
 }
 
-/// The lines that stop the build hold names that the compiler sees; in no other line it does.
+/// The compiler sees names only in lines that stop the build.
 std::string WithoutErrors(const std::string& text) {
   std::istringstream in(text);
   std::string rest;
