@@ -1,5 +1,5 @@
-"""What is dumped is known in every place that has to know it: a record or a function that was added
-in one place only is named here, with the files that lack it."""
+"""Every record and function is declared in all required places. A failure names the record or
+function, and the files that lack it."""
 
 import pathlib
 import re
@@ -10,7 +10,7 @@ import unittest
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
 STORE = "include/infiniband/fabscan/fabscan_tessel_extended_info.h"
-# Where each record of the store stands by its name.
+# Files that name each record of the store.
 RECORDS = {
     STORE: r"SlotTable<((?!Record>)\w+)>",
     "snapshot/record_fields.h": r"(?:MakeKind|TableOf)<(\w+?)(?:, \w+)?>",
@@ -18,11 +18,11 @@ RECORDS = {
     "tests/other_headers/infiniband/fabscan/fabscan_tessel_extended_info.h": r"Found<(\w+)>\(",
     "simulator/include/infiniband/fabscan/fabscan_fabric.h": r"^FABSCAN_RECORD\((\w+)\)",
 }
-# What the simulator does not have: a record that is written block by block, one that is only asked.
+# Records that the simulator lacks: one is written block by block, the other is only queried.
 NOT_SIMULATED = {"VendorSpec_GeneralInfo", "WrenReductionConfigureMLIDMonitors"}
 
 GENERATOR = "fabscan/fabscan_sim_info_dump.cpp"
-# Where each generated function stands by its name.
+# Files that name each generated function.
 FUNCTIONS = {
     GENERATOR: r'^    \{"(set\w+)", +&',
     "simulator/core/device.h": r"setter\((set\w+)\)",
@@ -34,7 +34,7 @@ EMITTERS = {
     GENERATOR: r"&SimInfoDumpCPP::(\w+)\}",
     "fabscan/testing/every_emitter.h": r"&SimInfoDumpCPP::(\w+)\}",
 }
-# What the simulated node keeps, and what is compared of it.
+# Members of the simulated node, and those that are compared.
 STORAGES = {
     "simulator/core/node.h": r"^  (?:std::vector<)?Packed<\w+>>? (\w+[a-zA-Z0-9]);",
     "simulator/runner/storages.cpp": r"^  STORAGE\((\w+)\)",
@@ -63,7 +63,7 @@ def names(root, files, pattern):
 
 
 def lacking(root, places, optional=frozenset()):
-    """What the first place has and another lacks, with that one's files."""
+    """What the first place has and another lacks, with the files of the other."""
     first, *others = places.items()
     known = names(root, *first)
     assert len(known) > 10, first
@@ -82,7 +82,7 @@ class AttributesTest(unittest.TestCase):
     def test_storages(self):
         self.assertEqual(lacking(ROOT, STORAGES), set())
 
-    def test_a_field_that_is_dumped_is_needed_in_a_snapshot(self):
+    def test_dumped_fields_are_required_in_a_snapshot(self):
         emitted = emitted_fields("".join(path.read_text()
                                          for path in (ROOT / "fabscan").glob("*_emitters.cpp")))
         needed = needed_fields("".join((ROOT / file).read_text() for file in NEEDED))
@@ -91,7 +91,7 @@ class AttributesTest(unittest.TestCase):
         self.assertIn(("SMP_NodeInfo", "revision"), emitted & needed)
         self.assertNotIn(("SMP_NodeInfo", "NodeGUID"), needed)
 
-    def test_what_stands_in_one_place_is_found(self):
+    def test_detects_an_incomplete_addition(self):
         for places, old, new, name in (
             (RECORDS, "SlotTable<WrenReductionInfo>", "SlotTable<WrenReductionInfo>, SlotTable<Power>",
              "Power"),

@@ -58,7 +58,7 @@ class OnePerModel(CommandTest):
         self.assertIn("#include \"mydev_sw_d2f0.h\"\n",
                       self.texts()["mydev_sw_d2f0_generated.cpp"])
 
-    def test_each_is_what_the_line_of_models_writes(self):
+    def test_each_file_equals_the_output_of_the_listed_command(self):
         run = self.dump(DEMO)
         self.assertEqual(run.returncode, DONE)
         written = self.texts()
@@ -92,7 +92,7 @@ class OnePerModel(CommandTest):
         self.assertEqual(len(self.entries()), 251)
 
     def test_models_with_the_same_device_id(self):
-        """They differ in revision, and in nothing that a prefix shows."""
+        """They differ only in the revision, which a prefix does not show."""
         nodes = [switch(f"s-{i}", hex(i + 1), attributes=node_info(DeviceID=7, revision=i))
                  for i in range(3)]
         path = self.put("f.jsonl", snapshot(*nodes))
@@ -158,7 +158,7 @@ class OnePerModel(CommandTest):
         run.send_signal(signal.SIGTERM)
         status = run.wait(60)
         self.assertIn(status, (-signal.SIGTERM, DONE))
-        if status != DONE:  # it was not too fast for the signal
+        if status != DONE:  # it did not end before the signal
             self.assertEqual(self.entries(), before)
             self.assertEqual(self.texts(), {"mydev_sw_0100_generated.cpp": "earlier\n"})
 
