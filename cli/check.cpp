@@ -3,17 +3,19 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "cli/check/check_page.h"
 #include "cli/check/check_report.h"
 #include "cli/check/check_result.h"
-#include "cli/check/generated_nodes.h"
 #include "cli/command.h"
+#include "cli/dump/function_body.h"
 #include "cli/files/read_limits.h"
 #include "cli/files/staged_output.h"
 #include "cli/files/standard_streams.h"
 #include "cli/selection/node_selection.h"
 #include "cli/selection/selected_nodes.h"
+#include "cli/terminal/progress.h"
 
 namespace fabscan {
 
@@ -28,6 +30,26 @@ struct CheckOptions {
   bool force = false;
   SnapshotReadOptions reading;
 };
+
+/// Adds the generated functions of each node to the result, and to the page if there is one.
+void Generate(Fabscan& fabscan, const std::set<u_int64_t>& guids, CheckResult& result,
+              CheckPage* page) {
+  const SimInfoDumpCPP dump(fabscan);
+  BodyQuery query(fabscan);
+  const std::vector<const IBNode*> nodes = SelectedNodes(fabscan.discovered_fabric, guids);
+  Progress progress;
+  for (std::size_t i = 0; i < nodes.size(); ++i) {
+    progress.Show("nodes generated", i, nodes.size());
+    result.Add(*nodes[i], query.Ask(*nodes[i]));
+    if (page == nullptr) continue;
+    std::vector<std::string> bodies;
+    for (const generator::GeneratedFunction& function : generator::kGeneratedFunctions) {
+      bodies.push_back(BodyText(dump, function, *nodes[i]));
+    }
+    page->Add(*nodes[i], bodies);
+  }
+  progress.Show("nodes generated", nodes.size(), nodes.size());
+}
 
 /// Writes the page, and the totals unless standard output is in use.
 void WritePage(const CheckPage& page, const CheckReport& report, const CheckOptions& options,
@@ -53,10 +75,7 @@ ExitStatus Check(const CheckOptions& options) {
       options.nodes.Read(options.snapshot, fabscan, options.reading, {"check"}).guids;
   CheckResult result(fabscan);
   CheckPage page;
-  ForEachGeneratedNode(fabscan, guids, [&](const IBNode& node, const GeneratedNode& generated) {
-    result.Add(node, generated);
-    if (output) page.Add(node, generated);
-  });
+  Generate(fabscan, guids, result, output ? &page : nullptr);
   result.SortNodes();
   if (guids.empty()) result.LeaveOut(NodesOutside(fabscan.discovered_fabric));
 
@@ -91,9 +110,9 @@ std::function<ExitStatus()> AddCheck(CLI::App& app) {
   app.add_flag("--force", options->force, "Replace an existing page");
   AddReadLimits(app, options->reading);
   app.footer(
-      "Generates one file with all nodes, which is not kept, and reports its contents: which "
-      "functions are blocks, why the others are not, and what to do next. Exit status: 0 if the "
-      "file compiles, 3 if not.\n"
+      "Reports what one generated file of the nodes would contain: which functions are blocks, why "
+      "the others are not, and what to do next. Exit status: 0 if the file would build, 3 if "
+      "not.\n"
       "Examples: what is missing for one switch\n"
       "  fabscan check fabric.jsonl --guid 0x5a1e0c0000000200\n"
       "A large fabric in a few lines\n"

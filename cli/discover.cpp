@@ -8,8 +8,8 @@
 #include "cli/files/snapshot_output.h"
 #include "cli/output/discovery_report.h"
 #include "cli/output/report.h"
-#include "cli/terminal/interruption.h"
 #include "cli/terminal/progress.h"
+#include "cli/terminal/termination.h"
 #include "discovery/fabric_builder.h"
 #include "discovery/live/live_discovery.h"
 
@@ -24,11 +24,11 @@ struct DiscoverOptions {
 
 ExitStatus Discover(const DiscoverOptions& options) {
   StagedOutput output(options.output.path, options.output.force);
-  Interruption interruption;
+  InterruptRequest interrupt;
   Progress progress;
 
   LiveOptions live = options.live;
-  live.stopped = [&interruption] { return interruption.requested(); };
+  live.stopped = [&interrupt] { return interrupt.received(); };
   live.progress = [&progress](const std::string& what, std::size_t done, std::size_t total) {
     progress.Show(what, done, total);
   };

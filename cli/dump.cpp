@@ -16,7 +16,6 @@
 #include "cli/dump/dump_summary.h"
 #include "cli/dump/edit_report.h"
 #include "cli/dump/shared_classes.h"
-#include "cli/files/directories.h"
 #include "cli/files/read_limits.h"
 #include "cli/files/staged_output.h"
 #include "cli/files/standard_streams.h"
@@ -53,8 +52,6 @@ void Report(const DumpedFile& file, const std::string& path, std::size_t left_ou
 ExitStatus Dump(const DumpOptions& options) {
   CheckUsage(options);
   if (options.one_per_model) return DumpModels(options);
-  NewDirectories directories;
-  directories.Make(options.output_dir);
   StagedOutput output(OutputPath(options), options.force);
 
   Fabscan fabscan;
@@ -68,10 +65,9 @@ ExitStatus Dump(const DumpOptions& options) {
   output.Finish();
   Report(file, output.path(), guids.empty() ? NodesOutside(fabscan.discovered_fabric) : 0);
   output.Commit();
-  directories.Keep();
   if (options.variant == Variant::kExact) {
     WarnOfFaults(OutputName(output.path()) + " does not compile as written", file.summary.faults(),
-                 options, guids);
+                 options);
   }
   return kDone;
 }

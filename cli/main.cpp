@@ -15,6 +15,7 @@
 #include "cli/files/standard_streams.h"
 #include "cli/output/closed_pipe.h"
 #include "cli/output/report.h"
+#include "cli/terminal/termination.h"
 #include "snapshot/snapshot.h"
 #include "snapshot/suggestion.h"
 
@@ -130,6 +131,7 @@ ExitStatus FailureOf(int argc, char** argv) {
 }  // namespace fabscan
 
 int main(int argc, char** argv) {
+  fabscan::WatchTerminationSignals();
   fabscan::LetWritesFail();
   try {
     fabscan::OpenClosedStandardStreams();

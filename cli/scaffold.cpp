@@ -12,7 +12,6 @@
 #include "cli/dump/edit_report.h"
 #include "cli/dump/model_files.h"
 #include "cli/dump/model_names.h"
-#include "cli/files/directories.h"
 #include "cli/files/read_limits.h"
 #include "cli/files/staged_output.h"
 #include "cli/output/report.h"
@@ -42,8 +41,6 @@ ExitStatus ScaffoldDevice(const ScaffoldOptions& options) {
     throw CommandError("a SNAPSHOT is required to select nodes", kWrongUsage);
   }
   const std::filesystem::path directory(options.output_dir);
-  NewDirectories directories;
-  directories.Make(directory);
   const auto outputs = StagedOutput::Several(
       {directory / (LowerCasePrefix(options.prefix) + ".h"), directory / "CMakeLists.txt"},
       options.force);
@@ -51,7 +48,6 @@ ExitStatus ScaffoldDevice(const ScaffoldOptions& options) {
   outputs[1]->stream() << DeviceSource("devices/example/CMakeLists.txt", options.prefix);
   std::cout << outputs[0]->path() << '\n' << outputs[1]->path() << '\n';
   StagedOutput::CommitAll(outputs);
-  directories.Keep();
   return kDone;
 }
 

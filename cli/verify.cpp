@@ -17,10 +17,12 @@
 #include "cli/selection/node_selection.h"
 #include "cli/selection/selected_nodes.h"
 #include "cli/terminal/progress.h"
-#include "cli/verify/verify_folder.h"
+#include "cli/terminal/termination.h"
+#include "cli/verify/verify_directory.h"
 #include "cli/verify/verify_report.h"
-#include "cli/verify/verify_selection.h"
+#include "fabrics/device_models.h"
 #include "fabrics/natural_order.h"
+#include "simulator/verification/process.h"
 #include "simulator/verification/verification.h"
 
 namespace fabscan {
@@ -67,8 +69,7 @@ class Run {
 
  private:
   void work() {
-    for (std::size_t i = next_++; i < verified_.size() && !VerifyFolder::Interrupted();
-         i = next_++) {
+    for (std::size_t i = next_++; i < verified_.size(); i = next_++) {
       verifyNode(verified_[i]);
       ++done_;
     }
@@ -100,11 +101,12 @@ class Run {
   std::mutex mutex_;  // of the generator
 };
 
-Workspace MakeWorkspace(const VerifyFolder& folder, const Compiler& compiler) {
+Workspace MakeWorkspace(const VerifyDirectory& directory, const Compiler& compiler) {
   std::optional<Workspace> workspace;
   try {
     Progress progress;
-    progress.Watch("compiling the simulator", [&] { workspace.emplace(folder.path(), compiler); });
+    progress.Watch("compiling the simulator",
+                   [&] { workspace.emplace(directory.path(), compiler); });
     return *std::move(workspace);
   } catch (const VerificationError& error) {
     PrintDetails(error.details());
@@ -113,7 +115,8 @@ Workspace MakeWorkspace(const VerifyFolder& folder, const Compiler& compiler) {
 }
 
 ExitStatus Verify(const VerifyOptions& options) {
-  const VerifyFolder folder(options.keep);
+  const VerifyDirectory directory(options.keep);
+  const CleanupAtTermination processes(EndProcesses);
   Fabscan fabscan;
   const std::set<u_int64_t> guids = options.nodes
                                         .Read(options.snapshot, fabscan, options.reading,
@@ -124,11 +127,10 @@ ExitStatus Verify(const VerifyOptions& options) {
                                          : SelectedNodes(fabscan.discovered_fabric, guids);
   SortNaturally(nodes);
 
-  const Workspace workspace = MakeWorkspace(folder, options.compiler);
+  const Workspace workspace = MakeWorkspace(directory, options.compiler);
   Run run(fabscan, workspace, nodes);
   VerifyTotals totals;
   for (const VerifiedNode& node : run.Verify(options.jobs)) {
-    if (VerifyFolder::Interrupted()) return kFailed;
     totals.Add(node);
     std::cout << ReportText(node, StandardOutput()) << '\n';
   }

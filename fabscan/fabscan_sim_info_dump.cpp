@@ -4,50 +4,16 @@
 
 #include <cctype>
 #include <fstream>
-#include <iterator>
 #include <string_view>
 
 #include "gathering_buffer.h"
+#include "generated_functions.h"
 #include "source_writer.h"
 
 namespace {
 
-using Emitter = void (SimInfoDumpCPP::*)(std::ostream&, const IBNode&) const;
-
-struct GeneratedFunction {
-  std::string_view name;
-  Emitter emitter;
-};
-
-// The functions of a node, in the order of the generated file.
-// clang-format off
-constexpr GeneratedFunction kGeneratedFunctions[] = {
-    {"setNodeInfo",                        &SimInfoDumpCPP::GenerateNodeInfo},
-    {"setPortInfo",                        &SimInfoDumpCPP::GeneratePortInfo},
-    {"setGMPCapability",                   &SimInfoDumpCPP::GenerateGMPCapabilityMask},
-    {"setSMPCapability",                   &SimInfoDumpCPP::GenerateSMPCapabilityMask},
-    {"setFWInfo",                          &SimInfoDumpCPP::GenerateFWInfo},
-    {"setHWInfo",                          &SimInfoDumpCPP::GenerateHWInfo},
-    {"setSWInfo",                          &SimInfoDumpCPP::GenerateSWInfo},
-    {"setPortInfoExtended",                &SimInfoDumpCPP::GeneratePortInfoExtended},
-    {"setExtendedNodeInfo",                &SimInfoDumpCPP::GenerateExtendedNodeInfo},
-    {"setExtendedPortInfo",                &SimInfoDumpCPP::GenerateExtendedPortInfo},
-    {"setArInfo",                          &SimInfoDumpCPP::GenerateARInfo},
-    {"setRouterInfo",                      &SimInfoDumpCPP::GenerateRouterInfo},
-    {"setExtendedSwitchInfo",              &SimInfoDumpCPP::GenerateExtendedSwitchInfo},
-    {"setSwitchInfo",                      &SimInfoDumpCPP::GenerateSwitchInfo},
-    {"setPrivateLftInfo",                  &SimInfoDumpCPP::GeneratePrivateLFTInfo},
-    {"setEnhancedCongestionInfo",          &SimInfoDumpCPP::GenerateEnhancedCongestionInfo},
-    {"setCongestionSwitchGeneralSettings", &SimInfoDumpCPP::GenerateCongestionSwitchGeneralSettings},
-    {"setVSReductionManagerClassPortInfo", &SimInfoDumpCPP::GenerateVSReductionManagerClassPortInfo},
-    {"setWrenReductionPortInfo",           &SimInfoDumpCPP::GenerateWrenReductionPortInfo},
-    {"setWrenReductionInfo",               &SimInfoDumpCPP::GenerateWrenReductionInfo},
-    {"setWrenReductionCounters",           &SimInfoDumpCPP::GenerateWrenReductionCounters},
-    {"setWrenPushReductionCounters",       &SimInfoDumpCPP::GenerateWrenPushReductionCounters},
-};
-// clang-format on
-
-static_assert(std::size(kGeneratedFunctions) == 22);
+using fabscan::generator::GeneratedFunction;
+using fabscan::generator::kGeneratedFunctions;
 
 std::string LowerCased(std::string text) {
   for (char& c : text) c = static_cast<char>(std::tolower(static_cast<signed char>(c)));

@@ -4,8 +4,10 @@
 
 #include <cstdint>
 #include <sstream>
+#include <string>
+#include <vector>
 
-#include "cli/dump/generated_file.h"
+#include "cli/dump/function_body.h"
 #include "fuzz/compiled_text.h"
 #include "fuzz/generated_structure.h"
 #include "fuzz/inconsistent_fabric.h"
@@ -15,16 +17,38 @@
 namespace fabscan {
 namespace {
 
-/// The command's own reader finds the same nodes and functions.
-void RequireReadable(const std::string& text, std::size_t nodes) {
-  std::istringstream in(text);
-  GeneratedFileReader reader(in);
-  GeneratedNode node;
-  std::size_t found = 0;
-  for (; reader.Next(node); ++found) {
-    Require(node.functions.size() == 22, "the reader of generated files finds 22 functions a node");
+/// The mark that the whole body asks for.
+Mark MarkOfBody(const std::string& body) {
+  bool has_statement = false;
+  std::istringstream in(body);
+  for (std::string line; std::getline(in, line);) {
+    if (line.compare(0, 7, "#error ") == 0) return Mark::kError;
+    const std::size_t begin = line.find_first_not_of(' ');
+    if (begin != std::string::npos && line.compare(begin, 2, "//") != 0) has_statement = true;
   }
-  Require(found == nodes, "the reader of generated files finds every node");
+  return has_statement ? Mark::kBlock : Mark::kComment;
+}
+
+/// Each emitter, asked alone, writes what the file has, and its first line tells what that is.
+void RequireSameOfEmitters(const std::string& text, Fabscan& fabscan,
+                           const std::vector<const IBNode*>& nodes) {
+  const SimInfoDumpCPP dump(fabscan);
+  BodyQuery query(fabscan);
+  std::size_t at = 0;
+  for (const IBNode* node : nodes) {
+    for (const auto& function : generator::kGeneratedFunctions) {
+      const std::string body = BodyText(dump, function, *node);
+      const std::string written =
+          '\n' + ("void Fuzz::" + query.ClassOf(*node) + "::").append(function.name) + "() {\n" +
+          body + "}\n";
+      at = text.find(written, at);
+      Require(at != std::string::npos, "an emitter asked alone writes what the file has");
+      const Mark mark = query.MarkOf(function, *node);
+      Require(MarkOfBody(body) == (mark == Mark::kHand ? Mark::kBlock : mark),
+              "the first line tells what a body is");
+      at += written.size() - 1;
+    }
+  }
 }
 
 /// The compiler sees names only in lines that stop the build.
@@ -47,7 +71,7 @@ void Check(Bytes bytes) {
   const std::vector<const IBNode*> selected = fabric.Selected();
   const std::string fault = FaultOfStructure(text, "Fuzz", selected);
   Require(fault.empty(), fault);
-  RequireReadable(text, selected.size());
+  RequireSameOfEmitters(text, fabscan, selected);
 
   fabric.UsePlainNames();
   const std::string plain = folder.Generated(fabscan, fabric.guids());

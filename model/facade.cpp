@@ -25,6 +25,7 @@ int Fabscan::OpenFile(const std::string& description, const OutputControl::Ident
   last_error_.clear();
   output_path_ =
       output_folder_.empty() ? identity.fileName() : output_folder_ + '/' + identity.fileName();
+  if (!output_file_.empty()) output_path_ = output_file_;
   const bool leaves_folder = identity.fileName().find('/') != std::string::npos;
   if (identity.fileName().empty() || leaves_folder) return fail("name", EINVAL);
 

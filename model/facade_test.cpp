@@ -51,6 +51,18 @@ TEST_F(FacadeTest, WritesTheFileToTheOutputDirectory) {
   EXPECT_EQ(fabscan_.lastError(), "");
 }
 
+TEST_F(FacadeTest, WritesToTheOutputFileWhateverTheName) {
+  fabscan_.setOutputFile(folder_ + "/other");
+  ASSERT_EQ(Open("a.cpp"), 0);
+  EXPECT_EQ(fabscan_.outputPath(), folder_ + "/other");
+  out_ << "text\n";
+  EXPECT_EQ(fabscan_.CloseFile(out_, "//"), 0);
+  EXPECT_EQ(Content("other"), "text\n");
+  fabscan_.setOutputFile("");
+  ASSERT_EQ(Open("a.cpp"), 0);
+  EXPECT_EQ(fabscan_.outputPath(), folder_ + "/a.cpp");
+}
+
 TEST_F(FacadeTest, TruncatesAnExistingFileUnlessAppending) {
   for (const bool append : {false, false, true}) {
     ASSERT_EQ(Open("a.cpp", append, "//"), 0);

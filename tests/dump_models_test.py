@@ -152,7 +152,7 @@ class OnePerModel(CommandTest):
             [command_line._command, "dump", path.name, "--prefix", "MyDev", "--one-per-model",
              "--force"], cwd=self.folder, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         deadline = time.monotonic() + 60
-        while (len(list(self.folder.glob(".fabscan-*/*"))) < 30 and run.poll() is None
+        while (len(list(self.folder.glob(".fabscan-*"))) < 30 and run.poll() is None
                and time.monotonic() < deadline):
             pass
         run.send_signal(signal.SIGTERM)

@@ -159,7 +159,7 @@ class Selection(CommandTest):
             (run.returncode, run.stderr),
             (DONE, f"fabscan: warning: {OUT} does not compile as written: 2 functions that need "
                    f"edits; next: fabscan scaffold {DEMO} --prefix MyDev --guid "
-                   "0x5a1e0c0000000100 --output-dir sim\n"))
+                   "5a1e0c0000000100 --output-dir sim\n"))
 
     def test_a_device_cannot_write_source_or_to_the_terminal(self):
         name = "x\nvoid P::SW::stolen() {}\n\x1b[31m"

@@ -233,8 +233,12 @@ class Streams(Outputs):
         for name in ("sub", "sub/", ".", "sub/.."):
             self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", name),
                               f"{name}: is a directory; name a file in it")
-        self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", "none/out.jsonl"),
-                          "cannot create files in none: no such directory; create it first")
+        self.put("file", "")
+        self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", "file/out.jsonl"),
+                          "file: is not a directory; use another path")
+        run = self.run_command("merge", DEMO, DEMO, "--output", "new/deep/out.jsonl")
+        self.assertEqual(run.returncode, DONE, run.stderr)
+        self.assertEqual(self.entries("new/deep"), ["out.jsonl"])
 
     def test_a_file_keeps_its_permissions(self):
         path = self.put("out.jsonl", "earlier\n")

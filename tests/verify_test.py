@@ -114,7 +114,8 @@ class Verify(CommandTest):
         self.assertEqual(self.entries(f"kept/devices/{name}"),
                          [f"{name}.h", f"{name}_generated.cpp", f"{name}_verified.cpp"])
         again = self.run_command("verify", DEMO, "--guid", ADAPTER, "--keep", "kept")
-        self.assert_fails(again, "kept: is not empty; use a new or empty directory with write permission")
+        self.assert_fails(again, "kept: is not empty; use a new or empty directory that you can "
+                               "write to")
 
     def test_a_missing_compiler(self):
         run = self.run_command("verify", DEMO, "--compiler", "no-such-compiler")
@@ -138,8 +139,8 @@ class Verify(CommandTest):
     def test_a_read_only_directory(self):
         self.folder.chmod(0o555)
         run = self.run_command("verify", DEMO, "--keep", "kept", as_nobody=True)
-        self.assert_fails(run, "kept: cannot create the directory: Permission denied; use a new "
-                               "or empty directory with write permission")
+        self.assert_fails(run, "kept: cannot create the directory: Permission denied; use a "
+                               "new or empty directory that you can write to")
 
     def test_a_missing_snapshot(self):
         run = self.run_command("verify", "none.jsonl")

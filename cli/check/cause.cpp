@@ -214,25 +214,24 @@ std::string_view CodeWord(CauseCode code) {
   return "other";
 }
 
-std::optional<Cause> CauseOf(const Fabscan& fabscan, const IBNode& node,
-                             const GeneratedFunction& function) {
-  const Requirement* requirement = FindRequirement(function.name);
+std::optional<Cause> CauseOf(const Fabscan& fabscan, const IBNode& node, const FunctionBody& body) {
+  if (body.mark == Mark::kBlock) return std::nullopt;
+  const Requirement* requirement = FindRequirement(body.function->name);
   Cause other;
-  if (function.kind == BodyKind::kBlock) {
-    if (!NeedsHand(function)) return std::nullopt;
+  if (body.mark == Mark::kHand) {
     other.code = CauseCode::kByHand;
     if (requirement != nullptr && !requirement->records.empty()) {
       other.record = requirement->records.back().name;
     }
     other.key = other.record;
-    other.text = HandReason(function);
+    other.text = ProblemsText(*body.function);
     return other;
   }
   if (requirement != nullptr) {
     std::optional<Cause> cause = UnmetRequirement(fabscan, node, *requirement);
     if (cause) return cause;
   }
-  other.key = function.name;
+  other.key = body.function->name;
   other.text = "see the generated line";
   return other;
 }

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "cli/check/requirements.h"
-#include "cli/dump/generated_file.h"
+#include "cli/dump/function_body.h"
 
 namespace fabscan {
 
@@ -55,8 +55,7 @@ std::optional<Cause> UnmetRequirement(const Fabscan& fabscan, const IBNode& node
                                       const Requirement& requirement);
 
 /// Why the function is not a block that compiles; none if it is one.
-std::optional<Cause> CauseOf(const Fabscan& fabscan, const IBNode& node,
-                             const GeneratedFunction& function);
+std::optional<Cause> CauseOf(const Fabscan& fabscan, const IBNode& node, const FunctionBody& body);
 
 /// Of nodes that define the same class.
 Cause SharedClassCause(const std::string& class_word);

@@ -163,10 +163,10 @@ TextParts TakeApart(std::string_view text, std::string_view node_name) {
   return parts;
 }
 
-void CheckPage::Add(const IBNode& node, const GeneratedNode& generated) {
+void CheckPage::Add(const IBNode& node, const std::vector<std::string>& bodies) {
   std::vector<Text>& texts = texts_[&node];
-  for (const GeneratedFunction& function : generated.functions) {
-    TextParts parts = TakeApart(function.body, node.name);
+  for (const std::string& body : bodies) {
+    TextParts parts = TakeApart(body, node.name);
     texts.push_back({numberOfFrame(parts.frame), values_.Number(std::move(parts.values))});
   }
 }

@@ -39,7 +39,8 @@ TextParts TakeApart(std::string_view text, std::string_view node_name);
 /// nothing of the network, and shows what devices say of themselves as text only.
 class CheckPage {
  public:
-  void Add(const IBNode& node, const GeneratedNode& generated);
+  /// `bodies`: the lines of each function, in the order of the generated file.
+  void Add(const IBNode& node, const std::vector<std::string>& bodies);
   /// `report` is of the nodes that were added here.
   void Write(std::ostream& out, const CheckReport& report) const;
 

@@ -46,14 +46,11 @@ TEST(CheckPageTest, EveryTextComesTogetherAgain) {
 std::string PageOf(const std::string& name, const std::string& body) {
   Fabscan fabscan;
   const IBNode& node = fabscan.discovered_fabric.makeNode(name, 1, IB_SW_NODE, 1);
-  GeneratedNode generated;
-  generated.guid = 1;
-  generated.class_word = "SW";
-  generated.functions.push_back({"setNodeInfo", body, 1, BodyKind::kComment});
+  const auto* function = generator::FindGeneratedFunction("setNodeInfo");
   CheckResult result(fabscan);
-  result.Add(node, generated);
+  result.Add(node, {"SW", {{function, Mark::kComment, "why"}}});
   CheckPage page;
-  page.Add(node, generated);
+  page.Add(node, {body});
   std::ostringstream out;
   page.Write(out, CheckReport(result, "f.jsonl", CheckedNodes::kAll));
   return out.str();

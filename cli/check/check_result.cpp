@@ -6,38 +6,21 @@
 
 namespace fabscan {
 
-namespace {
-
-Mark MarkOf(const GeneratedFunction& function) {
-  switch (function.kind) {
-    case BodyKind::kError:
-      return Mark::kError;
-    case BodyKind::kComment:
-      return Mark::kComment;
-    case BodyKind::kBlock:
-      break;
-  }
-  return NeedsHand(function) ? Mark::kHand : Mark::kBlock;
-}
-
-}  // namespace
-
 void CheckResult::Add(const IBNode& node, const GeneratedNode& generated) {
   CheckedNode& checked = nodes_.emplace_back();
   checked.node = &node;
   checked.class_word = generated.class_word;
-  for (const GeneratedFunction& function : generated.functions) {
+  for (const FunctionBody& body : generated.functions) {
     const std::size_t place = checked.functions.size();
     if (place == function_names_.size()) {
-      function_names_.push_back(function.name);
+      function_names_.emplace_back(body.function->name);
       counts_.emplace_back();
     }
-    const Mark mark = MarkOf(function);
-    ++counts_[place][static_cast<std::size_t>(mark)];
+    ++counts_[place][static_cast<std::size_t>(body.mark)];
     CheckedFunction& entry = checked.functions.emplace_back();
-    entry.mark = mark;
-    entry.reason = numberOf(WithoutName(ReasonOfBody(function.body), node.name));
-    std::optional<Cause> cause = CauseOf(fabric_, node, function);
+    entry.mark = body.mark;
+    entry.reason = numberOf(WithoutName(body.reason, node.name));
+    std::optional<Cause> cause = CauseOf(fabric_, node, body);
     if (cause) entry.cause = numberOf(std::move(*cause));
   }
 }

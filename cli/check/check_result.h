@@ -11,18 +11,9 @@
 #include <vector>
 
 #include "cli/check/cause.h"
-#include "cli/dump/generated_file.h"
+#include "cli/dump/function_body.h"
 
 namespace fabscan {
-
-/// What a generated function is for whoever builds the file.
-enum class Mark {
-  kBlock,    // compiles, and gives the simulated node its values
-  kComment,  // compiles, and gives nothing
-  kError,    // an #error line stops the compiler
-  kHand,     // statements that no compiler takes as they stand
-};
-inline constexpr std::size_t kMarks = 4;
 
 struct CheckedFunction {
   Mark mark = Mark::kBlock;

@@ -10,13 +10,9 @@ namespace {
 class CheckResultTest : public ::testing::Test {
  protected:
   void Add(const std::string& name, const std::string& class_word,
-           std::vector<GeneratedFunction> functions) {
-    GeneratedNode generated;
-    generated.guid = ++guid_;
-    generated.class_word = class_word;
-    for (GeneratedFunction& function : functions) function.kind = KindOfBody(function.body);
-    generated.functions = std::move(functions);
-    result_.Add(fabscan_.discovered_fabric.makeNode(name, guid_, IB_SW_NODE, 1), generated);
+           std::vector<FunctionBody> functions) {
+    result_.Add(fabscan_.discovered_fabric.makeNode(name, ++guid_, IB_SW_NODE, 1),
+                {class_word, std::move(functions)});
   }
 
   Fabscan fabscan_;
@@ -24,11 +20,16 @@ class CheckResultTest : public ::testing::Test {
   CheckResult result_{fabscan_};
 };
 
-constexpr char kBlock[] = "    SMP_NodeInfo mad_buffer;\n";
+FunctionBody Body(const char* function, Mark mark, std::string reason = {}) {
+  return {generator::FindGeneratedFunction(function), mark, std::move(reason)};
+}
+const FunctionBody kNodeInfoBlock = Body("setNodeInfo", Mark::kBlock);
 
 TEST_F(CheckResultTest, Builds) {
-  Add("S", "SW", {{"setNodeInfo", kBlock}, {"setRouterInfo", "// The node=S is not a router\n"}});
-  Add("H", "HCA", {{"setNodeInfo", kBlock}, {"setRouterInfo", "// The node=H is not a router\n"}});
+  Add("S", "SW",
+      {kNodeInfoBlock, Body("setRouterInfo", Mark::kComment, "The node=S is not a router")});
+  Add("H", "HCA",
+      {kNodeInfoBlock, Body("setRouterInfo", Mark::kComment, "The node=H is not a router")});
   EXPECT_TRUE(result_.Builds());
   EXPECT_EQ(Verdict(result_), "builds");
   EXPECT_EQ(result_.count(Mark::kBlock), 2U);
@@ -40,7 +41,7 @@ TEST_F(CheckResultTest, Builds) {
 }
 
 TEST_F(CheckResultTest, AnErrorStopsTheBuild) {
-  Add("S", "SW", {{"setNodeInfo", "#error \"Failed to get NodeInfo mad for the node=S\"\n"}});
+  Add("S", "SW", {Body("setNodeInfo", Mark::kError, "Failed to get NodeInfo mad for the node=S")});
   EXPECT_FALSE(result_.Builds());
   EXPECT_EQ(result_.nodes()[0].functions[0].mark, Mark::kError);
   EXPECT_EQ(result_.reason(1), "Failed to get NodeInfo mad for the node");
@@ -49,8 +50,8 @@ TEST_F(CheckResultTest, AnErrorStopsTheBuild) {
 
 TEST_F(CheckResultTest, WhatNeedsAHandStopsTheBuild) {
   Add("S", "SW",
-      {{"setVSReductionManagerClassPortInfo", "    mad_buffer.RedirectGID = 0x0x7ffe;\n"},
-       {"setWrenPushReductionCounters", "        SMP_TarnExtPortInfo_pack(&mad_buffer, x);\n"}});
+      {Body("setVSReductionManagerClassPortInfo", Mark::kHand),
+       Body("setWrenPushReductionCounters", Mark::kHand)});
   EXPECT_EQ(result_.count(Mark::kHand), 2U);
   EXPECT_EQ(Verdict(result_), "does not build: 2 in need of an edit");
   EXPECT_EQ(result_.cause(1)->code, CauseCode::kByHand);
@@ -58,9 +59,9 @@ TEST_F(CheckResultTest, WhatNeedsAHandStopsTheBuild) {
 }
 
 TEST_F(CheckResultTest, ASharedClassStopsTheBuild) {
-  Add("S1", "SW", {{"setNodeInfo", kBlock}});
-  Add("H", "HCA", {{"setNodeInfo", kBlock}});
-  Add("S2", "SW", {{"setNodeInfo", kBlock}});
+  Add("S1", "SW", {kNodeInfoBlock});
+  Add("H", "HCA", {kNodeInfoBlock});
+  Add("S2", "SW", {kNodeInfoBlock});
   EXPECT_EQ(Verdict(result_), "does not build: 1 class that several nodes define");
   const auto shared = result_.SharedClasses();
   ASSERT_EQ(shared.size(), 1U);

@@ -7,21 +7,18 @@
 namespace fabscan {
 namespace {
 
-constexpr char kBlock[] = "    SMP_NodeInfo mad_buffer;\n";
-constexpr char kError[] = "#error \"Failed to get NodeInfo mad for the node=S\"\n";
-constexpr char kNotAR[] = "#error \"The node=S does not support AR\"\n";
+FunctionBody Body(const char* function, Mark mark) {
+  return {generator::FindGeneratedFunction(function), mark, "why"};
+}
+const FunctionBody kBlock = Body("setNodeInfo", Mark::kBlock);
 
 class NextStepsTest : public ::testing::Test {
  protected:
-  const IBNode& Add(const std::string& class_word, std::vector<GeneratedFunction> functions) {
-    GeneratedNode generated;
-    generated.guid = ++guid_;
-    generated.class_word = class_word;
-    for (GeneratedFunction& function : functions) function.kind = KindOfBody(function.body);
-    generated.functions = std::move(functions);
+  const IBNode& Add(const std::string& class_word, std::vector<FunctionBody> functions) {
+    ++guid_;
     const IBNode& node =
         fabscan_.discovered_fabric.makeNode("S" + std::to_string(guid_), guid_, IB_SW_NODE, 1);
-    result_.Add(node, generated);
+    result_.Add(node, {class_word, std::move(functions)});
     return node;
   }
   std::string Text(const std::string& snapshot, CheckedNodes checked = CheckedNodes::kAll) {
@@ -34,7 +31,7 @@ class NextStepsTest : public ::testing::Test {
 };
 
 TEST_F(NextStepsTest, WhatBuildsIsScaffolded) {
-  Add("SW", {{"setNodeInfo", kBlock}});
+  Add("SW", {kBlock});
   EXPECT_EQ(Text("f.jsonl"),
             "next: write a project that simulates these devices\n"
             "  fabscan scaffold f.jsonl --prefix MyDev --output-dir sim\n");
@@ -45,7 +42,7 @@ TEST_F(NextStepsTest, WhatBuildsIsScaffolded) {
 }
 
 TEST_F(NextStepsTest, WhatIsMissingIsCollected) {
-  Add("SW", {{"setNodeInfo", kError}, {"setArInfo", kNotAR}});
+  Add("SW", {Body("setNodeInfo", Mark::kError), Body("setArInfo", Mark::kError)});
   EXPECT_EQ(Text("f.jsonl"),
             "next: collect SMP_NodeInfo, smpCapabilityMask (see docs/discovery.md), and add what "
             "you collected\n"
@@ -60,19 +57,15 @@ TEST_F(NextStepsTest, WhatIsMissingIsCollected) {
 TEST_F(NextStepsTest, WhatTheDeviceLacksIsNotCollected) {
   const IBNode& node = Add("SW", {});
   fabscan_.capability_module.put(node, false, {});
-  GeneratedNode generated;
-  generated.guid = node.guid;
-  generated.class_word = "HCA";
-  generated.functions = {{"setArInfo", kNotAR, 1, BodyKind::kError}};
-  result_.Add(node, generated);
+  result_.Add(node, {"HCA", {Body("setArInfo", Mark::kError)}});
   EXPECT_EQ(Text("f.jsonl"),
             "next: write a project that builds, with one node of each device model\n"
             "  fabscan scaffold f.jsonl --prefix MyDev --output-dir sim\n");
 }
 
 TEST_F(NextStepsTest, NodesOfOneClass) {
-  Add("SW", {{"setNodeInfo", kBlock}});
-  Add("SW", {{"setNodeInfo", kBlock}});
+  Add("SW", {kBlock});
+  Add("SW", {kBlock});
   EXPECT_EQ(Text("f.jsonl"),
             "next: write a project that builds, with one node of each device model\n"
             "  fabscan scaffold f.jsonl --prefix MyDev --output-dir sim\n"
@@ -85,7 +78,7 @@ TEST_F(NextStepsTest, NodesOfOneClass) {
 }
 
 TEST_F(NextStepsTest, FileNamesAreWordsOfAShell) {
-  Add("SW", {{"setNodeInfo", kBlock}});
+  Add("SW", {kBlock});
   EXPECT_NE(Text("it's mine.jsonl").find("scaffold 'it'\\''s mine.jsonl' --prefix"),
             std::string::npos);
   EXPECT_NE(Text("-x").find("scaffold ./-x --prefix"), std::string::npos);

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "cli/check/cause.h"
-#include "cli/check/generated_nodes.h"
+#include "cli/dump/function_body.h"
 #include "snapshot/record_fields.h"
 
 namespace fabscan {
@@ -78,21 +78,17 @@ class Generated {
     }
   }
 
-  using Visit = std::function<void(const Contents&, const IBNode&, const GeneratedFunction&)>;
+  using Visit = std::function<void(const Contents&, const IBNode&, const FunctionBody&)>;
   /// Calls `visit` for each function of each node.
   void ForEachFunction(const Visit& visit) {
-    std::size_t number = 0;
-    ForEachGeneratedNode(fabscan_, {}, [&](const IBNode& node, const GeneratedNode& generated) {
-      ASSERT_EQ(node.guid, number + 1);  // the names ascend
-      for (const GeneratedFunction& function : generated.functions) {
-        visit(contents_[number], node, function);
-      }
-      ++number;
-    });
-    ASSERT_EQ(number, contents_.size());
+    BodyQuery query(fabscan_);
+    for (std::size_t i = 0; i < contents_.size(); ++i) {
+      const IBNode& node = *fabscan_.discovered_fabric.getNodeByGuid(i + 1);
+      for (const FunctionBody& body : query.Ask(node).functions) visit(contents_[i], node, body);
+    }
   }
-  std::optional<Cause> Unmet(const IBNode& node, const GeneratedFunction& function) const {
-    return UnmetRequirement(fabscan_, node, *FindRequirement(function.name));
+  std::optional<Cause> Unmet(const IBNode& node, const FunctionBody& body) const {
+    return UnmetRequirement(fabscan_, node, *FindRequirement(body.function->name));
   }
 
  private:
@@ -118,7 +114,9 @@ class Generated {
   std::vector<Contents> contents_;
 };
 
-bool IsBlock(const GeneratedFunction& function) { return function.kind == BodyKind::kBlock; }
+bool IsBlock(const FunctionBody& body) {
+  return body.mark == Mark::kBlock || body.mark == Mark::kHand;
+}
 
 /// The names that a function's row gives: of masks and of records.
 std::set<std::string> NamesIn(const Requirement& row) {
@@ -139,8 +137,8 @@ TEST(RequirementsTest, RowsAreTheGeneratedFunctions) {
   Generated generated;
   generated.Add(kWholeNodes[0]);
   std::vector<std::string> written;
-  const auto visit = [&](const Contents&, const IBNode&, const GeneratedFunction& function) {
-    written.push_back(function.name);
+  const auto visit = [&](const Contents&, const IBNode&, const FunctionBody& body) {
+    written.emplace_back(body.function->name);
   };
   generated.ForEachFunction(visit);
   std::vector<std::string> rows;
@@ -156,10 +154,9 @@ TEST(RequirementsTest, RowsNameTheNodesThatHaveTheAttribute) {
     contents.special = special;
     generated.Add(contents);
   }
-  const auto visit = [&](const Contents& contents, const IBNode&,
-                         const GeneratedFunction& function) {
+  const auto visit = [&](const Contents& contents, const IBNode&, const FunctionBody& body) {
     bool expected = false;
-    switch (FindRequirement(function.name)->nodes) {
+    switch (FindRequirement(body.function->name)->nodes) {
       case AttributeOf::kAllNodes:
         expected = true;
         break;
@@ -173,7 +170,7 @@ TEST(RequirementsTest, RowsNameTheNodesThatHaveTheAttribute) {
         expected = contents.special == IB_NOT_SPECIAL_PORT;
         break;
     }
-    EXPECT_EQ(IsBlock(function), expected) << function.name << ' ' << contents.type;
+    EXPECT_EQ(IsBlock(body), expected) << body.function->name << ' ' << contents.type;
   };
   generated.ForEachFunction(visit);
 }
@@ -190,16 +187,15 @@ TEST(RequirementsTest, EachBitGatesTheFunctionsThatNameIt) {
       generated.Add(contents);
     }
   }
-  const auto visit = [&](const Contents& contents, const IBNode& node,
-                         const GeneratedFunction& function) {
-    const std::optional<Cause> cause = generated.Unmet(node, function);
+  const auto visit = [&](const Contents& contents, const IBNode& node, const FunctionBody& body) {
+    const std::optional<Cause> cause = generated.Unmet(node, body);
     if (cause && cause->code == CauseCode::kNodeType) return;
-    const Requirement& row = *FindRequirement(function.name);
+    const Requirement& row = *FindRequirement(body.function->name);
     const bool smp = !contents.clear_smp.empty();
     const int bit = smp ? *contents.clear_smp.begin() : *contents.clear_gmp.begin();
     const bool gates = row.mask == (smp ? GatingMask::kSMP : GatingMask::kGMP) &&
                        std::count(row.bits.begin(), row.bits.end(), bit) != 0;
-    EXPECT_EQ(IsBlock(function), !gates) << function.name << ' ' << bit;
+    EXPECT_EQ(IsBlock(body), !gates) << body.function->name << ' ' << bit;
     if (gates) {
       ASSERT_TRUE(cause);
       EXPECT_EQ(cause->code, CauseCode::kNotSupported);
@@ -229,13 +225,12 @@ TEST(RequirementsTest, EachMaskAndRecordIsNeededByTheFunctionsThatNameIt) {
     }
   }
   std::set<std::string> needed;
-  const auto visit = [&](const Contents& contents, const IBNode& node,
-                         const GeneratedFunction& function) {
-    const std::optional<Cause> cause = generated.Unmet(node, function);
+  const auto visit = [&](const Contents& contents, const IBNode& node, const FunctionBody& body) {
+    const std::optional<Cause> cause = generated.Unmet(node, body);
     if (cause && cause->code == CauseCode::kNodeType) return;
     const std::string& name = *contents.without.begin();
-    const bool names_it = NamesIn(*FindRequirement(function.name)).count(name) != 0;
-    EXPECT_EQ(IsBlock(function), !names_it) << function.name << ' ' << name;
+    const bool names_it = NamesIn(*FindRequirement(body.function->name)).count(name) != 0;
+    EXPECT_EQ(IsBlock(body), !names_it) << body.function->name << ' ' << name;
     if (!names_it) return;
     needed.insert(name);
     ASSERT_TRUE(cause);
@@ -247,9 +242,9 @@ TEST(RequirementsTest, EachMaskAndRecordIsNeededByTheFunctionsThatNameIt) {
 }
 
 /// Whether the generator calls an attribute unsupported, or its mask not collected.
-bool SpeaksOfSupport(const GeneratedFunction& function) {
-  return function.body.find("not support") != std::string::npos ||
-         function.body.find("capabilites") != std::string::npos;
+bool SpeaksOfSupport(const FunctionBody& body) {
+  return body.reason.find("not support") != std::string::npos ||
+         body.reason.find("capabilites") != std::string::npos;
 }
 
 TEST(RequirementsTest, EveryMixtureHasACauseUnlessItGivesABlock) {
@@ -277,20 +272,19 @@ TEST(RequirementsTest, EveryMixtureHasACauseUnlessItGivesABlock) {
     generated.Add(contents);
   }
   std::map<CauseCode, int> seen;
-  const auto visit = [&](const Contents& contents, const IBNode& node,
-                         const GeneratedFunction& function) {
-    const std::optional<Cause> cause = generated.Unmet(node, function);
-    ASSERT_EQ(!cause, IsBlock(function)) << function.name << ' ' << contents.type << '\n'
-                                         << function.body;
+  const auto visit = [&](const Contents& contents, const IBNode& node, const FunctionBody& body) {
+    const std::optional<Cause> cause = generated.Unmet(node, body);
+    ASSERT_EQ(!cause, IsBlock(body)) << body.function->name << ' ' << contents.type << '\n'
+                                     << body.reason;
     if (!cause) return;
     ++seen[cause->code];
-    EXPECT_NE(cause->code, CauseCode::kOther) << function.body;
-    EXPECT_FALSE(cause->key.empty()) << function.name;
+    EXPECT_NE(cause->code, CauseCode::kOther) << body.reason;
+    EXPECT_FALSE(cause->key.empty()) << body.function->name;
     // The generator itself does not distinguish these.
     const bool support =
         cause->code == CauseCode::kMaskNotCollected || cause->code == CauseCode::kNotSupported;
     const bool special = cause->code == CauseCode::kNodeType && cause->key == "specialNode";
-    EXPECT_EQ(SpeaksOfSupport(function), support || special) << cause->text << function.body;
+    EXPECT_EQ(SpeaksOfSupport(body), support || special) << cause->text << body.reason;
   };
   generated.ForEachFunction(visit);
   for (const CauseCode code :

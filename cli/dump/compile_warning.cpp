@@ -7,11 +7,12 @@
 
 namespace fabscan {
 
-void WarnOfFaults(const std::string& what, const CompileFaults& faults, const DumpOptions& options,
-                  const std::set<u_int64_t>& guids) {
+void WarnOfFaults(const std::string& what, const CompileFaults& faults,
+                  const DumpOptions& options) {
   if (!faults.any()) return;
-  const std::string warning = fmt::format("{}: {}; next: {}", what, faults.text(),
-                                          ScaffoldLine(options.snapshot, options.prefix, guids));
+  const std::string warning =
+      fmt::format("{}: {}; next: {}", what, faults.text(),
+                  ScaffoldLine(options.snapshot, options.prefix, options.nodes.Words()));
   if (options.strict) throw CommandError(warning, kIncomplete);
   PrintWarning(warning);
 }

@@ -1,9 +1,6 @@
 #ifndef FABSCAN_CLI_COMPILE_WARNING_H
 #define FABSCAN_CLI_COMPILE_WARNING_H
 
-#include <sys/types.h>
-
-#include <set>
 #include <string>
 
 #include "cli/dump/dump_options.h"
@@ -13,8 +10,7 @@ namespace fabscan {
 
 /// Warns that `what`, such as "x.cpp does not compile as written", with the faults and the command
 /// to run next. With --strict it throws CommandError (incomplete) instead. Nothing without faults.
-void WarnOfFaults(const std::string& what, const CompileFaults& faults, const DumpOptions& options,
-                  const std::set<u_int64_t>& guids);
+void WarnOfFaults(const std::string& what, const CompileFaults& faults, const DumpOptions& options);
 
 }  // namespace fabscan
 

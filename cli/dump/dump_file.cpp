@@ -2,17 +2,17 @@
 
 #include <fmt/format.h>
 
-#include <cstdio>
+#include <cstdint>
+#include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iterator>
 #include <optional>
-#include <sstream>
+#include <system_error>
 
 #include "cli/command.h"
 #include "cli/dump/class_prefix.h"
-#include "cli/dump/written_nodes.h"
-#include "cli/files/scratch_directory.h"
+#include "cli/dump/function_body.h"
+#include "cli/files/temporary_files.h"
 #include "cli/selection/selected_nodes.h"
 #include "fabscan/fabscan_sim_info_dump.h"
 
@@ -21,8 +21,8 @@ namespace fabscan {
 namespace {
 
 void Generate(Fabscan& fabscan, const std::string& prefix, const std::set<u_int64_t>& guids,
-              const std::string& directory, const std::string& output_name) {
-  fabscan.setOutputFolder(directory);
+              const std::string& file, const std::string& output_name) {
+  fabscan.setOutputFile(file);
   SimInfoDumpCPP generator(fabscan);
   const int status = generator.Generate(prefix, guids);
   // Generate reports a file that does not open, the facade also one that is not completely written.
@@ -31,31 +31,47 @@ void Generate(Fabscan& fabscan, const std::string& prefix, const std::set<u_int6
   throw CommandError(fmt::format("{}{}; free some space, or write elsewhere", output_name, cause));
 }
 
+/// So much of the file is written; 0 where that is not known.
+std::size_t KilobytesOf(const std::string& path) {
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(path, error);
+  return error ? 0 : static_cast<std::size_t>(size / 1000);
+}
+
+/// What the emitters write for these nodes.
+DumpSummary Summarise(Fabscan& fabscan, const std::vector<const IBNode*>& nodes,
+                      Progress* progress) {
+  BodyQuery query(fabscan);
+  DumpSummary summary;
+  for (const IBNode* node : nodes) {
+    if (progress != nullptr) progress->Show("nodes counted", summary.nodes(), nodes.size());
+    summary.AddNode(query.ClassOf(*node));
+    for (const generator::GeneratedFunction& function : generator::kGeneratedFunctions) {
+      summary.AddFunction(query.MarkOf(function, *node));
+    }
+  }
+  if (progress != nullptr) progress->Show("nodes counted", nodes.size(), nodes.size());
+  return summary;
+}
+
 [[noreturn]] void RefuseUnreadable(const std::string& output_name) {
   throw CommandError(fmt::format("{}: cannot read what was written; try again", output_name));
 }
 
-DumpSummary Summarise(std::istream& generated_text, const std::string& output_name,
-                      const std::function<void(std::size_t)>& visit) {
-  try {
-    DumpSummary summary(generated_text, visit);
-    if (generated_text.eof()) return summary;
-  } catch (const GeneratedFileError&) {
-    if (generated_text.good()) throw;
-  } catch (const std::ios_base::failure&) {  // reported below
-  }
-  RefuseUnreadable(output_name);
+std::string ReadText(const std::string& path, const std::string& output_name) {
+  std::ifstream file(path, std::ios::binary);
+  std::string text((std::istreambuf_iterator<char>(file)), {});
+  if (text.empty() || file.bad()) RefuseUnreadable(output_name);
+  return text;
 }
 
-void GenerateWithProgress(Fabscan& fabscan, const std::string& prefix,
-                          const std::vector<const IBNode*>& nodes, const std::set<u_int64_t>& guids,
-                          const std::string& directory, const std::string& output_name,
-                          Progress& progress) {
-  WrittenNodes written(nodes, directory + '/' + GeneratedFileName(prefix));
-  progress.Watch(
-      "nodes generated", nodes.size(), [&written] { return written.Count(); },
-      [&] { Generate(fabscan, prefix, guids, directory, output_name); });
-  progress.Show("nodes generated", nodes.size(), nodes.size());
+void Copy(const std::string& path, std::ostream& out, const std::string& output_name) {
+  std::ifstream file(path, std::ios::binary);
+  std::vector<char> chunk(std::size_t{1} << 20U);
+  while (file.read(chunk.data(), static_cast<std::streamsize>(chunk.size())) || file.gcount() > 0) {
+    out.write(chunk.data(), file.gcount());
+  }
+  if (!file.eof()) RefuseUnreadable(output_name);
 }
 
 }  // namespace
@@ -63,42 +79,29 @@ void GenerateWithProgress(Fabscan& fabscan, const std::string& prefix,
 DumpedFile WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
                          const std::set<u_int64_t>& guids, Variant variant, StagedOutput& output,
                          Progress* progress) {
-  // The generator names its file itself, so what is not a file of that name gets a copy.
-  std::optional<ScratchDirectory> scratch;
-  const std::string directory = output.isStaged() ? output.folder() : scratch.emplace().path();
-  const std::string generated = directory + '/' + GeneratedFileName(prefix);
+  // The generator writes files only; a stream gets a copy.
+  std::optional<TemporaryDirectory> scratch;
+  const std::string generated =
+      output.isStaged() ? output.stagedPath() : scratch.emplace().path() + "/generated.cpp";
   const std::string name = OutputName(output.path());
 
-  std::function<void(std::size_t)> visit = [](std::size_t) {};
+  const auto generate = [&] { Generate(fabscan, prefix, guids, generated, name); };
   if (progress == nullptr) {
-    Generate(fabscan, prefix, guids, directory, name);
+    generate();
   } else {
-    const auto nodes = SelectedNodes(fabscan.discovered_fabric, guids);
-    GenerateWithProgress(fabscan, prefix, nodes, guids, directory, name, *progress);
-    visit = [progress, count = nodes.size()](std::size_t done) {
-      progress->Show("nodes counted", done, count);
-    };
+    const auto done = [&generated] { return KilobytesOf(generated); };
+    progress->Watch("kB generated", 0, done, generate);
+    progress->Show("kB generated", done(), 0);
   }
+  DumpedFile file{Summarise(fabscan, SelectedNodes(fabscan.discovered_fabric, guids), progress),
+                  {}};
 
-  std::ifstream exact(generated, std::ios::binary);
   if (variant == Variant::kBuildable) {
-    const std::string text((std::istreambuf_iterator<char>(exact)), {});
-    if (text.empty() || exact.bad()) RefuseUnreadable(name);
-    std::istringstream lines(text);
-    DumpedFile file{Summarise(lines, name, visit), {}};
-    BuildableSource source = MakeBuildable(text, fabscan);
+    BuildableSource source = MakeBuildable(ReadText(generated, name), fabscan);
     output.stream() << source.text;
     file.edits = std::move(source.edits);
-    return file;
-  }
-  DumpedFile file{Summarise(exact, name, visit), {}};
-  if (!output.isStaged()) {
-    exact.clear();
-    exact.seekg(0);
-    output.stream() << exact.rdbuf();
-  } else if (generated != output.stagedPath() &&
-             std::rename(generated.c_str(), output.stagedPath().c_str()) != 0) {
-    RefuseUnreadable(name);
+  } else if (!output.isStaged()) {
+    Copy(generated, output.stream(), name);
   }
   return file;
 }

@@ -14,7 +14,6 @@
 #include "cli/dump/edit_report.h"
 #include "cli/dump/model_files.h"
 #include "cli/dump/model_names.h"
-#include "cli/files/directories.h"
 #include "cli/selection/selected_nodes.h"
 #include "cli/terminal/progress.h"
 
@@ -26,8 +25,6 @@ ExitStatus DumpModels(const DumpOptions& options) {
       options.nodes.Read(options.snapshot, fabscan, options.reading, {"write"}).guids;
   const std::vector<NamedModel> list = NameModels(fabscan, ModelPrefixStart(options.prefix), guids);
 
-  NewDirectories directories;
-  directories.Make(options.output_dir);
   const std::filesystem::path output_dir(options.output_dir);
   std::vector<std::string> paths;
   paths.reserve(list.size());
@@ -51,9 +48,8 @@ ExitStatus DumpModels(const DumpOptions& options) {
             << LeftOutText(guids.empty() ? NodesOutside(fabscan.discovered_fabric) : 0)
             << EditsText(EditsOf(files), StandardOutput());
   StagedOutput::CommitAll(outputs);
-  directories.Keep();
   if (options.variant == Variant::kExact) {
-    WarnOfFaults(FaultyText(files), FaultsOf(files), options, guids);
+    WarnOfFaults(FaultyText(files), FaultsOf(files), options);
   }
   return kDone;
 }

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <numeric>
+#include <algorithm>
 
 #include "cli/output/counted.h"
 
@@ -28,25 +28,15 @@ std::string CompileFaults::text() const {
   return text;
 }
 
-DumpSummary::DumpSummary(std::istream& generated_text,
-                         const std::function<void(std::size_t)>& visit) {
-  GeneratedFileReader reader(generated_text);
-  for (GeneratedNode node; reader.Next(node);) {
-    visit(++nodes_);
-    if (++nodes_of_class_[node.class_word] == 2) ++faults_.shared_classes;
-    for (const GeneratedFunction& function : node.functions) {
-      if (function.kind == BodyKind::kBlock && NeedsHand(function)) {
-        ++faults_.edits;
-      } else {
-        ++functions_[static_cast<std::size_t>(function.kind)];
-      }
-    }
-  }
-  faults_.error_lines = functions(BodyKind::kError);
+void DumpSummary::AddNode(const std::string& class_word) {
+  ++nodes_;
+  ++nodes_of_class_[class_word];
 }
 
-std::size_t DumpSummary::functions() const {
-  return std::accumulate(functions_.begin(), functions_.end(), faults_.edits);
+CompileFaults DumpSummary::faults() const {
+  const auto shared = std::count_if(nodes_of_class_.begin(), nodes_of_class_.end(),
+                                    [](const auto& entry) { return entry.second > 1; });
+  return {functions(Mark::kError), functions(Mark::kHand), static_cast<std::size_t>(shared)};
 }
 
 std::string DumpSummary::text(std::size_t left_out) const {
@@ -56,10 +46,10 @@ std::string DumpSummary::text(std::size_t left_out) const {
   };
   add("nodes written", nodes_);
   if (left_out != 0) add("outside the sub-fabric", left_out);
-  add("functions with a block", functions(BodyKind::kBlock));
-  add("skipped with a comment", functions(BodyKind::kComment));
-  add("stopped with #error", functions(BodyKind::kError));
-  add("in need of an edit", faults_.edits);
+  add("functions with a block", functions(Mark::kBlock));
+  add("skipped with a comment", functions(Mark::kComment));
+  add("stopped with #error", functions(Mark::kError));
+  add("in need of an edit", functions(Mark::kHand));
   return text;
 }
 

@@ -1,16 +1,12 @@
 #ifndef FABSCAN_CLI_DUMP_SUMMARY_H
 #define FABSCAN_CLI_DUMP_SUMMARY_H
 
-#include <infiniband/fabscan/fabscan.h>
-
 #include <array>
 #include <cstddef>
-#include <functional>
-#include <istream>
 #include <map>
 #include <string>
 
-#include "cli/dump/generated_file.h"
+#include "cli/dump/function_body.h"
 
 namespace fabscan {
 
@@ -29,16 +25,13 @@ struct CompileFaults {
 /// What a generated file contains, counted.
 class DumpSummary {
  public:
-  /// `visit` is called with the number of nodes so far. Throws GeneratedFileError.
-  explicit DumpSummary(
-      std::istream& generated_text,
-      const std::function<void(std::size_t)>& visit = [](std::size_t) {});
+  /// A node, whose functions follow.
+  void AddNode(const std::string& class_word);
+  void AddFunction(Mark mark) { ++functions_[static_cast<std::size_t>(mark)]; }
 
   std::size_t nodes() const { return nodes_; }
-  /// Functions whose body is of this kind, without those that need an edit.
-  std::size_t functions(BodyKind kind) const { return functions_[static_cast<std::size_t>(kind)]; }
-  std::size_t functions() const;
-  const CompileFaults& faults() const { return faults_; }
+  std::size_t functions(Mark mark) const { return functions_[static_cast<std::size_t>(mark)]; }
+  CompileFaults faults() const;
 
   /// The lines for the report, the last without a line end; `left_out` nodes are outside the
   /// sub-fabric.
@@ -46,8 +39,7 @@ class DumpSummary {
 
  private:
   std::size_t nodes_ = 0;
-  std::array<std::size_t, 3> functions_ = {};
-  CompileFaults faults_;
+  std::array<std::size_t, kMarks> functions_ = {};
   std::map<std::string, std::size_t> nodes_of_class_;
 };
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "cli/dump/generated_file.h"
+#include "cli/dump/function_body.h"
 #include "cli/output/table.h"
 
 namespace fabscan {
@@ -21,7 +21,7 @@ struct Row {
 
 std::string ChangeText(const SourceEdit& edit) {
   if (!edit.is_error_line) return edit.change;
-  return fmt::format("{}: \"{}\"", edit.change, WithoutName(ReasonOfBody(edit.text), edit.node));
+  return fmt::format("{}: \"{}\"", edit.change, WithoutName(ReasonOfLine(edit.text), edit.node));
 }
 
 }  // namespace

@@ -32,10 +32,10 @@ std::string FilesText(const char* head, const std::vector<ModelFile>& files,
     const DumpSummary& summary = file.dumped.summary;
     nodes += model.nodes;
     table.AddRow({file.path, std::to_string(model.nodes),
-                  NumberText(summary.functions(BodyKind::kBlock)),
-                  NumberText(summary.functions(BodyKind::kComment)),
-                  Cell(NumberText(summary.functions(BodyKind::kError)), Style::kBad),
-                  Cell(NumberText(summary.faults().edits), Style::kWarning),
+                  NumberText(summary.functions(Mark::kBlock)),
+                  NumberText(summary.functions(Mark::kComment)),
+                  Cell(NumberText(summary.functions(Mark::kError)), Style::kBad),
+                  Cell(NumberText(summary.functions(Mark::kHand)), Style::kWarning),
                   GuidText(model.representative->guid), model.representative->name});
   }
   return table.text(terminal) + '\n' +

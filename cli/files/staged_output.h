@@ -6,21 +6,19 @@
 #include <string>
 #include <vector>
 
+#include "cli/files/directories.h"
 #include "cli/files/output_file.h"
-#include "cli/files/private_folder.h"
 #include "cli/files/standard_streams.h"
+#include "cli/files/temporary_files.h"
 
 namespace fabscan {
 
-class Progress;
-
 /// An output: a file that appears whole or not at all, or a stream.
 ///
-/// A file is written under its own name in a private directory `.fabscan-XXXXXX` beside its place,
-/// and `Commit` moves it there. Several that go to one directory share one. Until then what is in
-/// its place is untouched; the directory is gone afterwards, whether `Commit` was reached or not,
-/// and also when SIGINT, SIGTERM or SIGHUP ends the program. A file that is replaced leaves its
-/// permissions to the new one.
+/// A file is written as `.fabscan-PROCESS-NUMBER` beside its place, and `Commit` moves it there.
+/// Until then what is in its place is untouched; the temporary file is gone afterwards, whether
+/// `Commit` was reached or not, and also when a signal ends the program. A file that is replaced
+/// leaves its permissions to the new one.
 ///
 /// Standard output (`-`), an open file such as `/dev/fd/3`, a pipe, a terminal and a character
 /// device are written directly.
@@ -30,12 +28,13 @@ class Progress;
 ///     std::cout << summary;
 ///     output.Commit();
 ///
-/// Every member throws CommandError, with path, cause and what to do; or ClosedPipe.
+/// Every member throws CommandError, with path, cause and remedy; or ClosedPipe.
 class StagedOutput {
  public:
-  /// Refuses a file that exists unless `force`; a directory in any case; and a file in a directory
-  /// that is missing or cannot be written.
-  StagedOutput(const std::string& path, bool force);
+  /// Creates the directory if it is missing; unless committed, it is removed again. Refuses a file
+  /// that exists unless `force`, a directory in any case, and a directory that cannot be written.
+  StagedOutput(const std::string& path, bool force)
+      : StagedOutput(path, force, std::make_shared<NewDirectories>()) {}
   /// One for each path, for `CommitAll`.
   static std::vector<std::unique_ptr<StagedOutput>> Several(const std::vector<std::string>& paths,
                                                             bool force);
@@ -43,12 +42,10 @@ class StagedOutput {
   StagedOutput(const StagedOutput&) = delete;
   StagedOutput& operator=(const StagedOutput&) = delete;
 
-  /// Whether the output is a file, with a private directory; else what is written goes out at once.
+  /// Whether the output is a file; otherwise what is written goes out at once.
   bool isStaged() const { return !is_stream_; }
-  /// The private directory, for a writer that opens the file itself; it uses the file's own name.
-  const std::string& folder() const { return folder_->path(); }
-  /// The path of the file until `Commit`.
-  const std::string& stagedPath() const { return staged_path_; }
+  /// The path of the file until `Commit`, for a writer that opens it itself.
+  const std::string& stagedPath() const { return staged_.path(); }
   /// The path as it was given.
   const std::string& path() const { return path_; }
 
@@ -62,30 +59,23 @@ class StagedOutput {
   /// them leaves the earlier file. Without `force` a file that came to be there in the meantime is
   /// kept, and that is an error.
   void Commit();
-  /// Commits all of them or, where one fails, none: then what was in their places is there again.
+  /// Commits them one by one, once all are on disk. If one fails, those before it are in place, and
+  /// the message says how many.
   static void CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& outputs);
 
  private:
-  StagedOutput(const std::string& path, bool force, const StagedOutput* before);
+  StagedOutput(const std::string& path, bool force, std::shared_ptr<NewDirectories> directories);
 
   bool openStream();
   void refuseTarget() const;
-  void makeFolder(const StagedOutput* before);
-  void putOnDisk();
   void moveIntoPlace();
-  void exchangeWithTarget();
-  void takeBack();
-  static void PutAllOnDisk(const std::vector<std::unique_ptr<StagedOutput>>& outputs);
-  static void MoveAllIntoPlace(const std::vector<std::unique_ptr<StagedOutput>>& outputs,
-                               Progress& progress);
 
   std::string path_;
   std::string target_;  // `path_`, with a symbolic link followed
   bool force_;
   bool is_stream_ = false;
-  std::shared_ptr<PrivateFolder> folder_ = std::make_shared<PrivateFolder>();
-  std::string staged_path_;
-  bool exchanged_ = false;            // what was in the file's place is in the directory
+  std::shared_ptr<NewDirectories> directories_;  // which the others of Several need, too
+  TemporaryFile staged_;
   std::unique_ptr<OutputFile> file_;  // none for standard output
 };
 

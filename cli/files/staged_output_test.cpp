@@ -17,6 +17,7 @@
 
 #include "cli/command.h"
 #include "cli/output/closed_pipe.h"
+#include "cli/terminal/termination.h"
 
 namespace fabscan {
 namespace {
@@ -63,9 +64,8 @@ class StagedOutputTest : public testing::Test {
 TEST_F(StagedOutputTest, TheFileAppearsWithCommit) {
   {
     StagedOutput output(path_, false);
-    EXPECT_EQ(fs::path(output.folder()).parent_path(), folder_);
-    EXPECT_EQ(fs::path(output.folder()).filename().string().rfind(".fabscan-", 0), 0U);
-    EXPECT_EQ(output.stagedPath(), output.folder() + "/out");
+    EXPECT_EQ(fs::path(output.stagedPath()).parent_path(), folder_);
+    EXPECT_EQ(fs::path(output.stagedPath()).filename().string().rfind(".fabscan-", 0), 0U);
     output.stream() << "new\n";
     EXPECT_FALSE(fs::exists(path_));
     output.Commit();
@@ -127,21 +127,32 @@ TEST_F(StagedOutputTest, AnotherWriterKnowsTheLinkAlone) {
   fs::create_symlink("real", folder_ / "out");
   {
     StagedOutput output(path_, true);
-    std::ofstream(output.folder() + "/out") << "by another\n";
+    std::ofstream(output.stagedPath()) << "by another\n";
     output.Commit();
   }
   EXPECT_EQ(Content("real"), "by another\n");
   EXPECT_EQ(EntryCount(), 2U);
 }
 
-TEST_F(StagedOutputTest, WhateverIsInTheFolderGoesWithIt) {
+TEST_F(StagedOutputTest, TheUmaskDecidesThePermissions) {
+  const mode_t before = ::umask(027);
+  EXPECT_EQ(Error(path_, false), "");
+  ::umask(before);
+  EXPECT_EQ(fs::status(path_).permissions(), fs::perms(0640));
+}
+
+TEST_F(StagedOutputTest, TakesNoFileOfAnotherRun) {
+  const std::string name = ".fabscan-" + std::to_string(::getpid()) + '-';
+  unsigned next = 0;
   {
     StagedOutput output(path_, false);
-    for (const char* name : {"/out", "/other", "/.hidden"}) {
-      std::ofstream(output.folder() + name) << "text\n";
-    }
+    const std::string staged = fs::path(output.stagedPath()).filename();
+    next = static_cast<unsigned>(std::stoul(staged.substr(name.size()))) + 1;
   }
-  EXPECT_EQ(EntryCount(), 0U);
+  const std::string taken = name + std::to_string(next);
+  Put(taken, "theirs\n");
+  EXPECT_EQ(Error(path_, false), "");
+  EXPECT_EQ(Content(taken), "theirs\n");
 }
 
 TEST_F(StagedOutputTest, RefusesALinkThatLeadsNowhere) {
@@ -159,14 +170,20 @@ TEST_F(StagedOutputTest, RefusesDirectories) {
   }
 }
 
-TEST_F(StagedOutputTest, NamesTheDirectoryThatIsMissing) {
-  EXPECT_EQ(Error(folder_ / "missing/out", false), "cannot create files in " +
-                                                       (folder_ / "missing").string() +
-                                                       ": no such directory; create it first");
+TEST_F(StagedOutputTest, CreatesTheDirectory) {
+  {
+    StagedOutput output(folder_ / "new/deep/out", false);
+    EXPECT_TRUE(fs::exists(folder_ / "new/deep"));
+  }
+  EXPECT_EQ(EntryCount(), 0U) << "without a commit it goes again";
+  EXPECT_EQ(Error(folder_ / "new/deep/out", false), "");
+  EXPECT_EQ(Content("new/deep/out"), "new\n");
+}
+
+TEST_F(StagedOutputTest, RefusesAFileInPlaceOfTheDirectory) {
   Put("file", "");
-  EXPECT_EQ(Error(folder_ / "file/out", false), "cannot create files in " +
-                                                    (folder_ / "file").string() +
-                                                    ": Not a directory; use another directory");
+  EXPECT_EQ(Error(folder_ / "file/out", false),
+            (folder_ / "file").string() + ": is not a directory; use another path");
 }
 
 TEST_F(StagedOutputTest, KeepsThePermissionsOfAFileThatItReplaces) {
@@ -233,15 +250,16 @@ TEST_F(StagedOutputTest, TellsWhenTheFolderVanishes) {
   }
 }
 
-TEST_F(StagedOutputTest, ASignalRemovesTheFolderAndEndsTheProgram) {
+TEST_F(StagedOutputTest, ASignalRemovesTheFileAndEndsTheProgram) {
   for (const int signal_number : {SIGINT, SIGTERM, SIGHUP}) {
     Put("out", "old\n");
     const pid_t child = ::fork();
     if (child == 0) {
+      WatchTerminationSignals();
       StagedOutput output(path_, true);
       output.stream() << "new\n" << std::flush;
-      ::raise(signal_number);
-      ::_exit(0);
+      ::kill(::getpid(), signal_number);
+      ::pause();
     }
     int status = 0;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
@@ -252,10 +270,11 @@ TEST_F(StagedOutputTest, ASignalRemovesTheFolderAndEndsTheProgram) {
   }
 }
 
-TEST_F(StagedOutputTest, ALibraryThatEndsTheProgramLeavesNoFolder) {
+TEST_F(StagedOutputTest, ALibraryThatEndsTheProgramLeavesNoFile) {
   Put("out", "old\n");
   const pid_t child = ::fork();
   if (child == 0) {
+    WatchTerminationSignals();
     StagedOutput output(path_, true);
     output.stream() << "new\n" << std::flush;
     std::exit(3);
@@ -280,17 +299,11 @@ class SeveralOutputs : public StagedOutputTest {
   }
 };
 
-TEST_F(SeveralOutputs, AppearTogether) {
+TEST_F(SeveralOutputs, AppearWithTheCommit) {
   Put("1", "old\n");
   StagedOutput::CommitAll(Write(3, true));
   for (const char* name : {"0", "1", "2"}) EXPECT_EQ(Content(name), "new\n");
   EXPECT_EQ(EntryCount(), 3U);
-}
-
-TEST_F(SeveralOutputs, ShareAFolder) {
-  const auto outputs = Write(3, false);
-  EXPECT_EQ(EntryCount(), 1U);
-  EXPECT_EQ(outputs.front()->folder(), outputs.back()->folder());
 }
 
 TEST_F(SeveralOutputs, NeedNotGoToOneFolder) {
@@ -305,58 +318,45 @@ TEST_F(SeveralOutputs, NeedNotGoToOneFolder) {
   EXPECT_EQ(EntryCount(), 3U);
 }
 
-TEST_F(SeveralOutputs, NoneOfManyAppearsWhereOneIsNotOnDisk) {
-  constexpr int kMany = 300;  // enough for several threads
-  {
-    const auto outputs = Write(kMany, false);
-    fs::remove(outputs[150]->stagedPath());
-    try {
-      StagedOutput::CommitAll(outputs);
-      FAIL();
-    } catch (const CommandError& error) {
-      EXPECT_EQ(error.what(), (folder_ / "150").string() +
-                                  ": cannot write: No such file or directory; write elsewhere");
-    }
-  }
-  EXPECT_EQ(EntryCount(), 0U);
-  StagedOutput::CommitAll(Write(kMany, false));
-  EXPECT_EQ(EntryCount(), std::size_t{kMany});
-  EXPECT_EQ(Content("299"), "new\n");
-}
-
-TEST_F(SeveralOutputs, NoneAppearsWhereOneCannot) {
+TEST_F(SeveralOutputs, SayHowManyAreInPlaceWhereOneCannotBe) {
   Put("0", "old\n");
   {
     const auto outputs = Write(4, true);
     fs::create_directory(folder_ / "2");  // meanwhile
-    EXPECT_THROW(StagedOutput::CommitAll(outputs), CommandError);
+    try {
+      StagedOutput::CommitAll(outputs);
+      FAIL();
+    } catch (const CommandError& error) {
+      EXPECT_EQ(error.what(), (folder_ / "2").string() +
+                                  ": is a directory; name a file in it; 2 of 4 files are in place");
+    }
   }
-  EXPECT_EQ(Content("0"), "old\n");
-  EXPECT_FALSE(fs::exists(folder_ / "1"));
+  EXPECT_EQ(Content("0"), "new\n");
+  EXPECT_EQ(Content("1"), "new\n");
   EXPECT_TRUE(fs::is_empty(folder_ / "2"));
-  EXPECT_EQ(EntryCount(), 2U);
+  EXPECT_FALSE(fs::exists(folder_ / "3"));
+  EXPECT_EQ(EntryCount(), 3U);
 }
 
-TEST_F(SeveralOutputs, WithoutForceNoneReplacesWhatCameMeanwhile) {
+TEST_F(SeveralOutputs, KeepAFileThatCameInTheMeantimeUnlessForced) {
   {
     const auto outputs = Write(3, false);
     Put("2", "meanwhile\n");
     EXPECT_THROW(StagedOutput::CommitAll(outputs), CommandError);
   }
   EXPECT_EQ(Content("2"), "meanwhile\n");
-  EXPECT_EQ(EntryCount(), 1U);
+  EXPECT_EQ(EntryCount(), 3U);
 }
 
-TEST_F(SeveralOutputs, ASignalRemovesAnyNumberOfFolders) {
+TEST_F(SeveralOutputs, ASignalRemovesAnyNumberOfFiles) {
   constexpr int kMany = 300;
   const pid_t child = ::fork();
   if (child == 0) {
-    std::vector<std::vector<std::unique_ptr<StagedOutput>>> kept;
-    for (int i = 0; i < kMany; ++i) kept.push_back(Write(2, false));  // with a directory each
-    kept.erase(kept.begin() + 5, kept.begin() + 10);                  // taken out of the midst
-    kept.push_back(Write(2, false));
-    ::raise(SIGTERM);
-    ::_exit(0);
+    WatchTerminationSignals();
+    auto outputs = Write(kMany, false);
+    outputs.erase(outputs.begin() + 5, outputs.begin() + 10);
+    ::kill(::getpid(), SIGTERM);
+    ::pause();
   }
   int status = 0;
   ASSERT_EQ(::waitpid(child, &status, 0), child);
@@ -365,15 +365,20 @@ TEST_F(SeveralOutputs, ASignalRemovesAnyNumberOfFolders) {
 }
 
 TEST_F(StagedOutputTest, AnIgnoredSignalStaysIgnored) {
-  std::signal(SIGHUP, SIG_IGN);
-  {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    std::signal(SIGHUP, SIG_IGN);
+    WatchTerminationSignals();
     StagedOutput output(path_, false);
     output.stream() << "new\n";
-    ::raise(SIGHUP);
+    ::kill(::getpid(), SIGHUP);
     output.Commit();
+    ::_exit(0);
   }
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status));
   EXPECT_EQ(Content("out"), "new\n");
-  std::signal(SIGHUP, SIG_DFL);
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "cli/dump/class_prefix.h"
-#include "cli/files/directories.h"
 #include "cli/files/staged_output.h"
 #include "cli/scaffold/project_template.h"
 #include "cli/terminal/progress.h"
@@ -83,8 +82,6 @@ void WriteProject(Fabscan& fabscan, const std::vector<NamedModel>& devices, Vari
                   const std::function<void(const std::vector<ModelFile>& files)>& report) {
   const ProjectFiles project(fabscan, devices);
   const std::vector<std::string> paths = project.paths(directory);
-  NewDirectories directories;
-  for (const std::string& path : paths) directories.Make(fs::path(path).parent_path());
   const std::vector<std::unique_ptr<StagedOutput>> outputs = StagedOutput::Several(paths, force);
 
   const std::vector<std::string>& texts = project.texts();
@@ -103,7 +100,6 @@ void WriteProject(Fabscan& fabscan, const std::vector<NamedModel>& devices, Vari
   progress.Finish();
   report(files);
   StagedOutput::CommitAll(outputs);
-  directories.Keep();
 }
 
 }  // namespace fabscan

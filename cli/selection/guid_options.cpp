@@ -11,6 +11,7 @@
 #include "cli/command.h"
 #include "cli/files/standard_streams.h"
 #include "cli/output/report.h"
+#include "cli/output/shell_word.h"
 
 namespace fabscan {
 
@@ -93,6 +94,13 @@ void GuidOptions::AddTo(CLI::App& app) {
                  "Select the nodes whose GUIDs are in a file: one per line, # comments; - is "
                  "standard input")
       ->type_name("FILE");
+}
+
+std::string GuidOptions::Words() const {
+  std::string words;
+  for (const std::string& guid : guids_) words += " --guid " + ShellWord(guid);
+  if (!file_.empty()) words += " --guid-file " + ShellWord(file_);
+  return words;
 }
 
 std::vector<std::string_view> GuidOptions::OptionNames() const {

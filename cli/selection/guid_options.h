@@ -24,6 +24,8 @@ class GuidOptions {
 
   /// The given ones of the two.
   std::vector<std::string_view> OptionNames() const;
+  /// As words of another command: ` --guid 0x… --guid-file FILE`.
+  std::string Words() const;
   /// The GUIDs; empty if none are given. Throws CommandError (kWrongUsage) for a malformed GUID,
   /// with the line of the file, and for a file that contains none.
   std::set<u_int64_t> Read() const;

@@ -9,6 +9,7 @@
 #include "cli/files/read_snapshot.h"
 #include "cli/files/standard_streams.h"
 #include "cli/output/report.h"
+#include "cli/output/shell_word.h"
 #include "cli/selection/node_matchers.h"
 
 namespace fabscan {
@@ -137,6 +138,14 @@ void NodeSelection::AddTo(CLI::App& app) {
   add("--model", models_, "MODEL",
       "Select nodes by device model, such as SW_d2f0 (see 'fabscan models'), or by device id, such "
       "as 0xd2f0 (repeatable)");
+}
+
+std::string NodeSelection::Words() const {
+  std::string words = guids_.Words();
+  for (const std::string& name : names_) words += " --name " + ShellWord(name);
+  for (const std::string& type : types_) words += " --type " + ShellWord(type);
+  for (const std::string& model : models_) words += " --model " + ShellWord(model);
+  return words;
 }
 
 std::vector<std::string_view> NodeSelection::OptionNames() const {

@@ -5,12 +5,17 @@
 
 #include <CLI/CLI.hpp>
 #include <atomic>
+#include <condition_variable>
 #include <cstdlib>
+#include <exception>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
 
 #include "cli/output/report.h"
-#include "cli/terminal/ending_signals.h"
 #include "cli/terminal/terminal.h"
-#include "cli/terminal/ticking.h"
+#include "cli/terminal/termination.h"
 
 namespace fabscan {
 
@@ -37,6 +42,46 @@ bool CanWriteOver() {
   const char* kind = std::getenv("TERM");
   return ::isatty(STDERR_FILENO) == 1 && kind != nullptr && std::string_view(kind) != "dumb";
 }
+
+/// Calls `tick` again and again while it lives, from a thread of its own. A tick that throws is the
+/// last one; without a thread there is none.
+class PeriodicTimer {
+ public:
+  PeriodicTimer(std::chrono::milliseconds pause, std::function<void()> tick)
+      : pause_(pause), tick_(std::move(tick)) {
+    try {
+      thread_ = std::thread([this] { run(); });
+    } catch (const std::system_error&) {  // the work goes on unseen
+    }
+  }
+  ~PeriodicTimer() {
+    if (!thread_.joinable()) return;
+    {
+      const std::lock_guard lock(mutex_);
+      ended_ = true;
+    }
+    end_.notify_one();
+    thread_.join();
+  }
+  PeriodicTimer(const PeriodicTimer&) = delete;
+  PeriodicTimer& operator=(const PeriodicTimer&) = delete;
+
+ private:
+  void run() {
+    std::unique_lock lock(mutex_);
+    try {
+      while (!end_.wait_for(lock, pause_, [this] { return ended_; })) tick_();
+    } catch (const std::exception&) {  // the work goes on unseen
+    }
+  }
+
+  std::chrono::milliseconds pause_;
+  std::function<void()> tick_;
+  std::mutex mutex_;
+  std::condition_variable end_;
+  bool ended_ = false;
+  std::thread thread_;
+};
 
 struct Scale {
   double divisor;
@@ -134,7 +179,7 @@ void Progress::Show(std::string_view what, std::size_t done, std::size_t total, 
   // A line that wraps could not be written over.
   const std::size_t width = WidthOf(::fileno(terminal_));
   if (width > 1) line = Cut(line, width - 1);
-  TidyOnEndingSignal(EraseShownLine);
+  static const CleanupAtTermination erase_line(EraseShownLine);
   line_is_shown = true;
   print(kEraseLine + line);
 }
@@ -145,7 +190,7 @@ void Progress::Watch(std::string_view what, std::size_t total,
   if (terminal_ == nullptr) {
     task();
   } else {
-    const Ticking ticking(kPause, [&] { Show(what, done(), total); });
+    const PeriodicTimer timer(kPause, [&] { Show(what, done(), total); });
     task();
   }
 }

@@ -6,39 +6,9 @@
 #include <type_traits>
 
 #include "fabric_builder.h"
+#include "generated_functions.h"
 
 namespace fabscan {
-
-struct NamedEmitter {
-  const char* name;
-  FabricBuilder::Emitter emitter;
-};
-
-/// The 22 of a node, in the order of the generated file.
-inline constexpr NamedEmitter kEveryEmitter[] = {
-    {"NodeInfo", &SimInfoDumpCPP::GenerateNodeInfo},
-    {"PortInfo", &SimInfoDumpCPP::GeneratePortInfo},
-    {"GMPCapabilityMask", &SimInfoDumpCPP::GenerateGMPCapabilityMask},
-    {"SMPCapabilityMask", &SimInfoDumpCPP::GenerateSMPCapabilityMask},
-    {"FWInfo", &SimInfoDumpCPP::GenerateFWInfo},
-    {"HWInfo", &SimInfoDumpCPP::GenerateHWInfo},
-    {"SWInfo", &SimInfoDumpCPP::GenerateSWInfo},
-    {"PortInfoExtended", &SimInfoDumpCPP::GeneratePortInfoExtended},
-    {"ExtendedNodeInfo", &SimInfoDumpCPP::GenerateExtendedNodeInfo},
-    {"ExtendedPortInfo", &SimInfoDumpCPP::GenerateExtendedPortInfo},
-    {"ARInfo", &SimInfoDumpCPP::GenerateARInfo},
-    {"RouterInfo", &SimInfoDumpCPP::GenerateRouterInfo},
-    {"ExtendedSwitchInfo", &SimInfoDumpCPP::GenerateExtendedSwitchInfo},
-    {"SwitchInfo", &SimInfoDumpCPP::GenerateSwitchInfo},
-    {"PrivateLFTInfo", &SimInfoDumpCPP::GeneratePrivateLFTInfo},
-    {"EnhancedCongestionInfo", &SimInfoDumpCPP::GenerateEnhancedCongestionInfo},
-    {"CongestionSwitchGeneralSettings", &SimInfoDumpCPP::GenerateCongestionSwitchGeneralSettings},
-    {"VSReductionManagerClassPortInfo", &SimInfoDumpCPP::GenerateVSReductionManagerClassPortInfo},
-    {"WrenReductionPortInfo", &SimInfoDumpCPP::GenerateWrenReductionPortInfo},
-    {"WrenReductionInfo", &SimInfoDumpCPP::GenerateWrenReductionInfo},
-    {"WrenReductionCounters", &SimInfoDumpCPP::GenerateWrenReductionCounters},
-    {"WrenPushReductionCounters", &SimInfoDumpCPP::GenerateWrenPushReductionCounters},
-};
 
 /// A switch and a router, of which every emitter has a block to write, with numbers of all widths.
 class FullFabric : public FabricBuilder {
@@ -58,11 +28,13 @@ class FullFabric : public FabricBuilder {
     switch_.Ports[11]->setSpecialPort(true);
   }
 
-  /// The node that the emitter has a block for.
-  const IBNode& NodeOf(const NamedEmitter& emitter) const {
-    return emitter.emitter == &SimInfoDumpCPP::GenerateRouterInfo ? router_ : switch_;
+  /// The node that the function has a block for.
+  const IBNode& NodeOf(const generator::GeneratedFunction& function) const {
+    return function.emitter == &SimInfoDumpCPP::GenerateRouterInfo ? router_ : switch_;
   }
-  std::string BodyOf(const NamedEmitter& emitter) { return Body(emitter.emitter, NodeOf(emitter)); }
+  std::string BodyOf(const generator::GeneratedFunction& function) {
+    return Body(function.emitter, NodeOf(function));
+  }
 
  private:
   template <class Record>

@@ -7,6 +7,8 @@
 #include <iterator>
 #include <utility>
 
+#include "fabscan/generated_functions.h"
+
 namespace fabscan {
 
 namespace {
@@ -48,48 +50,47 @@ std::string WithClosingBrace(std::string_view line, const IB_ClassPortInfo*) {
 
 enum class Match { kBeginning, kWhole };
 
-/// A line that does not compile in its function, and its replacement.
+using generator::CompileProblem;
+using generator::GeneratedFunction;
+
+/// An #error line, possible in any function.
+constexpr CompileProblem kErrorLine = {"an #error line", "#error line turned into a comment"};
+
+/// A line that does not compile, and its replacement.
 struct EditRow {
-  std::string_view function;  // empty: any function
+  const CompileProblem* problem;
   std::string_view line;
   Match match;
   std::string (*edit)(std::string_view line, const IB_ClassPortInfo* record);
-  const char* change;
 };
-
-constexpr std::string_view kClassPortInfo = "setVSReductionManagerClassPortInfo";
-constexpr std::string_view kPushCounters = "setWrenPushReductionCounters";
-constexpr std::string_view kErrorLine = "#error";
-constexpr char kBraces[] = "braces put around each branch";
 
 // clang-format off
 constexpr EditRow kEdits[] = {
-    {{},             kErrorLine,                                     Match::kBeginning, AsComment,        "#error line turned into a comment"},
-    {kClassPortInfo, "    mad_buffer.RedirectGID = 0x0x",            Match::kBeginning, AsTwoWords,       "redirect GID assigned as its two words"},
-    {kPushCounters,  "        SMP_TarnExtPortInfo_pack(&mad_buffer", Match::kBeginning, AsComment,        "pack of an undeclared record turned into a comment"},
-    {kPushCounters,  "        case ",                                Match::kBeginning, WithOpenBrace,    kBraces},
-    {kPushCounters,  "        default:",                             Match::kWhole,     WithOpenBrace,    kBraces},
-    {kPushCounters,  "            break;",                           Match::kWhole,     WithClosingBrace, kBraces},
-    {kPushCounters,  "        }",                                    Match::kWhole,     WithClosingBrace, kBraces},
-};
-
-struct ReasonRow {
-  std::string_view function;
-  std::string_view marker;  // found in each body that does not compile
-  std::string_view reason;
-};
-
-constexpr ReasonRow kReasons[] = {
-    {kClassPortInfo, "mad_buffer.RedirectGID = 0x0x",
-     "the redirect GID is written as a memory address"},
-    {kPushCounters, "SMP_TarnExtPortInfo_pack(&mad_buffer",
-     "the branches declare the same names, and the last line packs a record that is not declared"},
+    {&kErrorLine,                   "#error",                                       Match::kBeginning, AsComment},
+    {&generator::kAddressAsGID,     "    mad_buffer.RedirectGID = 0x0x",            Match::kBeginning, AsTwoWords},
+    {&generator::kUndeclaredRecord, "        SMP_TarnExtPortInfo_pack(&mad_buffer", Match::kBeginning, AsComment},
+    {&generator::kRepeatedNames,    "        case ",                                Match::kBeginning, WithOpenBrace},
+    {&generator::kRepeatedNames,    "        default:",                             Match::kWhole,     WithOpenBrace},
+    {&generator::kRepeatedNames,    "            break;",                           Match::kWhole,     WithClosingBrace},
+    {&generator::kRepeatedNames,    "        }",                                    Match::kWhole,     WithClosingBrace},
 };
 // clang-format on
 
-const EditRow* FindEdit(std::string_view function, std::string_view line) {
+constexpr bool EditsEveryProblem() {
+  for (const GeneratedFunction& function : generator::kGeneratedFunctions) {
+    for (const CompileProblem* problem : function.problems) {
+      bool edits = problem == nullptr;
+      for (const EditRow& row : kEdits) edits = edits || row.problem == problem;
+      if (!edits) return false;
+    }
+  }
+  return true;
+}
+static_assert(EditsEveryProblem());
+
+const EditRow* FindEdit(const GeneratedFunction& function, std::string_view line) {
   const auto* found = std::find_if(std::begin(kEdits), std::end(kEdits), [&](const EditRow& row) {
-    if (!row.function.empty() && row.function != function) return false;
+    if (row.problem != &kErrorLine && !HasProblem(function, *row.problem)) return false;
     return row.match == Match::kWhole ? line == row.line : BeginsWith(line, row.line);
   });
   return found == std::end(kEdits) ? nullptr : found;
@@ -108,9 +109,9 @@ class Editor {
     } else if (BeginsWith(line, "void ")) {
       enterFunction(line);
     } else if (BeginsWith(line, "}")) {
-      function_ = {};
-    } else if (!function_.empty()) {
-      row = FindEdit(function_, line);
+      function_ = nullptr;
+    } else if (function_ != nullptr) {
+      row = FindEdit(*function_, line);
     }
     if (row == nullptr) {
       source_.text += line;
@@ -139,7 +140,8 @@ class Editor {
     constexpr std::string_view kEnd = "() {";
     const std::size_t name = line.rfind("::");
     if (name == std::string_view::npos || !EndsWith(line, kEnd)) return;
-    function_ = line.substr(name + 2, line.size() - name - 2 - kEnd.size());
+    function_ = generator::FindGeneratedFunction(
+        line.substr(name + 2, line.size() - name - 2 - kEnd.size()));
     braces_noted_ = false;
   }
 
@@ -150,7 +152,7 @@ class Editor {
   }
 
   void note(std::string_view line, const EditRow& row) {
-    if (row.change == kBraces) {
+    if (row.problem == &generator::kRepeatedNames) {
       if (braces_noted_) return;
       braces_noted_ = true;
     }
@@ -159,15 +161,15 @@ class Editor {
     if (row.edit == AsTwoWords) text += "...;";
     text.erase(0, IndentOf(text));
     source_.edits.push_back({number_, node_ == nullptr ? std::string() : node_->name,
-                             std::string(function_), std::move(text), row.change,
-                             row.line == kErrorLine});
+                             std::string(function_->name), std::move(text), row.problem->edit,
+                             row.problem == &kErrorLine});
   }
 
   const Fabscan& fabscan_;
   BuildableSource& source_;
   std::size_t number_ = 0;
   const IBNode* node_ = nullptr;
-  std::string_view function_;
+  const GeneratedFunction* function_ = nullptr;
   bool braces_noted_ = false;
 };
 
@@ -186,15 +188,6 @@ BuildableSource MakeBuildable(std::string_view generated, const Fabscan& fabscan
     generated.remove_prefix(1);
   }
   return source;
-}
-
-std::string_view ReasonForEdit(std::string_view function, std::string_view body) {
-  for (const ReasonRow& row : kReasons) {
-    if (function == row.function && body.find(row.marker) != std::string_view::npos) {
-      return row.reason;
-    }
-  }
-  return {};
 }
 
 }  // namespace fabscan

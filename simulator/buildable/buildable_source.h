@@ -31,10 +31,6 @@ struct BuildableSource {
 /// the same names get braces. A file that needs no edits is returned unchanged.
 BuildableSource MakeBuildable(std::string_view generated, const Fabscan& fabscan);
 
-/// Why a generated function without an #error line does not compile; empty if it compiles.
-/// `body`: the lines between its braces.
-std::string_view ReasonForEdit(std::string_view function, std::string_view body);
-
 }  // namespace fabscan
 
 #endif

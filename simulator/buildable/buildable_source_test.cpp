@@ -145,19 +145,5 @@ TEST_F(BuildableSourceTest, DoesNotChangeEqualLinesOfOtherFunctions) {
   EXPECT_EQ(source_.text, text);
 }
 
-TEST(ReasonForEdit, ReportsCodeThatDoesNotCompileWithoutAnErrorLine) {
-  EXPECT_EQ(
-      ReasonForEdit("setVSReductionManagerClassPortInfo", "    mad_buffer.RedirectGID = 0x0x1;\n"),
-      "the redirect GID is written as a memory address");
-  EXPECT_EQ(
-      ReasonForEdit("setWrenPushReductionCounters",
-                    "        SMP_TarnExtPortInfo_pack(&mad_buffer, x);\n"),
-      "the branches declare the same names, and the last line packs a record that is not declared");
-  EXPECT_EQ(
-      ReasonForEdit("setExtendedPortInfo", "        SMP_TarnExtPortInfo_pack(&mad_buffer, x);\n"),
-      "");
-  EXPECT_EQ(ReasonForEdit("setWrenPushReductionCounters", "// not supported\n"), "");
-}
-
 }  // namespace
 }  // namespace fabscan

@@ -7,6 +7,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
+#include <mutex>
+#include <set>
 
 namespace fabscan {
 
@@ -29,7 +32,56 @@ class FileActions {
   posix_spawn_file_actions_t actions_;
 };
 
+/// A process group of its own, which EndProcesses can end, and no signal blocked in it.
+class Attributes {
+ public:
+  Attributes() {
+    sigset_t none;
+    ::sigemptyset(&none);
+    posix_spawnattr_init(&attributes_);
+    posix_spawnattr_setsigmask(&attributes_, &none);
+    posix_spawnattr_setpgroup(&attributes_, 0);
+    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK);
+  }
+  ~Attributes() { posix_spawnattr_destroy(&attributes_); }
+  Attributes(const Attributes&) = delete;
+  Attributes& operator=(const Attributes&) = delete;
+
+  const posix_spawnattr_t* get() const { return &attributes_; }
+
+ private:
+  posix_spawnattr_t attributes_;
+};
+
+std::mutex mutex;           // of what follows
+std::set<pid_t> processes;  // not yet waited for
+
+int Start(const std::vector<char*>& arguments, const FileActions& actions, pid_t& process) {
+  const Attributes attributes;
+  const std::lock_guard lock(mutex);
+  const int error_number = posix_spawnp(&process, arguments[0], actions.get(), attributes.get(),
+                                        arguments.data(), environ);
+  if (error_number == 0) processes.insert(process);
+  return error_number;
+}
+
+/// Waits without reaping first, so that the number is this process's until it is forgotten.
+bool Wait(pid_t process, int& status) {
+  siginfo_t information{};
+  while (::waitid(P_PID, static_cast<id_t>(process), &information, WEXITED | WNOWAIT) != 0) {
+    if (errno != EINTR) break;
+  }
+  const std::lock_guard lock(mutex);
+  processes.erase(process);
+  return ::waitpid(process, &status, 0) == process;
+}
+
 }  // namespace
+
+void EndProcesses() {
+  mutex.lock();  // for good
+  for (const pid_t process : processes) static_cast<void>(::kill(-process, SIGKILL));
+}
 
 ProcessEnd RunProcess(const std::vector<std::string>& words, const std::string& output_file,
                       const std::string& error_file) {
@@ -45,14 +97,11 @@ ProcessEnd RunProcess(const std::vector<std::string>& words, const std::string& 
 
   ProcessEnd end;
   pid_t process = 0;
-  end.start_error =
-      posix_spawnp(&process, arguments[0], actions.get(), nullptr, arguments.data(), environ);
+  end.start_error = Start(arguments, actions, process);
   if (end.start_error != 0) return end;
 
   int status = 0;
-  while (waitpid(process, &status, 0) < 0) {
-    if (errno != EINTR) return end;
-  }
+  if (!Wait(process, status)) return end;
   if (WIFEXITED(status)) end.status = WEXITSTATUS(status);
   if (WIFSIGNALED(status)) end.signal = WTERMSIG(status);
   return end;

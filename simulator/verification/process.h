@@ -18,6 +18,10 @@ struct ProcessEnd {
 ProcessEnd RunProcess(const std::vector<std::string>& words, const std::string& output_file,
                       const std::string& error_file);
 
+/// Kills the programs that run, with the processes that they started, and lets RunProcess neither
+/// start another nor return: for a program that is about to end.
+void EndProcesses();
+
 }  // namespace fabscan
 
 #endif

@@ -5,11 +5,10 @@
 // in which the Nth call fails, counted from 1 at the start of main. The answer is the run's status
 // as from waitpid(2), and 1 if there was such a call, else 0.
 //
-//   FAULT_CALL     write, fsync, rename, read, open, mkdtemp or malloc; equivalent calls
-//                  (writev, renameat2, calloc, ...) count too. For write, only calls that
-//                  write to files; for open, only calls that open for writing.
-//   FAULT_KIND     an errno number; "signal N"; "remove DIRECTORY" first, then continue; "short"
-//   (half of
+//   FAULT_CALL     write, fsync, rename, read, open, mkdtemp or malloc; equivalent calls (writev,
+//                  syncfs, renameat2, calloc, ...) count too. For write, only calls that write to
+//                  files; for open, only calls that open for writing.
+//   FAULT_KIND     an errno number; "signal N"; "remove DIRECTORY", then continue; "short" (half of
 //                  the bytes, then ENOSPC)
 //   FAULT_ONWARDS  if set, all later calls fail too
 
@@ -75,7 +74,8 @@ Outcome Meet(const char* call) {
   *reached = true;
   Outcome outcome = Outcome::kAsUsual;
   if (std::strncmp(kind, "signal ", 7) == 0) {
-    ::raise(std::atoi(kind + 7));
+    ::kill(::getpid(), std::atoi(kind + 7));
+    ::usleep(50000);  // the program handles signals in a thread of its own
   } else if (std::strncmp(kind, "remove ", 7) == 0) {
     RemoveFolder(kind + 7);
   } else if (std::strcmp(kind, "short") == 0) {
@@ -179,6 +179,11 @@ int fsync(int file) {
   return Meet("fsync") == Outcome::kFails ? -1 : next(file);
 }
 
+int syncfs(int file) noexcept {
+  static auto* const next = Next("syncfs", &syncfs);
+  return Meet("fsync") == Outcome::kFails ? -1 : next(file);
+}
+
 int rename(const char* from, const char* to) noexcept {
   static auto* const next = Next("rename", &rename);
   return Meet("rename") == Outcome::kFails ? -1 : next(from, to);
@@ -193,6 +198,16 @@ int renameat2(int from_folder, const char* from, int to_folder, const char* to,
 char* mkdtemp(char* name) noexcept {
   static auto* const next = Next("mkdtemp", &mkdtemp);
   return Meet("mkdtemp") == Outcome::kFails ? nullptr : next(name);
+}
+
+int open(const char* path, int flags, ...) {
+  static auto* const next = Next("open", &open);
+  std::va_list arguments;
+  va_start(arguments, flags);
+  const unsigned mode = (flags & O_CREAT) != 0 ? va_arg(arguments, unsigned) : 0;
+  va_end(arguments);
+  const bool writes = (flags & O_ACCMODE) != O_RDONLY;
+  return writes && Meet("open") == Outcome::kFails ? -1 : next(path, flags, mode);
 }
 
 // libstdc++ opens its files with fopen64 or open64, whichever it was built with.

@@ -30,6 +30,8 @@ class Fabscan {
 
   /// The folder that output files are placed in; the working folder until set.
   void setOutputFolder(std::string folder) { output_folder_ = std::move(folder); }
+  /// The path of the next files, whatever their names; empty for names in the output folder again.
+  void setOutputFile(std::string path) { output_file_ = std::move(path); }
 
   /// Opens `out` on the file that `identity` names, in the output folder, emptied when it exists.
   /// `description` says in error messages what the file is. `append` keeps what the file holds.
@@ -50,6 +52,7 @@ class Fabscan {
   int fail(const std::string& action, int error_number);
 
   std::string output_folder_;
+  std::string output_file_;
   std::string output_path_;
   std::string description_;
   std::string last_error_;

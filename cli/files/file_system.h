@@ -1,5 +1,5 @@
-#ifndef FABSCAN_CLI_FILE_MOVES_H
-#define FABSCAN_CLI_FILE_MOVES_H
+#ifndef FABSCAN_CLI_FILE_SYSTEM_H
+#define FABSCAN_CLI_FILE_SYSTEM_H
 
 #include <string>
 
@@ -13,12 +13,10 @@ std::string NameOf(const std::string& path);
 
 /// Makes what was written to `path`, a file or a directory, survive a loss of power.
 int Synchronise(const std::string& path);
+/// The same for everything that was written to the file system that `path` is on.
+int SynchroniseFileSystem(const std::string& path);
 /// Gives `path` the permissions of the file `other`, if that exists.
 int CopyMode(const std::string& path, const std::string& other);
-/// Moves `from` to `to` unless there is something.
-int MoveWithoutReplacing(const std::string& from, const std::string& to);
-/// Exchanges the two files; where that fails, both are where they were.
-int Exchange(const std::string& one, const std::string& other);
 
 }  // namespace fabscan
 

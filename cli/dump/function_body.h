@@ -1,0 +1,91 @@
+#ifndef FABSCAN_CLI_FUNCTION_BODY_H
+#define FABSCAN_CLI_FUNCTION_BODY_H
+
+#include <infiniband/fabscan/fabscan.h>
+
+#include <cstddef>
+#include <ostream>
+#include <streambuf>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "fabscan/generated_functions.h"
+
+namespace fabscan {
+
+/// What a generated function is for whoever builds the file.
+enum class Mark {
+  kBlock,    // compiles, and gives the simulated node its values
+  kComment,  // compiles, and gives nothing
+  kError,    // an #error line stops the compiler
+  kHand,     // a block that does not compile until it is edited
+};
+inline constexpr std::size_t kMarks = 4;
+
+/// What the generator writes as one function of a node.
+struct FunctionBody {
+  const generator::GeneratedFunction* function = nullptr;
+  Mark mark = Mark::kBlock;
+  std::string reason;  // in place of a block: the generator's words, without `//`, `#error`, quotes
+};
+
+/// What the generator writes for one node.
+struct GeneratedNode {
+  std::string class_word;  // SW, RTR, HCA, AN or Unknown
+  std::vector<FunctionBody> functions;
+};
+
+/// Keeps the first line that is written to it, without its line end, and drops the rest.
+class FirstLine final : public std::streambuf {
+ public:
+  void Clear();
+  const std::string& text() const { return text_; }
+
+ protected:
+  int_type overflow(int_type next) override;
+  std::streamsize xsputn(const char* text, std::streamsize size) override;
+
+ private:
+  std::string text_;
+  bool is_complete_ = false;
+};
+
+/// Asks the generator's emitters what they write, without keeping it.
+///
+///     BodyQuery query(fabscan);
+///     query.Ask(kGeneratedFunctions[0], node).mark
+class BodyQuery {
+ public:
+  explicit BodyQuery(Fabscan& fabscan);
+  BodyQuery(const BodyQuery&) = delete;
+  BodyQuery& operator=(const BodyQuery&) = delete;
+
+  Mark MarkOf(const generator::GeneratedFunction& function, const IBNode& node);
+  FunctionBody Ask(const generator::GeneratedFunction& function, const IBNode& node);
+  /// Every function of the node.
+  GeneratedNode Ask(const IBNode& node);
+  std::string ClassOf(const IBNode& node) const { return dump_.GetDumpedNodeType(node); }
+
+ private:
+  const SimInfoDumpCPP dump_;
+  FirstLine first_line_;
+  std::ostream out_{&first_line_};
+};
+
+/// The lines between the braces of a generated function, each with its line end.
+std::string BodyText(const SimInfoDumpCPP& dump, const generator::GeneratedFunction& function,
+                     const IBNode& node);
+
+/// What a comment or an `#error` line says, without these marks and the quotes around it.
+std::string_view ReasonOfLine(std::string_view line);
+
+/// The reason with "node" for "node=NAME", so that the same reason for several nodes reads alike.
+std::string WithoutName(std::string_view reason, const std::string& name);
+
+/// All that does not compile in the function's blocks; empty if they compile.
+std::string ProblemsText(const generator::GeneratedFunction& function);
+
+}  // namespace fabscan
+
+#endif

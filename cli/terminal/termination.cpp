@@ -1,0 +1,124 @@
+#include "cli/terminal/termination.h"
+
+#include <pthread.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+namespace fabscan {
+
+namespace {
+
+constexpr int kTerminationSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
+struct Cleanups {
+  std::recursive_mutex mutex;  // of the actions, and held by what must not be divided
+  std::list<std::function<void()>> actions;
+};
+
+/// Never destroyed: the signal thread may use it until the program is gone.
+Cleanups& TheCleanups() {
+  static auto& cleanups = *new Cleanups;
+  return cleanups;
+}
+
+enum class Interrupt { kTerminates, kIsNoted, kReceived };
+std::atomic<Interrupt> interrupt{Interrupt::kTerminates};
+
+std::atomic<bool> terminating{false};
+thread_local int deferrals = 0;
+
+/// Keeps the mutex: nothing begins any more that would have to be cleaned up.
+void CleanUpForGood() {
+  Cleanups& cleanups = TheCleanups();
+  cleanups.mutex.lock();
+  ++deferrals;
+  for (auto action = cleanups.actions.rbegin(); action != cleanups.actions.rend(); ++action) {
+    (*action)();
+  }
+}
+
+/// Ends the program by the signal's default action, so that the caller sees which signal it was.
+[[noreturn]] void Terminate(int signal_number) {
+  terminating = true;
+  CleanUpForGood();
+  static_cast<void>(std::signal(signal_number, SIG_DFL));
+  sigset_t one;
+  ::sigemptyset(&one);
+  ::sigaddset(&one, signal_number);
+  ::pthread_sigmask(SIG_UNBLOCK, &one, nullptr);
+  static_cast<void>(std::raise(signal_number));
+  ::_exit(128 + signal_number);  // never reached: the default action ends the program
+}
+
+void WaitForSignals(const sigset_t& signals) {
+  for (;;) {
+    int signal_number = 0;
+    if (::sigwait(&signals, &signal_number) != 0) continue;
+    Interrupt noted = Interrupt::kIsNoted;
+    if (signal_number == SIGINT && interrupt.compare_exchange_strong(noted, Interrupt::kReceived)) {
+      continue;
+    }
+    Terminate(signal_number);
+  }
+}
+
+bool IsIgnored(int signal_number) {
+  struct sigaction action {};
+  return ::sigaction(signal_number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+}  // namespace
+
+void WatchTerminationSignals() {
+  // A library that panics calls exit, which runs no destructor of what is on the stack.
+  static_cast<void>(std::atexit(CleanUpForGood));
+  sigset_t signals;
+  ::sigemptyset(&signals);
+  for (const int signal_number : kTerminationSignals) {
+    // Blocked, an ignored signal would come to the thread all the same.
+    if (!IsIgnored(signal_number)) ::sigaddset(&signals, signal_number);
+  }
+  sigset_t before;
+  ::pthread_sigmask(SIG_BLOCK, &signals, &before);
+  try {
+    std::thread([signals] { WaitForSignals(signals); }).detach();
+  } catch (const std::exception&) {
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  }
+}
+
+CleanupAtTermination::CleanupAtTermination(std::function<void()> action) {
+  const TerminationDeferred deferred;
+  auto& actions = TheCleanups().actions;
+  action_ = actions.insert(actions.end(), std::move(action));
+}
+
+CleanupAtTermination::~CleanupAtTermination() {
+  const TerminationDeferred deferred;
+  TheCleanups().actions.erase(action_);
+}
+
+TerminationDeferred::TerminationDeferred() {
+  TheCleanups().mutex.lock();
+  ++deferrals;
+}
+
+TerminationDeferred::~TerminationDeferred() {
+  TheCleanups().mutex.unlock();
+  // A signal that came meanwhile ends the program here, not some steps later.
+  if (--deferrals != 0) return;
+  while (terminating) ::pause();
+}
+
+InterruptRequest::InterruptRequest() { interrupt = Interrupt::kIsNoted; }
+InterruptRequest::~InterruptRequest() { interrupt = Interrupt::kTerminates; }
+bool InterruptRequest::received() const { return interrupt == Interrupt::kReceived; }
+
+}  // namespace fabscan
