@@ -190,9 +190,9 @@ class Usage(CommandTest):
         self.assert_fails(self.run_command(),
                           "a subcommand is missing; 'fabscan --help' lists them", WRONG_USAGE)
         self.assert_fails(self.run_command("dmup", DEMO),
-                          "there is no subcommand 'dmup'; did you mean 'dump'?", WRONG_USAGE)
+                          "unknown subcommand 'dmup'; did you mean 'dump'?", WRONG_USAGE)
         self.assert_fails(self.run_command("xyzzy"),
-                          "there is no subcommand 'xyzzy'; 'fabscan --help' lists them",
+                          "unknown subcommand 'xyzzy'; 'fabscan --help' lists the subcommands",
                           WRONG_USAGE)
 
     def test_options(self):
@@ -212,9 +212,9 @@ class Usage(CommandTest):
         for prefix, fault in (
                 ("9dev", "begins with a digit"),
                 ("class", "is a C++ keyword"),
-                ("_Dev", "is reserved, since it begins with an underscore"),
-                ("my__dev", "is reserved, since it has two underscores in a row"),
-                ("../x", "has other characters than ASCII letters, digits and underscores"),
+                ("_Dev", "is reserved, because it begins with an underscore"),
+                ("my__dev", "is reserved, because it contains two consecutive underscores"),
+                ("../x", "contains characters other than ASCII letters, digits and underscores"),
         ):
             self.assert_refused(f"--prefix: '{prefix}' {fault}; it names a C++ class, such as MyDev",
                                 f"--prefix={prefix}")

@@ -232,7 +232,7 @@ class Streams(Outputs):
         (self.folder / "sub").mkdir()
         for name in ("sub", "sub/", ".", "sub/.."):
             self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", name),
-                              f"{name}: is a directory; name a file in it")
+                              f"{name}: is a directory; specify a file in it")
         self.put("file", "")
         self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", "file/out.jsonl"),
                           "file: is not a directory; use another path")

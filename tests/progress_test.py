@@ -122,7 +122,7 @@ class OnATerminal(CommandTest):
                          r"\Afabscan: reading slow\.jsonl: [\d.]+ kB in 1\.\d s\n"
                          r"fabscan: nodes anonymised: 2000 in 0\.\d s\n"
                          r"fabscan: nodes written: 2000 in 0\.\d s\n"
-                         r"fabscan: putting out\.jsonl on disk in 0\.\d s\n\Z")
+                         r"fabscan: syncing out\.jsonl to disk in 0\.\d s\n\Z")
 
 
 class Elsewhere(CommandTest):

@@ -5,7 +5,7 @@ import os
 from command_line import DONE, EXAMPLES, FAILED, WRONG_USAGE, CommandTest, main, snapshot, switch
 
 DEMO = EXAMPLES / "demo.fabscan.jsonl"
-TWICE = "standard input: can be read only once; name a file in place of one -"
+TWICE = "standard input: can be read only once; use a file instead of one -"
 
 
 class Usage(CommandTest):
@@ -49,7 +49,7 @@ class Usage(CommandTest):
             run = self.run_command(*one)
             self.assertEqual((run.returncode, run.stdout),
                              (DONE, self.run_command(*other).stdout))
-        self.assert_refused("there is no subcommand 'sho'; did you mean 'show'?", "help", "sho")
+        self.assert_refused("unknown subcommand 'sho'; did you mean 'show'?", "help", "sho")
 
     def test_short_options(self):
         for short, long in ((("-o", "out"), ("--output", "out")),
@@ -105,7 +105,7 @@ class StandardStreams(CommandTest):
         dump = ("dump", DEMO, "--prefix", "P", "--output", "-")
         for command, advice in ((dump, ""), (("verify", DEMO), ", or use --keep")):
             run = self.run_command(*command, env={**os.environ, "TMPDIR": none})
-            self.assert_fails(run, f"{none}: cannot make a temporary directory: No such file "
+            self.assert_fails(run, f"{none}: cannot create a temporary directory: No such file "
                                    f"or directory; set TMPDIR{advice}", FAILED)
         run = self.run_command(*dump, env={**os.environ, "TMPDIR": ""})
         self.assertEqual((run.returncode, run.stdout[:3]), (DONE, "/*\n"))
