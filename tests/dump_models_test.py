@@ -43,7 +43,7 @@ class OnePerModel(CommandTest):
             "mydev_an_1021_generated.cpp       1      1       19       2         "
             "0x0000000000100002  host-00002\n"
             "\n"
-            "3 devices, which stand for 4 nodes\n"
+            "3 devices, representing 4 nodes\n"
             "skipped (outside the sub-fabric): 1 node\n")
         self.assertEqual(
             run.stderr,
@@ -87,7 +87,7 @@ class OnePerModel(CommandTest):
         run = self.dump(path.name)
         self.assertEqual(run.returncode, DONE)
         self.assertEqual(run.stdout.splitlines()[-1],
-                         "250 devices, which stand for 750 nodes")
+                         "250 devices, representing 750 nodes")
         self.assertEqual(len(self.texts()), 250)
         self.assertEqual(len(self.entries()), 251)
 
@@ -166,7 +166,7 @@ class OnePerModel(CommandTest):
         path = self.put("f.jsonl", snapshot(host(1), spine(1), spine(2), spine(3)))
         run = self.dump(path.name, "--guid", "0x1002", "--guid", "0x1003")
         self.assertEqual(run.returncode, DONE)
-        self.assertEqual(run.stdout.splitlines()[-1], "1 device, which stands for 2 nodes")
+        self.assertEqual(run.stdout.splitlines()[-1], "1 device, representing 2 nodes")
         self.assertEqual(list(self.texts()), ["mydev_sw_d2f0_generated.cpp"])
         self.assertIn("'spine-00002'", self.texts()["mydev_sw_d2f0_generated.cpp"])
 

@@ -78,7 +78,7 @@ class Project(CommandTest):
         run = self.scaffold(path, "--guid", "0x1001", "--guid", "0x1003")
         self.assertEqual(run.returncode, DONE, run.stderr)
         self.assertEqual(self.entries("sim/devices"), ["mydev_sw_d2f0", "mydev_sw_d2f0_2"])
-        self.assertIn("\n2 devices, which stand for 2 nodes\n", run.stdout)
+        self.assertIn("\n2 devices, representing 2 nodes\n", run.stdout)
 
     def test_exact_files_are_those_of_dump(self):
         path = self.put("f.jsonl", snapshot(host(1)))
