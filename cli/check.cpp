@@ -79,8 +79,7 @@ ExitStatus Check(const CheckOptions& options) {
   result.SortNodes();
   if (guids.empty()) result.LeaveOut(NodesOutside(fabscan.discovered_fabric));
 
-  const CheckReport report(result, options.snapshot,
-                           guids.empty() ? CheckedNodes::kAll : CheckedNodes::kSelected);
+  const CheckReport report(result, options.snapshot, options.nodes.Words());
   if (output) WritePage(page, report, options, *output);
   if (options.json) {
     PrintCheckJson(report, options.summary ? CheckDetail::kSummary : CheckDetail::kNodes);

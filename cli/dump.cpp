@@ -42,9 +42,11 @@ std::string OutputPath(const DumpOptions& options) {
 }
 
 /// Prints to standard error if the file itself is written to standard output.
-void Report(const DumpedFile& file, const std::string& path, std::size_t left_out) {
+void Report(const DumpedFile& file, const std::string& path, Variant variant,
+            std::size_t left_out) {
   const bool is_busy = IsStandardOutput(path);
-  std::string text = fmt::format("{}\n{}\n", OutputName(path), file.summary.text(left_out));
+  std::string text =
+      fmt::format("{}\n{}\n", OutputName(path), file.summary.text(left_out, variant));
   text += EditsText(file.edits, is_busy ? Terminal() : StandardOutput());
   (is_busy ? std::cerr : std::cout) << text;
 }
@@ -63,7 +65,8 @@ ExitStatus Dump(const DumpOptions& options) {
       WriteDumpFile(fabscan, options.prefix, guids, options.variant, output, &progress);
   progress.Finish();
   output.Finish();
-  Report(file, output.path(), guids.empty() ? NodesOutside(fabscan.discovered_fabric) : 0);
+  Report(file, output.path(), options.variant,
+         guids.empty() ? NodesOutside(fabscan.discovered_fabric) : 0);
   output.Commit();
   if (options.variant == Variant::kExact) {
     WarnOfFaults(OutputName(output.path()) + " does not compile as written", file.summary.faults(),

@@ -61,6 +61,10 @@ std::vector<NamedModel> SelectDevices(const ScaffoldOptions& options, Fabscan& f
              : NameModels(fabscan, start, guids);
 }
 
+Variant VariantOf(const ScaffoldOptions& options) {
+  return options.exact ? Variant::kExact : Variant::kBuildable;
+}
+
 std::string BuildLines(const std::string& directory) {
   const std::string source = ShellWord(directory.empty() ? "." : directory);
   const std::string build = ShellWord((std::filesystem::path(directory) / "build").string());
@@ -73,7 +77,7 @@ std::string BuildLines(const std::string& directory) {
 
 void Report(const ScaffoldOptions& options, const Fabscan& fabscan,
             const std::vector<ModelFile>& files) {
-  std::cout << FilesText("directory", files, StandardOutput());
+  std::cout << FilesText("directory", files, VariantOf(options), StandardOutput());
   if (!options.nodes.given()) std::cout << LeftOutText(NodesOutside(fabscan.discovered_fabric));
   std::cout << EditsText(EditsOf(files), StandardOutput());
   const CompileFaults faults = options.exact ? FaultsOf(files) : CompileFaults();
@@ -87,8 +91,7 @@ void Report(const ScaffoldOptions& options, const Fabscan& fabscan,
 ExitStatus ScaffoldProject(const ScaffoldOptions& options) {
   Fabscan fabscan;
   const std::vector<NamedModel> devices = SelectDevices(options, fabscan);
-  const Variant variant = options.exact ? Variant::kExact : Variant::kBuildable;
-  WriteProject(fabscan, devices, variant, options.output_dir, options.force,
+  WriteProject(fabscan, devices, VariantOf(options), options.output_dir, options.force,
                [&](const std::vector<ModelFile>& files) { Report(options, fabscan, files); });
   return kDone;
 }

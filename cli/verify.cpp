@@ -122,9 +122,9 @@ ExitStatus Verify(const VerifyOptions& options) {
                                         .Read(options.snapshot, fabscan, options.reading,
                                               {"verify", NodeScope::kSubFabric, Unmatched::kRefuse})
                                         .guids;
-  std::vector<const IBNode*> nodes = guids.empty()
-                                         ? RepresentativeNodes(fabscan)
-                                         : SelectedNodes(fabscan.discovered_fabric, guids);
+  std::vector<const IBNode*> nodes = options.nodes.byGuid()
+                                         ? SelectedNodes(fabscan.discovered_fabric, guids)
+                                         : RepresentativeNodes(fabscan, guids);
   SortNaturally(nodes);
 
   const Workspace workspace = MakeWorkspace(directory, options.compiler);
@@ -179,7 +179,7 @@ std::function<ExitStatus()> AddVerify(CLI::App& app) {
       ->check(CLI::Range(1U, kMostJobs).description(""));
   AddReadLimits(app, options->reading);
   app.footer(
-      "Without a selection, verifies one node of each device model.\n"
+      "Without --guid, verifies one of the selected nodes of each device model.\n"
       "Example: verify one switch with another compiler\n"
       "  fabscan verify fabric.jsonl --guid 0x5a1e0c0000000200 --compiler clang++");
   return [options] { return Verify(*options); };

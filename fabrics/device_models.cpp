@@ -94,9 +94,11 @@ std::vector<DeviceModel> DeviceModelsOf(const Fabscan& fabscan, const std::set<u
   return models;
 }
 
-std::vector<const IBNode*> RepresentativeNodes(const Fabscan& fabscan) {
+std::vector<const IBNode*> RepresentativeNodes(const Fabscan& fabscan,
+                                               const std::set<u_int64_t>& guids) {
   std::vector<const IBNode*> nodes;
-  for (const DeviceModel& model : DeviceModelsOf(fabscan)) nodes.push_back(model.representative);
+  for (const DeviceModel& model : DeviceModelsOf(fabscan, guids))
+    nodes.push_back(model.representative);
   return nodes;
 }
 

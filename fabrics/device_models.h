@@ -48,8 +48,9 @@ std::size_t RecordsOf(const Fabscan& fabscan, const IBNode& node);
 std::vector<DeviceModel> DeviceModelsOf(const Fabscan& fabscan,
                                         const std::set<u_int64_t>& guids = {});
 
-/// The representative of each device model of the sub-fabric.
-std::vector<const IBNode*> RepresentativeNodes(const Fabscan& fabscan);
+/// The representative of each of these device models.
+std::vector<const IBNode*> RepresentativeNodes(const Fabscan& fabscan,
+                                               const std::set<u_int64_t>& guids = {});
 
 }  // namespace fabscan
 

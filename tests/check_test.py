@@ -29,8 +29,8 @@ class Check(CommandTest):
         self.assertEqual(lines[1], f"{LEAF}  SW     +++++++++++.+++++.....  leaf-01/U1")
         self.assertIn('l          1  "The node is not a router"', run.stdout)
         self.assertEqual(lines[-3:], [
-            "builds", "next: write the generated file",
-            f"  fabscan dump {DEMO} --guid {LEAF} --prefix MyDev"])
+            "builds", "next: write a project that simulates these devices",
+            f"  fabscan scaffold {DEMO} --prefix MyDev --guid {LEAF} --output-dir sim"])
 
     def test_functions_that_need_an_edit(self):
         run = self.check("--guid", SPINE)
@@ -39,8 +39,8 @@ class Check(CommandTest):
         self.assertEqual(lines[1], f"{SPINE}  SW     +++++++++++.+++++H+++H  spine-01/U1")
         self.assertEqual(lines[-3:], [
             "does not build: 2 in need of an edit",
-            "next: write the generated file, in a form that compiles",
-            f"  fabscan dump {DEMO} --guid {SPINE} --prefix MyDev --buildable"])
+            "next: write a project that builds",
+            f"  fabscan scaffold {DEMO} --prefix MyDev --guid {SPINE} --output-dir sim"])
         self.assertRegex(run.stdout, r"H +1  the redirect GID is written as a memory address: "
                                      r"affects setVSReductionManagerClassPortInfo \(spine-01/U1\)")
         self.assertRegex(run.stdout, "H +1  the branches declare the same names")
@@ -59,8 +59,11 @@ class Check(CommandTest):
         self.assertEqual(run.returncode, INCOMPLETE)
         self.assertRegex(run.stdout, r" 2  several nodes define the class SW; one file can contain "
                                      r"only one \(leaf-01/U1, leaf-02/U1\)\n")
-        self.assertEqual(run.stdout.splitlines()[-3:], [
+        self.assertEqual(run.stdout.splitlines()[-5:], [
             "does not build: 1 class that several nodes define",
+            "next: write a project that builds",
+            f"  fabscan scaffold {DEMO} --prefix MyDev --guid {LEAF} --guid 0x5a1e0c0000000300 "
+            "--output-dir sim",
             "next: write one file for each device model",
             f"  fabscan dump {DEMO} --guid {LEAF} --guid 0x5a1e0c0000000300 --prefix MyDev "
             "--one-per-model"])
@@ -216,7 +219,7 @@ class Causes(CommandTest):
             "  fabscan scaffold 'it'\\''s.jsonl' --prefix MyDev --output-dir sim"])
         text = self.run_command("check", "-", "--summary", input=snapshot(switch())).stdout
         self.assertIn("\nnext: collect smpCapabilityMask", text)
-        self.assertNotIn("\n  fabscan", text)
+        self.assertIn("\n  fabscan merge SNAPSHOT extra.jsonl --output whole.jsonl\n", text)
 
     def test_summary(self):
         whole = self.run_command("check", DEMO).stdout

@@ -52,7 +52,7 @@ std::string PageOf(const std::string& name, const std::string& body) {
   CheckPage page;
   page.Add(node, {body});
   std::ostringstream out;
-  page.Write(out, CheckReport(result, "f.jsonl", CheckedNodes::kAll));
+  page.Write(out, CheckReport(result, "f.jsonl"));
   return out.str();
 }
 

@@ -14,11 +14,12 @@ namespace fabscan {
 
 /// The result of a check, with its consequences.
 struct CheckReport {
-  CheckReport(const CheckResult& checked_result, std::string path, CheckedNodes checked)
+  CheckReport(const CheckResult& checked_result, std::string path,
+              const std::string& selection = "")
       : result(checked_result),
         snapshot(std::move(path)),
         groups(GroupCauses(result)),
-        next(NextSteps(result, groups, snapshot, checked)) {}
+        next(NextSteps(result, groups, snapshot, selection)) {}
 
   const CheckResult& result;
   std::string snapshot;  // as on the command line

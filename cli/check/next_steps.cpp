@@ -4,16 +4,11 @@
 
 #include <algorithm>
 
-#include "cli/files/standard_streams.h"
 #include "cli/output/next_command.h"
-#include "model/guid_text.h"
 
 namespace fabscan {
 
 namespace {
-
-/// More `--guid` options make no readable command.
-constexpr std::size_t kMaxGuids = 8;
 
 /// Keys and records without which the build stops, each once.
 std::string MissingKeys(const std::vector<CauseGroup>& groups) {
@@ -27,46 +22,35 @@ std::string MissingKeys(const std::vector<CauseGroup>& groups) {
   return fmt::format("{}", fmt::join(keys, ", "));
 }
 
-/// ` --guid 0x… --guid 0x…`; empty for all nodes.
-std::string GuidWords(const CheckResult& result, CheckedNodes checked) {
-  std::string words;
-  if (checked == CheckedNodes::kAll || result.nodes().size() > kMaxGuids) return words;
-  for (const CheckedNode& node : result.nodes()) {
-    words += " --guid " + GuidText(node.node->guid);
-  }
-  return words;
+/// The name of the merged snapshot, which `merge` must not find in place.
+const char* MergedName(const std::string& snapshot) {
+  return snapshot == "whole.jsonl" ? "whole-2.jsonl" : "whole.jsonl";
 }
 
 }  // namespace
 
 std::vector<NextStep> NextSteps(const CheckResult& result, const std::vector<CauseGroup>& groups,
-                                const std::string& snapshot, CheckedNodes checked) {
+                                const std::string& snapshot, const std::string& selection) {
   std::vector<NextStep> steps;
-  const bool is_file = !IsStandardStream(snapshot);
-  const std::string file = is_file ? SnapshotWord(snapshot) : "";
   const std::string missing = MissingKeys(groups);
   if (!missing.empty()) {
     steps.push_back(
         {fmt::format("collect {} (see docs/discovery.md), and add what you collected", missing),
-         is_file ? fmt::format("fabscan merge {} extra.jsonl --output whole.jsonl", file) : ""});
+         fmt::format("fabscan merge {} extra.jsonl --output {}", SnapshotWord(snapshot),
+                     MergedName(snapshot))});
   }
-  if (!is_file) return steps;
-
-  const bool builds = result.Builds();
-  const bool shares = !result.SharedClasses().empty();
+  std::string project = "write a project that simulates these devices";
+  if (!result.Builds()) {
+    project = "write a project that builds";
+    if (selection.empty()) project += ", with one node of each device model";
+  }
+  steps.push_back({project, ScaffoldLine(snapshot, "MyDev", selection)});
+  if (result.SharedClasses().empty()) return steps;
   const bool stops = result.count(Mark::kError) + result.count(Mark::kHand) != 0;
-  const std::string guids = GuidWords(result, checked);
-  if (guids.empty()) {
-    steps.push_back({builds ? "write a project that simulates these devices"
-                            : "write a project that builds, with one node of each device model",
-                     ScaffoldLine(snapshot, "MyDev")});
-    if (!shares) return steps;
-  }
-  std::string text = shares ? "write one file for each device model" : "write the generated file";
-  if (stops) text += ", in a form that compiles";
-  steps.push_back(
-      {text, fmt::format("fabscan dump {}{} --prefix MyDev{}{}", file, guids,
-                         shares ? " --one-per-model" : "", stops ? " --buildable" : "")});
+  steps.push_back({stops ? "write one file for each device model, in a form that compiles"
+                         : "write one file for each device model",
+                   fmt::format("fabscan dump {}{} --prefix MyDev --one-per-model{}",
+                               SnapshotWord(snapshot), selection, stops ? " --buildable" : "")});
   return steps;
 }
 

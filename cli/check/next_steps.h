@@ -12,15 +12,12 @@ namespace fabscan {
 /// A recommended step after a check.
 struct NextStep {
   std::string text;
-  std::string command;  // for a shell; empty if it would need a file name
+  std::string command;  // for a shell; SNAPSHOT stands for standard input
 };
 
-/// Whether a selection restricts the nodes that were checked.
-enum class CheckedNodes { kAll, kSelected };
-
-/// `snapshot` as on the command line; standard input cannot be read again, so no command names it.
+/// `snapshot` as on the command line, `selection` as NodeSelection::Words.
 std::vector<NextStep> NextSteps(const CheckResult& result, const std::vector<CauseGroup>& groups,
-                                const std::string& snapshot, CheckedNodes checked);
+                                const std::string& snapshot, const std::string& selection);
 
 std::string NextText(const std::vector<NextStep>& steps, const Terminal& terminal);
 

@@ -14,11 +14,6 @@
 
 namespace fabscan {
 
-enum class Variant {
-  kExact,      // as the generator writes it
-  kBuildable,  // edited so that it compiles
-};
-
 /// The result of a dump.
 struct DumpedFile {
   DumpSummary summary;            // of the exact text

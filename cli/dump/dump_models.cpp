@@ -44,7 +44,7 @@ ExitStatus DumpModels(const DumpOptions& options) {
   progress.Show("files written", list.size(), list.size());
   progress.Finish();
 
-  std::cout << FilesText("file", files, StandardOutput())
+  std::cout << FilesText("file", files, options.variant, StandardOutput())
             << LeftOutText(guids.empty() ? NodesOutside(fabscan.discovered_fabric) : 0)
             << EditsText(EditsOf(files), StandardOutput());
   StagedOutput::CommitAll(outputs);

@@ -39,7 +39,7 @@ CompileFaults DumpSummary::faults() const {
   return {functions(Mark::kError), functions(Mark::kHand), static_cast<std::size_t>(shared)};
 }
 
-std::string DumpSummary::text(std::size_t left_out) const {
+std::string DumpSummary::text(std::size_t left_out, Variant variant) const {
   std::string text;
   const auto add = [&text](const char* what, std::size_t count) {
     text += fmt::format("{}  {:<25}{:>8}", text.empty() ? "" : "\n", what, count);
@@ -48,8 +48,9 @@ std::string DumpSummary::text(std::size_t left_out) const {
   if (left_out != 0) add("outside the sub-fabric", left_out);
   add("functions with a block", functions(Mark::kBlock));
   add("skipped with a comment", functions(Mark::kComment));
-  add("stopped with #error", functions(Mark::kError));
-  add("in need of an edit", functions(Mark::kHand));
+  const bool edited = variant == Variant::kBuildable;
+  add(edited ? "#error made a comment" : "stopped with #error", functions(Mark::kError));
+  add(edited ? "edited to compile" : "in need of an edit", functions(Mark::kHand));
   return text;
 }
 

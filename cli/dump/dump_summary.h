@@ -10,6 +10,11 @@
 
 namespace fabscan {
 
+enum class Variant {
+  kExact,      // as the generator writes it
+  kBuildable,  // edited so that it compiles
+};
+
 /// Reasons why generated files do not compile as written.
 struct CompileFaults {
   std::size_t error_lines = 0;     // functions with an #error line
@@ -33,9 +38,9 @@ class DumpSummary {
   std::size_t functions(Mark mark) const { return functions_[static_cast<std::size_t>(mark)]; }
   CompileFaults faults() const;
 
-  /// The lines of the report, the last one without a line end. `left_out`: number of nodes outside
-  /// the sub-fabric.
-  std::string text(std::size_t left_out = 0) const;
+  /// The lines of the report on a file of this variant, the last one without a line end.
+  /// `left_out`: number of nodes outside the sub-fabric.
+  std::string text(std::size_t left_out = 0, Variant variant = Variant::kExact) const;
 
  private:
   std::size_t nodes_ = 0;

@@ -16,14 +16,15 @@ std::string NumberText(std::size_t number) { return number == 0 ? "" : std::to_s
 
 }  // namespace
 
-std::string FilesText(const char* head, const std::vector<ModelFile>& files,
+std::string FilesText(const char* head, const std::vector<ModelFile>& files, Variant variant,
                       const Terminal& terminal) {
+  const bool edited = variant == Variant::kBuildable;
   Table table({{head},
                {"nodes", true},
                {"block", true},
                {"skipped", true},
-               {"#error", true},
-               {"edits", true},
+               {edited ? "commented" : "#error", true},
+               {edited ? "edited" : "edits", true},
                {"representative"},
                {"", false, Narrow::kCut}});
   std::size_t nodes = 0;
@@ -31,12 +32,12 @@ std::string FilesText(const char* head, const std::vector<ModelFile>& files,
     const DeviceModel& model = file.listed.model;
     const DumpSummary& summary = file.dumped.summary;
     nodes += model.nodes;
-    table.AddRow({file.path, std::to_string(model.nodes),
-                  NumberText(summary.functions(Mark::kBlock)),
-                  NumberText(summary.functions(Mark::kComment)),
-                  Cell(NumberText(summary.functions(Mark::kError)), Style::kBad),
-                  Cell(NumberText(summary.functions(Mark::kHand)), Style::kWarning),
-                  GuidText(model.representative->guid), model.representative->name});
+    table.AddRow(
+        {file.path, std::to_string(model.nodes), NumberText(summary.functions(Mark::kBlock)),
+         NumberText(summary.functions(Mark::kComment)),
+         Cell(NumberText(summary.functions(Mark::kError)), edited ? Style::kWarning : Style::kBad),
+         Cell(NumberText(summary.functions(Mark::kHand)), edited ? Style::kPlain : Style::kWarning),
+         GuidText(model.representative->guid), model.representative->name});
   }
   return table.text(terminal) + '\n' +
          Paragraph(fmt::format("{}, representing {}", Counted(files.size(), "device"),

@@ -19,7 +19,7 @@ struct ModelFile {
 
 /// For people: one row per file, then the numbers of files and nodes. `head`: the column head of
 /// the paths.
-std::string FilesText(const char* head, const std::vector<ModelFile>& files,
+std::string FilesText(const char* head, const std::vector<ModelFile>& files, Variant variant,
                       const Terminal& terminal);
 
 std::vector<SourceEdit> EditsOf(const std::vector<ModelFile>& files);
