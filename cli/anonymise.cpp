@@ -49,7 +49,8 @@ std::string ReadKeyFile(const std::string& path) {
   }
   key.erase(key.find_last_not_of("\r\n") + 1);
   if (key.empty()) {
-    throw CommandError(fmt::format("{}: holds no key; write one line of text", path), kWrongUsage);
+    throw CommandError(fmt::format("{}: contains no key; write one line of text", path),
+                       kWrongUsage);
   }
   return key;
 }
@@ -59,7 +60,7 @@ std::unique_ptr<KeyedMapping> MakeMapping(const AnonymiseOptions& options, bool 
     return std::make_unique<KeyedMapping>(ReadKeyFile(options.key_file));
   }
   if (!has_key) return std::make_unique<KeyedMapping>();
-  if (options.key.empty()) throw CommandError("--key: is empty; give some text", kWrongUsage);
+  if (options.key.empty()) throw CommandError("--key: is empty; specify some text", kWrongUsage);
   return std::make_unique<KeyedMapping>(options.key);
 }
 
@@ -70,22 +71,23 @@ std::string ReportText(const AnonymiseOptions& options, const IBFabric& fabric, 
   const std::size_t width = shown == 0 ? kWidest : std::min(shown, kWidest);
   const char* reasons = "; reasons why records are absent";
   const std::string removed = "source and time of the snapshot";
-  const std::string left =
-      "kinds, port numbers and states, LIDs, partition keys, vendor and device ids, hardware "
+  const std::string kept =
+      "types, port numbers and states, LIDs, partition keys, vendor and device ids, hardware "
       "revision, PSID, firmware and its date, up time, counters, the order of nodes";
   std::string text =
       fmt::format("{}: {}, {}\n", OutputName(options.output.path),
                   Counted(fabric.nodeCount(), "node"), Counted(fabric.portCount(), "port"));
   text += Beside("  replaced  ",
                  "names and alternative names; GUIDs of nodes, ports and systems; GIDs and GID "
-                 "prefixes but the default one; manufacturing MAC addresses; queue keys",
+                 "prefixes except the default one; manufacturing MAC addresses; queue keys",
                  width);
   text += Beside("  removed   ", options.keep_reasons ? removed : removed + reasons, width);
-  text += Beside("  left      ",
-                 options.keep_reasons ? left + reasons + ", which are free text" : left, width);
+  text += Beside("  kept      ",
+                 options.keep_reasons ? kept + reasons + ", which are free text" : kept, width);
   if (!has_key) {
     text += Beside(
-        "  ", "the key was made for this run and is gone; --key-file makes it repeatable", width);
+        "  ", "the key was random and is not stored; use --key-file for repeatable replacements",
+        width);
   }
   return text;
 }
@@ -101,7 +103,7 @@ ExitStatus AnonymiseSnapshot(const AnonymiseOptions& options, bool has_key) {
     AnonymiseFabric(fabscan, *mapping, options.keep_reasons, anonymised,
                     progress.Callback("nodes anonymised"));
   } catch (const std::invalid_argument& error) {
-    throw CommandError(fmt::format("{}: two nodes would become one ({}); choose another key",
+    throw CommandError(fmt::format("{}: two nodes would become one ({}); use a different key",
                                    InputName(options.snapshot), error.what()));
   }
   WriteFabric(output, anonymised, {kSource, ""});
@@ -119,19 +121,20 @@ std::function<ExitStatus()> AddAnonymise(CLI::App& app) {
       ->required();
   options->output.AddTo(app, "OUT");
   CLI::Option* key =
-      app.add_option("--key", options->key,
-                     "Text that the replacements depend on; other users of this host can see it")
+      app.add_option(
+             "--key", options->key,
+             "Secret text that determines the replacements; other users of this host can see it")
           ->type_name("KEY");
-  app.add_option("--key-file", options->key_file, "A file that holds this text")
+  app.add_option("--key-file", options->key_file, "A file that contains this text")
       ->type_name("FILE")
       ->excludes(key);
   app.add_flag("--keep-reasons", options->keep_reasons,
                "Keep the reasons why records are absent; they are free text");
   AddReadLimits(app, options->reading);
   app.footer(
-      "The same key gives the same replacements, in this snapshot and in others. Whoever has the "
-      "key can find out which GUID became which.\n"
-      "Example: for a bug report, such that the next one can be compared with it\n"
+      "Replaces names and GUIDs by pseudonyms. The same key gives the same replacements, in this "
+      "snapshot and in others. Anyone who has the key can match GUIDs to their replacements.\n"
+      "Example: for a bug report, with a key so that a later report can be compared\n"
       "  fabscan anonymise fabric.jsonl --output shared.jsonl --key-file our.key");
   return [options, key] { return AnonymiseSnapshot(*options, key->count() != 0); };
 }

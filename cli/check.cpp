@@ -31,7 +31,7 @@ struct CheckOptions {
   SnapshotReadOptions reading;
 };
 
-/// Adds what the generator writes for each node to the result, and to the page if there is one.
+/// Adds the generated functions of each node to the result, and to the page if there is one.
 void Generate(Fabscan& fabscan, const std::set<u_int64_t>& guids, CheckResult& result,
               CheckPage* page) {
   const SimInfoDumpCPP dump(fabscan);
@@ -51,7 +51,7 @@ void Generate(Fabscan& fabscan, const std::set<u_int64_t>& guids, CheckResult& r
   progress.Show("nodes generated", nodes.size(), nodes.size());
 }
 
-/// Writes the page, and the totals where standard output is free for them.
+/// Writes the page, and the totals unless standard output is in use.
 void WritePage(const CheckPage& page, const CheckReport& report, const CheckOptions& options,
                StagedOutput& output) {
   page.Write(output.stream(), report);
@@ -62,7 +62,9 @@ void WritePage(const CheckPage& page, const CheckReport& report, const CheckOpti
 
 ExitStatus Check(const CheckOptions& options) {
   if (IsStandardOutput(options.html) && options.json) {
-    throw CommandError("--html - and --json both want standard output; name a file", kWrongUsage);
+    throw CommandError(
+        "--html - and --json both write to standard output; specify a file for --html",
+        kWrongUsage);
   }
   std::unique_ptr<StagedOutput> output;
   if (!options.html.empty()) {
@@ -99,11 +101,12 @@ std::function<ExitStatus()> AddCheck(CLI::App& app) {
   app.add_flag("--summary", options->summary,
                "Report only causes, totals and the next step, without the nodes");
   app.add_flag("--json", options->json, "Print one JSON object");
-  app.add_option("--html", options->html,
-                 "Write a page for a browser instead: the matrix of nodes and functions, with the "
-                 "text of each; one file that needs no network; - is standard output")
+  app.add_option(
+         "--html", options->html,
+         "Write a page for a browser instead: a matrix of nodes and functions, with the text of "
+         "each; a single file that needs no network; - is standard output")
       ->type_name("FILE");
-  app.add_flag("--force", options->force, "Replace a page that exists");
+  app.add_flag("--force", options->force, "Replace an existing page");
   AddReadLimits(app, options->reading);
   app.footer(
       "Reports what one generated file of the nodes would contain: which functions are blocks, why "

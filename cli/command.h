@@ -15,11 +15,11 @@ namespace fabscan {
 enum ExitStatus : int {
   kDone = 0,
   kFailed = 1,      // nothing usable was written
-  kWrongUsage = 2,  // the call's words are off
+  kWrongUsage = 2,  // invalid arguments
   kIncomplete = 3,  // written, but incomplete or not compilable
 };
 
-/// Ends a subcommand: one line on standard error, which `main` writes, and an exit status.
+/// Ends a subcommand with an exit status and one line that `main` writes to standard error.
 class CommandError : public std::runtime_error {
  public:
   explicit CommandError(const std::string& message, ExitStatus status = kFailed)
@@ -30,7 +30,7 @@ class CommandError : public std::runtime_error {
   ExitStatus status_;
 };
 
-/// Declares a subcommand's options on `app` and returns what runs once they are read.
+/// Declares a subcommand's options on `app` and returns the action to run after parsing.
 using AddCommand = std::function<ExitStatus()> (*)(CLI::App& app);
 
 /// One row of the table of subcommands.

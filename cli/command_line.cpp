@@ -18,8 +18,8 @@ namespace fabscan {
 
 namespace {
 
-/// Says of an option what a person writes: its word and, of one that has a name, whether it is
-/// required; a positional stands in the usage line. Descriptions fit the terminal.
+/// Shows for each option what a user types: its name, its argument, and whether it is required.
+/// Positionals are shown in the usage line. Descriptions fit the terminal.
 class HelpFormatter : public CLI::Formatter {
  public:
   HelpFormatter() : width_(StandardOutput().width) {
@@ -35,7 +35,7 @@ class HelpFormatter : public CLI::Formatter {
   std::string make_option_opts(const CLI::Option* option) const override {
     if (option->get_positional() || option->get_type_size() == 0) return {};
     const std::string type = option->get_type_name();
-    std::string text = ' ' + type.substr(0, type.find(':'));  // then follows what is checked
+    std::string text = ' ' + type.substr(0, type.find(':'));  // the validators follow
     if (!option->get_default_str().empty()) text += '=' + option->get_default_str();
     if (option->get_expected_max() == CLI::detail::expected_max_vector_size) text += " ...";
     if (option->get_required()) text += " (required)";
@@ -93,12 +93,13 @@ std::string NotesText(const std::string& notes, std::size_t width) {
 }
 
 CommandLine::CommandLine()
-    : app("Turns what an InfiniBand fabric reported into C++ source for a fabric simulator.",
+    : app("Turns recorded attributes of an InfiniBand fabric into C++ source for a fabric "
+          "simulator.",
           "fabscan") {
   app.set_version_flag("--version", fmt::format("fabscan {}", kVersion));
   app.require_subcommand(1);
   app.formatter(std::make_shared<HelpFormatter>());
-  app.footer(ExitStatusText() + "\n'fabscan help SUBCOMMAND' has the options and an example.");
+  app.footer(ExitStatusText() + "\n'fabscan help SUBCOMMAND' shows the options and an example.");
 
   for (const Command* command = kCommands; command->name != nullptr; ++command) {
     CLI::App* subcommand = app.add_subcommand(command->name, command->summary);

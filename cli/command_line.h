@@ -11,12 +11,12 @@
 
 namespace fabscan {
 
-/// What stands below the options: paragraphs in lines of at most `width` columns; what is indented,
-/// such as a command to copy, stays as it is.
+/// The text below the options: wraps paragraphs to `width` columns; keeps indented lines, such as
+/// commands to copy, unchanged.
 std::string NotesText(const std::string& notes, std::size_t width);
 
-/// The words that the command understands: every subcommand with its options, what help says of
-/// them, and what each runs. The command parses with it; its reference is written from it.
+/// The command-line parser: every subcommand with its options, help texts and action. The manual
+/// pages and completions are generated from it.
 struct CommandLine {
   CommandLine();
 

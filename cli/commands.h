@@ -7,11 +7,10 @@
 
 namespace fabscan {
 
-/// Every subcommand, in the order that help shows them; the last row is followed by one whose name
-/// is null.
+/// Every subcommand, in the order of the help text; ends with a row whose name is null.
 extern const Command kCommands[];
 
-/// Null when there is no such subcommand.
+/// Null if there is no such subcommand.
 const Command* FindCommand(std::string_view name);
 
 }  // namespace fabscan

@@ -13,7 +13,7 @@ TEST(CommandsTest, EveryRowHasANameASummaryAndAnExampleThatParses) {
   for (const Command* command = kCommands; command->name != nullptr; ++command) {
     CLI::App app;
     CLI::App* subcommand = app.add_subcommand(command->name, command->summary);
-    // What is returned holds the options that parsing fills.
+    // The returned function owns the options that parsing fills.
     const std::function<ExitStatus()> action = command->add(*subcommand);
     ASSERT_TRUE(action) << command->name;
     EXPECT_EQ(FindCommand(command->name), command) << "two rows of one name";

@@ -26,7 +26,7 @@ namespace fabscan {
 
 namespace {
 
-// As diff has it: 0 the same, 1 different, 2 trouble of any kind.
+// As for diff(1): 0 for equal, 1 for different, 2 for any error.
 constexpr ExitStatus kSame = kDone;
 constexpr ExitStatus kDifferent = kFailed;
 constexpr ExitStatus kTrouble = kWrongUsage;
@@ -43,7 +43,7 @@ struct DiffOptions {
 
 struct DiffCounts {
   std::size_t differences = 0;
-  std::size_t nodes = 0;  // that both have and that differ
+  std::size_t nodes = 0;  // in both snapshots, with differences
   std::size_t only_first = 0;
   std::size_t only_second = 0;
 
@@ -54,7 +54,7 @@ struct DiffCounts {
     if (!whole && is_new_node) ++nodes;
   }
 
-  /// Whether the first side is the one that has a whole node, port or record.
+  /// Whether the first snapshot is the one that has a whole node, port or record.
   static bool InFirst(const Difference& difference) { return std::get<bool>(difference.first); }
 
   static bool IsWholeNode(const Difference& difference) {
@@ -78,7 +78,7 @@ std::string PlaceText(const Difference& difference) {
   return text;
 }
 
-/// For people: numbers of records in hexadecimal, and reasons harmless, as names are already.
+/// For people: record values in hexadecimal, and reasons made harmless; names already are.
 std::string ValueText(const Difference& difference, const DifferingValue& value) {
   if (const bool* truth = std::get_if<bool>(&value)) return *truth ? "true" : "false";
   if (const u_int64_t* number = std::get_if<u_int64_t>(&value)) {
@@ -212,7 +212,7 @@ ExitStatus Compare(const DiffOptions& options) {
   ReadSnapshotWithProgress(options.first, first, options.reading);
   ReadSnapshotWithProgress(options.second, second, options.reading);
   Progress progress;
-  // On a terminal the differences themselves show how far it is.
+  // On a terminal the differences themselves show the progress.
   if (::isatty(STDOUT_FILENO) != 1) comparison.progress = progress.Callback("nodes compared");
   const auto tell = [&](auto& report) {
     ForEachDifference(first, second, comparison, [&](const Difference& d) { report.Add(d); });
@@ -226,7 +226,7 @@ ExitStatus Compare(const DiffOptions& options) {
   return tell(report);
 }
 
-/// Every failure ends with the status for trouble, so that it is told from a difference.
+/// Every failure has the status kTrouble, which distinguishes it from a difference.
 ExitStatus Diff(const DiffOptions& options) {
   try {
     const ExitStatus status = Compare(options);
@@ -243,20 +243,19 @@ ExitStatus Diff(const DiffOptions& options) {
 
 std::function<ExitStatus()> AddDiff(CLI::App& app) {
   const auto options = std::make_shared<DiffOptions>();
-  app.add_option("A", options->first, "The one snapshot; - is standard input")->required();
-  app.add_option("B", options->second, "The other one")->required();
-  app.add_flag("--by-name", options->by_name, "Join nodes by their names rather than their GUIDs");
+  app.add_option("A", options->first, "The first snapshot; - is standard input")->required();
+  app.add_option("B", options->second, "The second snapshot")->required();
+  app.add_flag("--by-name", options->by_name, "Match nodes by name instead of GUID");
   app.add_option("--ignore", options->ignored,
-                 "Ignore a key, record or field, as snapshots name it (repeatable)")
+                 "Ignore a key, record or field, named as in a snapshot (repeatable)")
       ->type_name("FIELD")
       ->allow_extra_args(false);
   AddIngressPort(app, options->ingress_port, "Also compare");
   app.add_flag("--json", options->json, "Print one JSON object");
   AddReadLimits(app, options->reading);
   app.footer(
-      "Exit status: 0 when the two are the same, 1 when they differ, 2 for wrong usage or a file "
-      "that cannot be read.\n"
-      "Example: what changed since yesterday, ignoring port states and the LID in PortInfo\n"
+      "Exit status: 0 if the snapshots are equal, 1 if they differ, 2 for any error.\n"
+      "Example: changes since yesterday, ignoring port states and the LID in PortInfo\n"
       "  fabscan diff yesterday.jsonl today.jsonl --ignore state --ignore SMP_PortInfo.LID");
   return [options] { return Diff(*options); };
 }

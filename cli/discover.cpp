@@ -46,11 +46,12 @@ ExitStatus Discover(const DiscoverOptions& options) {
   WriteFabric(output, fabscan, {"fabscan discover, " + found.where, CurrentTime()});
   ExitStatus status = Tell(report, output.path());
   if (report.nodes == 1) {
-    PrintWarning(fmt::format("only this host's adapter was found; has {} a link?", found.where));
+    PrintWarning(
+        fmt::format("only this host's adapter was found; does {} have a link?", found.where));
     status = kIncomplete;
   }
   if (found.stopped) {
-    PrintWarning("interrupted; the snapshot holds what was read by then");
+    PrintWarning("interrupted; the snapshot contains what was read so far");
     status = kIncomplete;
   }
   output.Commit();
@@ -63,12 +64,13 @@ std::function<ExitStatus()> AddDiscover(CLI::App& app) {
   const auto options = std::make_shared<DiscoverOptions>();
   options->output.AddTo(app, "SNAPSHOT");
   app.add_option("-C", options->live.channel_adapter,
-                 "The adapter of this host to ask through; the first one with a link")
+                 "Local adapter to send queries from (default: the first with a link)")
       ->type_name("CA");
-  app.add_option("-P", options->live.port, "Its port; the first one with a link")
+  app.add_option("-P", options->live.port, "Port of that adapter (default: the first with a link)")
       ->check(CLI::Range(1, 254))
       ->type_name("PORT");
-  app.add_option("--timeout-ms", options->live.timeout_ms, "How long to wait for each answer")
+  app.add_option("--timeout-ms", options->live.timeout_ms,
+                 "Timeout for each answer, in milliseconds")
       ->check(CLI::Range(1, 600000))
       ->capture_default_str()
       ->type_name("N");
@@ -78,15 +80,15 @@ std::function<ExitStatus()> AddDiscover(CLI::App& app) {
       ->capture_default_str()
       ->type_name("N");
   app.add_option("--outstanding", options->live.outstanding,
-                 "How many queries the scan has outstanding at most")
+                 "Maximum number of outstanding queries of the scan")
       ->check(CLI::Range(1, 1000))
       ->capture_default_str()
       ->type_name("N");
   app.add_flag("--keep-partial", options->live.keep_partial,
                "On Ctrl-C, write what was read so far; makes the scan slower");
   app.footer(
-      "Only Get queries are sent; nothing in the fabric is changed. Exits 3 when the fabric was "
-      "read in part.\n"
+      "Sends only Get queries: nothing in the fabric is changed. Exits 3 if the snapshot is "
+      "incomplete.\n"
       "Example: the fabric behind port 1 of adapter mlx5_0\n"
       "  fabscan discover -C mlx5_0 -P 1 --output fabric.jsonl");
   return [options] { return Discover(*options); };

@@ -41,7 +41,7 @@ std::string OutputPath(const DumpOptions& options) {
   return std::filesystem::path(options.output_dir) / GeneratedFileName(options.prefix);
 }
 
-/// On standard output, unless that is where the file goes.
+/// Prints to standard error if the file itself is written to standard output.
 void Report(const DumpedFile& file, const std::string& path, Variant variant,
             std::size_t left_out) {
   const bool is_busy = IsStandardOutput(path);
@@ -82,30 +82,30 @@ std::function<ExitStatus()> AddDump(CLI::App& app) {
   app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
       ->required();
   app.add_option("--prefix", options->prefix,
-                 "The namespace of the simulated devices; in lower case, with _generated.cpp, it "
-                 "names the file")
+                 "The namespace of the simulated devices; in lower case, it begins the file name: "
+                 "name_generated.cpp")
       ->required()
       ->type_name("NAME");
   options->nodes.AddTo(app);
   app.add_flag("--one-per-model", options->one_per_model,
-               "Write one file for each device model, from one of its nodes; the prefix of each "
-               "begins with NAME");
+               "Write one file for each device model, from one of its nodes; each prefix begins "
+               "with NAME");
   app.add_flag(
       "--buildable", [options](std::int64_t) { options->variant = Variant::kBuildable; },
-      "Write a variant that compiles, and list what was edited: #error lines become comments");
+      "Write a variant that compiles, and list the edits: #error lines become comments");
   app.add_option("--output-dir", options->output_dir,
                  "Output directory, created if missing (default: current directory)")
       ->type_name("DIR");
   app.add_option("-o,--output", options->output,
                  "Write to this file instead of NAME_generated.cpp; - is standard output")
       ->type_name("FILE");
-  app.add_flag("--force", options->force, "Replace a file that exists");
+  app.add_flag("--force", options->force, "Replace an existing file");
   app.add_flag("--strict", options->strict, "Exit 3 if a file does not compile as written");
   AddReadLimits(app, options->reading);
   app.footer(
-      "Without --buildable, files are exactly what the generator writes. A function whose data is "
-      "missing can have an #error line, and a few need an edit before they compile; a warning "
-      "counts them.\n"
+      "Without --buildable, files are exactly as the generator writes them. A function whose data "
+      "is missing can have an #error line, and a few functions need an edit before they compile; "
+      "a warning counts them.\n"
       "Examples: one switch and one adapter, as devices of MyDev, into mydev_generated.cpp\n"
       "  fabscan dump fabric.jsonl --prefix MyDev --guid 0x5a1e0c0000000200 --guid "
       "0x5a1e0c0000000700\n"

@@ -12,10 +12,10 @@ struct StatusMeaning {
 
 /// For help and the manual page.
 inline constexpr StatusMeaning kExitStatuses[] = {
-    {kDone, "Done."},
-    {kFailed, "Failed, and nothing usable was written. Of diff: the snapshots differ."},
-    {kWrongUsage, "Wrong usage. Of diff: trouble of any kind."},
-    {kIncomplete, "Written, but incomplete or not compilable. Of dump only with --strict."},
+    {kDone, "Success."},
+    {kFailed, "Failed; nothing usable was written. For diff: the snapshots differ."},
+    {kWrongUsage, "Usage error. For diff: any error."},
+    {kIncomplete, "Written, but incomplete or not compilable. For dump: only with --strict."},
 };
 
 }  // namespace fabscan

@@ -61,8 +61,8 @@ std::function<ExitStatus()> AddImport(CLI::App& app) {
       ->required();
   options->output.AddTo(app, "SNAPSHOT");
   app.footer(
-      "A cache lacks PortInfoExtended, and the unconnected ports of adapters. Exits 3 when the "
-      "fabric was read in part.\n"
+      "A cache lacks PortInfoExtended, and the unconnected ports of adapters. Exits 3 if the "
+      "snapshot is incomplete.\n"
       "Example:\n"
       "  ibnetdiscover --cache fabric.cache > /dev/null\n"
       "  fabscan import fabric.cache --output fabric.jsonl");

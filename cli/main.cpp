@@ -31,18 +31,18 @@ namespace {
   const std::string_view nearest = NearestWord(word, names);
   throw CommandError(
       nearest.empty()
-          ? fmt::format("there is no subcommand '{}'; 'fabscan --help' lists them", word)
-          : fmt::format("there is no subcommand '{}'; did you mean '{}'?", word, nearest),
+          ? fmt::format("unknown subcommand '{}'; 'fabscan --help' lists the subcommands", word)
+          : fmt::format("unknown subcommand '{}'; did you mean '{}'?", word, nearest),
       kWrongUsage);
 }
 
-/// What CLI11 found, with the option that was probably meant and where to read on.
+/// Reports the error of CLI11, with the nearest option or the help command.
 [[noreturn]] void RefuseUsage(const CLI::App& app, const CLI::ParseError& found) {
   std::string call;
   std::string message = found.what();
   std::vector<const CLI::App*> commands = {&app};
   for (const CLI::App* command : app.get_subcommands()) commands.push_back(command);
-  // What was not expected is why a subcommand is missing.
+  // An unexpected argument is the reason for a missing subcommand.
   const bool is_extra =
       dynamic_cast<const CLI::ExtrasError*>(&found) != nullptr || commands.size() == 1;
   for (const CLI::App* command : commands) {
@@ -61,8 +61,8 @@ namespace {
   throw CommandError(fmt::format("{}; see '{} --help'", message, call), kWrongUsage);
 }
 
-/// The words after the program's name, last first, as CLI11 wants them; `help SUBCOMMAND` becomes
-/// `SUBCOMMAND --help`.
+/// The arguments in reverse order, as CLI11 expects them; `help SUBCOMMAND` becomes `SUBCOMMAND
+/// --help`.
 std::vector<std::string> Words(int argc, char** argv) {
   std::vector<std::string> words(argv + 1, argv + argc);
   if (words.front() == "help") {
@@ -109,7 +109,7 @@ ExitStatus RunReportingErrors(int argc, char** argv) {
   return kFailed;
 }
 
-/// Results that did not reach standard output are a failure, whatever the command returns.
+/// Returns a failure if results did not reach standard output, for any result of the command.
 ExitStatus FinishStandardOutput(ExitStatus status) {
   try {
     RequireStandardOutput();
@@ -121,7 +121,7 @@ ExitStatus FinishStandardOutput(ExitStatus status) {
   return status;
 }
 
-/// As diff has it, where 1 says that there are differences.
+/// As for diff(1), 1 means that there are differences.
 ExitStatus FailureOf(int argc, char** argv) {
   return argc > 1 && std::strcmp(argv[1], "diff") == 0 ? kWrongUsage : kFailed;
 }
@@ -139,7 +139,7 @@ int main(int argc, char** argv) {
     return fabscan::FinishStandardOutput(fabscan::RunReportingErrors(argc, argv));
   } catch (const fabscan::ClosedPipe&) {
     fabscan::EndBySigpipe();
-  } catch (const std::bad_alloc&) {  // of the command, or of telling what failed
+  } catch (const std::bad_alloc&) {  // in the command, or while reporting an error
     fabscan::PrintOutOfMemory();
   }
   return fabscan::FailureOf(argc, argv);

@@ -38,14 +38,14 @@ MergeResult MergeOrRefuse(const MergeOptions& options, const Fabscan& base, cons
     result = MergeFabrics(base, extra, options.prefer, merged, options.ingress_port,
                           progress.Callback("nodes merged"));
   } catch (const std::invalid_argument& error) {
-    throw CommandError(fmt::format("{} and {} do not fit together: {}; are they of one fabric?",
+    throw CommandError(fmt::format("{} and {} cannot be merged: {}; are they from the same fabric?",
                                    InputName(options.base), InputName(options.extra),
                                    error.what()));
   }
   if (result.conflicts == 0 || options.prefer != Prefer::kNeither) return result;
   throw CommandError(fmt::format(
-      "{} and {} contradict each other in {} value{}: {}; choose with --prefer base or --prefer "
-      "extra; 'fabscan diff' lists what differs",
+      "{} and {} contradict each other in {} value{}: {}; use --prefer base or --prefer extra to "
+      "select one; 'fabscan diff' lists the differences",
       InputName(options.base), InputName(options.extra), result.conflicts,
       result.conflicts == 1 ? "" : "s, the first", result.first_conflict));
 }
@@ -79,20 +79,19 @@ ExitStatus Merge(const MergeOptions& options) {
 std::function<ExitStatus()> AddMerge(CLI::App& app) {
   const auto options = std::make_shared<MergeOptions>();
   const std::map<std::string, Prefer> words = {{"base", Prefer::kBase}, {"extra", Prefer::kExtra}};
-  app.add_option("BASE", options->base, "The snapshot to start from; - is standard input")
-      ->required();
-  app.add_option("EXTRA", options->extra, "The one that fills what BASE lacks")->required();
+  app.add_option("BASE", options->base, "The base snapshot; - is standard input")->required();
+  app.add_option("EXTRA", options->extra, "The snapshot with additional data")->required();
   options->output.AddTo(app, "OUT");
-  app.add_option("--prefer", options->prefer, "Whose values stand where the two differ")
+  app.add_option("--prefer", options->prefer, "The snapshot whose values to use if the two differ")
       ->transform(CLI::Transformer(words).description(""))
-      ->transform(CLI::IsMember(words).description(""))  // comes first, and takes no number
+      ->transform(CLI::IsMember(words).description(""))  // runs first, and accepts no number
       ->type_name("base|extra");
-  AddIngressPort(app, options->ingress_port, "Refuse also contradictions in");
+  AddIngressPort(app, options->ingress_port, "Also report conflicts in");
   AddReadLimits(app, options->reading);
   app.footer(
-      "Nodes are joined by GUID, ports by number. Without --prefer, values that differ are an "
+      "Nodes are matched by GUID, ports by number. Without --prefer, different values are an "
       "error.\n"
-      "Example: a discovery, and what a collector of vendor attributes wrote\n"
+      "Example: a discovery, completed with the output of a vendor-attribute collector\n"
       "  fabscan merge fabric.jsonl vendor.jsonl --output whole.jsonl");
   return [options] { return Merge(*options); };
 }

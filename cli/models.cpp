@@ -44,7 +44,7 @@ std::string DumpLine(const std::string& snapshot, const NamedModel& listed) {
                      GuidText(listed.model.representative->guid));
 }
 
-/// `5 of 21`: attributes that were collected, of those that the node can have.
+/// `5 of 21`: the number of collected attributes, and of those that the node can have.
 std::string CollectedText(const Fabscan& fabscan, const IBNode& node) {
   const Completeness completeness = CompletenessOf(fabscan, node);
   return fmt::format("{} of {}", completeness.collected(), completeness.attributes);
@@ -144,11 +144,10 @@ std::function<ExitStatus()> AddModels(CLI::App& app) {
   app.add_flag("--json", options->json, "Print one JSON object");
   AddReadLimits(app, options->reading);
   app.footer(
-      "Nodes are of one model if they agree in type, vendor and device ID, hardware revision, PSID "
-      "and firmware. The representative is the node with the most records collected, its ports "
-      "included; of several, the first by name. The column 'collected' counts its attributes: how "
-      "many of "
-      "those that a node of its type can have.\n"
+      "Nodes belong to one model if they agree in type, vendor and device ID, hardware revision, "
+      "PSID and firmware. The representative is the node with the most collected records, "
+      "including those of its ports; if there are several, the first by name. The column "
+      "'collected' shows how many of the attributes that it can have were collected.\n"
       "Example: the models of a fabric, and the command that simulates them\n"
       "  fabscan models fabric.jsonl");
   return [options] { return Models(*options); };

@@ -35,10 +35,10 @@ struct ScaffoldOptions {
   SnapshotReadOptions reading;
 };
 
-/// What a file that `dump` wrote needs to be built with the installed simulator.
+/// Writes the files that a file from `dump` needs to build with the installed simulator.
 ExitStatus ScaffoldDevice(const ScaffoldOptions& options) {
   if (options.nodes.given() || options.exact) {
-    throw CommandError("a SNAPSHOT is missing, from which to select nodes", kWrongUsage);
+    throw CommandError("a SNAPSHOT is required to select nodes", kWrongUsage);
   }
   const std::filesystem::path directory(options.output_dir);
   const auto outputs = StagedOutput::Several(
@@ -51,7 +51,7 @@ ExitStatus ScaffoldDevice(const ScaffoldOptions& options) {
   return kDone;
 }
 
-/// Each node that is selected by its GUID; otherwise one of each device model.
+/// Each node that is selected by GUID; otherwise one of each device model.
 std::vector<NamedModel> SelectDevices(const ScaffoldOptions& options, Fabscan& fabscan) {
   const std::set<u_int64_t> guids =
       options.nodes.Read(options.snapshot, fabscan, options.reading, {"simulate"}).guids;
@@ -107,8 +107,8 @@ std::function<ExitStatus()> AddScaffold(CLI::App& app) {
   const auto options = std::make_shared<ScaffoldOptions>();
   app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input");
   app.add_option("--prefix", options->prefix,
-                 "The namespace of the simulated devices; of several devices, each has its own, "
-                 "which begins with NAME")
+                 "The namespace of the simulated devices; if there are several, each has its own "
+                 "namespace that begins with NAME")
       ->required()
       ->type_name("NAME");
   options->nodes.AddTo(app);
@@ -116,18 +116,18 @@ std::function<ExitStatus()> AddScaffold(CLI::App& app) {
                  "Output directory, created if missing (default: current directory)")
       ->type_name("DIR");
   app.add_flag("--exact", options->exact,
-               "Leave generated files exactly as the generator writes them, also where they do "
-               "not compile");
-  app.add_flag("--force", options->force, "Replace files that exist");
+               "Keep generated files exactly as the generator writes them, even if they do not "
+               "compile");
+  app.add_flag("--force", options->force, "Replace existing files");
   AddReadLimits(app, options->reading);
   app.footer(
-      "With a SNAPSHOT, writes a project that builds: for each device model, or for each node "
-      "selected by its GUID, a directory with the generated file, its header and its "
-      "CMakeLists.txt; the reference "
-      "simulator; and a program that makes every device. Generated files are edited where they "
-      "would not compile, as by 'fabscan dump --buildable', and the edits are listed.\n"
-      "Without one, writes only NAME.h and CMakeLists.txt, for a file that 'fabscan dump' wrote "
-      "with the same prefix. They need the installed simulator.\n"
+      "With a SNAPSHOT, writes a project that builds. For each device model, or for each node "
+      "selected by GUID, it has a directory with the generated file, its header and its "
+      "CMakeLists.txt. It also has the reference simulator, and a program that creates all "
+      "devices. Lines of generated files that do not compile are edited as by 'fabscan dump "
+      "--buildable', and the edits are listed.\n"
+      "Without a SNAPSHOT, writes only NAME.h and CMakeLists.txt, for a file that 'fabscan dump' "
+      "wrote with the same prefix. They need the installed simulator.\n"
       "Example: simulated devices of a fabric, one for each device model\n"
       "  fabscan scaffold fabric.jsonl --prefix MyDev --output-dir sim");
   return [options] { return Scaffold(*options); };

@@ -91,7 +91,7 @@ std::function<ExitStatus()> AddShow(CLI::App& app) {
                                       "Print one line per device model, and the totals");
   CLI::Option* values = app.add_flag("--values", options->values,
                                      "Print the collected values of the nodes and their ports");
-  app.add_option("--port", options->port, "With --values, print this port alone")
+  app.add_option("--port", options->port, "With --values, print only this port")
       ->check(CLI::Range(0, 255).description(""))
       ->needs(values)
       ->type_name("N");
@@ -99,11 +99,11 @@ std::function<ExitStatus()> AddShow(CLI::App& app) {
   summary->excludes(values);
   AddReadLimits(app, options->reading);
   app.footer(
-      "Without --guid, prints one line per node and what was collected in all; with it, each of "
-      "these nodes port by port.\n"
-      "Examples: the ports of one switch, and what was collected of each\n"
+      "Without --guid, prints one line per node, and totals; with it, prints each of these nodes "
+      "port by port.\n"
+      "Examples: the ports of one switch, with their collected attributes\n"
       "  fabscan show fabric.jsonl --guid 0x5a1e0c0000000200\n"
-      "What was collected of one port, field by field\n"
+      "The collected values of one port\n"
       "  fabscan show fabric.jsonl --guid 0x5a1e0c0000000200 --values --port 3\n"
       "A large fabric, by device model\n"
       "  fabscan show fabric.jsonl --summary");

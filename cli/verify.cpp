@@ -45,7 +45,7 @@ void PrintDetails(const std::vector<std::string>& lines) {
   for (const std::string& line : lines) PrintMessage("  " + line + '\n');
 }
 
-/// Verifies nodes on several threads; each compiles and runs a program of its own.
+/// Verifies nodes on several threads; each thread compiles and runs its own program.
 class Run {
  public:
   Run(Fabscan& fabscan, const Workspace& workspace, const std::vector<const IBNode*>& nodes)
@@ -137,19 +137,20 @@ ExitStatus Verify(const VerifyOptions& options) {
   std::cout << totals.text();
 
   if (totals.failed != 0) {
-    throw CommandError(fmt::format("{}: {} of {} nodes could not be verified; the report says why",
-                                   InputName(options.snapshot), totals.failed, totals.nodes));
+    throw CommandError(
+        fmt::format("{}: {} of {} nodes could not be verified; the report gives the reasons",
+                    InputName(options.snapshot), totals.failed, totals.nodes));
   }
   if (totals.differences != 0) {
-    throw CommandError(fmt::format("{}: {} fields of simulated nodes differ; the report names them",
+    throw CommandError(fmt::format("{}: {} fields of simulated nodes differ; the report lists them",
                                    InputName(options.snapshot), totals.differences),
                        kIncomplete);
   }
   if (!options.buildable && (totals.with_error_lines != 0 || totals.edited != 0)) {
     throw CommandError(
         fmt::format("{}: all values agree, but not every generated file compiles as written; the "
-                    "report names the lines, and --buildable accepts them, as 'dump --buildable' "
-                    "and 'scaffold' do",
+                    "report lists the lines; use --buildable to accept them, as 'dump "
+                    "--buildable' and 'scaffold' do",
                     InputName(options.snapshot)),
         kIncomplete);
   }
@@ -163,23 +164,23 @@ std::function<ExitStatus()> AddVerify(CLI::App& app) {
   app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
       ->required();
   options->nodes.AddTo(app);
-  app.add_option("--compiler", options->compiler.command, "The C++ compiler; c++")
+  app.add_option("--compiler", options->compiler.command, "The C++ compiler (default: c++)")
       ->type_name("CXX");
-  app.add_option("--std", options->compiler.standard, "The C++ standard; c++17")
+  app.add_option("--std", options->compiler.standard, "The C++ standard (default: c++17)")
       ->type_name("STANDARD");
   app.add_flag("--buildable", options->buildable,
-               "Accept lines that do not compile as written: verify what 'dump --buildable' and "
-               "'scaffold' make of them");
+               "Accept lines that do not compile as written: verify them with the edits of 'dump "
+               "--buildable' and 'scaffold'");
   app.add_option("--keep", options->keep,
-                 "Keep everything that is compiled in this directory, which is new or empty")
+                 "Keep all compiled files in this directory, which must be new or empty")
       ->type_name("DIR");
-  app.add_option("--jobs", options->jobs, "Number of nodes to compile at the same time")
+  app.add_option("--jobs", options->jobs, "Number of nodes to compile in parallel")
       ->type_name("COUNT")
       ->check(CLI::Range(1U, kMostJobs).description(""));
   AddReadLimits(app, options->reading);
   app.footer(
-      "Without --guid, one of the selected nodes of each device model is verified.\n"
-      "Example: prove with another compiler that one switch is simulated as it reported itself\n"
+      "Without --guid, verifies one of the selected nodes of each device model.\n"
+      "Example: verify one switch with another compiler\n"
       "  fabscan verify fabric.jsonl --guid 0x5a1e0c0000000200 --compiler clang++");
   return [options] { return Verify(*options); };
 }

@@ -1,5 +1,5 @@
-# How everything here is compiled: C++17, hardened in release builds. As a part of another project,
-# its build type, its tests and its compilers' warnings are that project's own concern.
+# Compile settings: C++17, hardened in release builds. As part of another project, that project decides
+# about the build type, tests and compiler warnings.
 
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES AND PROJECT_IS_TOP_LEVEL)
   set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
@@ -15,7 +15,7 @@ option(FABSCAN_TESTS "Build the tests" OFF)
 option(FABSCAN_WERROR "Treat warnings as errors" ${PROJECT_IS_TOP_LEVEL})
 set(FABSCAN_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined")
 
-# An include of ours names the directory: "cli/files/staged_output.h".
+# Project includes name the directory: "cli/files/staged_output.h".
 add_library(fabscan_settings INTERFACE)
 target_include_directories(fabscan_settings INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(fabscan_settings INTERFACE

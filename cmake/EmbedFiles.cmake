@@ -1,8 +1,8 @@
 # cmake -DOUTPUT=FILE -DHEADER=FILE -DDECLARATION=TEXT -DROOTS=DIR|FILE|FILE... -P EmbedFiles.cmake
-# Writes a C++ source that holds the text of files as the rows of an array: path and text, the last
-# row's path null. HEADER declares the array, DECLARATION is the text before its `= {`.
-# ROOTS: directory, then files relative to it; several of them are separated by "@". The directory may
-# be followed by ">" and what the paths begin with.
+# Writes a C++ source with the text of files as rows of an array: path and text; the path of the last
+# row is null. HEADER declares the array, DECLARATION is the text before its `= {`.
+# ROOTS: a directory, then files relative to it; several such lists are separated by "@". A directory
+# can be followed by ">" and a prefix for the paths.
 
 set(rows "")
 string(REPLACE "@" ";" groups "${ROOTS}")

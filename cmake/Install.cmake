@@ -1,8 +1,8 @@
-# What `cmake --install` puts into a prefix: the command, the libraries and headers, the reference
+# The files that `cmake --install` installs: the command, the libraries and headers, the reference
 # simulator, the CMake package `fabscan` and a pkg-config file of the same name.
 include(CMakePackageConfigHelpers)
 
-# All that is installed, without the tests.
+# Everything that is installed, without the tests.
 add_custom_target(fabscan_product
   DEPENDS fabscan fabscan_generator fabscan_model reference)
 
@@ -39,7 +39,7 @@ install(FILES
   ${PROJECT_BINARY_DIR}/generated/fabscanConfigVersion.cmake
   DESTINATION ${package_dir})
 
-# The prefix as seen from the pkg-config file, so that the installed tree may be moved.
+# The prefix relative to the pkg-config file, so that the installed tree can be moved.
 file(RELATIVE_PATH prefix_from_pc
   /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(packaging/fabscan.pc.in ${PROJECT_BINARY_DIR}/generated/fabscan.pc @ONLY)

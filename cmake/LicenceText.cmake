@@ -1,5 +1,6 @@
-# The licence block of the generated files names the owner of the generated code. Whoever ships the
-# tool sets these; the generator's own sources hold the defaults and check the form when compiled.
+# The licence block of the generated files names the owner of the generated code. Organisations
+# that ship the tool set these; the generator's sources have the defaults and check the form at compile
+# time.
 
 set(FABSCAN_LICENCE_HOLDER "" CACHE STRING "Copyright holder of the generated files")
 set(FABSCAN_LICENCE_IDENTIFIER "" CACHE STRING "Licence identifier, written after LicenseRef-")

@@ -1,4 +1,4 @@
-# A Debian package of what is installed: `cpack` in the build directory. Its dependencies are
+# A Debian package of the installed files: run `cpack` in the build directory. Its dependencies are
 # read from the built command.
 set(compressed_changes ${PROJECT_BINARY_DIR}/generated/changelog.gz)
 add_custom_command(OUTPUT ${compressed_changes}

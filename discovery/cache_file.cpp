@@ -16,8 +16,8 @@ namespace {
 
 using Progress = std::function<void(std::size_t done, std::size_t total)>;
 
-/// Appends up to `count` bytes of `file`, as they come: an announced size is not believed before
-/// the bytes are there.
+/// Appends up to `count` bytes of `file` as they arrive: an announced size is not trusted before
+/// the bytes are read.
 void Append(std::FILE* file, u_int64_t count, FileBytes& bytes, const Progress& progress) {
   const u_int64_t total = bytes.size() + count;
   struct stat status = {};
@@ -45,7 +45,7 @@ FileBytes LoadCache(std::FILE* file, const Progress& progress) {
         "FILE'");
   }
   CacheCursor cursor(bytes.view());
-  // One byte more, so that a file longer than announced is seen.
+  // One more byte, to detect a file that is longer than announced.
   Append(file, CacheFileBytes(TakeCacheHeader(cursor)) - kCacheHeaderBytes + 1, bytes, progress);
   return bytes;
 }

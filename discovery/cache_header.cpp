@@ -22,12 +22,12 @@ bool IsTopologyText(std::string_view bytes) {
 CacheHeader TakeCacheHeader(CacheCursor& cursor) {
   const auto magic = cursor.Take<u_int32_t>();
   if (magic == kMagicOfOtherByteOrder) {
-    FailAt(0, "a discovery cache of a host with the other byte order");
+    FailAt(0, "a discovery cache from a host with the other byte order");
   }
   if (magic != kMagic) FailAt(0, "not a discovery cache (as ibnetdiscover --cache writes it)");
   const auto version = cursor.Take<u_int32_t>();
   if (version != kVersion) {
-    FailAt(4, fmt::format("discovery cache of version {}; {} is known", version, kVersion));
+    FailAt(4, fmt::format("discovery cache of version {}; expected {}", version, kVersion));
   }
   CacheHeader header;
   header.nodes = cursor.Take<u_int32_t>();

@@ -19,15 +19,15 @@ struct CacheHeader {
 inline constexpr std::size_t kCacheHeaderBytes = 28;
 inline constexpr std::size_t kCacheNodeBytes = 207;
 inline constexpr std::size_t kCachePortBytes = 95;
-inline constexpr std::size_t kCachePortKeyBytes = 9;  // each port stands once more with its node
+inline constexpr std::size_t kCachePortKeyBytes = 9;  // listed once more with its node
 
-/// Whether a file that begins like this is the text that ibnetdiscover prints.
+/// Whether a file that begins with these bytes is the text output of ibnetdiscover.
 bool IsTopologyText(std::string_view bytes);
 
-/// Throws CacheError when this is no discovery cache, or one of another kind.
+/// Throws CacheError if this is not a discovery cache, or has another byte order or version.
 CacheHeader TakeCacheHeader(CacheCursor& cursor);
 
-/// How long the file is that begins with this header.
+/// The size of a file with this header, in bytes.
 u_int64_t CacheFileBytes(const CacheHeader& header);
 
 }  // namespace fabscan

@@ -19,15 +19,15 @@ namespace fabscan {
 
 namespace {
 
-constexpr char kNotScanned[] = "a discovery cache holds only the ports that the scan came by";
+constexpr char kNotScanned[] = "a discovery cache contains only the ports that the scan traversed";
 constexpr char kNotInCache[] = "not in the discovery cache: the query had failed";
-constexpr char kNotStored[] = "a discovery cache does not hold it";
+constexpr char kNotStored[] = "a discovery cache does not contain it";
 
-// What the file says of LIDs and masks beside the payloads that say it too.
+// LIDs and masks that the file stores in addition to the attribute data.
 constexpr std::size_t kNodeLidBytes = 4;
 constexpr std::size_t kPortLidBytes = 4;
 
-/// A piece of the file's bytes, all of which are there.
+/// A part of the file, known to be complete.
 class Entry {
  protected:
   explicit Entry(const char* at) : at_(at) {}
@@ -49,7 +49,7 @@ class Entry {
   const char* at_;
 };
 
-/// A node as it stands in the file; the keys of its ports follow.
+/// A node in the file; the keys of its ports follow.
 class NodeEntry : public Entry {
  public:
   explicit NodeEntry(CacheCursor& cursor) : Entry(cursor.TakeBytes(kCacheNodeBytes).data()) {}
@@ -60,14 +60,14 @@ class NodeEntry : public Entry {
   u_int8_t PortCount() const { return ByteAt(kPortCount); }
   std::string_view NodeInfo() const { return PayloadAt(kNodeInfo); }
   std::string_view Description() const { return PayloadAt(kDescription); }
-  /// How many of its ports the file holds.
+  /// The number of its ports in the file.
   u_int8_t Stored() const { return ByteAt(kStored); }
 
   bool IsSwitch() const { return NodeTypeOf(Type()) == IB_SW_NODE; }
   unsigned FirstPort() const { return IsSwitch() ? 0 : 1; }
 
  private:
-  // Where what is.
+  // Offsets in the entry.
   static constexpr std::size_t kSwitchInfo = kNodeLidBytes;
   static constexpr std::size_t kGuid = kSwitchInfo + std::tuple_size_v<Payload>;
   static constexpr std::size_t kType = kGuid + sizeof(u_int64_t);
@@ -78,7 +78,7 @@ class NodeEntry : public Entry {
   static_assert(kStored + 1 == kCacheNodeBytes);
 };
 
-/// A port as it stands in the file, whose size was held against the number of ports.
+/// A port in the file, whose size was checked against the number of ports.
 class PortEntry : public Entry {
  public:
   explicit PortEntry(const char* at) : Entry(at) {}
@@ -89,7 +89,7 @@ class PortEntry : public Entry {
   u_int8_t HasPeer() const { return ByteAt(kHasPeer); }
   PortKey Peer() const { return KeyAt(kPeer); }
 
-  // Where what is.
+  // Offsets in the entry.
   static constexpr std::size_t kInfo = kCachePortKeyBytes + kPortLidBytes;
   static constexpr std::size_t kNodeGuid = kInfo + std::tuple_size_v<Payload>;
   static constexpr std::size_t kHasPeer = kNodeGuid + sizeof(u_int64_t);
@@ -97,7 +97,7 @@ class PortEntry : public Entry {
   static_assert(kPeer + kCachePortKeyBytes == kCachePortBytes);
 };
 
-/// The key of a port as its node names it: it is what a port begins with.
+/// The key by which a node names a port: the first bytes of the port's entry.
 PortKey TakeKey(CacheCursor& cursor) {
   return PortEntry(cursor.TakeBytes(kCachePortKeyBytes).data()).Key();
 }
@@ -110,7 +110,7 @@ void SetSwitchInfo(Answer& answer, const NodeEntry& node) {
 
 }  // namespace
 
-/// Checks a cache from its first byte to its last, and finds each node's ports.
+/// Checks a complete cache, and finds the ports of each node.
 class CacheReader {
  public:
   CacheReader(CacheFindings& findings, const CacheHeader& header)
@@ -183,8 +183,8 @@ class CacheReader {
                        port.Peer().number, GuidText(port.Peer().guid)));
   }
 
-  /// Where the port with this key is. Ports mostly stand in the order in which the nodes name them,
-  /// or the other way round.
+  /// The position of the port with this key. Ports are mostly in the order in which the nodes name
+  /// them, or in reverse order.
   u_int32_t PlaceOf(const PortKey& key) {
     for (const u_int32_t place : {last_place_ + 1, last_place_ - 1}) {
       if (place < header_.ports && PortAt(place).Key() == key) {
@@ -209,9 +209,8 @@ class CacheReader {
                                         key.number, GuidText(key.guid)));
       }
       if (key.number < entry.FirstPort() || key.number > entry.PortCount() || seen[key.number]) {
-        FailAt(
-            node.offset,
-            fmt::format("the node has a port {} that it cannot have, or has it twice", key.number));
+        FailAt(node.offset,
+               fmt::format("the node has an impossible or duplicate port {}", key.number));
       }
       seen.set(key.number);
       taken_[place] = true;
@@ -234,10 +233,10 @@ CacheFindings::CacheFindings(FileBytes bytes) : bytes_(std::move(bytes)) {
   const CacheHeader header = TakeCacheHeader(cursor);
   const u_int64_t expected = CacheFileBytes(header);
   if (bytes_.size() < expected) {
-    FailAt(bytes_.size(), fmt::format("the file ends too early, of {} bytes", expected));
+    FailAt(bytes_.size(), fmt::format("the file ends too early; expected {} bytes", expected));
   }
   if (bytes_.size() > expected) {
-    FailAt(expected, "there is more in the file than its header announces");
+    FailAt(expected, "the file is longer than its header announces");
   }
   CacheReader(*this, header).Read();
 }
@@ -255,7 +254,7 @@ const NodeFindings& CacheFindings::Node(std::size_t place, NodeFindings& room) c
   room.description.SetRead(entry.Description());
   SetSwitchInfo(room.switch_info, entry);
 
-  // Every port that the node has, be it in the file or not.
+  // All ports of the node, in the file or not.
   const unsigned first = entry.FirstPort();
   room.ports.resize(entry.PortCount() + 1U - first);
   for (std::size_t i = 0; i < room.ports.size(); ++i) {

@@ -13,21 +13,21 @@
 
 namespace fabscan {
 
-/// A discovery cache that cannot be read. `what()` tells the byte and what is wrong there.
+/// A discovery cache that cannot be read. `what()` gives the byte offset and the error.
 class CacheError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// The findings of a discovery cache, as `ibnetdiscover --cache` writes it on a little-endian host:
-/// its nodes in the order of the file, out of its bytes.
+/// The findings of a discovery cache, as `ibnetdiscover --cache` writes it on a little-endian host.
+/// Nodes are in the order of the file, and are decoded on demand.
 ///
-/// A cache lacks PortInfoExtended, and those ports of adapters and routers that the scan did not
-/// come by; both are noted with their reason.
+/// A cache lacks PortInfoExtended, and the ports of adapters and routers that the scan did not
+/// traverse; both are absent with a reason.
 class CacheFindings final : public FindingsSource {
  public:
-  /// Nothing in the bytes is trusted: every count is held against what is there, and what the file
-  /// says twice must agree. Throws CacheError.
+  /// Trusts nothing in the bytes: every count is checked against the size, and values that the file
+  /// states twice must agree. Throws CacheError.
   explicit CacheFindings(FileBytes bytes);
   explicit CacheFindings(std::string_view bytes) : CacheFindings(FileBytes(bytes)) {}
 
@@ -47,7 +47,7 @@ class CacheFindings final : public FindingsSource {
 
   FileBytes bytes_;
   std::vector<CachedNode> nodes_;
-  std::vector<std::size_t> ports_of_nodes_;  // offsets of the ports that each node has, in turn
+  std::vector<std::size_t> ports_of_nodes_;  // offsets of the ports, node by node
 };
 
 }  // namespace fabscan

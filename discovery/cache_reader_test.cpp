@@ -79,14 +79,14 @@ TEST(CacheReader, ReadsNodesPortsAndPeers) {
   EXPECT_TRUE(leaf.ports[4].has_peer);
 }
 
-TEST(CacheReader, MakesTheSameOfPortsInAnyOrder) {
+TEST(CacheReader, AcceptsPortsInAnyOrder) {
   const CacheBuilder sample = CacheBuilder::Sample();
   const std::string bytes = sample.Bytes();
   const std::string snapshot = Outcome(bytes);
   std::size_t count = 0;
   for (const CacheBuilder::Node& node : sample.nodes()) count += node.ports.size();
   const std::size_t first = bytes.size() - count * kPortBytes;
-  // Every third one after the other, and so on: steps that meet each port once.
+  // Takes every third port, and wraps around, so that each port is taken once.
   for (std::size_t step = 1; step < count; ++step) {
     if (std::gcd(step, count) != 1) continue;
     std::string other = bytes.substr(0, first);
@@ -98,7 +98,7 @@ TEST(CacheReader, MakesTheSameOfPortsInAnyOrder) {
   EXPECT_THAT(snapshot, HasSubstr("leaf"));
 }
 
-TEST(CacheReader, TellsWhichPortsACacheDoesNotHold) {
+TEST(CacheReader, ReportsPortsThatACacheLacks) {
   const CacheFindings findings(CacheBuilder::Sample().Bytes());
   NodeFindings room;
   const NodeFindings& adapter = findings.Node(2, room);
@@ -106,10 +106,10 @@ TEST(CacheReader, TellsWhichPortsACacheDoesNotHold) {
   EXPECT_TRUE(adapter.ports[0].info.read());
   EXPECT_EQ(adapter.ports[1].info.outcome, Answer::Outcome::kNotAsked);
   EXPECT_EQ(adapter.ports[1].info.reason,
-            "a discovery cache holds only the ports that the scan came by");
+            "a discovery cache contains only the ports that the scan traversed");
 }
 
-TEST(CacheReader, TakesAMissingPortOfASwitchForAFailedQuery) {
+TEST(CacheReader, ReportsAMissingSwitchPortAsAFailedQuery) {
   CacheBuilder builder;
   CacheBuilder::Node& node = builder.Add(0x10, IB_SW_NODE, 1, "s");
   builder.AddPort(node, 0);
@@ -120,7 +120,7 @@ TEST(CacheReader, TakesAMissingPortOfASwitchForAFailedQuery) {
   EXPECT_EQ(findings.switch_info.outcome, Answer::Outcome::kFailed);
 }
 
-TEST(CacheReader, LeavesNothingOfOneNodeInTheRoomOfTheNext) {
+TEST(CacheReader, DoesNotMixFindingsOfTwoNodes) {
   const CacheFindings findings(CacheBuilder::Sample().Bytes());
   const auto adapter_in = [&](NodeFindings& room) {
     const NodeFindings& adapter = findings.Node(2, room);
@@ -152,17 +152,17 @@ TEST(CacheReader, ReadsASwitchOf254Ports) {
   EXPECT_EQ(CacheFindings(builder.Bytes()).Node(0, room).ports.size(), 255U);
 }
 
-TEST(CacheReader, RefusesWhatIsNoCache) {
+TEST(CacheReader, RefusesOtherFiles) {
   EXPECT_EQ(ErrorOf(""), "byte 0: the file ends too early");
   EXPECT_EQ(ErrorOf(std::string(100, 'x')),
             "byte 0: not a discovery cache (as ibnetdiscover --cache writes it)");
   std::string bytes = CacheBuilder::Sample().Bytes();
   EXPECT_EQ(ErrorOf(bytes + 'x'), "byte " + std::to_string(bytes.size()) +
-                                      ": there is more in the file than its header announces");
+                                      ": the file is longer than its header announces");
   bytes[4] = 2;
-  EXPECT_EQ(ErrorOf(bytes), "byte 4: discovery cache of version 2; 1 is known");
+  EXPECT_EQ(ErrorOf(bytes), "byte 4: discovery cache of version 2; expected 1");
   EXPECT_EQ(ErrorOf("\x8f\xe7\x83\x2b"),
-            "byte 0: a discovery cache of a host with the other byte order");
+            "byte 0: a discovery cache from a host with the other byte order");
 }
 
 TEST(CacheReader, RefusesContradictions) {
@@ -177,7 +177,7 @@ TEST(CacheReader, RefusesContradictions) {
 
   bytes = sample;  // the second stored port becomes the first one again
   bytes[kHeaderBytes + kOffsetOfStoredCount + 1 + 9 + 8] = 0;
-  EXPECT_EQ(ErrorOf(bytes), "byte 28: the node has a port 0 that it cannot have, or has it twice");
+  EXPECT_EQ(ErrorOf(bytes), "byte 28: the node has an impossible or duplicate port 0");
 
   bytes = sample;  // the second node then begins with the last port of the first
   --bytes[kHeaderBytes + kOffsetOfStoredCount];
@@ -210,11 +210,10 @@ TEST(CacheReader, RefusesAPortAboveTheNumberOfPorts) {
   CacheBuilder::Node& node = builder.Add(0x10, IB_SW_NODE, 1, "s");
   builder.AddPort(node, 0);
   builder.AddPort(node, 200);
-  EXPECT_EQ(ErrorOf(builder.Bytes()),
-            "byte 28: the node has a port 200 that it cannot have, or has it twice");
+  EXPECT_EQ(ErrorOf(builder.Bytes()), "byte 28: the node has an impossible or duplicate port 200");
 }
 
-TEST(CacheReader, MakesAnErrorOfEveryTruncation) {
+TEST(CacheReader, RefusesEveryTruncation) {
   const std::string bytes = CacheBuilder::Sample().Bytes();
   for (std::size_t length = 0; length < bytes.size(); ++length) {
     EXPECT_THAT(ErrorOf(bytes.substr(0, length)),
@@ -222,7 +221,7 @@ TEST(CacheReader, MakesAnErrorOfEveryTruncation) {
   }
 }
 
-TEST(CacheReader, MakesAnErrorOrFindingsOfEveryChangedByte) {
+TEST(CacheReader, RefusesOrReadsEveryChangedByte) {
   std::string bytes = CacheBuilder::Sample().Bytes();
   std::size_t readable = 0;
   for (char& byte : bytes) {
@@ -241,7 +240,7 @@ TEST(CacheReader, MakesAnErrorOrFindingsOfEveryChangedByte) {
   EXPECT_GT(readable, 255U * 500U);  // payloads are most of a cache
 }
 
-TEST(CacheReader, MakesASnapshotThatCanBeReadOfEveryByteTurnedOver) {
+TEST(CacheReader, WritesReadableSnapshotsForEveryInvertedByte) {
   const std::string path = ::testing::TempDir() + "cache_reader_test.jsonl";
   std::string bytes = CacheBuilder::Sample().Bytes();
   std::size_t snapshots = 0;
@@ -260,13 +259,13 @@ TEST(CacheReader, MakesASnapshotThatCanBeReadOfEveryByteTurnedOver) {
   EXPECT_GT(snapshots, 500U);
 }
 
-TEST(CacheReader, LetsNoManagementKeyThrough) {
+TEST(CacheReader, DropsTheManagementKey) {
   const std::string snapshot = Outcome(CacheBuilder::Sample().Bytes());
   EXPECT_THAT(snapshot, HasSubstr("SMP_PortInfo"));
   EXPECT_EQ(snapshot.find("5ec2e7"), std::string::npos);
 }
 
-TEST(CacheFile, NamesThePathInErrors) {
+TEST(CacheFile, ReportsThePathInErrors) {
   EXPECT_THROW(
       {
         try {
@@ -280,7 +279,7 @@ TEST(CacheFile, NamesThePathInErrors) {
       CacheError);
 }
 
-TEST(CacheFile, ReadsNoEndlessFile) {
+TEST(CacheFile, StopsAtTheAnnouncedSize) {
   EXPECT_THROW(ReadCacheFile("/dev/zero"), CacheError);
   EXPECT_THROW(ReadCacheFile("/"), CacheError);
 }

@@ -20,9 +20,9 @@ namespace fabscan {
 namespace {
 
 constexpr char kRouterInfoReason[] =
-    "not asked for: the public libraries know neither its attribute id nor its layout";
+    "not requested: the public libraries define neither its attribute ID nor its layout";
 
-/// Builds nodes, and gathers what is missing of them.
+/// Builds nodes, and collects what they lack.
 class NodeBuilder {
  public:
   NodeBuilder(Fabscan& fabscan, DiscoveryReport& report) : fabscan_(fabscan), report_(report) {}
@@ -66,7 +66,7 @@ class NodeBuilder {
     if (read) ++report_.attributes_read;
   }
 
-  /// Counts an answer that was asked for. True when it failed; then `reason_` says why.
+  /// Counts a requested answer. Returns true and sets `reason_` if it failed.
   bool Take(const Answer& answer) {
     if (answer.outcome == Answer::Outcome::kNotAsked) return false;
     Count(answer.read());
@@ -104,12 +104,12 @@ class NodeBuilder {
     }
   }
 
-  /// Nearly all ports of a cache lack nothing but this, for one reason.
+  /// Nearly all ports of a cache lack only this, for one reason.
   void LackExtended(const IBPort& port, const PortFindings& findings) {
     const std::string_view reason = findings.extended.reason;
     if (!findings.info.read())
       return store().setAbsent(port, TableOf<SMP_PortInfoExtended>::value.name, reason);
-    const bool alike = reason.data() == alike_reason_.data() &&  // the text itself: no look at it
+    const bool alike = reason.data() == alike_reason_.data() &&  // compares pointers, not texts
                        reason.size() == alike_reason_.size();
     if (alike_ != nullptr && alike) return store().shareAbsent(port, *alike_);
     store().setAbsent(port, TableOf<SMP_PortInfoExtended>::value.name, reason);
@@ -129,7 +129,7 @@ class NodeBuilder {
     Miss(port.num, reason_.empty() ? "the linked peer" : BecauseOf("the linked peer"));
   }
 
-  /// Ports that miss the same are told together.
+  /// Reports ports that lack the same together.
   void Miss(unsigned port_number, const std::string& what) {
     missing_of_ports_[what].push_back(port_number);
   }
@@ -144,17 +144,17 @@ class NodeBuilder {
   Fabscan& fabscan_;
   DiscoveryReport& report_;
 
-  // Of the node that is being built.
+  // State of the node that is being built.
   std::vector<std::string> missing_;
   std::map<std::string, std::vector<unsigned>> missing_of_ports_;
   bool second_speeds_ = false;
   std::string_view reason_;
 
-  const IBPort* alike_ = nullptr;  // lacks nothing but PortInfoExtended,
+  const IBPort* alike_ = nullptr;  // lacks only PortInfoExtended,
   std::string_view alike_reason_;  // for this reason
 };
 
-/// What a fabric's nodes are called, and in which order they stand.
+/// The names of a fabric's nodes, and their order.
 struct NodeOrder {
   explicit NodeOrder(const FindingsSource& findings) : names(Sort(findings)) {}
 
@@ -186,14 +186,14 @@ struct NodeOrder {
   NodeNames names;
 };
 
-/// Builds the nodes of the findings in their order, into as many models as one likes.
+/// Builds the nodes of the findings in order, into any number of models.
 class NodesInTurn {
  public:
   explicit NodesInTurn(const FindingsSource& findings) : findings_(findings), order_(findings) {}
 
   bool Left() const { return next_ < order_.places.size(); }
 
-  /// Builds nodes until the model has so many ports, or no node is left.
+  /// Builds nodes until the model has `ports` ports, or no node is left.
   void BuildInto(Fabscan& fabscan, std::size_t ports) {
     NodeBuilder builder(fabscan, report_);
     while (Left()) {

@@ -18,26 +18,26 @@ struct DiscoveryReport {
   std::size_t ports = 0;
   std::size_t attributes_asked = 0;
   std::size_t attributes_read = 0;
-  /// What is missing of the fabric, one line a node, each naming its node; empty when it is whole.
+  /// What is missing, one line per node with the name of the node; empty if nothing is missing.
   std::vector<std::string> gaps;
 
   bool complete() const { return gaps.empty(); }
 };
 
-/// Fills the empty model and store of `fabscan` with what was found: nodes ascending by GUID, with
-/// distinct names, each with all of its ports. What was not read is noted as absent, with its
-/// reason.
+/// Fills the empty model and store of `fabscan` with the findings: nodes in ascending order of
+/// GUID, with distinct names, each with all of its ports. Records that were not read are absent,
+/// with the reason.
 ///
-/// Throws std::invalid_argument when the findings contradict each other: a GUID that two nodes
-/// have, a port twice or above the node's number of ports.
+/// Throws std::invalid_argument if the findings are inconsistent: a GUID of two nodes, a duplicate
+/// port, or a port above the node's number of ports.
 DiscoveryReport BuildFabric(const FindingsSource& findings, Fabscan& fabscan);
 
-/// So many ports make a part that is still in the second-level cache when it has been built.
+/// A part with this many ports fits in the second-level cache.
 inline constexpr std::size_t kPortsOfAPart = 128;
 
-/// The same nodes in parts of about `ports` ports, in the same order: `take` is given one part
-/// after another, all in the same model, which is emptied for the next. A fabric of any size takes
-/// the memory of a part, beside that of the findings and the names.
+/// Builds the same nodes in the same order, in parts of about `ports` ports. Calls `take` for each
+/// part; all parts use the same model, which is cleared in between. A fabric of any size needs only
+/// memory for one part, the findings and the names.
 DiscoveryReport BuildFabricInParts(const FindingsSource& findings, std::size_t ports,
                                    const std::function<void(const Fabscan& part)>& take);
 

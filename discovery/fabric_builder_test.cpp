@@ -71,12 +71,13 @@ TEST(FabricBuilder, FillsModelAndStore) {
   EXPECT_EQ(store.find<SMP_SwitchInfo>(*adapter), nullptr);
   EXPECT_EQ(adapter->getPort(2)->port_state, IB_UNKNOWN_PORT_STATE);
   EXPECT_EQ(store.find<SMP_PortInfo>(*adapter->getPort(2)), nullptr);
-  EXPECT_THAT(store.absentReasons(*adapter->getPort(2)),
-              ElementsAre(Pair("SMP_PortInfo",
-                               "a discovery cache holds only the ports that the scan came by")));
+  EXPECT_THAT(
+      store.absentReasons(*adapter->getPort(2)),
+      ElementsAre(Pair("SMP_PortInfo",
+                       "a discovery cache contains only the ports that the scan traversed")));
 }
 
-TEST(FabricBuilder, OrdersNodesByGuidAndTellsTwinsApart) {
+TEST(FabricBuilder, OrdersNodesByGuidAndGivesDistinctNames) {
   FabricFindings findings;
   findings.nodes = {Switch(0x20), Switch(0x10)};
   Fabscan fabscan;
@@ -88,7 +89,7 @@ TEST(FabricBuilder, OrdersNodesByGuidAndTellsTwinsApart) {
   EXPECT_EQ(nodes[1].name, "sw [0x0000000000000020]");
 }
 
-TEST(FabricBuilder, MakesPartsOfWholeNodesUntilTheyHaveThePorts) {
+TEST(FabricBuilder, BuildsPartsOfWholeNodes) {
   FabricFindings findings;
   findings.nodes = {Switch(0x30), Switch(0x20), Switch(0x10)};
   std::vector<std::vector<std::string>> names;
@@ -102,7 +103,7 @@ TEST(FabricBuilder, MakesPartsOfWholeNodesUntilTheyHaveThePorts) {
   EXPECT_EQ(report.ports, 9U);
 }
 
-TEST(FabricBuilder, RefusesTwoNodesOfOneGuidInWhicheverParts) {
+TEST(FabricBuilder, RefusesDuplicateGuidsAcrossParts) {
   FabricFindings findings;
   findings.nodes = {Switch(0x10), Switch(0x20), Switch(0x10)};
   Fabscan fabscan;
@@ -110,7 +111,7 @@ TEST(FabricBuilder, RefusesTwoNodesOfOneGuidInWhicheverParts) {
   EXPECT_THROW(BuildFabricInParts(findings, 1, [](const Fabscan&) {}), std::invalid_argument);
 }
 
-TEST(FabricBuilder, NotesWhatFailedWithItsCause) {
+TEST(FabricBuilder, RecordsFailuresWithTheirCause) {
   FabricFindings findings;
   findings.nodes = {Switch(0x10)};
   NodeFindings& node = findings.nodes.front();
@@ -131,7 +132,7 @@ TEST(FabricBuilder, NotesWhatFailedWithItsCause) {
               ElementsAre(Pair("SMP_PortInfo", "timed out")));
 }
 
-TEST(FabricBuilder, NotesTheReasonOfEachPortHoweverManyShareIt) {
+TEST(FabricBuilder, RecordsTheReasonOfEachPort) {
   static constexpr char kNotHeld[] = "not held";
   FabricFindings findings;
   findings.nodes = {Switch(0x10), Switch(0x20)};
@@ -158,7 +159,7 @@ TEST(FabricBuilder, NotesTheReasonOfEachPortHoweverManyShareIt) {
   EXPECT_THAT(reasons(0x20, 2), not_held);
 }
 
-TEST(FabricBuilder, NamesALinkedPortWithoutAPeer) {
+TEST(FabricBuilder, ReportsALinkedPortWithoutAPeer) {
   FabricFindings findings;
   findings.nodes = {Switch(0x10)};
   NodeFindings& node = findings.nodes.front();
@@ -170,7 +171,7 @@ TEST(FabricBuilder, NamesALinkedPortWithoutAPeer) {
               ElementsAre("sw (0x0000000000000010) lacks the linked peer (timed out) of port 2"));
 }
 
-TEST(FabricBuilder, ExpectsNoPeerOfAPortThatTheScanDidNotComeBy) {
+TEST(FabricBuilder, ExpectsNoPeerOfAPortThatTheScanDidNotTraverse) {
   FabricFindings findings;
   findings.nodes = {Switch(0x10)};
   SetLinked(findings.nodes.front().ports[2]);
@@ -179,7 +180,7 @@ TEST(FabricBuilder, ExpectsNoPeerOfAPortThatTheScanDidNotComeBy) {
   EXPECT_TRUE(BuildFabric(findings, fabscan).complete());
 }
 
-TEST(FabricBuilder, SaysThatTheSecondExtendedSpeedsCannotBeRead) {
+TEST(FabricBuilder, ReportsThatTheSecondExtendedSpeedsCannotBeRead) {
   FabricFindings findings;
   findings.nodes = {Switch(0x10)};
   Payload& port_0 = findings.nodes.front().ports[0].info.payload;
@@ -191,7 +192,7 @@ TEST(FabricBuilder, SaysThatTheSecondExtendedSpeedsCannotBeRead) {
   EXPECT_THAT(report.gaps.front(), ::testing::HasSubstr("the second set of extended speeds"));
 }
 
-TEST(FabricBuilder, NotesThatRouterInfoIsNotAskedFor) {
+TEST(FabricBuilder, RecordsThatRouterInfoIsNotRequested) {
   CacheBuilder builder;
   builder.AddPort(builder.Add(0x30, IB_RTR_NODE, 1, "router"), 1);
   Fabscan fabscan;
@@ -199,11 +200,11 @@ TEST(FabricBuilder, NotesThatRouterInfoIsNotAskedFor) {
   EXPECT_THAT(
       fabscan.fabric_extended_info.absentReasons(fabscan.discovered_fabric.nodes().front()),
       ElementsAre(Pair("SMP_RouterInfo",
-                       "not asked for: the public libraries know neither its attribute id nor its "
-                       "layout")));
+                       "not requested: the public libraries define neither its attribute ID nor "
+                       "its layout")));
 }
 
-TEST(Findings, ASwitchOffersPortInfoExtendedAtItsPort0ForTheOthers) {
+TEST(Findings, ASwitchReportsPortInfoExtendedSupportAtPort0) {
   NodeFindings node = Switch(0x10);
   EXPECT_FALSE(PortInfoExtendedOffer(node).Has(node.ports[1]));
   WriteBits(node.ports[0].info.payload, kCapMskBit, 32, kHasCapMsk2);
@@ -212,7 +213,7 @@ TEST(Findings, ASwitchOffersPortInfoExtendedAtItsPort0ForTheOthers) {
   EXPECT_FALSE(PortInfoExtendedOffer(node).Has(node.ports[0]));
 }
 
-TEST(Findings, AnAdapterOffersPortInfoExtendedPortByPort) {
+TEST(Findings, AnAdapterReportsPortInfoExtendedSupportPerPort) {
   NodeFindings node = Switch(0x10);
   WriteBits(node.node_info, 16, 8, IB_CA_NODE);
   WriteBits(node.ports[2].info.payload, kCapMskBit, 32, kHasCapMsk2);

@@ -9,7 +9,7 @@
 
 namespace fabscan {
 
-/// The bytes of a file as they come. Room is made without being filled first, as a string's is.
+/// A growing buffer for the bytes of a file. Unlike std::string, it does not zero new space.
 class FileBytes {
  public:
   FileBytes() = default;
@@ -28,7 +28,7 @@ class FileBytes {
     bytes_ = std::move(larger);
     capacity_ = capacity;
   }
-  /// Where the next bytes go: room for `count`, of which `Take` tells how many came.
+  /// Space for the next `count` bytes; `Take` sets how many were read into it.
   char* Room(std::size_t count) {
     if (capacity_ - size_ < count) Reserve(std::max(size_ + count, 2 * capacity_));
     return bytes_.get() + size_;

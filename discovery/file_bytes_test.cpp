@@ -7,7 +7,7 @@
 namespace fabscan {
 namespace {
 
-TEST(FileBytes, KeepsWhatCameWhileItGrows) {
+TEST(FileBytes, KeepsItsBytesWhenItGrows) {
   FileBytes bytes;
   EXPECT_EQ(bytes.view(), "");
   std::string expected;
@@ -22,7 +22,7 @@ TEST(FileBytes, KeepsWhatCameWhileItGrows) {
   EXPECT_EQ(bytes.size(), expected.size());
 }
 
-TEST(FileBytes, StaysWhereItIsWhileThereIsRoom) {
+TEST(FileBytes, DoesNotMoveWhileThereIsSpace) {
   FileBytes bytes("begin");
   bytes.Reserve(100);
   const char* const begin = bytes.view().data();

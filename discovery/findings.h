@@ -12,12 +12,12 @@
 
 namespace fabscan {
 
-/// What came of one attribute of one node or port.
+/// The result of a query for one attribute of one node or port.
 struct Answer {
   enum class Outcome {
-    kNotAsked,  // the device does not have it, or the source cannot tell; `reason` may say so
+    kNotAsked,  // the device lacks it, or the source does not know; `reason` is optional
     kRead,
-    kFailed,  // asked for, and not read; `reason` says why
+    kFailed,  // requested but not read, because of `reason`
   };
 
   static Answer Read(const Payload& payload) { return {Outcome::kRead, payload, {}}; }
@@ -26,7 +26,7 @@ struct Answer {
 
   bool read() const { return outcome == Outcome::kRead; }
 
-  /// The same in place.
+  /// These do the same in place.
   void SetRead(std::string_view bytes) {
     outcome = Outcome::kRead;
     std::memcpy(payload.data(), bytes.data(), payload.size());
@@ -42,18 +42,18 @@ struct Answer {
 
   Outcome outcome = Outcome::kNotAsked;
   Payload payload = {};
-  std::string_view reason;  // lasts as long as the program: there are few, for very many answers
+  std::string_view reason;  // static lifetime: few reasons, many answers
 };
 
 struct PortFindings {
   u_int8_t number = 0;
   Answer info;
   Answer extended;
-  /// The scan came by this port: it knows whether the port has a peer. Ports of adapters that lead
-  /// nowhere, or into another fabric, are not on its way.
+  /// The scan traversed this port, so it is known whether the port has a peer. The scan does not
+  /// reach adapter ports that are unconnected or connected to another fabric.
   bool scanned = false;
   bool has_peer = false;
-  /// Why the peer of a linked port is not known; may be empty. It lasts like an answer's reason.
+  /// Why the peer of a linked port is not known; may be empty. Static lifetime, as for `Answer`.
   std::string_view peer_failure;
 };
 
@@ -65,8 +65,8 @@ struct NodeFindings {
   std::vector<PortFindings> ports;  // ascending by number
 };
 
-/// Which ports answer PortInfoExtended, as the device says. A switch says it at its port 0, for the
-/// ports that links go out of; port 0 itself has no link to tell about.
+/// Which ports support PortInfoExtended, according to the device. A switch reports this at its port
+/// 0 for all external ports; port 0 itself has no link.
 class PortInfoExtendedOffer {
  public:
   explicit PortInfoExtendedOffer(const NodeFindings& node);
@@ -77,18 +77,18 @@ class PortInfoExtendedOffer {
   bool of_all_ports_ = false;
 };
 
-/// A fabric as its devices described it, in the words of the wire. It is handed out node by node:
-/// all of it at once may take more memory than the model that it becomes.
+/// A fabric as its devices described it, in wire format. Nodes are returned one by one: the
+/// complete findings can need more memory than the model that is built from them.
 class FindingsSource {
  public:
   virtual ~FindingsSource() = default;
 
   virtual std::size_t NodeCount() const = 0;
-  /// The GUID of node `place`, and its NodeDescription's text, which stands in the source; empty
-  /// where it was not read.
+  /// The GUID of node `place`, and the text of its NodeDescription, which the source owns; empty if
+  /// it was not read.
   virtual u_int64_t Guid(std::size_t place) const = 0;
   virtual std::string_view Description(std::size_t place) const = 0;
-  /// What was found of node `place`. It may stand in `room`, which is used over and over.
+  /// The findings for node `place`. They may be stored in `room`, which callers reuse.
   virtual const NodeFindings& Node(std::size_t place, NodeFindings& room) const = 0;
 };
 

@@ -15,7 +15,7 @@ std::string WithGuid(const NodeDescription& node) {
   return fmt::format("{}{}[{}]", node.text, node.text.empty() ? "" : " ", GuidText(node.guid));
 }
 
-/// Which nodes have a description that another one has as well.
+/// Which nodes share their description with another node.
 std::vector<bool> SharedTexts(const std::vector<NodeDescription>& nodes) {
   PlaceIndex<std::string_view> first(nodes.size());
   std::vector<bool> shared(nodes.size());

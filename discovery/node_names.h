@@ -11,21 +11,21 @@
 
 namespace fabscan {
 
-/// What one node calls itself.
+/// The node description of one node.
 struct NodeDescription {
   u_int64_t guid = 0;
   std::string_view text;  // may be empty, or shared with other nodes
 };
 
-/// A distinct name for each node, in the order given. A description that no other node has is the
-/// node's name as it stands. One that is shared is followed by the node's GUID, as in
-/// `spine [0x0002c90300a1b2c3]`; a node without one is called `[0x0002c90300a1b2c3]`. The names
-/// depend on the set of nodes alone, not on their order. The GUIDs are distinct.
+/// A distinct name for each node, in the order given. A unique description is the
+/// name of its node. A shared description is followed by the node's GUID, as in
+/// `spine [0x5a1e0c0300a1b2c3]`; a node without a description is named `[0x5a1e0c0300a1b2c3]`. The
+/// names depend only on the set of nodes, not on their order. GUIDs must be distinct.
 class NodeNames {
  public:
-  /// The texts stay where they are as long as the names are used.
+  /// The texts must outlive the names.
   explicit NodeNames(const std::vector<NodeDescription>& nodes);
-  NodeNames(const NodeNames&) = delete;  // it points into itself
+  NodeNames(const NodeNames&) = delete;  // contains pointers into itself
   NodeNames& operator=(const NodeNames&) = delete;
 
   std::string_view operator[](std::size_t place) const { return names_[place]; }

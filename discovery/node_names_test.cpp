@@ -18,21 +18,21 @@ std::vector<std::string> NamesOf(const std::vector<NodeDescription>& nodes) {
   return texts;
 }
 
-TEST(NodeNames, AreTheDescriptionsWhereTheseAreDistinct) {
+TEST(NodeNames, UniqueDescriptionsAreNames) {
   EXPECT_THAT(NamesOf({{1, "spine"}, {2, "leaf"}}), ElementsAre("spine", "leaf"));
 }
 
-TEST(NodeNames, OfASharedDescriptionEndInTheGuid) {
-  EXPECT_THAT(NamesOf({{0x2c90300a1b2c3, "spine"}, {2, "leaf"}, {3, "spine"}}),
-              ElementsAre("spine [0x0002c90300a1b2c3]", "leaf", "spine [0x0000000000000003]"));
+TEST(NodeNames, SharedDescriptionsGetTheGuid) {
+  EXPECT_THAT(NamesOf({{0x5a1e0c0300a1b2c3, "spine"}, {2, "leaf"}, {3, "spine"}}),
+              ElementsAre("spine [0x5a1e0c0300a1b2c3]", "leaf", "spine [0x0000000000000003]"));
 }
 
-TEST(NodeNames, OfAnEmptyDescriptionAreTheGuid) {
+TEST(NodeNames, EmptyDescriptionsBecomeTheGuid) {
   EXPECT_THAT(NamesOf({{1, ""}, {2, ""}, {3, "x"}}),
               ElementsAre("[0x0000000000000001]", "[0x0000000000000002]", "x"));
 }
 
-TEST(NodeNames, StayDistinctWhereADescriptionLooksLikeAMadeName) {
+TEST(NodeNames, DescriptionsThatLookLikeGeneratedNamesStayDistinct) {
   EXPECT_THAT(NamesOf({{1, "x"},
                        {2, "x"},
                        {3, "x [0x0000000000000001]"},

@@ -9,8 +9,8 @@
 
 namespace fabscan {
 
-/// How ports name each other: a switch has one port GUID for all of its ports. Packed, so that it
-/// takes 16 bytes together with a place.
+/// Identifies a port: a switch has one port GUID for all of its ports. Packed, so that it needs 16
+/// bytes together with an index.
 struct [[gnu::packed]] PortKey {
   u_int64_t guid = 0;
   u_int8_t number = 0;
@@ -22,17 +22,17 @@ struct [[gnu::packed]] PortKey {
 
 inline u_int64_t HashOf(const PortKey& key) { return HashOf(HashOf(key.guid) + key.number); }
 
-/// Finds the place of a port by its key. The ports of a GUID mostly stand in a row, and their
-/// numbers go up or down by one: such a run takes one entry, however many ports it has, so that
-/// what is looked at is little. Ports beside it take one each.
+/// Finds the index of a port by its key. The ports of a GUID are mostly consecutive, with numbers
+/// that increase or decrease by one: such a run needs one entry for any number of ports, which
+/// keeps the index small. Each other port needs its own entry.
 class PortIndex {
  public:
   static constexpr u_int32_t kNone = PlaceIndex<u_int64_t>::kNone;
 
-  /// Has room for `guids` from the beginning.
+  /// Reserves space for `guids` GUIDs.
   explicit PortIndex(std::size_t guids) : run_by_guid_(guids) { runs_.reserve(guids); }
 
-  /// Gives the port the next place, from 0 on. False where one with the same key is in already.
+  /// Gives the port the next index, starting with 0. Returns false for a duplicate key.
   bool Add(const PortKey& key) {
     if (key.guid != last_guid_) {
       last_guid_ = key.guid;
@@ -50,7 +50,7 @@ class PortIndex {
     return true;
   }
 
-  /// The place of the port with this key, or `kNone`.
+  /// The index of the port with this key, or `kNone`.
   u_int32_t Find(const PortKey& key) const {
     const u_int32_t run = run_by_guid_.Find(key.guid);
     return run == kNone ? kNone : PlaceOf(key, run);
@@ -89,7 +89,7 @@ class PortIndex {
   PlaceIndex<PortKey> others_;
   u_int32_t ports_ = 0;
 
-  // Of the port that was added last.
+  // The port that was added last.
   u_int64_t last_guid_ = 0;
   u_int32_t last_run_ = kNone;
 };

@@ -16,7 +16,7 @@ void AddAll(PortIndex& index, u_int64_t guid, std::initializer_list<int> numbers
   }
 }
 
-TEST(PortIndex, FindsPortsWhoseNumbersGoUpOrDown) {
+TEST(PortIndex, FindsPortsInAscendingOrDescendingOrder) {
   PortIndex index(2);
   AddAll(index, kLeaf, {0, 1, 2, 3});
   AddAll(index, kSpine, {9, 8, 7});
@@ -26,7 +26,7 @@ TEST(PortIndex, FindsPortsWhoseNumbersGoUpOrDown) {
   EXPECT_EQ(index.Find({kSpine, 7}), 6U);
 }
 
-TEST(PortIndex, HasNoPortBesideThem) {
+TEST(PortIndex, FindsNoOtherPort) {
   PortIndex index(2);
   EXPECT_EQ(index.Find({kLeaf, 0}), PortIndex::kNone);
   AddAll(index, kLeaf, {1, 2, 3});
@@ -52,7 +52,7 @@ TEST(PortIndex, FindsPortsInAnyOrder) {
   EXPECT_EQ(index.Find({kSpine, 4}), 6U);
 }
 
-TEST(PortIndex, FindsPortsOfSwitchesThatTakeTurns) {
+TEST(PortIndex, FindsInterleavedPortsOfSwitches) {
   PortIndex index(2);
   for (u_int8_t number = 0; number < 64; ++number) {
     ASSERT_TRUE(index.Add({kLeaf, number}));
@@ -78,14 +78,14 @@ TEST(PortIndex, HoldsAllNumbersOfAGuid) {
   }
 }
 
-TEST(PortIndex, TakesAGuidOfZero) {
+TEST(PortIndex, AcceptsAGuidOfZero) {
   PortIndex index(1);
   AddAll(index, 0, {1, 2});
   EXPECT_FALSE(index.Add({0, 1}));
   EXPECT_EQ(index.Find({0, 2}), 1U);
 }
 
-TEST(PortIndex, RefusesASecondPortWithTheSameKeyAndGoesOn) {
+TEST(PortIndex, RefusesDuplicateKeys) {
   PortIndex index(2);
   AddAll(index, kLeaf, {1, 2, 3, 7});
   EXPECT_FALSE(index.Add({kLeaf, 7}));

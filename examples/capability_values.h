@@ -9,10 +9,10 @@ namespace fabscan {
 
 /// The capability masks of the invented devices.
 capability_mask_t SwitchSmpMask(Generation generation);
-/// Of a router or an adapter.
+/// The masks of a router or an adapter.
 capability_mask_t RouterSmpMask();
 capability_mask_t AdapterSmpMask(Generation generation);
-/// Of a device that answers little beside the standard attributes.
+/// The mask of a device that answers few attributes besides the standard ones.
 capability_mask_t BasicSmpMask();
 capability_mask_t GmpMask(Generation generation);
 

@@ -11,7 +11,7 @@ namespace fabscan {
 /// The LID of a port: a switch has one for all its ports. It follows from the GUID.
 u_int16_t LidOf(const IBNode& node, phys_port_t port);
 
-/// Builds a fabric: nodes, their ports, and the records that devices of their models answer with.
+/// Builds a fabric: nodes, their ports, and the records that devices of their models return.
 class ExampleFabric {
  public:
   /// `manager_lid` is the LID of the port that the subnet manager runs on.
@@ -26,15 +26,15 @@ class ExampleFabric {
   IBNode& BareNode(const char* name, u_int64_t guid, IBNodeType type, phys_port_t ports,
                    const DeviceModel& model);
 
-  // Records of the node that was made last.
+  // Records of the node that was created last.
 
   void AddSmpMask(const IBNode& node, const capability_mask_t& mask);
   /// GeneralInfo and the GMP mask.
   void AddGeneral(const IBNode& node);
-  /// SwitchInfo, then the records of a switch that are not of the InfiniBand architecture.
+  /// SwitchInfo, then the records of a switch that the InfiniBand architecture does not define.
   void AddSwitch(const IBNode& node);
   void AddSwitchExtensions(const IBNode& node);
-  /// The same of a router or an adapter.
+  /// The same for a router or an adapter.
   void AddEndNodeExtensions(const IBNode& node);
   template <class Record>
   void Add(const IBNode& node, const FieldTable& values) {
@@ -45,7 +45,7 @@ class ExampleFabric {
   IBPort& Port(IBNode& node, phys_port_t number, PortKind kind = PortKind::kRegular,
                IBPortState state = IB_PORT_STATE_ACTIVE,
                IBSpecialPortType special_type = IB_NOT_SPECIAL_PORT);
-  /// A port with the record alone that is not of the InfiniBand architecture.
+  /// A port with only the record that the InfiniBand architecture does not define.
   IBPort& BarePort(IBNode& node, phys_port_t number);
 
  private:

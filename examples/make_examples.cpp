@@ -1,7 +1,7 @@
 // Writes the bundled snapshots: `make-examples DIRECTORY`. Their fabrics are invented.
 //
-// What the devices answer is in tables: device_models.h lists the devices, *_values.cpp the values
-// of their records. This file has the nodes and ports.
+// The answers of the devices are in tables: device_models.h lists the devices, *_values.cpp the
+// values of their records. This file has the nodes and ports.
 
 #include <fstream>
 #include <iostream>
@@ -18,7 +18,7 @@ namespace {
 
 // ---------- A fabric with every type of node and every attribute ----------
 
-// The ports at which the subnet manager runs and the reduction manager redirects to, both port 1.
+// The ports of the subnet manager and of the reduction manager's redirection, both port 1.
 constexpr u_int64_t kManagerGuid = kGuidBase + 0x601;      // compute-001
 constexpr u_int64_t kAggregationGuid = kGuidBase + 0xA01;  // spine-01 Aggregation Node
 constexpr u_int16_t kManagerLid = 97, kAggregationLid = 161;
@@ -125,7 +125,7 @@ void MakeSpecialNodes(ExampleFabric& fabric) {
   fabric.Port(gateway, 1);
 }
 
-// ---------- A discovery that some devices answered in part ----------
+// ---------- A discovery with incomplete answers ----------
 
 void MakePartial(ExampleFabric& fabric) {
   IBNode& leaf = fabric.Node("leaf-07/U1", IB_SW_NODE, 2, kNdrSwitch);
@@ -141,7 +141,7 @@ void MakePartial(ExampleFabric& fabric) {
 
   IBNode& host = fabric.Node("compute-117 HCA-1", IB_CA_NODE, 1, kNdrAdapter);
   fabric.store().setAbsent(host, "VendorSpec_GeneralInfo",
-                           "not asked: the node had timed out twice in a row");
+                           "not asked: two consecutive queries of this node timed out");
   fabric.Port(host, 1, PortKind::kRegular, IB_PORT_STATE_INIT);
 }
 

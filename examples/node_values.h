@@ -5,7 +5,7 @@
 
 namespace fabscan {
 
-/// The records of nodes, beside NodeInfo and GeneralInfo.
+/// The records of nodes, except NodeInfo and GeneralInfo.
 extern const FieldTable kSwitchInfo;
 extern const FieldTable kExtendedSwitchInfo;
 extern const FieldTable kSwitchExtendedNodeInfo;

@@ -59,7 +59,7 @@ const FieldTable kByRole = {
     {"PKeyViolations",                     {0,     0,     2,      0}},
 };
 
-// The ports that lead to a management unit have one lane, those to an aggregation node four.
+// Ports to a management unit have one lane, ports to an aggregation node four.
 const FieldTable kSpecialLink = {
     //                              special    FNM        FNM1       split
     {"LinkWidthSup",              {k4x,       k1x,       k1x | k2x, k1x | k2x}},
@@ -78,7 +78,7 @@ const FieldTable kSpecialLink = {
     {"NeighborMTU",               {k4096,     k2048,     k2048,     k4096}},
 };
 
-// A port without a link keeps what it was before it ever had one.
+// A port without a link has its initial values.
 const FieldTable kDown = {
     {"LinkWidthActive",           {k1x,       k1x,       k1x,       k1x}},
     {"LinkSpeedActive",           {kSdr,      kSdr,      kSdr,      kSdr}},

@@ -10,10 +10,10 @@
 
 namespace fabscan {
 
-/// What sets a port apart from its neighbours. A split port has half of its lanes.
+/// The special property of a port. A split port has half of its lanes.
 enum class PortKind : std::uint8_t { kRegular, kSplit, kSpecial, kFnm, kFnm1 };
 
-/// What the records of a port depend on.
+/// The properties that determine the records of a port.
 struct PortModel {
   Generation generation;
   PortRole role;
@@ -24,7 +24,7 @@ struct PortModel {
 /// Without LIDs and port number.
 SMP_PortInfo MakePortInfo(const PortModel& port);
 SMP_PortInfoExtended MakePortInfoExtended(const PortModel& port);
-/// `special_type` is that of the device at the other end of a special port.
+/// `special_type` is the type of the device at the remote end of a special port.
 SMP_TarnExtPortInfo MakeExtendedPortInfo(const PortModel& port, u_int8_t special_type);
 
 }  // namespace fabscan

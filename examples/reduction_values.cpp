@@ -12,7 +12,7 @@ constexpr u_int16_t kDefaultPKey = 0xFFFF;
 constexpr u_int16_t kFirstPullMlid = 0xC000;
 constexpr u_int16_t kPushMlid = 0xC011;
 
-/// Octets that a packet carries: of a request its headers, of the others the data.
+/// Octets per packet: headers for a request, data for the others.
 constexpr u_int64_t kRequestBytes = 48, kDataBytes = 4096, kAckBytes = 20;
 
 }  // namespace

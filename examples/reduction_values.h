@@ -9,7 +9,7 @@
 
 namespace fabscan {
 
-/// What a port of the reduction switch has counted since it was last cleared.
+/// The counters of a port of the reduction switch since they were last cleared.
 struct PortTraffic {
   phys_port_t port;
   u_int32_t index;  // of the counter set

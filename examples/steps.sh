@@ -6,13 +6,13 @@ if [ -t 1 ] && [ -z "${NO_COLOR-}" ]; then bold=$'\033[1m' plain=$'\033[0m'; fi
 # say TEXT: a headline.
 say() { printf '\n%s%s%s\n' "$bold" "$*" "$plain"; }
 
-# show COMMAND: prints the command as one would type it, and runs it.
+# show COMMAND: prints the command as typed, and runs it.
 show() {
   printf '$ %s\n' "$*"
   "$@"
 }
 
-# show_quietly COMMAND: the same, but what the command prints is shown only if it fails.
+# show_quietly COMMAND: the same, but shows the output only if the command fails.
 show_quietly() {
   local log status=0
   log=$(mktemp)

@@ -10,8 +10,8 @@
 
 namespace fabscan {
 
-/// Turns bytes, whatever they are, into decisions. Once they have come to an end every answer is 0,
-/// so that a short input means something too.
+/// Turns any bytes into decisions. After the last byte, every decision is 0, so that short inputs
+/// are useful too.
 class Bytes {
  public:
   Bytes(const u_int8_t* data, std::size_t size)
@@ -34,7 +34,7 @@ class Bytes {
   /// 0 to `count - 1`; `count` is 1 to 256.
   std::size_t OneOf(std::size_t count) { return Byte() % count; }
   bool Flag() { return (Byte() & 1U) != 0; }
-  /// Up to `most` bytes, 255 at the most.
+  /// Up to `most` bytes, at most 255.
   std::string Text(std::size_t most) {
     const std::size_t size = std::min({std::size_t{Byte()} % (most + 1), rest_.size()});
     std::string text(rest_.substr(0, size));

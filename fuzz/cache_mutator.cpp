@@ -18,7 +18,7 @@ using Port = CacheBuilder::Port;
 using PortKey = std::pair<u_int64_t, u_int8_t>;
 
 constexpr std::size_t kMostNodes = 12;
-constexpr std::size_t kMostPorts = 60;  // of a node
+constexpr std::size_t kMostPorts = 60;  // per node
 
 Node TakeNode(CacheCursor& cursor) {
   Node node{};
@@ -50,7 +50,7 @@ Port TakePort(CacheCursor& cursor) {
   return port;
 }
 
-/// What can be made out of a cache; ports that no node claims are left out.
+/// The parts of a cache that can be decoded, without ports that no node claims.
 std::vector<Node> Parsed(std::string_view bytes) {
   std::vector<Node> nodes;
   std::map<PortKey, Port> ports;
@@ -63,7 +63,7 @@ std::vector<Node> Parsed(std::string_view bytes) {
       ports[{port.guid, port.number}] = port;
     }
   } catch (const CacheError&) {
-    // It ends too early: what came before is good enough.
+    // The cache is truncated: the parts before are enough.
     if (nodes.empty()) return {};
   }
   for (Node& node : nodes) {
@@ -75,8 +75,7 @@ std::vector<Node> Parsed(std::string_view bytes) {
   return nodes;
 }
 
-/// Every node and port once, no port that its node cannot have, and what the format says twice says
-/// the same.
+/// Makes nodes and ports unique, removes impossible ports, and makes repeated values agree.
 void Agree(std::vector<Node>& nodes) {
   std::set<u_int64_t> guids;
   std::set<PortKey> keys;
@@ -98,7 +97,7 @@ void Agree(std::vector<Node>& nodes) {
   }
 }
 
-/// No port has a peer that is not in the file.
+/// Removes links to ports that are not in the file.
 void DropDeadLinks(std::vector<Node>& nodes) {
   std::set<PortKey> known;
   for (const Node& node : nodes) {
@@ -118,7 +117,7 @@ std::string CacheMutator::Mutated(std::string_view bytes) {
   if (nodes.empty()) nodes = std::move(CacheBuilder::Sample().nodes());
   const std::size_t changes = 1 + OneOf(3);
   for (std::size_t i = 0; i < changes; ++i) Change(nodes);
-  // Now and then what was changed does not fit the rest: the reader must see that too.
+  // Sometimes leaves a change inconsistent: the reader must detect that too.
   if (OneOf(8) != 0) {
     Agree(nodes);
     DropDeadLinks(nodes);
@@ -153,7 +152,7 @@ void CacheMutator::Change(Nodes& nodes) {
   }
 }
 
-// Seldom many: they take most of the time, and show little that few do not.
+// Rarely many: they take most of the time, and show little more than a few do.
 std::size_t CacheMutator::PortCount() { return OneOf(16) == 0 ? OneOf(256) : OneOf(6); }
 
 Port* CacheMutator::AnyPort(Nodes& nodes) {

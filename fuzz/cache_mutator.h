@@ -11,9 +11,9 @@
 
 namespace fabscan {
 
-/// Changes a discovery cache by what it is made of: nodes, ports and links. Its counts, and what it
-/// says twice, agree again afterwards, so that most of the results are read to their end. Bytes
-/// that are no cache become a small one.
+/// Changes the nodes, ports and links of a discovery cache. Counts and repeated values agree
+/// afterwards, so that most results are read completely. Bytes that are not a cache become a small
+/// one.
 class CacheMutator {
  public:
   /// Changes `size` bytes, 1 or more, and keeps their number.

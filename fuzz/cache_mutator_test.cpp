@@ -1,5 +1,4 @@
-// The mutator of discovery caches is worth its name only when what it makes is read past the
-// header.
+// The mutator of discovery caches is useful only if its results are read past the header.
 
 #include "fuzz/cache_mutator.h"
 
@@ -16,7 +15,7 @@ void AddOne(u_int8_t* data, std::size_t size) { ++data[size / 2]; }
 
 struct Outcomes {
   unsigned whole = 0;
-  std::set<std::string> errors;  // without their place
+  std::set<std::string> errors;  // without their position
 };
 
 Outcomes OutcomesFrom(std::string bytes) {
@@ -35,12 +34,12 @@ Outcomes OutcomesFrom(std::string bytes) {
   return outcomes;
 }
 
-TEST(CacheMutator, MakesCachesThatAreReadToTheirEnd) {
+TEST(CacheMutator, MakesReadableCaches) {
   const Outcomes outcomes = OutcomesFrom(CacheBuilder::Sample().Bytes());
   EXPECT_GT(outcomes.whole, 1000U);
 }
 
-TEST(CacheMutator, MakesCachesThatContradictThemselves) {
+TEST(CacheMutator, MakesInconsistentCaches) {
   const Outcomes outcomes = OutcomesFrom(CacheBuilder::Sample().Bytes());
   EXPECT_GE(outcomes.errors.size(), 5U);
   for (const std::string& error : outcomes.errors) {
@@ -49,13 +48,13 @@ TEST(CacheMutator, MakesCachesThatContradictThemselves) {
   }
 }
 
-TEST(CacheMutator, MakesACacheOfAnyBytes) {
+TEST(CacheMutator, MakesACacheFromAnyBytes) {
   for (const char* bytes : {"", "x", "no cache at all, but longer than a header is"}) {
     EXPECT_EQ(CacheMutator(1, AddOne).Mutated(bytes).substr(0, 4), "\x2b\x83\xe7\x8f");
   }
 }
 
-TEST(CacheMutator, GivesTheSameForASeed) {
+TEST(CacheMutator, IsDeterministicForASeed) {
   const std::string bytes = CacheBuilder::Sample().Bytes();
   EXPECT_EQ(CacheMutator(7, AddOne).Mutated(bytes), CacheMutator(7, AddOne).Mutated(bytes));
   EXPECT_NE(CacheMutator(7, AddOne).Mutated(bytes), bytes);

@@ -1,4 +1,4 @@
-// Any bytes as a discovery cache: an error of one line, or findings that make a fabric, which is
+// Any bytes as a discovery cache give one error line, or findings that give a fabric that is
 // written and read again as the same bytes.
 
 #include <algorithm>
@@ -46,7 +46,7 @@ extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, st
 
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
                                                std::size_t most, unsigned seed) {
-  // Any change of the bytes as well: most of those do not get past the header.
+  // Also arbitrary byte changes, most of which fail at the header.
   if (seed % 8 == 0) return LLVMFuzzerMutate(data, size, most);
   const auto change = [](u_int8_t* bytes, std::size_t count) {
     LLVMFuzzerMutate(bytes, count, count);

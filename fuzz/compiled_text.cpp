@@ -9,7 +9,7 @@ namespace {
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f' || c == '\r'; }
 
-/// The strictest reading: everything that some compiler takes for a joined line is one.
+/// The strictest interpretation: joins lines if any compiler does.
 std::string Joined(std::string_view source) {
   std::string text;
   for (std::size_t i = 0; i < source.size(); ++i) {
@@ -27,7 +27,7 @@ std::string Joined(std::string_view source) {
   return text;
 }
 
-/// Where the literal that begins at `at` ends.
+/// The end of the literal that begins at `at`.
 std::size_t EndOfLiteral(std::string_view text, std::size_t at) {
   const bool raw = text[at] == '"' && at > 0 && text[at - 1] == 'R';
   if (raw) {
@@ -56,7 +56,7 @@ std::string CompiledText(std::string_view source) {
   for (std::size_t i = 0; i < text.size();) {
     const std::string_view two = text.substr(i, 2);
     if (two == "//") {
-      // A carriage return ends a line for some.
+      // For some compilers, a carriage return ends a line.
       i = std::min(text.find_first_of("\n\r", i), text.size());
     } else if (two == "/*") {
       const std::size_t end = text.find("*/", i + 2);

@@ -6,9 +6,9 @@
 
 namespace fabscan {
 
-/// What a C++ compiler is left with of a source: without comments, with a line that ends in a
-/// backslash joined to the next (also where blanks or a trigraph are in between, as some compilers
-/// do it), each run of blanks and line ends as one blank.
+/// The code that a C++ compiler sees in a source: comments are removed, a line that ends in a
+/// backslash is joined to the next (also with trailing blanks or a trigraph, as in some compilers),
+/// and each run of blanks and line ends becomes one blank.
 std::string CompiledText(std::string_view source);
 
 }  // namespace fabscan

@@ -1,4 +1,4 @@
-// What hides code from a compiler, or shows it more, must show in the compiled text.
+// Text that hides code from a compiler, or reveals more, must change the compiled text.
 
 #include "fuzz/compiled_text.h"
 
@@ -12,14 +12,14 @@ TEST(CompiledText, HasNoCommentsAndNoLineEnds) {
   EXPECT_EQ(CompiledText("a /* never closed\nb"), "a ");
 }
 
-TEST(CompiledText, LosesTheLineAfterACommentThatGoesOn) {
+TEST(CompiledText, OmitsTheLineAfterAContinuedComment) {
   EXPECT_EQ(CompiledText("// x\\\nint a;\nint b;"), "int b;");
   EXPECT_EQ(CompiledText("// x\\ \t\nint a;\nint b;"), "int b;");
   EXPECT_EQ(CompiledText("// x?\?/\nint a;\nint b;"), "int b;");
   EXPECT_EQ(CompiledText("// x\\y\nint a;"), "int a;");
 }
 
-TEST(CompiledText, ShowsWhatStandsBehindAnEndOfLineInAName) {
+TEST(CompiledText, ContainsTextAfterALineEndInAName) {
   EXPECT_EQ(CompiledText("// x\rint a;\nint b;"), "int a; int b;");
 }
 

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# fuzz.sh BUILD SECONDS [TARGET...]: runs each fuzz target (all of them unless named) for SECONDS and
-# prints what each reached. New inputs go to BUILD/fuzz/found, those that break a promise to
-# BUILD/fuzz/broken; the corpora of the repository are read only. Ends with 1 when a promise was
-# broken, and with 3 when a target was stopped from outside, which says nothing of its promises.
+# fuzz.sh BUILD SECONDS [TARGET...]: runs each fuzz target (default: all) for SECONDS and prints what
+# each reached. New inputs go to BUILD/fuzz/found, those that break a promise to BUILD/fuzz/broken; the
+# corpora of the repository are only read. Exits 1 if a promise was broken, and 3 if a target was
+# stopped from outside, which does not show whether its promises hold.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 build=$(cd "$1" && pwd)/fuzz
@@ -32,7 +32,7 @@ for target; do
   all=$(sed -n 's/^INFO: Loaded 1 modules *(\([0-9]*\) inline.*/\1/p' "$log")
   printf '%-16s %12s %8s %18s\n' "$target" "${executions:--}" "${taken:--}" "${edges:--} of ${all:--}"
   if [ "$status" -eq 0 ]; then continue; fi
-  # 72: the fuzzer was asked to end. Above 128: it met a signal that it does not catch.
+  # 72: the fuzzer was asked to stop. Above 128: it received a signal that it does not catch.
   if { [ "$status" -eq 72 ] || [ "$status" -gt 128 ]; } &&
     [ "$(ls "$build/broken" | wc -l)" -eq "$before" ]; then
     [ "$failed" -ne 0 ] || failed=3

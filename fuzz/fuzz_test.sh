@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# fuzz_test.sh: what fuzz.sh says, and how it ends, when a target ends well, breaks a promise, or is
-# stopped from outside.
+# fuzz_test.sh: output and exit status of fuzz.sh when a target succeeds, breaks a promise, or is stopped
+# from outside.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/fuzz"
 
-# ends STATUS TEXT COMMAND: of a target that runs COMMAND.
+# ends STATUS TEXT COMMAND: expects this result for a target that runs COMMAND.
 ends() {
   printf '#!/usr/bin/env bash\n%s\n' "$3" >"$work/fuzz/made_fuzz"
   chmod +x "$work/fuzz/made_fuzz"

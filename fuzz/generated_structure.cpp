@@ -38,7 +38,7 @@ std::string TypeLineOf(const IBNode& node) {
   return "// Node Type: " + word + rest;
 }
 
-/// Takes line after line; the first that is not as expected is the fault.
+/// Checks line by line; the first unexpected line is the error.
 class StructureReader {
  public:
   explicit StructureReader(std::string_view text) : rest_(text) {}

@@ -9,9 +9,9 @@
 
 namespace fabscan {
 
-/// What is wrong with the form of a generated file; empty when it holds exactly the sections of
-/// `nodes`, in this order, each with its two header lines and the 22 functions of `prefix`, each
-/// opened and closed, with nothing in between that could open or close another one.
+/// The structural error of a generated file. Empty if the file has exactly the sections of `nodes`,
+/// in this order, each with its two header lines and the 22 functions of `prefix`, each opened and
+/// closed, and nothing in between that could open or close another function.
 std::string FaultOfStructure(std::string_view text, std::string_view prefix,
                              const std::vector<const IBNode*>& nodes);
 

@@ -1,4 +1,4 @@
-// The oracle of the generator's fuzz target must be able to fail.
+// The oracle of the generator's fuzz target must detect errors.
 
 #include "fuzz/generated_structure.h"
 
@@ -21,7 +21,7 @@ class GeneratedStructureTest : public testing::Test {
     text_ = ScratchFolder().Generated(fabscan_, {});
   }
 
-  /// The fault after the first `from` has become `to`.
+  /// The error after replacing the first `from` with `to`.
   std::string FaultWith(const std::string& from, const std::string& to) const {
     std::string text = text_;
     const std::size_t at = text.find(from);
@@ -34,11 +34,11 @@ class GeneratedStructureTest : public testing::Test {
   std::string text_;
 };
 
-TEST_F(GeneratedStructureTest, AcceptsWhatIsGenerated) {
+TEST_F(GeneratedStructureTest, AcceptsGeneratedFiles) {
   EXPECT_EQ(FaultOfStructure(text_, "Fuzz", nodes_), "");
 }
 
-TEST_F(GeneratedStructureTest, SeesAFunctionThatIsRenamedAddedOrLeftOut) {
+TEST_F(GeneratedStructureTest, DetectsARenamedAddedOrMissingFunction) {
   EXPECT_NE(FaultWith("setFWInfo", "setHWInfo"), "");
   EXPECT_NE(FaultWith("void Fuzz::SW::setFWInfo", "void f() {\n}\nvoid Fuzz::SW::setFWInfo"), "");
   const std::string function = "void Fuzz::SW::setArInfo() {\n";
@@ -47,7 +47,7 @@ TEST_F(GeneratedStructureTest, SeesAFunctionThatIsRenamedAddedOrLeftOut) {
   EXPECT_NE(FaultWith(text_.substr(begin, end - begin), ""), "");
 }
 
-TEST_F(GeneratedStructureTest, SeesABodyThatDoesNotCloseOrClosesTwice) {
+TEST_F(GeneratedStructureTest, DetectsAnUnclosedOrTwiceClosedBody) {
   EXPECT_NE(FaultWith("\n}\n", "\n"), "");
   EXPECT_NE(FaultWith("\n}\n", "\n}\n}\n"), "");
   EXPECT_NE(FaultWith("setFWInfo() {\n", "setFWInfo() {\n    {\n"), "");
@@ -55,7 +55,7 @@ TEST_F(GeneratedStructureTest, SeesABodyThatDoesNotCloseOrClosesTwice) {
   EXPECT_NE(FaultWith("setFWInfo() {\n", "setFWInfo() {\nint x;\n"), "");
 }
 
-TEST_F(GeneratedStructureTest, SeesNodesThatAreTooManyTooFewOrOutOfOrder) {
+TEST_F(GeneratedStructureTest, DetectsExtraMissingOrReorderedNodes) {
   const std::vector<const IBNode*> one = {nodes_[0]};
   EXPECT_NE(FaultOfStructure(text_, "Fuzz", one), "");
   const std::vector<const IBNode*> swapped = {nodes_[1], nodes_[0]};
@@ -65,11 +65,11 @@ TEST_F(GeneratedStructureTest, SeesNodesThatAreTooManyTooFewOrOutOfOrder) {
   EXPECT_NE(FaultOfStructure("", "Fuzz", {}), "");
 }
 
-TEST_F(GeneratedStructureTest, SeesANameThatBreaksOutOfItsLine) {
+TEST_F(GeneratedStructureTest, DetectsANameThatEndsItsLine) {
   EXPECT_NE(FaultWith("S1', Alt", "S1\n}', Alt"), "");
 }
 
-TEST(InconsistentFabric, SeesANameThatChangesMoreThanItself) {
+TEST(InconsistentFabric, DetectsANameThatChangesOtherText) {
   // One selected node with the name "ab".
   const u_int8_t input[] = {1, 2, 'a', 'b'};
   Bytes bytes(input, sizeof input);

@@ -1,6 +1,6 @@
-// The generator over any fabric, also one that contradicts itself. The oracle is the structure of
-// what it writes: the right functions, each opened and closed; and names that change nothing but
-// themselves.
+// The generator with any fabric, including inconsistent ones. The oracle checks the structure of
+// the output: the right functions, each opened and closed, and names that change only the places
+// where they appear.
 
 #include <cstdint>
 #include <sstream>
@@ -51,7 +51,7 @@ void RequireSameOfEmitters(const std::string& text, Fabscan& fabscan,
   }
 }
 
-/// The lines that stop the build hold names that the compiler sees; in no other line it does.
+/// The compiler sees names only in lines that stop the build.
 std::string WithoutErrors(const std::string& text) {
   std::istringstream in(text);
   std::string rest;

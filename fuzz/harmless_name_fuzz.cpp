@@ -1,5 +1,5 @@
-// A device's name in its harmless form: nothing in it that a compiler or a reader could take amiss,
-// and nothing lost.
+// A device's name in its harmless form contains nothing that misleads a compiler or a reader, and
+// can be recovered.
 
 #include <cstdint>
 #include <string>

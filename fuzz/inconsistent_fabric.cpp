@@ -17,7 +17,7 @@ u_int32_t TakeIndex(Bytes& bytes, std::size_t own) {
   constexpr u_int32_t kFar[] = {0xFFFFFFFF, 0xFFFFFFFE, 0x80000000, 0x10000000};
   switch (bytes.OneOf(8)) {
     case 6:
-      return bytes.Byte();  // perhaps another one's
+      return bytes.Byte();  // possibly in use
     case 7:
       return kFar[bytes.OneOf(4)];
     default:
@@ -27,7 +27,7 @@ u_int32_t TakeIndex(Bytes& bytes, std::size_t own) {
 
 bool HasRecords(u_int32_t index) { return index < 1024; }
 
-/// The order of the generated file, whatever the names.
+/// The order of the generated file, for any names.
 std::string KeyOf(std::size_t index) {
   char key[24];
   static_cast<void>(std::snprintf(key, sizeof key, "%08zu", index));
@@ -105,8 +105,8 @@ void InconsistentFabric::UsePlainNames() {
 }
 
 std::string InconsistentFabric::WithFirstNames(const std::string& plain_text) const {
-  // A name may hold what stands for another name, but no control character: first mark all of
-  // those, then exchange them.
+  // A name can contain the placeholder of another name, but no control character: first mark all
+  // placeholders, then replace them.
   std::string text = plain_text;
   for (const char* kind : {"N", "A"}) {
     for (std::size_t i = 0; i < nodes_.size(); ++i) {

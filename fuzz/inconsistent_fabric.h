@@ -13,23 +13,23 @@
 
 namespace fabscan {
 
-/// A fabric that no discovery would leave: port numbers beyond `numPorts` or shared, null ports and
-/// nodes, one port under several nodes, creation indices that are shared or beyond every record,
-/// types and states that have no word, names with any bytes. The names alone are made harmless, as
-/// the model makes every name.
+/// A fabric that no discovery would create: port numbers beyond `numPorts` or shared, null ports
+/// and nodes, one port under several nodes, creation indices that are shared or beyond every
+/// record, types and states that have no word, names with any bytes. Only the names are made
+/// harmless, as in the model.
 class InconsistentFabric {
  public:
   InconsistentFabric(Bytes& bytes, Fabscan& fabscan);
 
-  /// Exchanges the nodes' names for `<N0>`, `<N1>`, … and the alternative ones for `<A0>`, `<A1>`,
+  /// Replaces the nodes' names with `<N0>`, `<N1>`, … and the alternative ones for `<A0>`, `<A1>`,
   /// …; nothing else changes.
   void UsePlainNames();
-  /// The text that a fabric with plain names gave, with the first names put in.
+  /// The text for a fabric with plain names, with the original names inserted.
   std::string WithFirstNames(const std::string& plain_text) const;
 
   /// What to dump; empty for all.
   const std::set<std::uint64_t>& guids() const { return guids_; }
-  /// The nodes that are to be dumped, in their order.
+  /// The nodes to dump, in order.
   std::vector<const IBNode*> Selected() const;
 
  private:

@@ -6,7 +6,7 @@ namespace fabscan {
 
 namespace {
 
-/// Zeros, the largest numbers, or any: most bytes of an input are better spent elsewhere.
+/// Zeros, the largest numbers, or any numbers: this saves input bytes for other decisions.
 enum class Fill { kZero, kLargest, kAny };
 
 Fill TakeFill(Bytes& bytes) { return static_cast<Fill>(bytes.OneOf(3)); }
@@ -36,7 +36,7 @@ void FillMask(Bytes& bytes, Fabscan& fabscan, const IBNode& node, bool is_gmp) {
   fabscan.capability_module.put(node, is_gmp, mask);
 }
 
-/// Every kind of record once: there, absent with a reason, or neither.
+/// Every type of record once: present, absent with a reason, or neither.
 template <class Kinds, class Owner>
 void FillKinds(Bytes& bytes, const Kinds& kinds, TesselExtendedInfo& store, const Owner& owner) {
   for (const auto& kind : kinds) {

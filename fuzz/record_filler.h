@@ -7,8 +7,8 @@
 
 namespace fabscan {
 
-/// Gives the node, or the port, some of the records that it can have, with any values; also masks
-/// and notes of absence.
+/// Gives the node or port some of the records that it can have, with any values; also masks and
+/// reasons for absence.
 void FillRecords(Bytes& bytes, Fabscan& fabscan, const IBNode& node);
 void FillRecords(Bytes& bytes, Fabscan& fabscan, const IBPort& port);
 

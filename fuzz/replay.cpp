@@ -1,5 +1,5 @@
-// Runs a fuzz target once over every file of the folders given, without a fuzzer: what the corpora
-// hold stays true with every compiler and in every build.
+// Runs a fuzz target once for every file of the given directories, without a fuzzer, so that the
+// corpora are checked with every compiler and in every build.
 
 #include <cstdint>
 #include <cstdio>

@@ -7,7 +7,7 @@
 
 namespace fabscan {
 
-/// Ends the program, as a finding of the fuzzer, where a promise does not hold.
+/// Aborts, which the fuzzer reports as a finding, if a promise is broken.
 inline void Require(bool holds, std::string_view promise) {
   if (holds) return;
   static_cast<void>(std::fprintf(stderr, "broken promise: %.*s\n", static_cast<int>(promise.size()),

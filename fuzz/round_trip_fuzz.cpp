@@ -1,5 +1,5 @@
 // Any consistent fabric: written, read and written again, it gives the same bytes, and the
-// generator writes the same of both.
+// generator writes the same for both.
 
 #include <cstdint>
 

@@ -16,7 +16,7 @@
 
 namespace fabscan {
 
-/// A folder of this process, gone with it, that generated files go to.
+/// A directory of this process for generated files, removed at exit.
 class ScratchFolder {
  public:
   ScratchFolder() {
@@ -24,7 +24,7 @@ class ScratchFolder {
     const std::string base =
         ::access(memory, W_OK) == 0 ? memory : std::filesystem::temp_directory_path().string();
     std::string name = base + "/fabscan-fuzz-XXXXXX";
-    Require(::mkdtemp(name.data()) != nullptr, "a scratch folder can be made");
+    Require(::mkdtemp(name.data()) != nullptr, "a scratch directory can be created");
     path_ = name;
   }
   ~ScratchFolder() {

@@ -1,5 +1,5 @@
-// Any bytes as a snapshot, also compressed ones: an error of one line, or a model that is written
-// and read again as the same bytes; the same whatever the size of the reads.
+// Any bytes as a snapshot, also compressed, give one error line, or a model that is written and
+// read again as the same bytes, for any size of reads.
 
 #include <cstdint>
 #include <set>
@@ -21,7 +21,7 @@ SnapshotReadOptions Limits() {
 
 struct Outcome {
   std::string error;
-  std::string text;  // what is written of the model; empty after an error
+  std::string text;  // the model as written; empty after an error
 };
 
 Outcome Read(const std::string& bytes, const SnapshotReadOptions& options, std::size_t chunk) {
@@ -31,7 +31,7 @@ Outcome Read(const std::string& bytes, const SnapshotReadOptions& options, std::
     return {{}, WriteText(fabscan, header)};
   } catch (const SnapshotError& error) {
     return {error.what(), {}};
-  } catch (const SourceError& error) {  // of the first bytes, before there is a line
+  } catch (const SourceError& error) {  // from the first bytes, before any line
     return {error.what(), {}};
   }
 }
@@ -51,7 +51,8 @@ void Check(const std::string& bytes) {
   const Outcome in_pieces = Read(bytes, options, 1 + bytes.size() % 61);
   Require(whole.error.empty() == in_pieces.error.empty() && whole.text == in_pieces.text,
           "the size of the reads does not matter");
-  // Corrupt compressed data shows late: what the reader finds first depends on how far it got.
+  // Corrupt compressed data is detected late: the first error depends on the progress of the
+  // reader.
   if (bytes.compare(0, 4, "\x28\xB5\x2F\xFD") != 0) {
     Require(whole.error == in_pieces.error, "the size of the reads does not matter to the error");
   }

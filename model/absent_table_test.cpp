@@ -8,7 +8,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Pair;
 
-TEST(AbsentTable, OwnersWithTheSameReasonsShareThem) {
+TEST(AbsentTable, OwnersShareEqualReasons) {
   AbsentTable table;
   table.Set(0, "SMP_PortInfo", "timed out");
   table.Set(7, "SMP_PortInfo", "timed out");
@@ -18,7 +18,7 @@ TEST(AbsentTable, OwnersWithTheSameReasonsShareThem) {
   EXPECT_THAT(table.At(8), IsEmpty());
 }
 
-TEST(AbsentTable, AFurtherReasonIsTheOwnersAlone) {
+TEST(AbsentTable, AnAddedReasonAffectsOneOwner) {
   AbsentTable table;
   table.Set(0, "SMP_PortInfo", "timed out");
   table.Set(1, "SMP_PortInfo", "timed out");
@@ -30,7 +30,7 @@ TEST(AbsentTable, AFurtherReasonIsTheOwnersAlone) {
   EXPECT_EQ(&before, &table.At(1));
 }
 
-TEST(AbsentTable, TheSameChangeOfAnotherSetIsAnotherChange) {
+TEST(AbsentTable, EqualChangesOfDifferentSetsDiffer) {
   AbsentTable table;
   table.Set(0, "SMP_NodeInfo", "a");
   table.Set(0, "SMP_SwitchInfo", "b");
@@ -50,7 +50,7 @@ TEST(AbsentTable, ALaterReasonReplacesAnEarlierOne) {
   EXPECT_THAT(table.At(0), ElementsAre(Pair("SMP_NodeInfo", "status 0x000c")));
 }
 
-TEST(AbsentTable, ForgetsWhatIsCleared) {
+TEST(AbsentTable, ForgetsClearedEntries) {
   AbsentTable table;
   table.Set(0, "SMP_NodeInfo", "timed out");
   table.Set(1, "SMP_NodeInfo", "timed out");
@@ -62,7 +62,7 @@ TEST(AbsentTable, ForgetsWhatIsCleared) {
   EXPECT_THAT(table.At(1), ElementsAre(Pair("SMP_NodeInfo", "timed out")));
 }
 
-TEST(AbsentTable, SharesTheReasonsOfAnother) {
+TEST(AbsentTable, CopiesTheReasonsOfAnotherOwner) {
   AbsentTable table;
   table.Set(2, "SMP_PortInfo", "timed out");
   table.Share(9, 2);
@@ -73,7 +73,7 @@ TEST(AbsentTable, SharesTheReasonsOfAnother) {
   EXPECT_THAT(table.At(2), ElementsAre(Pair("SMP_PortInfo", "timed out")));
 }
 
-TEST(AbsentTable, ForgetsAllAtOnce) {
+TEST(AbsentTable, ClearsEverything) {
   AbsentTable table;
   table.Set(0, "SMP_NodeInfo", "timed out");
   table.Clear();

@@ -12,13 +12,13 @@ class AttributeStoreTest : public testing::Test {
   IBFabric fabric_;
   IBNode& node_ = fabric_.makeNode("S", 1, IB_SW_NODE, 4);
   IBNode& other_ = fabric_.makeNode("T", 2, IB_SW_NODE, 4);
-  // Port indices 0 and 1 are those of the nodes as well.
+  // Port indices 0 and 1 are also node indices.
   IBPort& port_ = fabric_.makePort(node_, 2);
   IBPort& other_port_ = fabric_.makePort(other_, 2);
   TesselExtendedInfo store_;
 };
 
-TEST_F(AttributeStoreTest, AnswersNullForWhatWasNotCollected) {
+TEST_F(AttributeStoreTest, ReturnsNullForUncollectedRecords) {
   EXPECT_EQ(store_.getSMPNodeInfo(0), nullptr);
   EXPECT_EQ(store_.getSMPNodeInfo(0xFFFFFFFF), nullptr);
   EXPECT_EQ(store_.getSMPPortInfo(0xFFFFFFFF), nullptr);
@@ -26,7 +26,7 @@ TEST_F(AttributeStoreTest, AnswersNullForWhatWasNotCollected) {
   EXPECT_EQ(store_.getWrenReductionConfigureMLIDMonitors(0xFFFFFFFF, 1), nullptr);
 }
 
-/// Puts a record for `owner` and expects that `getter` finds it under the owner's index alone.
+/// Stores a record for `owner` and expects that `getter` finds it only at the owner's index.
 template <class Record, class Owner>
 void ExpectOwnSlot(TesselExtendedInfo& store, const Owner& owner, const Owner& other,
                    const Record* (TesselExtendedInfo::*getter)(u_int32_t) const) {
@@ -71,7 +71,7 @@ TEST_F(AttributeStoreTest, PortsWithTheSameNumberHaveTheirOwnRecords) {
   EXPECT_EQ(store_.getSMPPortInfo(other_port_.createIndex)->LID, 8);
 }
 
-TEST_F(AttributeStoreTest, RecordsStartZeroedAndTakeWhatIsPut) {
+TEST_F(AttributeStoreTest, RecordsAreZeroUntilSet) {
   EXPECT_EQ(store_.put<SMP_NodeInfo>(node_).PortGUID, 0U);
   SMP_NodeInfo record{};
   record.PortGUID = 5;
@@ -79,7 +79,7 @@ TEST_F(AttributeStoreTest, RecordsStartZeroedAndTakeWhatIsPut) {
   EXPECT_EQ(store_.getSMPNodeInfo(node_.createIndex)->PortGUID, 5U);
 }
 
-TEST_F(AttributeStoreTest, CounterSetsAndMonitorsAreToldApart) {
+TEST_F(AttributeStoreTest, CounterSetsAndMonitorsAreSeparate) {
   for (u_int32_t index = 0; index < TesselExtendedInfo::kCounterSets; ++index) {
     store_.putCounters(port_, index).mlid = static_cast<u_int16_t>(index + 1);
   }
@@ -104,7 +104,7 @@ TEST_F(AttributeStoreTest, CounterSetsAndMonitorsAreToldApart) {
   EXPECT_THROW(store_.putMonitors(port_, 2), std::out_of_range);
 }
 
-TEST_F(AttributeStoreTest, RecordsStayWhereTheyAreWhileOthersAreAdded) {
+TEST_F(AttributeStoreTest, AddingRecordsDoesNotMoveOthers) {
   SMP_NodeInfo& record = store_.put<SMP_NodeInfo>(node_);
   record.revision = 77;
   std::vector<const SMP_NodeInfo*> others;
@@ -121,7 +121,7 @@ TEST_F(AttributeStoreTest, RecordsStayWhereTheyAreWhileOthersAreAdded) {
   }
 }
 
-TEST_F(AttributeStoreTest, NotesWhyARecordIsAbsent) {
+TEST_F(AttributeStoreTest, StoresWhyARecordIsAbsent) {
   EXPECT_TRUE(store_.absentReasons(node_).empty());
   store_.setAbsent(node_, "SMP_NodeInfo", "timed out");
   store_.setAbsent(node_, "SMP_NodeInfo", "status 0x000c");
@@ -136,15 +136,15 @@ TEST_F(AttributeStoreTest, NotesWhyARecordIsAbsent) {
   EXPECT_EQ(store_.absentReasons(port_).size(), 1U);
 }
 
-TEST_F(AttributeStoreTest, SharesTheNotesOfAnotherPort) {
+TEST_F(AttributeStoreTest, CopiesTheReasonsOfAnotherPort) {
   store_.setAbsent(port_, "SMP_PortInfo", "timed out");
   store_.shareAbsent(other_port_, port_);
   EXPECT_EQ(&store_.absentReasons(other_port_), &store_.absentReasons(port_));
   EXPECT_TRUE(store_.absentReasons(node_).empty());
 }
 
-TEST_F(AttributeStoreTest, ForgetsEverythingWhereItIsCleared) {
-  store_.put<SMP_NodeInfo>(node_).VendorID = 0x2c9;
+TEST_F(AttributeStoreTest, ClearForgetsEverything) {
+  store_.put<SMP_NodeInfo>(node_).VendorID = 0x5a1e0c;
   store_.put<SMP_PortInfo>(port_).LID = 7;
   store_.putCounters(port_, 1);
   store_.putMonitors(port_, 1);
@@ -163,7 +163,7 @@ TEST_F(AttributeStoreTest, ForgetsEverythingWhereItIsCleared) {
   EXPECT_EQ(store_.put<SMP_PortInfo>(other_port_).LID, 0U);
 }
 
-TEST_F(AttributeStoreTest, EitherCountersOrMonitorsAreSome) {
+TEST_F(AttributeStoreTest, CountersOrMonitorsCountAsCollected) {
   store_.putMonitors(port_, 0);
   EXPECT_TRUE(store_.hasCountersOrMonitors());
   store_.clear();

@@ -14,7 +14,7 @@ class CapabilityModuleTest : public testing::Test {
   CapabilityModule module_;
 };
 
-TEST_F(CapabilityModuleTest, ABitStandsInTheWordOfItsNumber) {
+TEST_F(CapabilityModuleTest, BitsAreInTheWordOfTheirNumber) {
   for (const unsigned bit : {0U, 1U, 31U, 32U, 63U, 64U, 95U, 96U, 127U}) {
     capability_mask_t mask = {};
     mask.mask[bit / 32] = 1U << (bit % 32);
@@ -37,7 +37,7 @@ TEST_F(CapabilityModuleTest, BitsBeyondTheMaskAreNotSupported) {
   EXPECT_FALSE(module_.IsSupportedSMPCapability(&node_, 255));
 }
 
-TEST_F(CapabilityModuleTest, SMPAndGMPMasksAreKeptApartAndByNode) {
+TEST_F(CapabilityModuleTest, SMPAndGMPMasksAreSeparateAndPerNode) {
   capability_mask_t mask = {{1, 0, 0, 0}};
   module_.put(node_, false, mask);
   EXPECT_TRUE(module_.IsSupportedSMPCapability(&node_, 0));
@@ -57,14 +57,14 @@ TEST_F(CapabilityModuleTest, GetCapabilityFillsTheWholeMask) {
   EXPECT_EQ(mask.mask[3], 0x80000000U);
 }
 
-TEST_F(CapabilityModuleTest, AnUncollectedMaskIsAnErrorThatLeavesTheCallersMaskAlone) {
+TEST_F(CapabilityModuleTest, AnUncollectedMaskIsAnErrorAndKeepsTheCallersMask) {
   module_.put(node_, false, capability_mask_t{{1, 0, 0, 0}});
   capability_mask_t mask = {{4, 5, 6, 7}};
   EXPECT_EQ(module_.GetCapability(&node_, true, mask), CapabilityModule::kNotCollected);
   EXPECT_EQ(module_.GetCapability(&other_, false, mask), CapabilityModule::kNotCollected);
   static_assert(CapabilityModule::kNotCollected != 0);
   for (unsigned word = 0; word < 4; ++word) EXPECT_EQ(mask.mask[word], word + 4);
-  // A mask of zeros that was collected is an answer.
+  // A collected mask of zeros counts as collected.
   module_.put(other_, false, capability_mask_t{});
   EXPECT_EQ(module_.GetCapability(&other_, false, mask), 0);
   EXPECT_EQ(mask.mask[0], 0U);

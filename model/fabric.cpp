@@ -28,7 +28,7 @@ IBNode& IBFabric::makeNode(std::string_view device_name, u_int64_t guid, IBNodeT
 }
 
 bool IBFabric::enterName(IBNode& node) {
-  // Whoever makes nodes in some order often has their names in that order as well.
+  // Nodes are often created in the order of their names.
   const auto last = NodeByName.end();
   if (spare_names_.empty()) return NodeByName.try_emplace(last, node.name, &node)->second == &node;
   auto entry = spare_names_.extract(spare_names_.begin());
@@ -63,7 +63,7 @@ void IBFabric::clear() {
 
 IBNode* IBFabric::getNodeByGuid(u_int64_t guid) const {
   const u_int32_t place = place_by_guid_.Find(guid);
-  // Whoever has the fabric has its nodes: those of `NodeByName` are no more constant.
+  // Returns mutable nodes, as NodeByName does.
   return place == place_by_guid_.kNone ? nullptr : const_cast<IBNode*>(&nodes_[place]);
 }
 

@@ -7,14 +7,14 @@
 
 namespace {
 
-TEST(FabricTest, PortZeroExistsOnASwitchOnly) {
+TEST(FabricTest, OnlySwitchesHavePortZero) {
   IBFabric fabric;
   IBNode& sw = fabric.makeNode("S", 1, IB_SW_NODE, 2);
   IBNode& adapter = fabric.makeNode("H", 2, IB_CA_NODE, 2);
   IBNode& router = fabric.makeNode("R", 3, IB_RTR_NODE, 2);
   IBPort& management = fabric.makePort(sw, 0);
   fabric.makePort(adapter, 1);
-  // A model that others filled may hold an entry 0 on any node.
+  // A model filled by other code can have an entry 0 on any node.
   adapter.Ports[0] = &management;
 
   EXPECT_EQ(sw.getPort(0), &management);
@@ -30,7 +30,7 @@ TEST(FabricTest, PortsBeyondTheVectorAreNull) {
   IBPort& port = fabric.makePort(sw, 3);
   ASSERT_EQ(sw.Ports.size(), 4U);
   EXPECT_EQ(sw.getPort(3), &port);
-  EXPECT_EQ(sw.getPort(2), nullptr);  // inside the vector, not made
+  EXPECT_EQ(sw.getPort(2), nullptr);  // inside the vector, not created
   EXPECT_EQ(sw.getPort(4), nullptr);
   EXPECT_EQ(sw.getPort(255), nullptr);
   IBPort& last = fabric.makePort(sw, 255);
@@ -52,7 +52,7 @@ TEST(FabricTest, CreationIndicesAreDenseAndSeparateForNodesAndPorts) {
   EXPECT_EQ(fabric.NodeByName.begin()->second, &first_by_name);
 }
 
-TEST(FabricTest, NodesStayWhereTheyAreWhileOthersAreAdded) {
+TEST(FabricTest, AddingNodesDoesNotMoveOthers) {
   IBFabric fabric;
   IBNode& first = fabric.makeNode("first", 1, IB_SW_NODE, 1);
   IBPort& port = fabric.makePort(first, 1);
@@ -64,7 +64,7 @@ TEST(FabricTest, NodesStayWhereTheyAreWhileOthersAreAdded) {
   EXPECT_EQ(first.getPort(1), &port);
 }
 
-TEST(FabricTest, RefusesATakenNameOrGuid) {
+TEST(FabricTest, RefusesADuplicateNameOrGuid) {
   IBFabric fabric;
   fabric.makeNode("S", 1, IB_SW_NODE, 1);
   EXPECT_THROW(fabric.makeNode("S", 2, IB_SW_NODE, 1), std::invalid_argument);
@@ -75,7 +75,7 @@ TEST(FabricTest, RefusesATakenNameOrGuid) {
   EXPECT_EQ(fabric.makeNode("T", 2, IB_SW_NODE, 1).createIndex, 1U);
 }
 
-TEST(FabricTest, RefusesAPortThatCannotBe) {
+TEST(FabricTest, RefusesImpossiblePorts) {
   IBFabric fabric;
   IBNode& adapter = fabric.makeNode("H", 1, IB_CA_NODE, 2);
   fabric.makePort(adapter, 1);
@@ -86,7 +86,7 @@ TEST(FabricTest, RefusesAPortThatCannotBe) {
   EXPECT_EQ(adapter.Ports.size(), 2U);
 }
 
-TEST(FabricTest, BeginsAgainWhereItIsCleared) {
+TEST(FabricTest, CanBeReusedAfterClear) {
   IBFabric fabric;
   fabric.makePort(fabric.makeNode("S", 1, IB_SW_NODE, 2), 1);
   fabric.clear();
@@ -100,7 +100,7 @@ TEST(FabricTest, BeginsAgainWhereItIsCleared) {
   EXPECT_EQ(fabric.getNodeByGuid(1), &node);
 }
 
-TEST(FabricTest, NamesAreItsOwnAfterEachClear) {
+TEST(FabricTest, NamesAreCorrectAfterEachClear) {
   IBFabric fabric;
   for (const int count : {3, 2, 5}) {
     fabric.clear();
@@ -116,7 +116,7 @@ TEST(FabricTest, NamesAreItsOwnAfterEachClear) {
   }
 }
 
-TEST(FabricTest, NodesStartAsOrdinaryOnesOfTheSubFabric) {
+TEST(FabricTest, NewNodesAreOrdinaryAndInTheSubFabric) {
   IBFabric fabric;
   IBNode& node = fabric.makeNode("S", 1, IB_SW_NODE, 1);
   const IBPort& port = fabric.makePort(node, 1);
@@ -143,7 +143,7 @@ TEST(FabricTest, EverySpecialRoleMakesASpecialNode) {
   EXPECT_FALSE(node.isSpecialNode());
 }
 
-TEST(FabricTest, DeviceNamesEnterHarmless) {
+TEST(FabricTest, DeviceNamesAreMadeHarmless) {
   IBFabric fabric;
   IBNode& node = fabric.makeNode("rack\n7\\", 1, IB_CA_NODE, 1);
   node.setAlternativeName("\"quoted\"");

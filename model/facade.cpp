@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A stream that failed while writing does not say why. Appending one byte to its file does.
+/// A stream does not report why a write failed. Appending one byte to its file does.
 int CauseOfFailedWrite(const std::string& path) {
   const int file = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
   if (file < 0) return errno;

@@ -42,7 +42,7 @@ class FacadeTest : public testing::Test {
   std::ofstream out_;
 };
 
-TEST_F(FacadeTest, PlacesTheFileInTheOutputFolder) {
+TEST_F(FacadeTest, WritesTheFileToTheOutputDirectory) {
   ASSERT_EQ(Open("a.cpp"), 0);
   EXPECT_EQ(fabscan_.outputPath(), folder_ + "/a.cpp");
   out_ << "text\n";
@@ -63,7 +63,7 @@ TEST_F(FacadeTest, WritesToTheOutputFileWhateverTheName) {
   EXPECT_EQ(fabscan_.outputPath(), folder_ + "/a.cpp");
 }
 
-TEST_F(FacadeTest, EmptiesAFileThatExistsUnlessToldToAppend) {
+TEST_F(FacadeTest, TruncatesAnExistingFileUnlessAppending) {
   for (const bool append : {false, false, true}) {
     ASSERT_EQ(Open("a.cpp", append, "//"), 0);
     out_ << "text\n";
@@ -72,7 +72,7 @@ TEST_F(FacadeTest, EmptiesAFileThatExistsUnlessToldToAppend) {
   EXPECT_EQ(Content("a.cpp"), "// test file\ntext\n// test file\ntext\n");
 }
 
-TEST_F(FacadeTest, NamesPathAndCauseWhenTheFolderIsMissing) {
+TEST_F(FacadeTest, ReportsPathAndCauseIfTheDirectoryIsMissing) {
   fabscan_.setOutputFolder(folder_ + "/missing");
   EXPECT_EQ(Open("a.cpp"), Fabscan::kFileFailed);
   EXPECT_FALSE(out_.is_open());
@@ -80,15 +80,15 @@ TEST_F(FacadeTest, NamesPathAndCauseWhenTheFolderIsMissing) {
             folder_ + "/missing/a.cpp: cannot open (test file): " + "No such file or directory");
 }
 
-TEST_F(FacadeTest, NamesTheCauseWhenTheFileCannotBeWritten) {
+TEST_F(FacadeTest, ReportsTheCauseIfTheFileCannotBeWritten) {
   ASSERT_EQ(::mkdir((folder_ + "/a.cpp").c_str(), S_IRWXU), 0);
   EXPECT_EQ(Open("a.cpp"), Fabscan::kFileFailed);
   EXPECT_THAT(fabscan_.lastError(), HasSubstr("Is a directory"));
 }
 
-TEST_F(FacadeTest, NamesTheCauseWhenTheFolderCannotBeWritten) {
+TEST_F(FacadeTest, ReportsTheCauseIfTheDirectoryCannotBeWritten) {
   ::chmod(folder_.c_str(), S_IRUSR | S_IXUSR);
-  // Root may write everywhere, so it becomes someone else for a moment.
+  // Root can write everywhere, so temporarily become another user.
   constexpr uid_t kNobody = 65534;
   const bool root = ::geteuid() == 0;
   ASSERT_EQ(root ? ::seteuid(kNobody) : 0, 0);
@@ -98,7 +98,7 @@ TEST_F(FacadeTest, NamesTheCauseWhenTheFolderCannotBeWritten) {
   EXPECT_THAT(fabscan_.lastError(), HasSubstr("Permission denied"));
 }
 
-TEST_F(FacadeTest, RefusesANameThatLeavesTheFolder) {
+TEST_F(FacadeTest, RefusesAPathOutsideTheDirectory) {
   for (const char* name : {"", "../a.cpp", "b/a.cpp"}) {
     EXPECT_EQ(Open(name), Fabscan::kFileFailed) << name;
     EXPECT_THAT(fabscan_.lastError(), HasSubstr("Invalid argument"));
@@ -106,7 +106,7 @@ TEST_F(FacadeTest, RefusesANameThatLeavesTheFolder) {
   }
 }
 
-TEST_F(FacadeTest, ClosingTellsOfAFullDisk) {
+TEST_F(FacadeTest, ClosingReportsAFullDisk) {
   fabscan_.setOutputFolder("/dev");
   ASSERT_EQ(Open("full"), 0);
   out_ << "text\n";
@@ -115,7 +115,7 @@ TEST_F(FacadeTest, ClosingTellsOfAFullDisk) {
   EXPECT_FALSE(out_.is_open());
 }
 
-TEST_F(FacadeTest, ClosingTellsOfAWriteThatFailedLongBefore) {
+TEST_F(FacadeTest, ClosingReportsAnEarlierFailedWrite) {
   std::signal(SIGXFSZ, SIG_IGN);
   rlimit before{};
   ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);

@@ -17,7 +17,7 @@ struct CodeRange {
   char32_t last;
 };
 
-// Characters that a reader does not see, or that change what a reader sees of the others.
+// Characters that are invisible, or change how others are displayed.
 constexpr CodeRange kDeceptive[] = {
     {0x00, 0x1F},        // control characters
     {0x7F, 0x9F},        // delete and the second set of controls
@@ -51,7 +51,7 @@ constexpr bool ReadsAsEscape(std::string_view text) {
          DigitValue(text[2]) >= 0;
 }
 
-/// Whether the character at the start of `rest` must not stand in source after `before`.
+/// Whether the character at the start of `rest` is hazardous in source after `before`.
 constexpr bool IsHazard(char before, std::string_view rest, char32_t code) {
   switch (rest.front()) {
     case '\\':
@@ -68,7 +68,7 @@ constexpr bool IsHazard(char before, std::string_view rest, char32_t code) {
   }
 }
 
-/// Whether an ASCII character is a hazard nowhere, whatever stands before it; an escape may follow.
+/// Whether an ASCII character is safe after any other; an escape may follow.
 constexpr bool IsPlain(char c) {
   const char rest[] = {c, '0', '0'};
   for (char before = ' '; before <= '~'; ++before) {
@@ -77,7 +77,7 @@ constexpr bool IsPlain(char c) {
   return true;
 }
 
-/// Bytes that need no second look, as nearly all of a name's.
+/// Bytes that need no further check: nearly all bytes of a name.
 constexpr std::array<bool, 256> MakePlain() {
   std::array<bool, 256> plain = {};
   for (char c = ' '; c <= '~'; ++c) plain[static_cast<unsigned char>(c)] = IsPlain(c);

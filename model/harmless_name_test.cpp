@@ -12,7 +12,7 @@
 namespace fabscan {
 namespace {
 
-/// Written out apart from the code that it checks.
+/// Independent of the code under test.
 bool IsOrdinaryByte(unsigned char byte) {
   return byte >= 0x20 && byte < 0x7F && byte != '"' && byte != '\\';
 }
@@ -34,7 +34,7 @@ void ExpectHarmless(const std::string& name) {
   }
 }
 
-TEST(HarmlessNameTest, EveryByteAtFirstMiddleAndLastPlace) {
+TEST(HarmlessNameTest, EveryByteAtFirstMiddleAndLastPosition) {
   for (unsigned value = 0; value < 256; ++value) {
     const auto byte = static_cast<unsigned char>(value);
     const std::string text(1, static_cast<char>(byte));
@@ -46,7 +46,7 @@ TEST(HarmlessNameTest, EveryByteAtFirstMiddleAndLastPlace) {
   }
 }
 
-TEST(HarmlessNameTest, OrdinaryNamesStayAsTheyAre) {
+TEST(HarmlessNameTest, OrdinaryNamesAreUnchanged) {
   for (const char* name :
        {"", "S1", "rack-07/leaf 3 port1", "MF0;switch-3:MQM8700/U1", "100% full", "50%-50%", "a%zz",
         "node(1)", "a?b", "a*b", "// not the start of anything", "R'x(", "H\xC3\xB4te",
@@ -56,7 +56,7 @@ TEST(HarmlessNameTest, OrdinaryNamesStayAsTheyAre) {
   }
 }
 
-TEST(HarmlessNameTest, SequencesThatDoHarmTogether) {
+TEST(HarmlessNameTest, EscapesHazardousSequences) {
   EXPECT_EQ(HarmlessName("a/*b"), "a/%2Ab");
   EXPECT_EQ(HarmlessName("a*/b"), "a*/b");
   EXPECT_EQ(HarmlessName("a?"
@@ -71,16 +71,16 @@ TEST(HarmlessNameTest, SequencesThatDoHarmTogether) {
 
 TEST(HarmlessNameTest, APercentSignThatReadsAsAnEscapeIsEscaped) {
   EXPECT_EQ(HarmlessName("%41"), "%2541");
-  EXPECT_EQ(HarmlessName("%4f"), "%4f");  // lower case is no escape
+  EXPECT_EQ(HarmlessName("%4f"), "%4f");  // lower case is not an escape
   EXPECT_EQ(HarmlessName("%%41"), "%%2541");
   EXPECT_EQ(HarmlessName("%4"), "%4");
   EXPECT_EQ(OriginalName("%2541"), "%41");
-  // What is escaped after the sign must not make an escape of it.
+  // An escape after the percent sign must not combine with it.
   EXPECT_EQ(OriginalName(HarmlessName("%4\n")), "%4\n");
   EXPECT_EQ(OriginalName(HarmlessName("%\n41")), "%\n41");
 }
 
-TEST(HarmlessNameTest, DeceptiveCharactersAreShown) {
+TEST(HarmlessNameTest, DeceptiveCharactersAreEscaped) {
   EXPECT_EQ(HarmlessName("a\xE2\x80\xAE"
                          "b"),
             "a%E2%80%AEb");  // right-to-left override
@@ -101,7 +101,7 @@ TEST(HarmlessNameTest, DeceptiveCharactersAreShown) {
             "a%C2%85b");  // next line
 }
 
-TEST(HarmlessNameTest, EveryPairOfHazardousPieces) {
+TEST(HarmlessNameTest, EveryPairOfHazardousSequences) {
   const std::vector<std::string> pieces = {"/",
                                            "*",
                                            "?",
@@ -139,9 +139,9 @@ TEST(HarmlessNameTest, EveryPairOfHazardousPieces) {
   }
 }
 
-TEST(HarmlessNameTest, RandomBytesComeBack) {
+TEST(HarmlessNameTest, RandomBytesAreRestored) {
   std::mt19937 random(20240607);
-  // Drawn from few bytes, so that hazards meet often; and from all.
+  // Drawn from few bytes, for frequent hazards, and from all bytes.
   const std::string few = "%2A5F/*?\\\"\n a\xC2\x85\xE2\x80\xAE";
   for (int round = 0; round < 200'000; ++round) {
     std::string name(random() % 12, '\0');

@@ -4,7 +4,7 @@
 namespace fabscan {
 namespace {
 
-TEST(PlaceIndex, FindsEveryEntryHoweverManyThereAre) {
+TEST(PlaceIndex, FindsEveryEntryOfAnyNumber) {
   PlaceIndex<u_int64_t> index;
   constexpr u_int32_t kEntries = 5000;
   for (u_int32_t place = 0; place < kEntries; ++place) {
@@ -27,14 +27,14 @@ TEST(PlaceIndex, KeepsTheFirstEntryOfAKey) {
   EXPECT_EQ(index.Find("spin"), index.kNone);
 }
 
-/// Keys that all begin to look at the same place.
+/// Keys that all hash to the same slot.
 struct Crowded {
   u_int32_t number;
   bool operator==(const Crowded& other) const { return number == other.number; }
 };
 u_int64_t HashOf(const Crowded&) { return ~u_int64_t{0}; }
 
-TEST(PlaceIndex, TellsKeysOfOneHashApart) {
+TEST(PlaceIndex, DistinguishesKeysWithEqualHashes) {
   PlaceIndex<Crowded> index;
   for (u_int32_t place = 0; place < 100; ++place) ASSERT_TRUE(index.Insert({place}, place));
   for (u_int32_t place = 0; place < 100; ++place) {
@@ -44,7 +44,7 @@ TEST(PlaceIndex, TellsKeysOfOneHashApart) {
   EXPECT_EQ(index.Find({100}), index.kNone);
 }
 
-TEST(PlaceIndex, ForgetsWhatIsCleared) {
+TEST(PlaceIndex, ForgetsClearedEntries) {
   PlaceIndex<u_int64_t> index;
   ASSERT_TRUE(index.Insert(1, 0));
   index.Clear();

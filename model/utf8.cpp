@@ -4,7 +4,7 @@ namespace fabscan {
 
 namespace {
 
-/// What a lead byte announces: how many bytes, the bits it carries, the smallest code in that form.
+/// Properties of a lead byte: number of bytes, mask of its bits, smallest code of this length.
 struct Form {
   unsigned char mask;
   unsigned char lead;

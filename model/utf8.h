@@ -6,8 +6,8 @@
 
 namespace fabscan {
 
-/// One character of UTF-8 text. `length` is 0 where the text does not begin with a well-formed
-/// character (overlong forms and surrogates are not).
+/// One character of UTF-8 text. `length` is 0 if the text does not begin with a well-formed
+/// character; overlong forms and surrogates are malformed.
 struct Utf8Character {
   char32_t code = 0;
   std::size_t length = 0;

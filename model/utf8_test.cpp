@@ -28,11 +28,11 @@ TEST(Utf8Test, ReadsTheSmallestAndLargestCharacterOfEachLength) {
   }
 }
 
-TEST(Utf8Test, RefusesWhatIsNotWellFormed) {
+TEST(Utf8Test, RefusesMalformedText) {
   const std::string malformed[] = {
       "\x80",              // a continuation alone
-      "\xC2",              // cut short
-      "\xE0\xA0",          // cut short
+      "\xC2",              // truncated
+      "\xE0\xA0",          // truncated
       "\xC2\x41",          // no continuation
       "\xC0\x80",          // overlong
       "\xC1\xBF",          // overlong

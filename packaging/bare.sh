@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# bare.sh CLONE CACHE [SUITE] [TASK...]: makes a bare Debian system (bookworm) beside CLONE, a clone of
-# this repository, and runs tasks of `./run` (demo) there as on a new machine. Needs root. A task may
-# have arguments: 'test -R dump'.
+# bare.sh CLONE CACHE [SUITE] [TASK...]: creates a bare Debian system (default: bookworm) next to CLONE, a
+# clone of this repository, and runs tasks of `./run` (default: demo) there as on a new machine. Needs
+# root. A task may have arguments: 'test -R dump'.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/bare_root.sh"
 clone=$1

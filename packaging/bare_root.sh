@@ -1,18 +1,18 @@
 # To be sourced, as root: a bare Debian system in a directory. It has the essential packages, git and
-# ca-certificates; further packages come from where apt of this machine gets them.
+# ca-certificates; other packages come from the apt sources of this machine.
 
 bare_root_fail() {
   echo "bare root: $*" >&2
   exit 1
 }
 
-# What apt of this machine reads of Debian, for this machine's release: URI, release, component.
+# The Debian sources of this machine's apt, for this machine's release: URI, release, component.
 debian_sources() {
   apt-get indextargets --format '$(REPO_URI) $(CODENAME) $(COMPONENT)' \
     'Created-By: Packages' 'Origin: Debian' | grep " $1[ -]" | sort -u
 }
 
-# make_bare_root SUITE ROOT CACHE: what debootstrap makes is kept in CACHE for a day.
+# make_bare_root SUITE ROOT CACHE: keeps the result of debootstrap in CACHE for a day.
 make_bare_root() {
   local suite=$1 root=$2 cache=$3/bare-$1.tar log=$2.log here sources mirror
   [ "$(id -u)" -eq 0 ] || bare_root_fail "only root can make one"
@@ -35,7 +35,7 @@ make_bare_root() {
     tar -C "$root" -cf "$root.tar" . && mv "$root.tar" "$cache"
   fi
 
-  # Only what concerns access: the rest of apt's settings may run programs that the root lacks.
+  # Only access settings: other apt settings can run programs that the root lacks.
   awk -v here="$here" -v suite="$suite" \
     '{ sub("^" here, suite, $2); print "deb", $1, $2, $3 }' <<<"$sources" \
     >"$root/etc/apt/sources.list"
@@ -69,15 +69,15 @@ in_bare_root() {
   return "$status"
 }
 
-# remove_bare_root ROOT: also while a command is under way.
+# remove_bare_root ROOT: also while a command is running.
 remove_bare_root() {
   if [ -n "$in_root_process" ]; then kill -KILL "$in_root_process" 2>/dev/null || true; fi
   wait 2>/dev/null
-  # What the end of the command has not yet closed may still write.
+  # Processes that have not ended yet may still write.
   rm -rf --one-file-system "$1" "$1".* 2>/dev/null || { sleep 2 && rm -rf --one-file-system "$1"; }
 }
 
-# remove_bare_root_at_exit ROOT: removes it when the script ends, in whatever way.
+# remove_bare_root_at_exit ROOT: removes it when the script ends for any reason.
 remove_bare_root_at_exit() {
   # shellcheck disable=SC2064
   trap "remove_bare_root '$1'" EXIT

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # package_test.sh PACKAGE DIRECTORY: installs the package into a bare root below DIRECTORY, and uses it
-# there. Needs root, and a network that reaches the packages which apt here is set up for.
+# there. Needs root, and network access to the apt sources of this machine.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/bare_root.sh"
 package=$(realpath "$1")
@@ -29,8 +29,7 @@ inside env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-rec
 inside fabscan show /demo.fabscan.jsonl >/dev/null
 inside fabscan dump /demo.fabscan.jsonl --prefix MyDev --guid 0x5a1e0c0000000600
 [ "$(grep -c '^void MyDev::HCA::' "$root/mydev_generated.cpp")" -eq 22 ] || fail "not 22 functions"
-# The package manager of a minimal root leaves manual pages away, so they are looked for in the
-# package itself.
+# A minimal root does not install manual pages, so check for them in the package itself.
 contents=$(dpkg-deb --contents "$package")
 for file in man1/fabscan-dump.1.gz bash-completion/completions/fabscan \
   zsh/vendor-completions/_fabscan fish/vendor_completions.d/fabscan.fish \

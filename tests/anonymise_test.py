@@ -7,7 +7,7 @@ from command_line import (DONE, EXAMPLES, FAILED, WRONG_USAGE, CommandTest, main
 
 DEMO = EXAMPLES / "demo.fabscan.jsonl"
 
-# Where something that identifies stands, with list indices left out.
+# Paths of identifying values, without list indices.
 REPLACED = {
     "name", "guid", "alternativeName", "absent",
     "attributes.SMP_NodeInfo.SystemImageGUID", "attributes.SMP_NodeInfo.NodeGUID",
@@ -21,7 +21,7 @@ REPLACED = {
 
 
 def values(node, path=""):
-    """(path, value) of every value in a node's line."""
+    """(path, value) of every value in a node line."""
     if isinstance(node, dict):
         for key, value in node.items():
             yield from values(value, f"{path}.{key}" if path else key)
@@ -45,7 +45,7 @@ class Anonymise(CommandTest):
         text = (path or self.folder / "out.jsonl").read_text()
         return [json.loads(line) for line in text.splitlines()[1:-1]]
 
-    def test_what_changes_and_what_does_not(self):
+    def test_changed_and_unchanged_values(self):
         nodes = self.nodes(DEMO)
         node = next(node for node in nodes if node["name"] == "router-01")
         node["absent"] = {"SMP_SwitchInfo": "no answer"}
@@ -62,12 +62,12 @@ class Anonymise(CommandTest):
                 if before[path] != after[path]:
                     changed.add(kind(path))
                 elif kind(path) in REPLACED:
-                    # What stays says nothing.
+                    # Unchanged values do not identify anything.
                     self.assertIn(before[path],
                                   (0, 0xfe800000, "0x0", "0xfe80000000000000"), path)
         self.assertEqual(changed, REPLACED)
 
-    def test_no_name_and_no_guid_is_left(self):
+    def test_no_name_or_guid_remains(self):
         self.anonymise()
         text = (self.folder / "out.jsonl").read_text()
         for node in self.nodes(DEMO):
@@ -77,7 +77,7 @@ class Anonymise(CommandTest):
             self.assertNotIn(node["guid"][2:].lstrip("0"), text)
         self.assertNotIn("5a1e0c0000", text)
 
-    def test_the_header_says_nothing(self):
+    def test_the_header_is_replaced(self):
         lines = [{"fabscan_snapshot": 1, "source": "our cluster", "created": "today"}, switch(),
                  {"end": True, "nodes": 1}]
         path = self.put("in.jsonl", "".join(json.dumps(line) + "\n" for line in lines))
@@ -135,14 +135,14 @@ class Anonymise(CommandTest):
             "out.jsonl: 1 node, 0 ports\n"
             "  replaced  names and alternative names; GUIDs of nodes, ports and systems; GIDs and "
             "GID\n"
-            "            prefixes but the default one; manufacturing MAC addresses; queue keys\n"
+            "            prefixes except the default one; manufacturing MAC addresses; queue keys\n"
             "  removed   source and time of the snapshot; reasons why records are absent\n"
-            "  left      kinds, port numbers and states, LIDs, partition keys, vendor and device "
+            "  kept      types, port numbers and states, LIDs, partition keys, vendor and device "
             "ids,\n"
             "            hardware revision, PSID, firmware and its date, up time, counters, the "
             "order\n"
             "            of nodes\n"
-            "  the key was made for this run and is gone; --key-file makes it repeatable\n")
+            "  the key was random and is not stored; use --key-file for repeatable replacements\n")
         run = self.run_command("anonymise", path, "--output", "-", "--key", "k")
         self.assertTrue(run.stdout.startswith('{"fabscan_snapshot":1'))
         self.assertTrue(run.stderr.startswith("standard output: 1 node, 0 ports\n"))
@@ -159,13 +159,13 @@ class Anonymise(CommandTest):
                 self.assertLessEqual(len(line), columns, line)
 
     def test_errors(self):
-        self.assert_fails(self.anonymise("--key", ""), "--key: is empty; give some text",
+        self.assert_fails(self.anonymise("--key", ""), "--key: is empty; specify some text",
                           WRONG_USAGE)
         self.assert_fails(self.anonymise("--key-file", "none"),
                           "none: cannot read the key: No such file or directory; check --key-file")
         self.put("empty", "\n")
         self.assert_fails(self.anonymise("--key-file", "empty"),
-                          "empty: holds no key; write one line of text", WRONG_USAGE)
+                          "empty: contains no key; write one line of text", WRONG_USAGE)
         self.assertEqual(self.anonymise("--key", "a", "--key-file", "empty").returncode,
                          WRONG_USAGE)
         self.put("out.jsonl", "mine")

@@ -1,5 +1,5 @@
-"""What is dumped is known in every place that has to know it: a record or a function that was added
-in one place only is named here, with the files that lack it."""
+"""Every record and function is declared in all required places. A failure names the record or
+function, and the files that lack it."""
 
 import pathlib
 import re
@@ -9,18 +9,18 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
-# Where each record of the store stands by its name.
+# Files that name each record of the store.
 RECORDS = {
     "include/infiniband/fabscan/fabscan_types.h": r"RecordList<(\w+[^>.]*)>;",
     "examples/demo.fabscan.jsonl": r'"(\w+)":[{\[]',
     "tests/other_headers/infiniband/fabscan/fabscan_tessel_extended_info.h": r"Found<(\w+)>\(",
     "simulator/core/attributes.h": r"^  [A-Z_]+\( *(\w+),",
 }
-# What the simulator does not have: a record that is written block by block, one that is only asked.
+# Records that the simulator lacks: one is written block by block, the other is only queried.
 NOT_SIMULATED = {"VendorSpec_GeneralInfo", "WrenReductionConfigureMLIDMonitors"}
 
 GENERATOR = "fabscan/generated_functions.h"
-# Where each generated function stands by its name.
+# Files that name each generated function.
 FUNCTIONS = {
     GENERATOR: r'^    \{"(set\w+)", +&',
     "simulator/core/attributes.h": r"^  [A-Z_]+\( *\w+, *\w+, *(set\w+)\)",
@@ -51,7 +51,7 @@ def names(root, files, pattern):
 
 
 def lacking(root, places, optional=frozenset()):
-    """What the first place has and another lacks, with that one's files."""
+    """What the first place has and another lacks, with the files of the other."""
     first, *others = places.items()
     known = names(root, *first)
     assert len(known) > 10, first
@@ -67,7 +67,7 @@ class AttributesTest(unittest.TestCase):
     def test_functions(self):
         self.assertEqual(lacking(ROOT, FUNCTIONS), set())
 
-    def test_a_field_that_is_dumped_is_needed_in_a_snapshot(self):
+    def test_dumped_fields_are_required_in_a_snapshot(self):
         emitted = emitted_fields("".join(path.read_text()
                                          for path in (ROOT / "fabscan").glob("*_emitters.cpp")))
         needed = needed_fields("".join((ROOT / file).read_text() for file in NEEDED))
@@ -76,7 +76,7 @@ class AttributesTest(unittest.TestCase):
         self.assertIn(("SMP_NodeInfo", "revision"), emitted & needed)
         self.assertNotIn(("SMP_NodeInfo", "NodeGUID"), needed)
 
-    def test_what_stands_in_one_place_is_found(self):
+    def test_detects_an_incomplete_addition(self):
         for places, old, new, name in (
             (RECORDS, "WrenReductionInfo>;", "WrenReductionInfo, Power>;", "Power"),
             (FUNCTIONS, '    {"setNodeInfo", ', '    {"setPower", &x},\n    {"setNodeInfo", ',

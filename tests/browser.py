@@ -29,7 +29,7 @@ class BrowserError(Exception):
 
 
 class Browser:
-    """Ends with `close`."""
+    """Call `close` when done."""
 
     def __init__(self):
         programs = {name: shutil.which(name) for name in ("chromium", "chromedriver")}
@@ -90,7 +90,7 @@ class Browser:
         self.post("/url", url=f"file://{path}")
 
     def run(self, script, *arguments):
-        """The value of an expression in the page, in which `arguments` stands for the others."""
+        """The value of an expression in the page; `arguments` are the other arguments."""
         return self.post("/execute/sync", script=f"return ({script});", args=list(arguments))
 
     def wait_for(self, script, *arguments):
@@ -124,18 +124,18 @@ class Browser:
         self.post("/actions", actions=[{"type": "key", "id": "keyboard", "actions": actions}])
 
     def prefer(self, scheme):
-        """Of a user who prefers this colour scheme: "light" or "dark"."""
+        """Emulates the preferred colour scheme "light" or "dark"."""
         self.post("/goog/cdp/execute", cmd="Emulation.setEmulatedMedia",
                   params={"features": [{"name": "prefers-color-scheme", "value": scheme}]})
 
     def resize(self, width, height=900):
-        """The page's own area, in pixels."""
+        """Sets the size of the page area, in pixels."""
         self.post("/goog/cdp/execute", cmd="Emulation.setDeviceMetricsOverride",
                   params={"width": width, "height": height, "deviceScaleFactor": 1,
                           "mobile": False})
 
     def logs(self):
-        """What the console showed and which addresses were asked for, since the last call.
+        """Console messages and requested addresses since the last call.
 
         The browser's own pages are left out: its first one may still be loading.
         """

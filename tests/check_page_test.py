@@ -39,9 +39,9 @@ CONTRAST = """(() => {
 
 
 class Files(CommandTest):
-    """What needs no browser."""
+    """Tests that need no browser."""
 
-    def test_what_is_printed(self):
+    def test_printed_totals(self):
         run = self.run_command("check", DEMO, "--html", "page.html")
         self.assertEqual((run.returncode, run.stderr), (INCOMPLETE, ""))
         self.assertEqual(
@@ -63,7 +63,7 @@ class Files(CommandTest):
         self.assertTrue(run.stdout.endswith("</html>\n"))
         self.assertEqual(self.entries(), [])
 
-    def test_beside_json(self):
+    def test_together_with_json(self):
         run = self.run_command("check", DEMO, "--html", "page.html", "--json")
         self.assertEqual(json.loads(run.stdout)["totals"]["nodes"], 10)
         self.assertEqual(self.entries(), ["page.html"])
@@ -82,7 +82,7 @@ class Files(CommandTest):
 
     def test_wrong_usage(self):
         self.assert_fails(self.run_command("check", DEMO, "--html", "-", "--json"),
-                          "--html - and --json both want standard output; name a file",
+                          "--html - and --json both write to standard output; specify a file for --html",
                           WRONG_USAGE)
 
 
@@ -93,7 +93,7 @@ class Page(CommandTest):
         cls.addClassCleanup(cls.browser.close)
 
     def show(self, *arguments, stops_open=False, **more):
-        """Makes the page and opens it."""
+        """Writes the page and opens it."""
         run = self.run_command("check", *arguments, "--html", "page.html", "--force", **more)
         self.assertIn(run.returncode, (DONE, INCOMPLETE), run.stderr)
         self.browser.prefer("light")
@@ -188,7 +188,7 @@ class Page(CommandTest):
         self.assertEqual(self.shown_nodes(), ["router-01"])
         self.assertEqual(self.browser.run("document.querySelectorAll('.cell').length"), 1)
 
-    def test_what_stops_the_build_leads_to_it(self):
+    def test_build_failures_link_to_their_functions(self):
         self.show(DEMO, stops_open=True)
         self.picture("stops")
         parts = self.browser.run(
@@ -255,7 +255,7 @@ class Page(CommandTest):
         self.browser.click("#close")
         self.assertFalse(self.is_open())
 
-    def test_the_keyboard_alone(self):
+    def test_keyboard_only(self):
         self.show(DEMO)
         self.browser.run("document.getElementById('everything').focus()")
         self.browser.press("Tab")
@@ -350,7 +350,7 @@ class Page(CommandTest):
         self.assertEqual(self.browser.run("document.images.length"), 0)
         self.browser.press("Escape")
 
-    def test_the_policy_forbids_what_the_page_does_not_bring(self):
+    def test_the_policy_forbids_external_content(self):
         self.show(DEMO)
         self.assertEqual(self.browser.run("""(() => {
             const script = document.createElement('script');
@@ -387,7 +387,7 @@ class Page(CommandTest):
             return cell.top >= seen.top && cell.bottom <= seen.bottom; })()"""))
         self.browser.press("PageUp")
         self.assertLess(self.focused()[0], 1999)
-        # The cell with the focus stays while others are looked at.
+        # The focused cell remains in the page while others are scrolled into view.
         focused = self.focused()
         self.browser.run("document.getElementById('scroller').scrollTop = 0")
         self.browser.wait_for("document.querySelector('#body .label') !== null && "

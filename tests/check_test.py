@@ -32,7 +32,7 @@ class Check(CommandTest):
             "builds", "next: write a project that simulates these devices",
             f"  fabscan scaffold {DEMO} --prefix MyDev --guid {LEAF} --output-dir sim"])
 
-    def test_what_needs_a_hand(self):
+    def test_functions_that_need_an_edit(self):
         run = self.check("--guid", SPINE)
         self.assertEqual(run.returncode, INCOMPLETE)
         lines = run.stdout.splitlines()
@@ -69,7 +69,7 @@ class Check(CommandTest):
             "--one-per-model"])
 
     def test_agrees_with_dump(self):
-        """The marks are those of the file that dump writes."""
+        """The marks agree with the file that dump writes."""
         result = self.result()
         self.run_command("dump", DEMO, "--prefix", "P")
         text = (self.folder / "p_generated.cpp").read_text()
@@ -98,7 +98,7 @@ class Check(CommandTest):
             {"builds": False,
              "totals": {"nodes": 2, "error": 0, "hand": 2, "comment": 7, "block": 35},
              "sharedClasses": [{"class": "SW", "guids": [LEAF, SPINE]}]})
-        self.assertEqual(result["outsideSubFabric"], 0)  # of those that were chosen
+        self.assertEqual(result["outsideSubFabric"], 0)  # of the selected nodes
         self.assertEqual(self.result()["outsideSubFabric"], 1)
         self.assertEqual(result["nodes"][0]["functions"][11],
                          {"name": "setRouterInfo", "mark": "comment", "code": "node-type",
@@ -106,8 +106,8 @@ class Check(CommandTest):
         self.assertEqual(result["nodes"][0]["functions"][0],
                          {"name": "setNodeInfo", "mark": "block"})
 
-    def test_what_a_compiler_says(self):
-        """A node that builds does, one that needs a hand does not."""
+    def test_agrees_with_a_compiler(self):
+        """A node that builds compiles, a node that needs an edit does not."""
         for guid, builds in ((LEAF, True), (SPINE, False)):
             self.assertEqual(self.check("--guid", guid).returncode == DONE, builds)
             run = self.run_command("verify", DEMO, "--guid", guid)
@@ -127,7 +127,7 @@ class Check(CommandTest):
         self.assert_fails(run, f"{DEMO}: no node to check: no node has the GUID "
                                "0x0000000000000001; 'fabscan show' lists the nodes")
         run = self.run_command("check", "-", input=snapshot())
-        self.assert_fails(run, "standard input: no node to check: none is in the sub-fabric; choose another "
+        self.assert_fails(run, "standard input: no node to check: none is in the sub-fabric; use a different "
                                "snapshot")
 
     def test_no_temporary_file_is_needed(self):
@@ -137,7 +137,7 @@ class Check(CommandTest):
 
 
 class Causes(CommandTest):
-    """What is not known, what is not there, and what the device does not have."""
+    """Unknown support, missing records, and unsupported attributes."""
 
     NO_BITS = ["0x0"] * 4
     AR_ONLY = ["0x4", "0x0", "0x0", "0x0"]
@@ -150,7 +150,7 @@ class Causes(CommandTest):
         [checked] = self.result(node)["nodes"]
         return {function.pop("name"): function for function in checked["functions"]}
 
-    def test_a_mask_that_was_not_collected(self):
+    def test_an_uncollected_mask(self):
         functions = self.codes(switch())
         for name in ("setArInfo", "setPrivateLftInfo", "setExtendedNodeInfo", "setSMPCapability"):
             self.assertEqual((functions[name]["code"], functions[name]["mask"]),
@@ -166,14 +166,14 @@ class Causes(CommandTest):
         self.assertEqual(functions["setPrivateLftInfo"]["bits"], [0, 12])
         self.assertEqual(functions["setGMPCapability"]["code"], "mask-not-collected")
 
-    def test_a_record_that_was_not_collected(self):
+    def test_an_uncollected_record(self):
         functions = self.codes(switch(smpCapabilityMask=self.AR_ONLY,
                                       absent={"SMP_SwitchInfo": "timed out"}))
         self.assertEqual(functions["setArInfo"],
                          {"mark": "error", "code": "record-not-collected",
                           "record": "adaptive_routing_info",
                           "reason": "Failed to get VS ArInfo mad for the node"})
-        self.assertEqual(functions["setPortInfo"]["code"], "record-not-collected")  # of port 0
+        self.assertEqual(functions["setPortInfo"]["code"], "record-not-collected")  # for port 0
         self.assertEqual(functions["setPortInfoExtended"]["code"], "no-active-port")
 
     def test_consequences_follow_their_cause(self):
@@ -266,7 +266,7 @@ class OnATerminal(CommandTest):
             for line in text.split("\n\n", 1)[1].splitlines():
                 self.assertLessEqual(len(line), columns)
 
-    def test_elsewhere_nothing_is_cut(self):
+    def test_nothing_is_cut_without_a_terminal(self):
         name = "spine of the long name " * 5
         run = self.run_command("check", "-", input=snapshot(switch(name)))
         self.assertIn(name.strip(), run.stdout)

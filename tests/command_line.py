@@ -1,4 +1,4 @@
-"""What the end-to-end tests share: a scratch folder, and runs of the built command in it.
+"""Shared by the end-to-end tests: a scratch directory, and runs of the built command in it.
 
 A test file ends with `main()`, which takes the command's path as the first argument.
 """
@@ -58,10 +58,10 @@ class CommandTest(unittest.TestCase):
         return sorted(entry.name for entry in (self.folder / folder).iterdir())
 
     def run_command(self, *arguments, file_limit=None, as_nobody=False, command=None, **more):
-        """Runs `fabscan ARGUMENTS` in the scratch folder; text in, text out."""
+        """Runs `fabscan ARGUMENTS` in the scratch directory; text in, text out."""
 
         def prepare():
-            # Python ignores these in its children's name; the command decides itself.
+            # Python ignores these signals for its children; restore the defaults.
             signal.signal(signal.SIGPIPE, signal.SIG_DFL)
             signal.signal(signal.SIGXFSZ, signal.SIG_DFL)
             if file_limit is not None:
@@ -84,7 +84,7 @@ class CommandTest(unittest.TestCase):
         )
 
     def on_terminal(self, *arguments, columns=80, **environment):
-        """What the command writes to a terminal of this width."""
+        """The output of the command on a terminal of this width."""
         ours, its = pty.openpty()
         fcntl.ioctl(its, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
         variables = {**os.environ, "TERM": "xterm", **environment}
@@ -108,7 +108,7 @@ class CommandTest(unittest.TestCase):
         return written.decode().replace("\r\n", "\n")
 
     def assert_fails(self, run, message, status=FAILED):
-        """One line on standard error, no result, the exit status."""
+        """Expects one line on standard error, no result, and the exit status."""
         self.assertEqual(run.stderr, f"fabscan: error: {message}\n")
         self.assertEqual(run.returncode, status)
         if run.stdout is not None:

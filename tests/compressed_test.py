@@ -1,4 +1,4 @@
-"""Snapshots compressed with zstd: written wherever a snapshot is, read wherever one is."""
+"""Snapshots compressed with zstd: every command can read them, and write them if it writes snapshots."""
 
 from command_line import DONE, EXAMPLES, FAILED, INCOMPLETE, CommandTest, main, snapshot, switch
 
@@ -31,13 +31,13 @@ class Compressed(CommandTest):
         self.assertEqual((self.folder / "a.jsonl.zst").read_bytes()[:4], MAGIC)
         self.assertEqual(self.run_command("diff", "a.jsonl", "a.jsonl.zst").returncode, DONE)
 
-    def test_only_the_name_decides(self):
+    def test_only_the_file_name_matters(self):
         for name in ("fabric.zst.jsonl", "fabric.jsonl.ZST", ".zst", "zst"):
             self.assertEqual(self.copied(DEMO, name)[:1], b"{", name)
         run = self.copy(DEMO, "-")
         self.assertEqual(run.stdout[:1], "{")
 
-    def test_every_reader_takes_it_by_name_and_from_standard_input(self):
+    def test_every_reader_accepts_a_file_and_standard_input(self):
         contents = [self.copied(DEMO, "plain"), self.copied(DEMO, "compressed.zst")]
         for command in (("check",), ("models",), ("show",), ("anonymise", "--key=k", "--output=-"),
                         ("diff", "plain")):
@@ -58,12 +58,12 @@ class Compressed(CommandTest):
         piped = (self.folder / "my_generated.cpp").read_text().splitlines()
         self.run_command("dump", DEMO, "--prefix", "My", "--output-dir", ".", "--force")
         plain = (self.folder / "my_generated.cpp").read_text().splitlines()
-        addresses = [line for line in plain if "RedirectGID" in line]  # differ from run to run
+        addresses = [line for line in plain if "RedirectGID" in line]  # differ between runs
         self.assertTrue(addresses)
         self.assertEqual([line for line in piped if "RedirectGID" not in line],
                          [line for line in plain if "RedirectGID" not in line])
 
-    def test_a_cut_file_is_refused(self):
+    def test_a_truncated_file_is_refused(self):
         self.put("small.jsonl", snapshot(switch()))
         whole = self.copied("small.jsonl", "small.zst")
         (self.folder / "small.zst").unlink()
@@ -84,7 +84,7 @@ class Compressed(CommandTest):
                 changed[at] ^= 1 << bit
                 self.put("damaged.zst", bytes(changed))
                 run = self.copy("damaged.zst", "out.jsonl", "--force")
-                if run.returncode == DONE:  # a larger window, or a bit without meaning
+                if run.returncode == DONE:  # a larger window, or an unused bit
                     self.assertEqual((self.folder / "out.jsonl").read_bytes(), plain)
                     continue
                 self.assert_one_error(run, "damaged.zst")
@@ -96,7 +96,7 @@ class Compressed(CommandTest):
         self.assertRegex(run.stderr, rf"\Afabscan: error: {words}[^\n]*\n\Z")
         self.assertEqual(run.stdout, "")
 
-    def test_a_file_that_cannot_be_written_leaves_the_earlier_one(self):
+    def test_a_failed_write_keeps_the_earlier_file(self):
         size = len(self.copied(DEMO, "whole.zst"))
         for limit in (0, 1, size // 2, size - 1):
             self.put("out.zst", "earlier")

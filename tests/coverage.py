@@ -1,8 +1,8 @@
-"""coverage.py BUILD: lines and branches that the tests took, by folder; fails under the limits.
+"""coverage.py BUILD: lines and branches covered by the tests, by directory; fails below the limits.
 
 Counted by the compiler in its syntax tree, so that a branch is a condition of the source taken or
-not taken: what exceptions and inlined library code add to the machine code does not count. Tests
-themselves do not count either. The instances of a template are one.
+not taken: exceptions and inlined library code do not count. Tests do not count either. All
+instances of a template count as one.
 """
 
 import collections
@@ -14,13 +14,13 @@ import sys
 
 PROJECT = pathlib.Path(__file__).resolve().parent.parent
 LIMITS = {"lines": 95.0, "branches": 90.0}
-HELD = ("fabscan", "model", "snapshot", "discovery")
-SHOWN = (*HELD, "cli", "simulator")
+LIMITED = ("fabscan", "model", "snapshot", "discovery")
+SHOWN = (*LIMITED, "cli", "simulator")
 
 
 def programs(build):
-    for folder in ("bin", "tests"):
-        for path in sorted((build / folder).iterdir()):
+    for directory in ("bin", "tests"):
+        for path in sorted((build / directory).iterdir()):
             if path.is_file() and path.read_bytes()[:4] == b"\x7fELF": yield path
 
 
@@ -45,25 +45,25 @@ def main():
     counts = collections.defaultdict(collections.Counter)
     files = []
     for path, summary in summaries(build):
-        folder = path.parts[0]
-        if folder == "include": folder = "model"    # its bodies and its inline parts
+        directory = path.parts[0]
+        if directory == "include": directory = "model"    # model/ implements include/
         for what in LIMITS:
-            counts[folder][what] += summary[what]["count"]
-            counts[folder, "taken"][what] += summary[what]["covered"]
+            counts[directory][what] += summary[what]["count"]
+            counts[directory, "taken"][what] += summary[what]["covered"]
             missed = summary[what]["count"] - summary[what]["covered"]
             if missed: files.append((missed, what, path))
 
     under = False
-    print(f"{'folder':<12} {'lines':>7} {'taken':>8} {'branches':>9} {'taken':>8}")
-    for folder in SHOWN:
+    print(f"{'directory':<12} {'lines':>7} {'taken':>8} {'branches':>9} {'taken':>8}")
+    for directory in SHOWN:
         shares = {}
         for what, limit in LIMITS.items():
-            total = counts[folder][what]
-            shares[what] = 100 * counts[folder, "taken"][what] / total if total else 0.0
-            under |= folder in HELD and shares[what] < limit
-        print(f"{folder:<12} {counts[folder]['lines']:7} {shares['lines']:7.2f}% "
-              f"{counts[folder]['branches']:9} {shares['branches']:7.2f}%")
-    print("\nmost is missing in")
+            total = counts[directory][what]
+            shares[what] = 100 * counts[directory, "taken"][what] / total if total else 0.0
+            under |= directory in LIMITED and shares[what] < limit
+        print(f"{directory:<12} {counts[directory]['lines']:7} {shares['lines']:7.2f}% "
+              f"{counts[directory]['branches']:9} {shares['branches']:7.2f}%")
+    print("\nfiles with the most uncovered code")
     for missed, what, path in sorted(files, key=lambda f: (-f[0], str(f[2])))[:15]:
         print(f"{missed:7} {what:<9} {path}")
     if under:

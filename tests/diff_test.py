@@ -149,7 +149,7 @@ class Diff(CommandTest):
                          ["leaf1", "leaf9", "leaf10"])
         self.assertIn("\n3 differences: 3 nodes only in one.jsonl\n", run.stdout)
 
-    def test_a_file_that_cannot_be_read_is_told_from_a_difference(self):
+    def test_an_unreadable_file_is_not_a_difference(self):
         self.assert_fails(self.diff("none.jsonl"),
                           "none.jsonl: cannot open: No such file or directory", TROUBLE)
         self.put("bad.jsonl", "{}\n")
@@ -160,7 +160,7 @@ class Diff(CommandTest):
                           "--ignore: there is no field 'stat'; did you mean 'state'?", TROUBLE)
         self.assertEqual(self.diff().returncode, TROUBLE)
 
-    def test_a_full_disk_is_told_from_a_difference(self):
+    def test_a_full_disk_is_not_a_difference(self):
         with open("/dev/full", "w") as full:
             run = self.diff(EXAMPLES / "partial.fabscan.jsonl", stdout=full)
         self.assertEqual(run.returncode, TROUBLE)

@@ -1,4 +1,4 @@
-"""What the documents show in blocks and in the midst of a sentence."""
+"""Code blocks and inline code in the documents."""
 
 import pathlib
 import re
@@ -6,7 +6,7 @@ import re
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 DOCUMENTS = sorted([*ROOT.glob("*.md"), *ROOT.glob("docs/*.md")])
 
-# What becomes of a block, by the word after its fence.
+# How a block is tested, by the word after its fence.
 TRANSCRIPT, SOURCE, COMMANDS = "console", "cpp", "sh"
 DATA = ("text", "json")
 
@@ -18,15 +18,15 @@ def blocks(text, kind):
 
 
 def inline(text):
-    """Texts between backticks, outside of blocks."""
+    """Texts between backticks, outside blocks."""
     return [" ".join(code.split()) for code in re.findall(r"`([^`]+)`", FENCED.sub("", text))]
 
 
 def assert_known_blocks(document):
-    """A block that nobody runs, compiles or knows for data is one that nobody looks at."""
+    """Refuses blocks that are neither tested nor data."""
     for word, block in FENCED.findall(document.read_text()):
         if word not in (TRANSCRIPT, SOURCE, COMMANDS, *DATA):
-            raise SystemExit(f"{document}: a block of kind '{word}': write console, cpp or sh for "
-                             f"what is tested, text or json for data:\n{block}")
+            raise SystemExit(f"{document}: unknown block type '{word}': use console, cpp or sh for "
+                             f"tested blocks, text or json for data:\n{block}")
     if re.search(r"^    (\$|\./|fabscan )", FENCED.sub("", document.read_text()), flags=re.M):
-        raise SystemExit(f"{document}: a command is indented; put it into a sh or console block")
+        raise SystemExit(f"{document}: a command is indented; use a sh or console block")

@@ -1,9 +1,8 @@
-"""documented_commands.py BUILD_FOLDER: the commands that the documents name do what they say.
+"""documented_commands.py BUILD: the commands in the documents work.
 
-Commands stand in sh blocks, between backticks, and in the examples of --help. Those of the command
-and of its neighbours run against what BUILD_FOLDER installs, in a folder that has the files which
-they name; a live fabric is a simulated one. Tasks of `./run` are run by `.ci/run` or `./run nightly`,
-or are listed here.
+Commands are in sh blocks, between backticks, and in the examples of --help. fabscan and related
+commands run with what BUILD installs, in a directory that contains the files they name; a live fabric
+is simulated. Tasks of `./run` are run by `.ci/run` or `./run nightly`, or are listed here.
 """
 
 import os
@@ -21,15 +20,15 @@ from document_blocks import DOCUMENTS, ROOT
 BUILD = pathlib.Path(sys.argv.pop(1)).resolve()
 EXAMPLE = ROOT / "examples" / "demo.fabscan.jsonl"
 
-# Tasks that neither `.ci/run` nor `./run nightly` runs, and why.
+# Tasks that neither `.ci/run` nor `./run nightly` runs, with the reason.
 BY_HAND = {
-    "bench": "measures; an idle machine and minutes",
-    "bench-whole": "measures; an idle machine and minutes",
-    "coverage": "reads what sanitize has counted",
+    "bench": "measures; needs an idle machine and minutes",
+    "bench-whole": "measures; needs an idle machine and minutes",
+    "coverage": "reads the counts of sanitize",
     "demo-live": "the test live_demo runs the same script",
-    "format": "changes the sources; check-format looks at them",
-    "install": "install_test does the same with the build that is tested",
-    "instructions": "renews what the test 'instructions' holds the build to",
+    "format": "changes the sources; check-format checks them",
+    "install": "install_test does the same with the tested build",
+    "instructions": "updates the counts that the test 'instructions' compares",
 }
 
 # Exit statuses other than 0: the nodes of the bundled snapshot share classes, and two days differ.
@@ -45,14 +44,14 @@ FIRST_WORDS = ("fabscan", "ibnetdiscover", "pkg-config", "fabscan-make-fabric")
 
 
 def run_tasks(text):
-    """Tasks that a script calls, as a person would, from another task, or in a bare root."""
+    """Tasks that a script calls directly, from another task, or in a bare root."""
     calls = re.findall(r"(?:^|\s)\./run ([a-z][a-z-]*)", text)
     calls += re.findall(r"\bbare [a-z]+ ([a-z][a-z-]*)$", text, flags=re.M)
     return {*calls, *(name.replace("_", "-") for name in re.findall(r"\btask_([a-z_]+)", text))}
 
 
 def tasks():
-    """Every task of ./run, with what it calls."""
+    """Every task of ./run, with the tasks it calls."""
     bodies = re.findall(r"^task_([a-z_]+)\(\) \{(.*?)^\}", (ROOT / "run").read_text(),
                         flags=re.S | re.M)
     return {name.replace("_", "-"): run_tasks(body) for name, body in bodies}
@@ -70,7 +69,7 @@ def tasks_that_are_run():
 
 
 class Tasks(unittest.TestCase):
-    def test_each_is_there_and_is_run_or_listed(self):
+    def test_each_exists_and_is_run_or_listed(self):
         known, reached = tasks(), tasks_that_are_run()
         self.assertGreater(len(known), 15)
         named = {}
@@ -83,7 +82,7 @@ class Tasks(unittest.TestCase):
             self.assertTrue(task in reached or task in BY_HAND,
                             f"{document} names ./run {task}, which nothing runs")
 
-    def test_the_list_is_fresh(self):
+    def test_the_list_is_current(self):
         for task in BY_HAND:
             self.assertIn(task, tasks())
             self.assertNotIn(task, tasks_that_are_run())
@@ -105,7 +104,7 @@ class Commands(unittest.TestCase):
 
     @classmethod
     def make_files(cls):
-        """One of each file that a command reads."""
+        """Creates one of each file that commands read."""
         files = cls.files = cls.scratch / "files"
         files.mkdir()
         fabric = EXAMPLE.read_text()
@@ -117,7 +116,7 @@ class Commands(unittest.TestCase):
         for name in ("after", "today"):
             (files / f"{name}.jsonl").write_text(changed)
         (files / "examples").symlink_to(EXAMPLE.parent)
-        (files / "our.key").write_text("a key of our own, kept for the next time\n")
+        (files / "our.key").write_text("a secret key for repeatable replacements\n")
         for folder in ("devices/mydev", "DIR"):
             (files / folder).mkdir(parents=True)
         cls.bash("fabscan-make-fabric --cache --switches 4 --adapters 8 --output fabric.cache", files)
@@ -130,7 +129,7 @@ class Commands(unittest.TestCase):
                               timeout=300)
 
     def check(self, commands, where):
-        """Runs them in a copy of the files, without those that are to be written."""
+        """Runs the commands in a copy of the files, without the output files."""
         with tempfile.TemporaryDirectory(dir=self.scratch) as folder:
             shutil.copytree(self.files, folder, dirs_exist_ok=True)
             for option in re.findall(r"--(?:output|html|cache) ([\w.]+)", commands):
@@ -182,7 +181,7 @@ class Commands(unittest.TestCase):
 
     def check_inline(self, code, where):
         words = code.split()
-        if len(words) == 2 and not words[1].startswith("-"):  # only named: fabscan dump
+        if len(words) == 2 and not words[1].startswith("-"):  # a name only: fabscan dump
             code += " --help"
         elif words == ["ibnetdiscover", "--cache"]:
             return

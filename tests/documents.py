@@ -1,4 +1,4 @@
-"""documents.py COMMAND CXX [--update]: what the documents show is what happens.
+"""documents.py COMMAND CXX [--update]: transcripts and sources in the documents are correct.
 
 Each line after "$ " in a console block is run, in a folder of its own that has the examples; what
 follows it, up to the next such line, is what it prints. Each cpp block compiles, beside the header
@@ -44,7 +44,7 @@ def check_source(source, command, compiler):
 
 
 def check_reference(command):
-    """Every subcommand that help lists stands in the reference, under its own heading."""
+    """Every subcommand in the help text has a section in the reference."""
     text = subprocess.run([command, "--help"], check=True, text=True,
                           stdout=subprocess.PIPE).stdout
     names = re.findall(r"^  ([a-z]+) ", text.split("Subcommands:\n")[1], flags=re.M)
@@ -56,7 +56,7 @@ def check_reference(command):
 
 
 def check_version(command):
-    """The newest release of the list of changes is what the command says it is."""
+    """The newest release in the list of changes is the version of the command."""
     shown = subprocess.run([command, "--version"], check=True, text=True,
                            stdout=subprocess.PIPE).stdout.split()
     newest = re.search(r"^## (\S+) - \d{4}-\d\d-\d\d$", CHANGES.read_text(), flags=re.M)
@@ -85,7 +85,7 @@ def main():
             continue
         stale = True
         print(fresh)
-        print(f"{document} is stale; if the new text is right, './run golden' renews it")
+        print(f"{document} is stale; if the new text is correct, './run golden' updates it")
     return 1 if stale else 0
 
 

@@ -43,7 +43,7 @@ class OnePerModel(CommandTest):
             "mydev_an_1021_generated.cpp       1      1       19       2         "
             "0x0000000000100002  host-00002\n"
             "\n"
-            "3 devices, which stand for 4 nodes\n"
+            "3 devices, representing 4 nodes\n"
             "skipped (outside the sub-fabric): 1 node\n")
         self.assertEqual(
             run.stderr,
@@ -58,7 +58,7 @@ class OnePerModel(CommandTest):
         self.assertIn("#include \"mydev_sw_d2f0.h\"\n",
                       self.texts()["mydev_sw_d2f0_generated.cpp"])
 
-    def test_each_is_what_the_line_of_models_writes(self):
+    def test_each_file_equals_the_output_of_the_listed_command(self):
         run = self.dump(DEMO)
         self.assertEqual(run.returncode, DONE)
         written = self.texts()
@@ -87,12 +87,12 @@ class OnePerModel(CommandTest):
         run = self.dump(path.name)
         self.assertEqual(run.returncode, DONE)
         self.assertEqual(run.stdout.splitlines()[-1],
-                         "250 devices, which stand for 750 nodes")
+                         "250 devices, representing 750 nodes")
         self.assertEqual(len(self.texts()), 250)
         self.assertEqual(len(self.entries()), 251)
 
     def test_models_with_the_same_device_id(self):
-        """They differ in revision, and in nothing that a prefix shows."""
+        """They differ only in the revision, which a prefix does not show."""
         nodes = [switch(f"s-{i}", hex(i + 1), attributes=node_info(DeviceID=7, revision=i))
                  for i in range(3)]
         path = self.put("f.jsonl", snapshot(*nodes))
@@ -158,7 +158,7 @@ class OnePerModel(CommandTest):
         run.send_signal(signal.SIGTERM)
         status = run.wait(60)
         self.assertIn(status, (-signal.SIGTERM, DONE))
-        if status != DONE:  # it was not too fast for the signal
+        if status != DONE:  # it did not end before the signal
             self.assertEqual(self.entries(), before)
             self.assertEqual(self.texts(), {"mydev_sw_0100_generated.cpp": "earlier\n"})
 
@@ -166,7 +166,7 @@ class OnePerModel(CommandTest):
         path = self.put("f.jsonl", snapshot(host(1), spine(1), spine(2), spine(3)))
         run = self.dump(path.name, "--guid", "0x1002", "--guid", "0x1003")
         self.assertEqual(run.returncode, DONE)
-        self.assertEqual(run.stdout.splitlines()[-1], "1 device, which stands for 2 nodes")
+        self.assertEqual(run.stdout.splitlines()[-1], "1 device, representing 2 nodes")
         self.assertEqual(list(self.texts()), ["mydev_sw_d2f0_generated.cpp"])
         self.assertIn("'spine-00002'", self.texts()["mydev_sw_d2f0_generated.cpp"])
 

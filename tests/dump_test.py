@@ -21,7 +21,7 @@ def functions_of(text):
 
 
 def without_addresses(text):
-    """The redirect GID is an address of the running program; it differs from run to run."""
+    """The redirect GID is a memory address, which differs between runs."""
     return re.sub("(RedirectGID = 0x0x)[0-9a-f]+", r"\1", text)
 
 
@@ -85,7 +85,7 @@ class Selection(CommandTest):
         self.assertEqual(heads, ["Node GUID: 0x5a1e0c0000000600", "Node GUID: 0x5a1e0c0000000500",
                                  "Node GUID: 0x5a1e0c0000000100"])
 
-    def test_a_chosen_node_is_written_as_among_all(self):
+    def test_a_selected_node_is_written_as_in_a_full_dump(self):
         self.dump()
         whole = self.text()
         self.dump("--force", "--guid", "5a1e0c0000000500")
@@ -93,14 +93,14 @@ class Selection(CommandTest):
         self.assertGreater(len(section), 1000)
         self.assertIn(section, whole)
 
-    def test_a_missing_guid_is_named(self):
+    def test_a_missing_guid_is_reported(self):
         run = self.dump("--guid", "1", "--guid", "5a1e0c0000000600")
         self.assertEqual(run.stderr,
                          "fabscan: warning: no node has the GUID 0x0000000000000001\n")
         self.assertEqual(run.returncode, DONE)
         self.assertEqual(self.text().count("// Node Type: "), 1)
 
-    def test_a_node_outside_the_sub_fabric_is_named(self):
+    def test_a_node_outside_the_sub_fabric_is_reported(self):
         text = snapshot(switch(), switch("S2", "0x2", inSubFabric=False))
         run = self.run_command("dump", "-", "--prefix", "P", "--guid", "1", "--guid", "2",
                                input=text)
@@ -116,7 +116,7 @@ class Selection(CommandTest):
         self.assertEqual(self.entries(), [])
         run = self.run_command("dump", "-", "--prefix", "P",
                                input=snapshot(switch(inSubFabric=False)))
-        self.assert_fails(run, "standard input: no node to write: none is in the sub-fabric; choose another "
+        self.assert_fails(run, "standard input: no node to write: none is in the sub-fabric; use a different "
                                "snapshot")
         run = self.run_command("dump", "-", "--prefix", "P", input=snapshot())
         self.assertEqual(run.returncode, FAILED)
@@ -153,7 +153,7 @@ class Selection(CommandTest):
         self.dump("--force")
         self.assertEqual(without_addresses(self.text()), without_addresses(first))
 
-    def test_one_node_that_does_not_compile_is_warned_of(self):
+    def test_warns_about_one_node_that_does_not_compile(self):
         run = self.dump("--guid", "5a1e0c0000000100")
         self.assertEqual(
             (run.returncode, run.stderr),
@@ -190,9 +190,9 @@ class Usage(CommandTest):
         self.assert_fails(self.run_command(),
                           "a subcommand is missing; 'fabscan --help' lists them", WRONG_USAGE)
         self.assert_fails(self.run_command("dmup", DEMO),
-                          "there is no subcommand 'dmup'; did you mean 'dump'?", WRONG_USAGE)
+                          "unknown subcommand 'dmup'; did you mean 'dump'?", WRONG_USAGE)
         self.assert_fails(self.run_command("xyzzy"),
-                          "there is no subcommand 'xyzzy'; 'fabscan --help' lists them",
+                          "unknown subcommand 'xyzzy'; 'fabscan --help' lists the subcommands",
                           WRONG_USAGE)
 
     def test_options(self):
@@ -204,7 +204,7 @@ class Usage(CommandTest):
         run = self.run_command("dump", "--prefix", "P")
         self.assert_fails(run, "SNAPSHOT is required; see 'fabscan dump --help'", WRONG_USAGE)
 
-    def test_a_snapshot_may_have_the_name_of_a_subcommand(self):
+    def test_a_snapshot_named_like_a_subcommand(self):
         self.put("dump", snapshot(switch()))
         self.assertEqual(self.run_command("dump", "dump", "--prefix", "P").returncode, DONE)
 
@@ -212,9 +212,9 @@ class Usage(CommandTest):
         for prefix, fault in (
                 ("9dev", "begins with a digit"),
                 ("class", "is a C++ keyword"),
-                ("_Dev", "is reserved, since it begins with an underscore"),
-                ("my__dev", "is reserved, since it has two underscores in a row"),
-                ("../x", "has other characters than ASCII letters, digits and underscores"),
+                ("_Dev", "is reserved, because it begins with an underscore"),
+                ("my__dev", "is reserved, because it contains two consecutive underscores"),
+                ("../x", "contains characters other than ASCII letters, digits and underscores"),
         ):
             self.assert_refused(f"--prefix: '{prefix}' {fault}; it names a C++ class, such as MyDev",
                                 f"--prefix={prefix}")
@@ -238,7 +238,7 @@ class Usage(CommandTest):
 
 
 class BadInput(CommandTest):
-    """Whatever the input, one line says what is wrong, and an earlier output stays as it was."""
+    """For any bad input, there is one error line, and an earlier output is unchanged."""
 
     def setUp(self):
         super().setUp()
@@ -269,7 +269,7 @@ class BadInput(CommandTest):
         for number, text in enumerate((
                 b"",
                 b"not JSON\n",
-                (header + node).encode(),  # cut short
+                (header + node).encode(),  # truncated
                 (header + node + '{"end":true,"nodes":2}\n').encode(),
                 (header + header + node + end).encode(),
                 (node + end).encode(),
@@ -286,7 +286,7 @@ class BadInput(CommandTest):
     def test_standard_input(self):
         self.assert_refused("-", "standard input", input="")
 
-    def test_every_cut_of_the_example(self):
+    def test_every_truncation_of_the_example(self):
         lines = DEMO.read_bytes().splitlines(keepends=True)
         for count in range(len(lines)):
             self.assert_refused(self.put("cut", b"".join(lines[:count])), "cut")
@@ -298,7 +298,7 @@ class Buildable(CommandTest):
                                 **more)
 
     def texts(self):
-        """The exact file and the buildable one, line by line."""
+        """Pairs of lines of the exact file and the buildable file."""
         text = (self.folder / "out" / "p_generated.cpp").read_text()
         return text.splitlines()
 
@@ -407,7 +407,7 @@ class Output(CommandTest):
         self.assertTrue(run.stderr.startswith("standard output\n  nodes written "), run.stderr)
         self.assertEqual(self.entries(), [OUT])
 
-    def test_a_file_of_another_name(self):
+    def test_a_custom_file_name(self):
         self.dump("--guid", "5a1e0c0000000600")
         run = self.dump("--guid", "5a1e0c0000000600", "--output", "devices.cpp")
         self.assertEqual(run.stdout.splitlines()[0], "devices.cpp")
@@ -418,7 +418,7 @@ class Output(CommandTest):
             self.assert_fails(self.dump("--output", "b.cpp", *other),
                               f"--output names one file; omit {other[0]}", WRONG_USAGE)
 
-    def test_a_folder_that_cannot_be_written(self):
+    def test_a_read_only_directory(self):
         source = self.put("in", DEMO.read_bytes())
         self.folder.chmod(0o555)
         run = self.run_command("dump", source, "--prefix", "P", as_nobody=True)
@@ -436,7 +436,7 @@ class Output(CommandTest):
             self.assertEqual((self.folder / OUT).read_text(), "earlier\n")
             self.assertEqual(self.entries(), [OUT])
 
-    def test_one_byte_too_few(self):
+    def test_no_space_for_the_last_byte(self):
         self.dump()
         size = (self.folder / OUT).stat().st_size
         self.assertEqual(self.dump("--force", file_limit=size - 1).returncode, FAILED)
@@ -478,7 +478,7 @@ class Output(CommandTest):
             self.assertEqual(self.entries(), [OUT])
             self.assertEqual((self.folder / OUT).read_text(), "earlier\n")
 
-    def test_a_link_to_a_file_of_another_name(self):
+    def test_a_link_to_another_file(self):
         self.put("real.cpp", "earlier\n")
         (self.folder / "p_generated.cpp").symlink_to("real.cpp")
         run = self.run_command("dump", DEMO, "--prefix", "P", "--force")

@@ -1,4 +1,4 @@
-"""The bundled snapshots hold values that real devices could report."""
+"""The bundled snapshots contain values that real devices could report."""
 
 import collections
 import json
@@ -12,7 +12,7 @@ LAST_UNICAST_LID = 0xBFFF
 STATES = ["UNKNOWN", "DOWN", "INIT", "ARM", "ACTIVE"]
 POLLING, LINK_UP = 2, 5
 KNOWN_REASON = re.compile(r"timed out|status 0x[0-9a-f]{4}|"
-                          r"not asked: the node had timed out twice in a row")
+                          r"not asked: two consecutive queries of this node timed out")
 
 
 def nodes_of(path):
@@ -20,7 +20,7 @@ def nodes_of(path):
 
 
 def infos_of(nodes):
-    """(node, port, PortInfo) of every port that has one. An omitted field is 0."""
+    """(node, port, PortInfo) of every port with PortInfo. An omitted field is 0."""
     return [(node, port, collections.defaultdict(int, port["attributes"]["SMP_PortInfo"]))
             for node in nodes for port in node["ports"]
             if "SMP_PortInfo" in port.get("attributes", {})]
@@ -30,7 +30,7 @@ class Examples(unittest.TestCase):
     def infos(self):
         return [info for path in SNAPSHOTS for info in infos_of(nodes_of(path))]
 
-    def test_there_are_three(self):
+    def test_there_are_three_examples(self):
         self.assertEqual([path.name for path in SNAPSHOTS],
                          ["demo.fabscan.jsonl", "extra.jsonl", "partial.fabscan.jsonl"])
         self.assertGreater(len(self.infos()), 20)

@@ -1,4 +1,4 @@
-"""golden.py COMMAND [--update]: the generated files of the bundled snapshots are those in golden/.
+"""golden.py COMMAND [--update]: the generated files of the bundled snapshots equal those in golden/.
 
 What differs between machines and days is written as a word: the host's name, the year, and the
 address that stands for a redirect GID.

@@ -1,5 +1,5 @@
-"""hardening_test.py COMMAND: the built command has what the compiler and the linker offer against
-the consequences of a memory fault."""
+"""hardening_test.py COMMAND: the built command uses the hardening features of the compiler and the
+linker."""
 
 import re
 import subprocess
@@ -15,16 +15,16 @@ def readelf(*options):
 
 
 class Hardening(unittest.TestCase):
-    def test_is_placed_anywhere_in_memory(self):
+    def test_is_position_independent(self):
         self.assertRegex(readelf("-h"), r"Type: +DYN ")
         self.assertRegex(readelf("-d"), r"\(FLAGS_1\) .*\bPIE\b")
         self.assertNotIn("TEXTREL", readelf("-d"))
 
-    def test_tables_of_the_linker_are_read_only(self):
+    def test_relocations_are_read_only(self):
         self.assertIn("GNU_RELRO", readelf("-l"))
         self.assertRegex(readelf("-d"), r"\(FLAGS\) .*\bBIND_NOW\b")
 
-    def test_stack_and_data_are_not_run(self):
+    def test_stack_and_data_are_not_executable(self):
         flags = re.findall(r"GNU_STACK(?: +0x\w+){5} +([RWE]+)", readelf("-l"))
         self.assertEqual(flags, ["RW"])
         for line in re.findall(r"LOAD .*", readelf("-l")):
@@ -35,7 +35,7 @@ class Hardening(unittest.TestCase):
         self.assertIn("__stack_chk_fail", symbols)
         self.assertTrue(symbols - {"__stack_chk_fail"}, "no call that -D_FORTIFY_SOURCE checks")
 
-    def test_libraries_are_looked_for_in_the_systems_folders_alone(self):
+    def test_libraries_come_only_from_system_directories(self):
         self.assertNotRegex(readelf("-d"), r"R(UN)?PATH")
 
 

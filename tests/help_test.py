@@ -1,4 +1,4 @@
-"""What help shows on terminals of any width."""
+"""The help text on terminals of any width."""
 
 import re
 
@@ -18,11 +18,11 @@ class HelpTest(CommandTest):
                 described = re.split(r"^Options:\n", page, flags=re.M)[1]
                 self.assertIn("Print this help message and exit\n", described)
                 for line in described.splitlines():
-                    # Commands to copy, and the table of exit statuses, stay whole.
+                    # Commands to copy, and the table of exit statuses, are not wrapped.
                     if not re.match(r"  (fabscan|ibnetdiscover|\d) ", line):
                         self.assertLessEqual(len(line), columns, line)
 
-    def test_says_what_a_person_writes(self):
+    def test_options_are_shown_as_typed(self):
         page = self.run_command("dump", "--help").stdout
         self.assertIn("\nUsage: fabscan dump [OPTIONS] SNAPSHOT\n", page)
         self.assertRegex(page, r"\n  SNAPSHOT {10,}The saved fabric")
@@ -30,7 +30,7 @@ class HelpTest(CommandTest):
         self.assertNotIn("TEXT", page)
         self.assertNotIn("\n\n\n", page)
 
-    def test_names_the_exit_statuses(self):
+    def test_lists_the_exit_statuses(self):
         page = self.run_command("--help").stdout
         self.assertEqual(re.findall(r"^  (\d)  [A-Z]", page, re.M), ["0", "1", "2", "3"])
 

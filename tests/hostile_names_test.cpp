@@ -1,4 +1,4 @@
-// What device-supplied names do to a generated file, as compilers see it: nothing.
+// Device-supplied names do not change the code that compilers see in a generated file.
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A preprocessor's view of a file: what is left of it for the compiler, and what it said.
+/// The output and messages of a preprocessor for a file.
 struct Preprocessed {
   std::string tokens;
   std::string messages;
@@ -37,7 +37,7 @@ class HostileNamesTest : public testing::TestWithParam<const char*> {
     capability_mask_t all = {{~0U, ~0U, ~0U, ~0U}};
     for (std::size_t i = 0; i < 2 * names.size(); ++i) {
       const bool second_half = i >= names.size();
-      // The middle keeps the two nodes of a name apart without touching its ends.
+      // The middle distinguishes the two nodes of a name without changing its ends.
       const std::string& hostile = names[i % names.size()];
       std::string name = second_half ? hostile + "-second-" + hostile : hostile;
       if (plain) name = "node" + std::to_string(i);
@@ -45,7 +45,7 @@ class HostileNamesTest : public testing::TestWithParam<const char*> {
       node.setAlternativeName(plain ? "plain" : hostile);
       if (second_half) fabscan.capability_module.put(node, false, all);
     }
-    // In the order of their making, whatever the names.
+    // In the order of creation, for any names.
     fabric.NodeByName.clear();
     for (IBNode& node : fabric.nodes()) {
       char key[16];
@@ -58,8 +58,8 @@ class HostileNamesTest : public testing::TestWithParam<const char*> {
     return ReadFile(folder_ / "hostile_generated.cpp");
   }
 
-  /// `compiler_and_standard`: what to call, such as "g++ -std=c++17". The include lines are taken
-  /// out; #error lines stay, and do not end preprocessing.
+  /// `compiler_and_standard`: what to call, such as "g++ -std=c++17". Include lines are
+  /// removed; #error lines stay, and do not stop the preprocessor.
   Preprocessed Preprocess(const std::string& compiler_and_standard, const std::string& text) const {
     std::ofstream source(folder_ / "source.cpp", std::ios::binary);
     std::istringstream lines(text);
@@ -76,7 +76,7 @@ class HostileNamesTest : public testing::TestWithParam<const char*> {
     } else {
       command.insert(command.find(" source.cpp"), " -ferror-limit=0");
     }
-    // The status tells only that there are #error lines.
+    // The exit status only shows that there are #error lines.
     const int status = std::system(command.c_str());
     EXPECT_NE(status, -1) << command;
     return {ReadFile(folder_ / "tokens"), ReadFile(folder_ / "messages")};

@@ -1,4 +1,4 @@
-"""Which directory may include headers of which: arrows run one way, and each include shows its own."""
+"""Allowed includes between directories: dependencies have one direction, and includes name the directory."""
 
 import pathlib
 import re
@@ -19,7 +19,7 @@ MAY_INCLUDE = {
     "cli": {"include", "records", "fabscan", "model", "snapshot", "fabrics", "discovery",
             "simulator"},
 }
-# Compiled elsewhere too, with directories of their own: these name the headers next to them alone.
+# Also compiled elsewhere, with other include directories: these use bare names for adjacent headers.
 BARE = ("fabscan/", "simulator/core/", "simulator/devices/", "simulator/include/", "simulator/runner/")
 TEST = re.compile(r"(_test|_must_not_compile)\.cpp$|/testing/")
 
@@ -36,14 +36,14 @@ def included(path):
 
 
 def directory_of(header):
-    """The top directory of an included header of ours; None for the standard library's and others'."""
+    """The top directory of an included project header; None for other headers."""
     if header.startswith("infiniband/") and (ROOT / "include" / header).exists():
         return "include"
     return header.split("/")[0] if (ROOT / header).exists() else None
 
 
 class IncludesTest(unittest.TestCase):
-    def test_arrows_run_one_way(self):
+    def test_dependencies_have_one_direction(self):
         seen = set()
         for directory, allowed in MAY_INCLUDE.items():
             for path in sources(directory):
@@ -53,9 +53,9 @@ class IncludesTest(unittest.TestCase):
                         continue
                     seen.add((directory, other))
                     self.assertIn(other, allowed, f"{path} includes {header}")
-        self.assertIn(("cli", "snapshot"), seen)  # there was something to look at
+        self.assertIn(("cli", "snapshot"), seen)  # the search is not empty
 
-    def test_each_include_shows_the_directory(self):
+    def test_each_include_names_the_directory(self):
         names = {path.name for directory in MAY_INCLUDE for path in sources(directory)}
         for directory in MAY_INCLUDE:
             for path in sources(directory):
@@ -65,7 +65,7 @@ class IncludesTest(unittest.TestCase):
                     if pathlib.PurePath(header).name in names:
                         self.assertIsNotNone(directory_of(header), f"{path} includes {header}")
 
-    def test_the_generator_knows_the_facade_alone(self):
+    def test_the_generator_includes_only_the_facade(self):
         for path in sources("fabscan"):
             for header in included(path):
                 if header.startswith("infiniband/"):

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# install_test.sh BUILD_FOLDER: installs into a scratch folder, moves that, and builds and runs
-# programs against it, through the CMake package and through pkg-config.
+# install_test.sh BUILD: installs into a scratch directory, moves it, and builds and runs programs
+# against it, with the CMake package and with pkg-config.
 set -euo pipefail
 build=$1
 here=$(cd "$(dirname "$0")" && pwd)
@@ -15,11 +15,11 @@ fail() {
 cmake --install "$build" --prefix "$scratch/first" >"$scratch/install.log"
 mv "$scratch/first" "$scratch/prefix"
 if grep -rl "$scratch/first" "$scratch/prefix" --include='*.cmake' --include='*.pc'; then
-  fail "the files above name the folder that was installed into"
+  fail "the files above name the original installation directory"
 fi
 fabscan=$scratch/prefix/bin/fabscan
 
-# One adapter of the example, and the build lines for it.
+# One adapter of the example, with its build file.
 mkdir "$scratch/mydev"
 guid=0x5a1e0c0000000600
 "$fabscan" dump "$here/../examples/demo.fabscan.jsonl" --prefix MyDev --guid $guid \
@@ -46,7 +46,7 @@ PYTHON
 [ -n "$wanted" ] || fail "the example has no such node"
 [ "$("$scratch/build/simulate")" = "$wanted" ] || fail "simulate told something else than $wanted"
 
-# The device alone, as its own project.
+# Only the device, as a separate project.
 cmake -S "$scratch/mydev" -B "$scratch/alone" -DCMAKE_PREFIX_PATH="$scratch/prefix" \
   >"$scratch/alone.log"
 cmake --build "$scratch/alone" >>"$scratch/alone.log" || { cat "$scratch/alone.log"; fail alone; }

@@ -1,4 +1,4 @@
-"""The limits of a snapshot, which every subcommand that reads one can raise or lower."""
+"""The limits for snapshots, which options of every reading subcommand can change."""
 
 import json
 
@@ -12,7 +12,7 @@ NODES = "more than 1 nodes; raise max-nodes if that is meant"
 
 
 def failure_of(command):
-    return 2 if command[0] == "diff" else FAILED  # 1 says that snapshots differ
+    return 2 if command[0] == "diff" else FAILED  # 1 means that snapshots differ
 
 
 class Limits(CommandTest):
@@ -31,7 +31,7 @@ class Limits(CommandTest):
         self.assertEqual(self.entries(), ["s"])
         self.assertEqual(self.run_command("show", "s", "--max-nodes", 2).returncode, DONE)
 
-    def test_depth_of_a_node_that_is_not_chosen(self):
+    def test_depth_in_an_unselected_node(self):
         deep = "[" * 5_000_000 + "]" * 5_000_000
         identity = json.dumps(switch("b", "0x2"))[1:-1]
         for line in (f'{{{identity},"absent":{deep}}}', f'{{"absent":{deep},{identity}}}'):
@@ -56,7 +56,7 @@ class Limits(CommandTest):
         self.assertEqual(self.run_command("show", "s", "--max-line-bytes", "1K").returncode, FAILED)
         self.assertEqual(self.run_command("show", "s", "--max-line-bytes", "2K").returncode, DONE)
 
-    def test_limits_that_cannot_be(self):
+    def test_invalid_limits(self):
         self.put("s", snapshot(switch()))
         for option, value in (("--max-line-bytes", "0"), ("--max-line-bytes", "4G"),
                               ("--max-line-bytes", "much"), ("--max-line-bytes", "-1"),

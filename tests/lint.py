@@ -1,7 +1,7 @@
 """lint.py BUILD JOBS FILE...: clang-tidy over the files, by the compile commands of BUILD.
 
-What was clean once is not looked at again until its text, that of a header it includes, the way it
-is compiled or a check changes.
+Skips files that were clean before, unless their text, an included header, the compile command or a
+check has changed.
 """
 
 import concurrent.futures
@@ -16,7 +16,7 @@ PROJECT = pathlib.Path(__file__).resolve().parent.parent
 
 
 def digest(command):
-    """Of everything that clang-tidy sees, comments too: they may hold a NOLINT."""
+    """Digest of everything that clang-tidy reads, including comments, which may contain NOLINT."""
     preprocessed = subprocess.run(command[:command.index("-o")] + ["-E", "-C", command[-1]],
                                   capture_output=True, check=False)
     seen = hashlib.sha256((PROJECT / ".clang-tidy").read_bytes())
@@ -36,7 +36,7 @@ def main():
         commands.setdefault(entry["file"], words)
 
     def command_of(path):
-        """What is not compiled here is looked at as its neighbours are, also by clang-tidy."""
+        """For a file that is not compiled here, the command of another file in its directory."""
         if path in commands: return commands[path]
         folder = pathlib.Path(path).relative_to(PROJECT).parts[0]
         neighbour = min(p for p in commands if p.startswith(f"{PROJECT}/{folder}/"))
@@ -60,7 +60,7 @@ def main():
             if fault:
                 failed += 1
                 print(f"{name}:\n{fault}", flush=True)
-    print(f"{len(sys.argv) - 3} files, {looked} looked at anew, {failed} with faults")
+    print(f"{len(sys.argv) - 3} files, {looked} checked, {failed} with findings")
     return 1 if failed else 0
 
 

@@ -86,7 +86,7 @@ class Models(CommandTest):
                          ["an_1021_generated.cpp", "hca_1021_generated.cpp",
                           "sw_d2f0_generated.cpp"])
 
-    def test_ten_thousand_nodes_are_a_handful_of_models(self):
+    def test_ten_thousand_nodes_of_a_few_models(self):
         nodes = [spine(i) for i in range(2000)] + [host(i) for i in range(8000)]
         path = self.put("f.jsonl", snapshot(*nodes))
         run = self.run_command("models", path.name)

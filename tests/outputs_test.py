@@ -1,4 +1,4 @@
-"""Where results go: closed pipes, full devices, streams in place of files, missing directories."""
+"""Destinations of results: closed pipes, full devices, streams, missing directories."""
 
 import json
 import os
@@ -19,12 +19,12 @@ FULL = "No space left on device; free some space, or write elsewhere"
 
 class Outputs(CommandTest):
     def many(self, count=3000, **more):
-        """A snapshot whose results do not fit a pipe."""
+        """A snapshot whose results do not fit into a pipe buffer."""
         nodes = [switch(f"S{i}", hex(i + 1), **more) for i in range(count)]
         return self.put("many.jsonl", snapshot(*nodes)).name
 
     def run_into_closed_pipe(self, *arguments, sigpipe=signal.SIG_DFL, stream="stdout"):
-        """A run whose standard output, or error, is a pipe that nobody reads."""
+        """A run whose standard output, or error, is a pipe without a reader."""
         ours, its = os.pipe()
         os.close(ours)
         streams = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, stream: its}
@@ -58,14 +58,14 @@ class ClosedPipe(Outputs):
         self.assertEqual(run.stdout, "many.jsonl: 3000 nodes (3000 SW), 0 ports\n141\n")
         self.assertEqual(run.stderr, "")
 
-    def test_is_an_error_where_sigpipe_is_ignored(self):
+    def test_is_an_error_if_sigpipe_is_ignored(self):
         message = b"fabscan: error: standard output: cannot write: Broken pipe; write elsewhere\n"
         run = self.run_into_closed_pipe("show", self.many(), sigpipe=signal.SIG_IGN)
         self.assertEqual((run.returncode, run.stderr), (FAILED, message))
         run = self.run_into_closed_pipe("diff", DEMO, PARTIAL, sigpipe=signal.SIG_IGN)
         self.assertEqual((run.returncode, run.stderr), (WRONG_USAGE, message))
 
-    def test_earlier_files_stay(self):
+    def test_earlier_files_are_kept(self):
         cases = {
             "old_generated.cpp": ["dump", DEMO, "--prefix", "old", "--guid", ADAPTER],
             "old.h": ["scaffold", "--prefix", "old"],
@@ -84,8 +84,8 @@ class ClosedPipe(Outputs):
                 self.assertEqual((self.folder / name).read_text(), "earlier\n")
                 (self.folder / name).unlink()
 
-    def test_a_reader_of_the_output_leaves(self):
-        """Through a pipe that is not standard output."""
+    def test_the_reader_of_a_named_pipe_ends(self):
+        """The pipe is not standard output."""
         ours, its = os.pipe()
         os.close(ours)
         run = self.run_command("anonymise", DEMO, "--output", f"/dev/fd/{its}", pass_fds=[its])
@@ -94,7 +94,7 @@ class ClosedPipe(Outputs):
 
 
 class FailingWrites(Outputs):
-    def test_the_cause_is_named(self):
+    def test_the_cause_is_reported(self):
         for arguments in (["show", DEMO], ["show", self.many()], ["show", DEMO, "--json"],
                           ["check", DEMO], ["models", DEMO], ["--help"],
                           ["merge", DEMO, DEMO, "--output", "-"]):
@@ -102,7 +102,7 @@ class FailingWrites(Outputs):
                 self.assert_fails(self.run_command(*arguments, stdout=full),
                                   f"standard output: cannot write: {FULL}")
 
-    def test_advice_suits_the_cause(self):
+    def test_the_remedy_matches_the_cause(self):
         """Standard output is closed, or not open for writing."""
         with open("/dev/null") as unwritable:
             self.assert_fails(self.run_command("show", DEMO, stdout=unwritable),
@@ -113,11 +113,11 @@ class FailingWrites(Outputs):
             FAILED, "fabscan: error: standard output: cannot write: Bad file descriptor; "
                     "write elsewhere\n"))
 
-    def test_a_file_that_is_a_full_device(self):
+    def test_an_output_on_a_full_device(self):
         self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", "/dev/full"),
                           f"/dev/full: cannot write: {FULL}")
 
-    def test_earlier_files_stay(self):
+    def test_earlier_files_are_kept(self):
         self.put("old_generated.cpp", "earlier\n")
         with open("/dev/full", "w") as full:
             run = self.run_command("dump", DEMO, "--prefix", "old", "--guid", ADAPTER, "--force",
@@ -127,7 +127,7 @@ class FailingWrites(Outputs):
         self.assertEqual(self.entries(), ["old_generated.cpp"])
 
     def test_standard_error_need_not_be_writable(self):
-        """What cannot be reported is not, and the result is the same."""
+        """Messages are lost, and the result is the same."""
         arguments = ("merge", DEMO, DEMO, "--verbose", "--force", "--output", "out.jsonl")
         with open("/dev/full", "w") as full:
             run = subprocess.run([command_line._command, *map(str, arguments)], stderr=full,
@@ -142,7 +142,7 @@ class FailingWrites(Outputs):
         self.assertEqual(run.returncode, DONE)
         self.assertEqual((self.folder / "out.jsonl").read_text(), expected)
 
-    def test_messages_do_not_reach_a_file_in_place_of_standard_error(self):
+    def test_messages_are_not_written_to_a_file_opened_as_standard_error(self):
         run = subprocess.run(f"'{command_line._command}' dump '{DEMO}' --prefix All --verbose 2>&-",
                              shell=True, cwd=self.folder, stdout=subprocess.PIPE, timeout=60,
                              check=False)
@@ -151,7 +151,7 @@ class FailingWrites(Outputs):
 
 
 class Streams(Outputs):
-    """Outputs that are no files are written directly, without --force."""
+    """Outputs other than files are written directly, without --force."""
 
     def setUp(self):
         super().setUp()
@@ -218,11 +218,11 @@ class Streams(Outputs):
         self.assertEqual((run.returncode, run.stderr), (DONE, ""))
         self.assertEqual(read, [expected])
 
-    def test_an_open_file_that_is_none(self):
+    def test_a_missing_file_descriptor(self):
         self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", "/dev/fd/99"),
                           "/dev/fd/99: cannot write: Bad file descriptor; write elsewhere")
 
-    def test_a_file_is_still_kept(self):
+    def test_an_existing_file_is_still_kept(self):
         self.put("out.jsonl", "earlier\n")
         for name in ("out.jsonl", "./out.jsonl"):
             self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", name),
@@ -232,7 +232,7 @@ class Streams(Outputs):
         (self.folder / "sub").mkdir()
         for name in ("sub", "sub/", ".", "sub/.."):
             self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", name),
-                              f"{name}: is a directory; name a file in it")
+                              f"{name}: is a directory; specify a file in it")
         self.put("file", "")
         self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", "file/out.jsonl"),
                           "file: is not a directory; use another path")

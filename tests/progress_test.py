@@ -1,4 +1,4 @@
-"""Progress on a terminal, silence elsewhere, and the options for more and less of it."""
+"""Progress on a terminal, silence elsewhere, and the options --quiet and --verbose."""
 
 import errno
 import fcntl
@@ -40,8 +40,8 @@ class OnATerminal(CommandTest):
                 time.sleep(seconds / parts)
 
     def run_slowly(self, *arguments, seconds=2.5, columns=80, number=None, **environment):
-        """Runs while the pipe is fed; returns the exit status and what the terminal was sent.
-        `number` is a signal to send once something is seen."""
+        """Runs while the pipe is fed; returns the exit status and the terminal output.
+        `number` is a signal to send after the first output."""
         ours, its = pty.openpty()
         fcntl.ioctl(its, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
         process = subprocess.Popen(
@@ -67,7 +67,7 @@ class OnATerminal(CommandTest):
         return process.wait(60), seen.decode()
 
     def assert_no_residue(self, seen):
-        """What is after the last erased line is whole lines."""
+        """The text after the last erased line consists of complete lines."""
         rest = seen.rsplit(ERASE, 1)[1]
         self.assertTrue(rest == "" or rest.endswith("\n"), rest)
         return rest
@@ -91,7 +91,7 @@ class OnATerminal(CommandTest):
         self.assertGreater(seen.count(ERASE), 3)
         self.assertEqual(max(len(line) for line in seen.split(ERASE)), 19)
 
-    def test_an_error_stands_alone(self):
+    def test_an_error_replaces_the_progress(self):
         status, seen = self.run_slowly("check", self.pipe.name, "--guid", "ffff")
         self.assertEqual(status, FAILED)
         self.assertRegex(self.assert_no_residue(seen).replace("\r\n", "\n"),
@@ -122,7 +122,7 @@ class OnATerminal(CommandTest):
                          r"\Afabscan: reading slow\.jsonl: [\d.]+ kB in 1\.\d s\n"
                          r"fabscan: nodes anonymised: 2000 in 0\.\d s\n"
                          r"fabscan: nodes written: 2000 in 0\.\d s\n"
-                         r"fabscan: putting out\.jsonl on disk in 0\.\d s\n\Z")
+                         r"fabscan: syncing out\.jsonl to disk in 0\.\d s\n\Z")
 
 
 class Elsewhere(CommandTest):

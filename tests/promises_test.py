@@ -1,5 +1,5 @@
-"""Every test that SECURITY.md and docs/reliability.md name is there: a promise without a test, or
-with a test that was renamed, fails here."""
+"""Every test that SECURITY.md and docs/reliability.md name exists: a promise without a test, or
+with a renamed test, fails here."""
 
 import pathlib
 import re
@@ -11,7 +11,7 @@ PAGES = ("SECURITY.md", "docs/reliability.md")
 
 
 def named(page):
-    """What stands in backquotes and reads as a test or a file of this repository."""
+    """Names in backquotes that look like a test or a file of this repository."""
     for word in re.findall(r"`([^`\n]+)`", (PROJECT / page).read_text()):
         if re.fullmatch(r"[A-Z]\w*\.[A-Z]\w*", word): yield "gtest", word
         elif re.fullmatch(r"test_\w+", word): yield "python", word
@@ -34,14 +34,14 @@ class Promises(unittest.TestCase):
                              re.findall(r"\bTEST(?:_F|_P)?\((\w+),\s*(\w+)\)", text))
             cls.tests.update(re.findall(r"def (test_\w+)\(", text))
 
-    def test_every_named_test_is_there(self):
+    def test_every_named_test_exists(self):
         for page in PAGES:
             for kind, name in named(page):
                 with self.subTest(page=page, name=name):
                     there = (PROJECT / name).exists() if kind == "file" else name in self.tests
-                    self.assertTrue(there, f"{page} names {name}, which is not there")
+                    self.assertTrue(there, f"{page} names {name}, which does not exist")
 
-    def test_promises_are_held_by_tests(self):
+    def test_promises_name_tests(self):
         for page in PAGES:
             with self.subTest(page=page):
                 names = [name for _, name in named(page)]

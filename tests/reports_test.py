@@ -36,7 +36,7 @@ class Reports(CommandTest):
         self.assertIn(run.returncode, (DONE, FAILED, INCOMPLETE), run.stderr)
         return json.loads(run.stdout)
 
-    def test_the_schema_is_one(self):
+    def test_the_schema_is_valid(self):
         jsonschema.Draft202012Validator.check_schema(SCHEMA)
 
     def test_reports_are_valid(self):
@@ -45,15 +45,15 @@ class Reports(CommandTest):
                 with self.subTest(arguments=arguments):
                     validator(name).validate(self.report(*arguments))
 
-    def test_each_report_is_told_from_the_others(self):
+    def test_each_report_matches_only_its_own_schema(self):
         for name, runs in REPORTS.items():
             report = self.report(*runs[0])
             for other in REPORTS:
                 with self.subTest(report=name, other=other):
                     self.assertEqual(validator(other).is_valid(report), name == other)
 
-    def test_wrong_reports_are_refused(self):
-        """Each without a key that it needs, with one that is unknown, and with a wrong value."""
+    def test_invalid_reports_are_refused(self):
+        """Each report without a required key, with an unknown key, and with a wrong value."""
         for name, runs in REPORTS.items():
             report = self.report(*runs[0])
             for wrong in self.wrong_versions(report, SCHEMA["$defs"][name]["required"]):

@@ -1,4 +1,4 @@
-"""`fabscan scaffold SNAPSHOT` from end to end: the project builds, and its devices answer."""
+"""`fabscan scaffold SNAPSHOT` from end to end: the project builds, and its devices work."""
 
 import json
 import os
@@ -28,7 +28,7 @@ class Project(CommandTest):
                               stdout=subprocess.PIPE, timeout=60).stdout
 
     def printed(self, output):
-        """Class name -> the bytes of NodeInfo."""
+        """Returns class name -> bytes of NodeInfo."""
         devices = {}
         for line in output.splitlines():
             if line.startswith("  "):
@@ -56,7 +56,7 @@ class Project(CommandTest):
             self.assertEqual(int.from_bytes(answer[30:32], "big"), info["DeviceID"])
             self.assertEqual(int.from_bytes(answer[37:40], "big"), info["VendorID"])
 
-    def test_nodes_of_which_nothing_was_collected_build(self):
+    def test_nodes_without_records_build(self):
         path = self.put("f.jsonl", snapshot(
             switch("bare"), spine(1), host(1), host(2, specialNode="AN"),
             {"name": "r", "guid": "0x9", "type": "RTR", "numPorts": 255}))
@@ -73,12 +73,12 @@ class Project(CommandTest):
         self.assertEqual(self.entries(f"sim/devices/{device}"),
                          ["CMakeLists.txt", f"{device}.h", f"{device}_generated.cpp"])
 
-    def test_selected_nodes_of_one_model_have_a_prefix_each(self):
+    def test_selected_nodes_of_one_model_have_separate_prefixes(self):
         path = self.put("f.jsonl", snapshot(spine(1), spine(2), spine(3)))
         run = self.scaffold(path, "--guid", "0x1001", "--guid", "0x1003")
         self.assertEqual(run.returncode, DONE, run.stderr)
         self.assertEqual(self.entries("sim/devices"), ["mydev_sw_d2f0", "mydev_sw_d2f0_2"])
-        self.assertIn("\n2 devices, which stand for 2 nodes\n", run.stdout)
+        self.assertIn("\n2 devices, representing 2 nodes\n", run.stdout)
 
     def test_exact_files_are_those_of_dump(self):
         path = self.put("f.jsonl", snapshot(host(1)))
@@ -110,7 +110,7 @@ class Project(CommandTest):
         self.assert_fails(self.scaffold("missing"), "missing: cannot open: No such file or directory")
         run = self.scaffold("-", input=snapshot())
         self.assert_fails(run, "standard input: no node to simulate: none is in the sub-fabric; "
-                               "choose another snapshot")
+                               "use a different snapshot")
         self.assertEqual(self.entries(), ["f.jsonl"])
 
     def test_a_hostile_name_stays_in_its_comment(self):

@@ -31,7 +31,7 @@ class Selection(CommandTest):
         self.assertEqual(self.names("--model", "RTR_5a52"), ["router-01"])
         self.assertEqual(self.names("--model", "0x5a50"), LEAVES[:1])
 
-    def test_values_widen_and_options_narrow(self):
+    def test_values_are_alternatives_and_options_are_combined(self):
         self.assertEqual(self.names("--name", "leaf*", "--name", "router*"), [*LEAVES, "router-01"])
         self.assertEqual(self.names("--name", "*-01*", "--type", "RTR", "--type", "SW"),
                          ["leaf-01/U1", "mgmt-switch-01/U1", "router-01", "spine-01/U1"])
@@ -87,14 +87,14 @@ class Selection(CommandTest):
                           "--type: 'node' is not a node type; expected SW (switch), CA (adapter, "
                           "HCA) or RTR (router)", WRONG_USAGE)
 
-    def test_one_per_model_is_of_the_selected_nodes(self):
+    def test_one_per_model_uses_the_selected_nodes(self):
         run = self.run_command("dump", DEMO, "--prefix", "P", "--one-per-model", "--name", "leaf*")
         self.assertEqual((run.returncode, run.stderr), (DONE, ""))
         self.assertEqual(self.entries(), ["p_sw_5a40_generated.cpp", "p_sw_5a50_generated.cpp"])
 
 
 class Order(CommandTest):
-    """Lists are in natural order; the generator has its own."""
+    """Lists are in natural order; generated files are not."""
 
     NAMES = ["leaf1", "leaf2", "leaf10", "leaf10/U2", "leaf10/U10"]
 

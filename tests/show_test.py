@@ -11,7 +11,7 @@ LEAF = "0x5a1e0c0000000100"
 HOST = "0x5a1e0c0000000200"
 GUEST = "0x5a1e0c0000000900"  # outside the sub-fabric
 
-# Of examples/partial.fabscan.jsonl, whose two nodes lack records and say why.
+# For examples/partial.fabscan.jsonl: two nodes with absent records and their reasons.
 SUMMARY = """\
 partial.jsonl: 2 nodes (1 SW, 1 CA), 4 ports
 source: an invented fabric of which some records were not collected
@@ -52,7 +52,7 @@ u  WrenReductionConfigureMLIDMonitors  port        4
    absent                      of  reason
 f  ib_private_lft_info     1 node  status 0x000c
 g  adaptive_routing_info   1 node  timed out
-h  VendorSpec_GeneralInfo  1 node  not asked: the node had timed out twice in a row
+h  VendorSpec_GeneralInfo  1 node  not asked: two consecutive queries of this node timed out
 o  SMP_PortInfo            1 port  timed out
 """
 
@@ -104,7 +104,7 @@ u  WrenReductionConfigureMLIDMonitors  port        3
 o  SMP_PortInfo  1 port  timed out
 """
 
-# Masks and identifiers are hexadecimal, numbers decimal; codes have their meaning.
+# Masks and identifiers are hexadecimal, numbers decimal; codes are explained.
 VALUES = """\
 leaf-07/U1 (0x5a1e0c0000000100)
 
@@ -260,7 +260,7 @@ class Show(CommandTest):
                         self.assertEqual(shown[f"port {port['num']} {name}"][field][0],
                                          *numbers(value))
 
-    def test_values_of_a_port_that_is_not_there(self):
+    def test_values_of_a_missing_port(self):
         self.assert_fails(self.run_command("show", PARTIAL, "--values", "--port", "77"),
                           f"{PARTIAL}: no node to show: none has a port 77; use another port")
         run = self.run_command("show", PARTIAL, "--values", "--port", "2")
@@ -288,7 +288,7 @@ class Show(CommandTest):
         self.assertEqual([node["name"] for node in json.loads(run.stdout)["nodes"]],
                          ["a", "leaf1", "leaf2", "leaf10"])
 
-    def test_only_what_a_node_can_have_is_missing(self):
+    def test_only_possible_attributes_are_missing(self):
         nodes = [{"name": f"H{i}", "guid": hex(i + 1), "type": "CA", "numPorts": 1}
                  for i in range(3)]
         run = self.run_command("show", "-", input=snapshot(switch("S", "0x9"), *nodes))
@@ -296,7 +296,7 @@ class Show(CommandTest):
         self.assertRegex(run.stdout, r"\na  SMP_NodeInfo +node +4\n")
         self.assertRegex(run.stdout, r"\nc  SMP_RouterInfo +node\n")
 
-    def test_one_form_at_a_time(self):
+    def test_output_forms_exclude_each_other(self):
         for one, other in (("--json", "--values"), ("--json", "--summary"),
                            ("--summary", "--values")):
             run = self.run_command("show", PARTIAL, one, other)
@@ -304,7 +304,7 @@ class Show(CommandTest):
             self.assertIn("excludes", run.stderr)
         self.assertEqual(self.run_command("show", PARTIAL, "--port", "1").returncode, WRONG_USAGE)
 
-    def test_several_nodes_stand_apart(self):
+    def test_several_nodes_are_separated(self):
         run = self.run_command("show", PARTIAL, "--guid", LEAF, "--guid", HOST)
         first, second = run.stdout.split("\nnode ")
         self.assertIn("compute-117 HCA-1", first)
@@ -344,7 +344,7 @@ class Show(CommandTest):
                      "absent": {}}]}]})
 
     def test_counts_agree_with_the_snapshot(self):
-        """Every node and every record of the file is in the result, and nothing else."""
+        """The result contains every node and every record of the file, and nothing else."""
         result = json.loads(self.run_command("show", DEMO, "--json").stdout)
         shown = {node["guid"]: node for node in result["nodes"]}
         lines = [json.loads(line) for line in DEMO.read_text().splitlines()[1:-1]]

@@ -1,11 +1,11 @@
-"""What every subcommand has in common: wrong usage, and `-` for standard input and output."""
+"""Behaviour of all subcommands: usage errors, and `-` for standard input and output."""
 
 import os
 
 from command_line import DONE, EXAMPLES, FAILED, WRONG_USAGE, CommandTest, main, snapshot, switch
 
 DEMO = EXAMPLES / "demo.fabscan.jsonl"
-TWICE = "standard input: can be read only once; name a file in place of one -"
+TWICE = "standard input: can be read only once; use a file instead of one -"
 
 
 class Usage(CommandTest):
@@ -18,13 +18,13 @@ class Usage(CommandTest):
         self.assert_refused("'--json' was not expected; see 'fabscan show --help'",
                             "--json", "show", DEMO)
 
-    def test_what_is_repeated_does_nothing_to_a_terminal(self):
+    def test_repeated_arguments_are_harmless_on_a_terminal(self):
         path = os.fsdecode(b"a\x9bb\xc2\x9bc\x1b\xe2\x80\xa8\xc3\xbc")
         self.assert_fails(self.run_command("show", path),
                           "a\\x9bb\\xc2\\x9bc\\x1b\\xe2\\x80\\xa8ü: cannot open: No such file or "
                           "directory")
 
-    def test_every_input_says_alike_that_it_cannot_be_read(self):
+    def test_every_unreadable_input_gives_the_same_error(self):
         for subcommand in ("show", "import"):
             output = ("--output", "out") if subcommand == "import" else ()
             for path, cause in (("none", "cannot open: No such file or directory"),
@@ -34,7 +34,7 @@ class Usage(CommandTest):
                           "standard input: byte 0: not a discovery cache (as ibnetdiscover --cache "
                           "writes it)")
 
-    def test_the_text_of_ibnetdiscover_is_told_from_its_cache(self):
+    def test_the_text_output_of_ibnetdiscover_is_refused(self):
         for text in ("#\n# Topology file: generated on Sun Nov 22 2026\n#\n",
                      "# Topology file: generated on Sun Nov 22 2026\n"):
             path = self.put("topo.txt", text)
@@ -49,7 +49,7 @@ class Usage(CommandTest):
             run = self.run_command(*one)
             self.assertEqual((run.returncode, run.stdout),
                              (DONE, self.run_command(*other).stdout))
-        self.assert_refused("there is no subcommand 'sho'; did you mean 'show'?", "help", "sho")
+        self.assert_refused("unknown subcommand 'sho'; did you mean 'show'?", "help", "sho")
 
     def test_short_options(self):
         for short, long in ((("-o", "out"), ("--output", "out")),
@@ -59,7 +59,7 @@ class Usage(CommandTest):
             self.assertEqual((run.returncode, run.stdout), (DONE, same.stdout))
             self.assertEqual("fabscan: reading" in run.stderr, "-v" in short)
 
-    def test_values_that_cannot_be(self):
+    def test_invalid_values(self):
         for message, *arguments in (
                 ("--jobs: Value 0 not in range 1 to 1024; see 'fabscan verify --help'",
                  "verify", DEMO, "--jobs", "0"),
@@ -89,7 +89,7 @@ class StandardStreams(CommandTest):
         self.assert_fails(run, "standard input:2: 'x' is not a valid GUID; expected 1 to 16 "
                                "hexadecimal digits, with or without 0x or colons", WRONG_USAGE)
 
-    def test_they_are_called_by_their_names(self):
+    def test_messages_name_standard_streams(self):
         text = snapshot(switch())
         for subcommand in ("show", "check", "models"):
             run = self.run_command(subcommand, "-", input=text)
@@ -100,12 +100,12 @@ class StandardStreams(CommandTest):
             run = self.run_command(*command, "--output", "-", input=text)
             self.assertTrue(run.stderr.startswith("standard output: 1 node"), run.stderr)
 
-    def test_a_temporary_folder_that_is_not_there(self):
+    def test_a_missing_temporary_directory(self):
         none = str(self.folder / "none")
         dump = ("dump", DEMO, "--prefix", "P", "--output", "-")
         for command, advice in ((dump, ""), (("verify", DEMO), ", or use --keep")):
             run = self.run_command(*command, env={**os.environ, "TMPDIR": none})
-            self.assert_fails(run, f"{none}: cannot make a temporary directory: No such file "
+            self.assert_fails(run, f"{none}: cannot create a temporary directory: No such file "
                                    f"or directory; set TMPDIR{advice}", FAILED)
         run = self.run_command(*dump, env={**os.environ, "TMPDIR": ""})
         self.assertEqual((run.returncode, run.stdout[:3]), (DONE, "/*\n"))

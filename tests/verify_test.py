@@ -49,7 +49,7 @@ class Verify(CommandTest):
                 with self.subTest(compiler=compiler, standard=standard):
                     run = self.run_command("verify", DEMO, "--compiler", compiler,
                                            "--std", standard)
-                    # The reduction switch does not compile as it stands.
+                    # The reduction switch does not compile without edits.
                     self.assertEqual(run.returncode, INCOMPLETE, run.stdout + run.stderr)
                     total = re.search(
                         r"^(\d+) nodes: (\d+) records, (\d+) fields, 0 differ$", run.stdout, re.M)
@@ -60,14 +60,14 @@ class Verify(CommandTest):
                                   "above: 1 node\n", run.stdout)
                     self.assertNotIn("not verified", run.stdout)
 
-    def test_an_adapter_compiles_as_it_stands(self):
+    def test_an_adapter_compiles_without_edits(self):
         run = self.run_command("verify", DEMO, "--guid", ADAPTER)
         self.assertEqual((run.returncode, run.stderr), (DONE, ""))
         self.assertIn("setNodeInfo                         2 records, 7 fields, 0 differ\n",
                       run.stdout)
         self.assertEqual(run.stdout.count("compute-001"), 1)
 
-    def test_edits_are_named(self):
+    def test_edits_are_listed(self):
         run = self.run_command("verify", DEMO, "--guid", REDUCTION_SWITCH)
         self.assertEqual(run.returncode, INCOMPLETE)
         self.assertIn("  edited: setVSReductionManagerClassPortInfo, redirect GID assigned as its "
@@ -75,7 +75,7 @@ class Verify(CommandTest):
         self.assertIn("\n    SMP_TarnExtPortInfo_pack(&mad_buffer, ", run.stdout)
         self.assertIn("  edited: setWrenPushReductionCounters, braces put around each branch\n",
                       run.stdout)
-        # No address reaches the report.
+        # The report contains no memory address.
         self.assertEqual(run.stdout,
                          self.run_command("verify", DEMO, "--guid", REDUCTION_SWITCH).stdout)
 
@@ -85,7 +85,7 @@ class Verify(CommandTest):
             self.assertEqual((run.returncode, run.stderr), (DONE, ""))
             self.assertRegex(run.stdout, r"(?m)^\d+ nodes: \d+ records, \d+ fields, 0 differ$")
 
-    def test_error_lines_are_named(self):
+    def test_error_lines_are_listed(self):
         run = self.run_command("verify", PARTIAL)
         self.assert_incomplete(run)
         self.assertIn("  setPortInfo                         no values: #error \"Failed to dump "
@@ -96,7 +96,7 @@ class Verify(CommandTest):
         self.assertEqual(run.returncode, INCOMPLETE)
         self.assertRegex(run.stderr, r"^fabscan: error: [^\n]*\n$")
 
-    def test_a_value_that_no_device_can_hold_is_a_difference(self):
+    def test_an_impossible_value_is_a_difference(self):
         node = node_of(DEMO, ADAPTER)
         for port in node["ports"]:
             if "SMP_PortInfo" in port.get("attributes", {}):
@@ -107,7 +107,7 @@ class Verify(CommandTest):
                       "field cannot hold\n", run.stdout)
         self.assertRegex(run.stdout, r"\n1 node: \d+ records, \d+ fields, [1-9]\d* differ\n")
 
-    def test_a_kept_folder_holds_what_was_compiled(self):
+    def test_a_kept_directory_contains_the_compiled_files(self):
         run = self.run_command("verify", DEMO, "--guid", ADAPTER, "--keep", "kept")
         self.assertEqual(run.returncode, DONE, run.stderr)
         name = f"node{int(ADAPTER, 16):x}"
@@ -120,7 +120,7 @@ class Verify(CommandTest):
     def test_a_missing_compiler(self):
         run = self.run_command("verify", DEMO, "--compiler", "no-such-compiler")
         self.assert_fails(run, "no-such-compiler: cannot run the compiler: No such file or "
-                               "directory; name another")
+                               "directory; use a different compiler")
 
     def test_a_failing_compiler_shows_its_first_errors(self):
         compiler = self.put("compiler", "#!/bin/sh\necho 'x.cpp:1: error: no mood' >&2\nexit 1\n")
@@ -128,15 +128,15 @@ class Verify(CommandTest):
         run = self.run_command("verify", DEMO, "--compiler", compiler)
         self.assertEqual(run.returncode, FAILED)
         self.assertEqual(run.stderr, "  x.cpp:1: error: no mood\n"
-                                     f"fabscan: error: {compiler}: the compiler failed; see to "
-                                     "its errors, or name another\n")
+                                     f"fabscan: error: {compiler}: the compiler failed; fix "
+                                     "the errors above, or use a different compiler\n")
 
     def test_an_unknown_guid(self):
         run = self.run_command("verify", DEMO, "--guid", "0x77")
         self.assert_fails(run, f"{DEMO}: no node to verify: no node has the GUID "
                                "0x0000000000000077; 'fabscan show' lists the nodes")
 
-    def test_a_folder_that_cannot_be_written(self):
+    def test_a_read_only_directory(self):
         self.folder.chmod(0o555)
         run = self.run_command("verify", DEMO, "--keep", "kept", as_nobody=True)
         self.assert_fails(run, "kept: cannot create the directory: Permission denied; use a "
@@ -147,7 +147,7 @@ class Verify(CommandTest):
         self.assertEqual(run.returncode, FAILED)
         self.assertRegex(run.stderr, r"^fabscan: error: none.jsonl: [^\n]*\n$")
 
-    def test_a_temporary_folder_goes(self):
+    def test_the_temporary_directory_is_removed(self):
         temporary = self.folder / "temporary"
         temporary.mkdir()
         run = self.run_command("verify", DEMO, "--guid", ADAPTER,
@@ -157,7 +157,7 @@ class Verify(CommandTest):
 
 
 class Scaffold(CommandTest):
-    def test_writes_the_header_and_the_build_lines(self):
+    def test_writes_the_header_and_the_build_file(self):
         run = self.run_command("scaffold", "--prefix", "MyDev")
         self.assertEqual((run.returncode, run.stdout, run.stderr),
                          (DONE, "mydev.h\nCMakeLists.txt\n", ""))
@@ -168,7 +168,7 @@ class Scaffold(CommandTest):
             self.assertIn(f"SIMULATOR_DEVICE({kind});", header)
         self.assertNotRegex((self.folder / "CMakeLists.txt").read_text().lower(), "example")
 
-    def test_keeps_what_exists_unless_forced(self):
+    def test_existing_files_are_kept_unless_forced(self):
         self.put("CMakeLists.txt", "mine\n")
         run = self.run_command("scaffold", "--prefix", "MyDev")
         self.assert_fails(run, "CMakeLists.txt: exists; --force replaces it")
@@ -178,14 +178,14 @@ class Scaffold(CommandTest):
         self.assertEqual(run.returncode, DONE)
         self.assertIn("mydev_generated.cpp", (self.folder / "CMakeLists.txt").read_text())
 
-    def test_a_prefix_that_is_no_class_name(self):
+    def test_an_invalid_prefix(self):
         run = self.run_command("scaffold", "--prefix", "class")
         self.assert_fails(run, "--prefix: 'class' is a C++ keyword; it names a C++ class, such as "
                                "MyDev", WRONG_USAGE)
 
-    def test_without_a_snapshot_there_are_no_nodes_to_select(self):
+    def test_a_selection_requires_a_snapshot(self):
         run = self.run_command("scaffold", "--prefix", "MyDev", "--guid", ADAPTER)
-        self.assert_fails(run, "a SNAPSHOT is missing, from which to select nodes", WRONG_USAGE)
+        self.assert_fails(run, "a SNAPSHOT is required to select nodes", WRONG_USAGE)
 
 
 if __name__ == "__main__":

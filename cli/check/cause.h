@@ -16,10 +16,10 @@ namespace fabscan {
 enum class CauseCode {
   kMaskNotCollected,    // whether the device supports it is unknown
   kRecordNotCollected,  // the snapshot lacks it
-  kNotSupported,        // a mask or a record of the device shows it
+  kNotSupported,        // according to a mask or a record of the device
   kNoActivePort,
   kNoMarkedPort,
-  kByHand,  // complete, but the generated statements do not compile
+  kByHand,  // the data is complete, but the statements do not compile
   kSharedClass,
   kNodeType,  // nodes of this type do not have the attribute
   kOther,
@@ -28,7 +28,7 @@ enum class CauseCode {
 /// Why a generated function is not a block that compiles.
 struct Cause {
   CauseCode code = CauseCode::kOther;
-  std::string key;             // of the snapshot, a record, or a class
+  std::string key;             // a key of the snapshot, a record, or a class
   std::string_view mask;       // the key of the deciding capability mask, if any
   std::vector<unsigned> bits;  // clear bits of the mask
   std::string_view record;     // the name of the deciding record, if any
@@ -40,14 +40,14 @@ struct Cause {
   }
 };
 
-/// Two causes are the same if their codes and texts are.
+/// Two causes are equal if their codes and texts are.
 struct CauseOrder {
   bool operator()(const Cause& one, const Cause& other) const {
     return one.code != other.code ? one.code < other.code : one.text < other.text;
   }
 };
 
-/// `mask-not-collected`; these words are for programs and do not change.
+/// The code as a word, such as `mask-not-collected`; these words never change.
 std::string_view CodeWord(CauseCode code);
 
 /// The first part of the requirement that the node does not meet.
@@ -57,10 +57,10 @@ std::optional<Cause> UnmetRequirement(const Fabscan& fabscan, const IBNode& node
 /// Why the function is not a block that compiles; none if it is one.
 std::optional<Cause> CauseOf(const Fabscan& fabscan, const IBNode& node, const FunctionBody& body);
 
-/// Of nodes that define the same class.
+/// The cause for nodes that define the same class.
 Cause SharedClassCause(const std::string& class_word);
 
-/// What helps, in one sentence.
+/// The remedy, in one sentence.
 std::string RemedyText(const Cause& cause);
 
 }  // namespace fabscan

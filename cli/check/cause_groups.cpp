@@ -12,7 +12,7 @@ namespace {
 
 bool ComesFirst(Mark one, Mark other) { return &RowOf(one) < &RowOf(other); }
 
-/// Sorts the groups: shared classes follow what stops the compiler within a function.
+/// Sorts the groups: shared classes come after causes within a function.
 auto PlaceOf(const CauseGroup& group) {
   const bool is_shared = group.cause.code == CauseCode::kSharedClass;
   return std::tuple(!group.StopsBuild(), is_shared, &RowOf(group.mark),
@@ -21,7 +21,7 @@ auto PlaceOf(const CauseGroup& group) {
                     std::string_view(group.cause.text));
 }
 
-/// The functions of one cause, each with the mark that it has.
+/// The functions of one cause, each with its mark.
 using FunctionMarks = std::map<std::size_t, Mark>;
 
 void SortFunctions(CauseGroup& group, const FunctionMarks& marks) {

@@ -8,10 +8,10 @@
 
 namespace fabscan {
 
-/// One cause with all its consequences.
+/// One cause with all its effects.
 struct CauseGroup {
   Cause cause;
-  /// What is shown for it: the first of `kMarkRows` that one of its functions has.
+  /// The mark of the group: the first of `kMarkRows` that one of its functions has.
   Mark mark = Mark::kBlock;
   std::size_t number = 0;              // of CheckResult::cause; 0 for a class that nodes share
   std::vector<std::size_t> functions;  // numbers; those that stop the build come first
@@ -20,7 +20,7 @@ struct CauseGroup {
   bool StopsBuild() const;
 };
 
-/// What stops the build comes first, and of that what affects most nodes.
+/// Groups that stop the build come first, then those that affect most nodes.
 std::vector<CauseGroup> GroupCauses(const CheckResult& result);
 
 /// The names of the group's functions: `setArInfo, setPrivateLftInfo`.

@@ -6,7 +6,7 @@ namespace fabscan {
 
 namespace {
 
-/// What a program needs to know of a cause, in the object that is open.
+/// Writes the keys of a cause to the open object.
 void WriteCause(JsonResult& json, const Cause& cause) {
   json.Text("code", CodeWord(cause.code));
   if (!cause.mask.empty()) json.Text("mask", cause.mask);
@@ -58,7 +58,7 @@ void WriteFunction(JsonResult& json, const CheckResult& result, const CheckedFun
   json.Text("mark", RowOf(function.mark).word);
   const Cause* cause = result.cause(function.cause);
   if (cause != nullptr) WriteCause(json, *cause);
-  // Without words of the generator, such as for manual edits, the cause is the reason.
+  // If there is no text of the generator, as for manual edits, the cause is the reason.
   const std::string_view words = result.reason(function.reason);
   if (cause != nullptr) json.Text("reason", words.empty() ? cause->text : words);
   json.EndObject();

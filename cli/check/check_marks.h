@@ -18,12 +18,12 @@ struct MarkRow {
   const char* meaning;
 };
 
-// In the order in which the legend and the reasons stand: what stops a build comes first.
+// In the order of the legend and the reasons: marks that stop a build come first.
 // clang-format off
 inline constexpr MarkRow kMarkRows[] = {
     {Mark::kError,   "E", Style::kBad,     "error",   "an #error line stops the compiler"},
-    {Mark::kHand,    "H", Style::kWarning, "hand",    "does not compile until it is edited"},
-    {Mark::kComment, ".", Style::kQuiet,   "comment", "skipped: a comment says why"},
+    {Mark::kHand,    "H", Style::kWarning, "hand",    "does not compile without an edit"},
+    {Mark::kComment, ".", Style::kQuiet,   "comment", "skipped: a comment gives the reason"},
     {Mark::kBlock,   "+", Style::kGood,    "block",   "gives the simulated node its values"},
 };
 // clang-format on

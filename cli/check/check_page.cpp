@@ -28,7 +28,7 @@ std::string_view FileText(std::string_view name) {
   throw std::logic_error("no such file of the page");
 }
 
-/// What a Content-Security-Policy calls an inline script or style that it lets through.
+/// The source expression by which a Content-Security-Policy allows an inline script or style.
 std::string PolicyHash(std::string_view text) {
   unsigned char hash[crypto_hash_sha256_BYTES];
   crypto_hash_sha256(hash, reinterpret_cast<const unsigned char*>(text.data()), text.size());
@@ -37,10 +37,9 @@ std::string PolicyHash(std::string_view text) {
   return fmt::format("'sha256-{}'", base64);
 }
 
-/// JSON text that can stand in a script element: nothing in it reads as a tag or a comment, or ends
-/// a line of a script.
+/// JSON text that is safe in a script element: it contains no tag, comment or line end of a script.
 std::string SafeInScript(const std::string& json) {
-  constexpr std::string_view kSeparators = "\xE2\x80";  // of U+2028 and U+2029
+  constexpr std::string_view kSeparators = "\xE2\x80";  // start of U+2028 and U+2029
   std::string safe;
   safe.reserve(json.size());
   for (std::size_t i = 0; i < json.size(); ++i) {
@@ -58,7 +57,7 @@ std::string SafeInScript(const std::string& json) {
   return safe;
 }
 
-/// The template with each `{{NAME}}` replaced; what replaces them is not looked at again.
+/// The template with each `{{NAME}}` replaced; replacements are not scanned again.
 void WriteFilled(std::ostream& out, std::string_view page,
                  const std::map<std::string_view, std::string_view>& values) {
   for (;;) {
@@ -90,7 +89,7 @@ class Json : public JsonWriter {
   }
 };
 
-/// Every cause by its number, with what helps; the first stands for none.
+/// Every cause by its number, with the remedy; the first is empty.
 void WriteCauses(Json& json, const CheckResult& result) {
   json.Key("causes");
   json.BeginArray();
@@ -104,7 +103,7 @@ void WriteCauses(Json& json, const CheckResult& result) {
   json.EndArray();
 }
 
-/// What stops the build: a cause with its functions, or a class that nodes share.
+/// A reason why the build fails: a cause with its functions, or a shared class.
 void WriteStops(Json& json, const std::vector<CauseGroup>& groups) {
   json.Key("stops");
   json.BeginArray();
@@ -147,7 +146,7 @@ TextParts TakeApart(std::string_view text, std::string_view node_name) {
     }
     const char c = text[i++];
     if (c == TextParts::kValueHole || c == TextParts::kNameHole) {
-      parts.frame += "\xEF\xBF\xBD";  // a name would be needed for it, and those are harmless
+      parts.frame += "\xEF\xBF\xBD";  // cannot occur: names are harmless
       continue;
     }
     parts.frame += c;
@@ -171,7 +170,7 @@ void CheckPage::Add(const IBNode& node, const std::vector<std::string>& bodies) 
   }
 }
 
-/// Frames have most of their lines in common; they differ in the capabilities that are named.
+/// Frames share most of their lines; they differ in the named capabilities.
 std::size_t CheckPage::numberOfFrame(std::string_view frame) {
   std::string numbers;
   for (std::size_t begin = 0; begin <= frame.size();) {
@@ -206,7 +205,7 @@ std::string CheckPage::Data(const CheckReport& report) const {
   WriteCauses(json, result);
   WriteStops(json, report.groups);
 
-  // Cells that are the same in all are written once.
+  // Equal cells are written once.
   using CellNumbers = std::tuple<std::size_t, std::size_t, std::size_t, std::size_t, std::size_t>;
   std::map<CellNumbers, std::size_t> cells;
   NumberedTexts reasons;

@@ -12,7 +12,7 @@
 
 namespace fabscan {
 
-/// Texts, each kept once and known by its number.
+/// Distinct texts, identified by numbers.
 class NumberedTexts {
  public:
   std::size_t Number(std::string text);
@@ -21,11 +21,11 @@ class NumberedTexts {
 
  private:
   std::unordered_map<std::string, std::size_t> numbers_;
-  std::vector<const std::string*> all_;  // keys of `numbers_`, which stay where they are
+  std::vector<const std::string*> all_;  // keys of `numbers_`, which do not move
 };
 
-/// A generated text, taken apart so that the many that differ in values alone share the rest: in
-/// `frame` a `kValueHole` stands for each number, and a `kNameHole` for the node's name.
+/// A generated text, split so that texts that differ only in values share the rest: `frame`
+/// contains `kValueHole` for each number, and `kNameHole` for the node's name.
 struct TextParts {
   static constexpr char kValueHole = '\x01';
   static constexpr char kNameHole = '\x02';
@@ -35,13 +35,13 @@ struct TextParts {
 };
 TextParts TakeApart(std::string_view text, std::string_view node_name);
 
-/// One self-contained HTML page: the matrix of nodes and functions, with the text of each. It asks
-/// nothing of the network, and shows what devices say of themselves as text only.
+/// One self-contained HTML page: the matrix of nodes and functions, with the text of each. It needs
+/// no network, and shows data from devices only as text.
 class CheckPage {
  public:
   /// `bodies`: the lines of each function, in the order of the generated file.
   void Add(const IBNode& node, const std::vector<std::string>& bodies);
-  /// `report` is of the nodes that were added here.
+  /// `report` covers the added nodes.
   void Write(std::ostream& out, const CheckReport& report) const;
 
  private:

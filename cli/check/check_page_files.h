@@ -5,13 +5,13 @@
 
 namespace fabscan {
 
-/// A file of `check_page/`, as it was when this was built.
+/// A file of `check_page/`, embedded at build time.
 struct PageFile {
   const char* name;
   std::string_view text;
 };
 
-/// The last row's name is null.
+/// The name of the last row is null.
 extern const PageFile kCheckPageFiles[];
 
 }  // namespace fabscan

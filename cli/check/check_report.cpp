@@ -58,10 +58,10 @@ std::string LegendText(const CheckResult& result, const Terminal& terminal) {
 
 using Nodes = std::vector<const IBNode*>;
 
-/// The generator's own words.
+/// The text of the generator.
 std::string Quoted(std::string_view text) { return fmt::format("\"{}\"", text); }
 
-/// The reasons of one function: mark row and reason to the nodes that it holds for.
+/// The reasons of one function: mark row and reason to the affected nodes.
 using FunctionReasons = std::map<std::pair<std::size_t, std::size_t>, Nodes>;
 
 FunctionReasons ReasonsOf(const CheckResult& result, std::size_t function) {
@@ -75,7 +75,7 @@ FunctionReasons ReasonsOf(const CheckResult& result, std::size_t function) {
   return reasons;
 }
 
-/// What the generator wrote in place of blocks, with its functions; those of the same nodes share a
+/// The generated text instead of blocks, with its functions; functions of the same nodes share a
 /// row.
 std::string GeneratedLinesText(const CheckResult& result, const Terminal& terminal) {
   struct Line {
@@ -110,7 +110,7 @@ std::string GeneratedLinesText(const CheckResult& result, const Terminal& termin
   return table.empty() ? std::string() : '\n' + table.text(terminal);
 }
 
-/// One row per cause, with all that follows from it.
+/// One row per cause, with its effects.
 std::string CausesText(const CheckResult& result, const std::vector<CauseGroup>& groups,
                        const Terminal& terminal) {
   Table table({{""}, {"nodes", true}, {"cause", false, Narrow::kWrap}});

@@ -12,7 +12,7 @@
 
 namespace fabscan {
 
-/// A check and what follows from it.
+/// The result of a check, with its consequences.
 struct CheckReport {
   CheckReport(const CheckResult& checked_result, std::string path,
               const std::string& selection = "")
@@ -29,14 +29,14 @@ struct CheckReport {
 
 enum class CheckDetail { kSummary, kNodes };
 
-/// For people: the matrix of nodes and functions, what its letters stand for, what the generated
-/// lines say, and the summary.
+/// For people: the matrix of nodes and functions, its legend, the text of generated lines, and the
+/// summary.
 std::string CheckText(const CheckReport& report, const Terminal& terminal);
 
 /// The causes and the totals.
 std::string SummaryText(const CheckReport& report, const Terminal& terminal);
 
-/// The counts, the verdict and what to do next.
+/// The counts, the verdict and the next steps.
 std::string TotalsText(const CheckReport& report, const Terminal& terminal);
 
 /// One JSON object on standard output.

@@ -27,25 +27,24 @@ struct CheckedNode {
   std::vector<CheckedFunction> functions;  // in the order of CheckResult::functionNames
 };
 
-/// What the generator wrote of some nodes, as one file: what in it is missing, and what stops a
-/// build.
+/// The generated functions of nodes in one file: missing data, and reasons why it does not build.
 class CheckResult {
  public:
-  /// `fabric` holds the nodes that are added.
+  /// `fabric` contains the nodes to add.
   explicit CheckResult(const Fabscan& fabric) : fabric_(fabric) {}
-  CheckResult(const CheckResult&) = delete;  // it points into itself
+  CheckResult(const CheckResult&) = delete;  // contains pointers into itself
   CheckResult& operator=(const CheckResult&) = delete;
 
   void Add(const IBNode& node, const GeneratedNode& generated);
-  /// Into natural order, once all are added.
+  /// Sorts the nodes in natural order, after all are added.
   void SortNodes();
-  /// So many nodes are not checked: they are outside the sub-fabric.
+  /// Sets the number of nodes that are not checked because they are outside the sub-fabric.
   void LeaveOut(std::size_t nodes) { left_out_ = nodes; }
   std::size_t leftOut() const { return left_out_; }
 
   const std::vector<CheckedNode>& nodes() const { return nodes_; }
   const std::vector<std::string>& functionNames() const { return function_names_; }
-  /// The generator's own words in place of a block, without the node's name; empty for number 0.
+  /// The generator's text instead of a block, without the node's name; empty for number 0.
   std::string_view reason(std::size_t number) const { return reasons_[number]; }
   /// Why a function is not a block that compiles; null for number 0.
   const Cause* cause(std::size_t number) const {
@@ -53,11 +52,12 @@ class CheckResult {
   }
   std::size_t causeCount() const { return causes_.size(); }
 
-  /// Functions with this mark, in all and of one name.
+  /// The number of functions with this mark: of all names, and of one name.
   std::size_t count(Mark mark) const;
   std::size_t count(Mark mark, std::size_t function) const;
 
-  /// The classes that several nodes define, with these nodes. A file with such does not compile.
+  /// The classes that several nodes define, with these nodes. A file with a shared class does not
+  /// compile.
   std::map<std::string, std::vector<const IBNode*>> SharedClasses() const;
   bool Builds() const;
 

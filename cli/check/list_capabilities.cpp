@@ -1,5 +1,5 @@
-// Writes what each generated function needs, and the names of the capability bits, as JSON for the
-// documents that are made from them.
+// Writes the requirements of each generated function, and the names of the capability bits, as JSON
+// for the generated parts of documents.
 
 #include <iostream>
 #include <string>

@@ -9,7 +9,7 @@
 
 namespace fabscan {
 
-/// What to do after a check.
+/// A recommended step after a check.
 struct NextStep {
   std::string text;
   std::string command;  // for a shell; SNAPSHOT stands for standard input

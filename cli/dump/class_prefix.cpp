@@ -28,7 +28,7 @@ constexpr std::string_view kKeywords[] = {
 };
 // clang-format on
 
-// Not those of <cctype>, whose answers change with the locale.
+// Unlike those of <cctype>, these do not depend on the locale.
 constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 constexpr bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
 constexpr bool IsWordCharacter(char c) {
@@ -41,11 +41,11 @@ std::string_view FaultOfClassPrefix(std::string_view prefix) {
   if (prefix.empty()) return "is empty";
   if (IsDigit(prefix.front())) return "begins with a digit";
   if (!std::all_of(prefix.begin(), prefix.end(), IsWordCharacter)) {
-    return "has other characters than ASCII letters, digits and underscores";
+    return "contains characters other than ASCII letters, digits and underscores";
   }
-  if (prefix.front() == '_') return "is reserved, since it begins with an underscore";
+  if (prefix.front() == '_') return "is reserved, because it begins with an underscore";
   if (prefix.find("__") != std::string_view::npos) {
-    return "is reserved, since it has two underscores in a row";
+    return "is reserved, because it contains two consecutive underscores";
   }
   if (std::binary_search(std::begin(kKeywords), std::end(kKeywords), prefix)) {
     return "is a C++ keyword";

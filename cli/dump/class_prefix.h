@@ -6,16 +6,16 @@
 
 namespace fabscan {
 
-/// Why `prefix` cannot name the class that holds the simulated devices; empty when it can. It is a
-/// C++ identifier of ASCII letters, digits and underscores, neither a keyword nor reserved.
+/// Why `prefix` is not a valid class prefix; empty if it is. A prefix is a C++ identifier of ASCII
+/// letters, digits and underscores, and neither a keyword nor reserved.
 std::string_view FaultOfClassPrefix(std::string_view prefix);
 
-/// Throws CommandError (wrong usage) for a prefix that has a fault.
+/// Throws CommandError (kWrongUsage) for an invalid prefix.
 void CheckClassPrefix(std::string_view prefix);
 
-/// The prefix in lower case: it names the file, and the header that the file includes.
+/// The prefix in lower case, which names the file and the header that it includes.
 std::string LowerCasePrefix(std::string_view prefix);
-/// The name of the generated file, without a folder.
+/// The name of the generated file, without a directory.
 std::string GeneratedFileName(std::string_view prefix);
 
 }  // namespace fabscan

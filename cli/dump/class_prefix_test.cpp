@@ -20,12 +20,13 @@ TEST(ClassPrefixTest, SaysWhatIsWrong) {
   EXPECT_EQ(FaultOfClassPrefix("9a"), "begins with a digit");
   for (const char* prefix : {"My Dev", "My-Dev", "a::b", "../a", "a/b", "M\xC3\xB6", "a\n", "a$"}) {
     EXPECT_EQ(FaultOfClassPrefix(prefix),
-              "has other characters than ASCII letters, digits and underscores")
+              "contains characters other than ASCII letters, digits and underscores")
         << prefix;
   }
-  EXPECT_EQ(FaultOfClassPrefix("_a"), "is reserved, since it begins with an underscore");
-  EXPECT_EQ(FaultOfClassPrefix("_A"), "is reserved, since it begins with an underscore");
-  EXPECT_EQ(FaultOfClassPrefix("a__b"), "is reserved, since it has two underscores in a row");
+  EXPECT_EQ(FaultOfClassPrefix("_a"), "is reserved, because it begins with an underscore");
+  EXPECT_EQ(FaultOfClassPrefix("_A"), "is reserved, because it begins with an underscore");
+  EXPECT_EQ(FaultOfClassPrefix("a__b"),
+            "is reserved, because it contains two consecutive underscores");
   // The first and the last of the list, and some that differ by what follows.
   for (const char* prefix : {"alignas", "xor_eq", "class", "char", "char8_t", "char16_t",
                              "static_assert", "static_cast", "co_await", "const", "constexpr"}) {

@@ -8,8 +8,9 @@
 
 namespace fabscan {
 
-/// Warns that `what`, such as "x.cpp does not compile as written", with the faults and the command
-/// to run next. With --strict it throws CommandError (incomplete) instead. Nothing without faults.
+/// Warns that `what`, such as "x.cpp does not compile as written", with the faults and the next
+/// command. With --strict it throws CommandError (kIncomplete) instead. Does nothing without
+/// faults.
 void WarnOfFaults(const std::string& what, const CompileFaults& faults, const DumpOptions& options);
 
 }  // namespace fabscan

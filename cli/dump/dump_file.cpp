@@ -25,20 +25,20 @@ void Generate(Fabscan& fabscan, const std::string& prefix, const std::set<u_int6
   fabscan.setOutputFile(file);
   SimInfoDumpCPP generator(fabscan);
   const int status = generator.Generate(prefix, guids);
-  // Generate reports a file that does not open, the facade also one that is not completely written.
+  // Generate reports a file that cannot be opened; the facade also reports an incomplete write.
   if (status == 0 && fabscan.lastError().empty()) return;
   const std::string cause = fabscan.lastError().substr(fabscan.outputPath().size());
   throw CommandError(fmt::format("{}{}; free some space, or write elsewhere", output_name, cause));
 }
 
-/// So much of the file is written; 0 where that is not known.
+/// The number of bytes written to the file; 0 if unknown.
 std::size_t KilobytesOf(const std::string& path) {
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(path, error);
   return error ? 0 : static_cast<std::size_t>(size / 1000);
 }
 
-/// What the emitters write for these nodes.
+/// Counts the functions of these nodes.
 DumpSummary Summarise(Fabscan& fabscan, const std::vector<const IBNode*>& nodes,
                       Progress* progress) {
   BodyQuery query(fabscan);
@@ -55,7 +55,7 @@ DumpSummary Summarise(Fabscan& fabscan, const std::vector<const IBNode*>& nodes,
 }
 
 [[noreturn]] void RefuseUnreadable(const std::string& output_name) {
-  throw CommandError(fmt::format("{}: cannot read what was written; try again", output_name));
+  throw CommandError(fmt::format("{}: cannot read the generated file; try again", output_name));
 }
 
 std::string ReadText(const std::string& path, const std::string& output_name) {

@@ -14,14 +14,14 @@
 
 namespace fabscan {
 
-/// What was written.
+/// The result of a dump.
 struct DumpedFile {
   DumpSummary summary;            // of the exact text
   std::vector<SourceEdit> edits;  // of the buildable variant
 };
 
-/// Has the generator write nodes, all when `guids` is empty, into `output`, which is not committed.
-/// Shows its progress where one is given. Throws CommandError.
+/// Generates the nodes of `guids`, or all nodes if it is empty, into `output`, without committing
+/// it. Shows the progress if `progress` is not null. Throws CommandError.
 DumpedFile WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
                          const std::set<u_int64_t>& guids, Variant variant, StagedOutput& output,
                          Progress* progress = nullptr);

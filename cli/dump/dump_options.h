@@ -23,7 +23,7 @@ struct DumpOptions {
   SnapshotReadOptions reading;
 };
 
-/// `dump --one-per-model`.
+/// Runs `dump --one-per-model`.
 ExitStatus DumpModels(const DumpOptions& options);
 
 }  // namespace fabscan

@@ -15,7 +15,7 @@ enum class Variant {
   kBuildable,  // edited so that it compiles
 };
 
-/// What keeps generated files from compiling as written.
+/// Reasons why generated files do not compile as written.
 struct CompileFaults {
   std::size_t error_lines = 0;     // functions with an #error line
   std::size_t edits = 0;           // functions with other lines that do not compile
@@ -27,10 +27,10 @@ struct CompileFaults {
   std::string text() const;
 };
 
-/// What a generated file contains, counted.
+/// Counts the contents of a generated file.
 class DumpSummary {
  public:
-  /// A node, whose functions follow.
+  /// Adds a node, whose functions follow.
   void AddNode(const std::string& class_word);
   void AddFunction(Mark mark) { ++functions_[static_cast<std::size_t>(mark)]; }
 
@@ -38,8 +38,8 @@ class DumpSummary {
   std::size_t functions(Mark mark) const { return functions_[static_cast<std::size_t>(mark)]; }
   CompileFaults faults() const;
 
-  /// The lines for the report on a file of this variant, the last without a line end; `left_out`
-  /// nodes are outside the sub-fabric.
+  /// The lines of the report on a file of this variant, the last one without a line end.
+  /// `left_out`: number of nodes outside the sub-fabric.
   std::string text(std::size_t left_out = 0, Variant variant = Variant::kExact) const;
 
  private:

@@ -9,8 +9,8 @@
 
 namespace fabscan {
 
-/// For people: which functions were edited so that files compile, how, and what the generated line
-/// said, without the names of nodes, so that edits of many nodes read alike; empty without edits.
+/// For people: the edited functions, the edits, and the original lines without node names, so that
+/// edits of many nodes are listed together. Empty without edits.
 std::string EditsText(const std::vector<SourceEdit>& edits, const Terminal& terminal);
 
 }  // namespace fabscan

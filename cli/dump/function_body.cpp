@@ -14,7 +14,7 @@ constexpr std::string_view kCommentMark = "//";
 
 bool NeedsEdit(const GeneratedFunction& function) { return function.problems[0] != nullptr; }
 
-/// Drops `prefix` from the start of `text`; false if it does not start with it.
+/// Removes `prefix` from the start of `text`; returns false if `text` does not start with it.
 bool ConsumePrefix(std::string_view& text, std::string_view prefix) {
   if (text.substr(0, prefix.size()) != prefix) return false;
   text.remove_prefix(prefix.size());
@@ -44,10 +44,10 @@ std::streamsize FirstLine::xsputn(const char* text, std::streamsize size) {
 }
 
 BodyQuery::BodyQuery(Fabscan& fabscan) : dump_(fabscan) {
-  out_.exceptions(std::ios::badbit);  // or a shortage of memory would go unnoticed
+  out_.exceptions(std::ios::badbit);  // otherwise lack of memory would be ignored
 }
 
-// Lines that stand in place of a block begin in the first column, and those of a block do not.
+// Lines that replace a block begin in the first column; lines of a block do not.
 Mark BodyQuery::MarkOf(const GeneratedFunction& function, const IBNode& node) {
   first_line_.Clear();
   (dump_.*function.emitter)(out_, node);

@@ -14,29 +14,29 @@
 
 namespace fabscan {
 
-/// What a generated function is for whoever builds the file.
+/// How a generated function affects the build.
 enum class Mark {
   kBlock,    // compiles, and gives the simulated node its values
-  kComment,  // compiles, and gives nothing
+  kComment,  // compiles, and sets no values
   kError,    // an #error line stops the compiler
-  kHand,     // a block that does not compile until it is edited
+  kHand,     // a block that does not compile without an edit
 };
 inline constexpr std::size_t kMarks = 4;
 
-/// What the generator writes as one function of a node.
+/// A generated function of a node.
 struct FunctionBody {
   const generator::GeneratedFunction* function = nullptr;
   Mark mark = Mark::kBlock;
   std::string reason;  // in place of a block: the generator's words, without `//`, `#error`, quotes
 };
 
-/// What the generator writes for one node.
+/// All generated functions of one node.
 struct GeneratedNode {
   std::string class_word;  // SW, RTR, HCA, AN or Unknown
   std::vector<FunctionBody> functions;
 };
 
-/// Keeps the first line that is written to it, without its line end, and drops the rest.
+/// Keeps the first line that is written to it, without its line end, and discards the rest.
 class FirstLine final : public std::streambuf {
  public:
   void Clear();
@@ -51,7 +51,7 @@ class FirstLine final : public std::streambuf {
   bool is_complete_ = false;
 };
 
-/// Asks the generator's emitters what they write, without keeping it.
+/// Runs the generator's emitters and inspects their output without keeping it.
 ///
 ///     BodyQuery query(fabscan);
 ///     query.Ask(kGeneratedFunctions[0], node).mark
@@ -77,13 +77,14 @@ class BodyQuery {
 std::string BodyText(const SimInfoDumpCPP& dump, const generator::GeneratedFunction& function,
                      const IBNode& node);
 
-/// What a comment or an `#error` line says, without these marks and the quotes around it.
+/// The text of a comment or an `#error` line, without these marks and quotes.
 std::string_view ReasonOfLine(std::string_view line);
 
-/// The reason with "node" for "node=NAME", so that the same reason for several nodes reads alike.
+/// The reason with "node" instead of "node=NAME", so that equal reasons of several nodes are equal
+/// texts.
 std::string WithoutName(std::string_view reason, const std::string& name);
 
-/// All that does not compile in the function's blocks; empty if they compile.
+/// The compile problems of the function's blocks; empty if they compile.
 std::string ProblemsText(const generator::GeneratedFunction& function);
 
 }  // namespace fabscan

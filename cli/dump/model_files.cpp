@@ -40,8 +40,8 @@ std::string FilesText(const char* head, const std::vector<ModelFile>& files, Var
          GuidText(model.representative->guid), model.representative->name});
   }
   return table.text(terminal) + '\n' +
-         Paragraph(fmt::format("{}, which {} for {}", Counted(files.size(), "device"),
-                               files.size() == 1 ? "stands" : "stand", Counted(nodes, "node")),
+         Paragraph(fmt::format("{}, representing {}", Counted(files.size(), "device"),
+                               Counted(nodes, "node")),
                    terminal);
 }
 

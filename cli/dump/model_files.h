@@ -17,8 +17,8 @@ struct ModelFile {
   DumpedFile dumped;
 };
 
-/// For people: one row per file, then how many files and nodes there are. `head`: what the paths
-/// are.
+/// For people: one row per file, then the numbers of files and nodes. `head`: the column head of
+/// the paths.
 std::string FilesText(const char* head, const std::vector<ModelFile>& files, Variant variant,
                       const Terminal& terminal);
 

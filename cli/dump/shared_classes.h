@@ -8,8 +8,8 @@
 
 namespace fabscan {
 
-/// Throws CommandError where two of the selected nodes define one class: no edit makes such a file
-/// compile. `guids` selects nodes; empty means all of the sub-fabric.
+/// Throws CommandError if two of the selected nodes define the same class: no edit makes such a
+/// file compile. `guids` selects nodes; empty means all of the sub-fabric.
 void RefuseSharedClasses(Fabscan& fabscan, const std::set<u_int64_t>& guids,
                          const std::string& prefix);
 

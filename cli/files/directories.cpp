@@ -20,7 +20,7 @@ void NewDirectories::Make(const std::string& path) {
   std::filesystem::path partial;
   for (const std::filesystem::path& name : std::filesystem::path(path)) {
     partial /= name;
-    created_.reserve(created_.size() + 1);  // once the directory is there nothing may throw
+    created_.reserve(created_.size() + 1);  // nothing may throw after the directory is created
     std::string created = partial.string();
     if (::mkdir(created.c_str(), 0777) == 0) {
       created_.push_back(std::move(created));

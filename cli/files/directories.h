@@ -6,8 +6,8 @@
 
 namespace fabscan {
 
-/// Directories that are created for output files. Those that were missing are removed again with
-/// this object, as far as they are empty, unless `Keep` was called.
+/// Directories that are created for output files. The destructor removes the created ones that are
+/// empty, unless `Keep` was called.
 class NewDirectories {
  public:
   NewDirectories() = default;
@@ -15,8 +15,8 @@ class NewDirectories {
   NewDirectories(const NewDirectories&) = delete;
   NewDirectories& operator=(const NewDirectories&) = delete;
 
-  /// Creates the directory and its parents where they are missing; an empty path is the current
-  /// directory. Throws CommandError with path and cause.
+  /// Creates the directory and its parents if missing; an empty path is the current directory.
+  /// Throws CommandError with path and cause.
   void Make(const std::string& path);
   void Keep() { created_.clear(); }
 

@@ -11,9 +11,9 @@ std::string NameOf(const std::string& path);
 
 // Each returns 0 or errno.
 
-/// Makes what was written to `path`, a file or a directory, survive a loss of power.
+/// Synchronises the file or directory `path` to disk.
 int Synchronise(const std::string& path);
-/// The same for everything that was written to the file system that `path` is on.
+/// Synchronises the file system of `path` to disk.
 int SynchroniseFileSystem(const std::string& path);
 /// Gives `path` the permissions of the file `other`, if that exists.
 int CopyMode(const std::string& path, const std::string& other);

@@ -11,15 +11,15 @@ namespace fabscan {
 /// A file that is open for writing.
 class OutputFile {
  public:
-  /// Takes an open file; it is closed with this object.
+  /// Owns an open file, which the destructor closes.
   explicit OutputFile(int file) : file_(file), buffer_(file), stream_(&buffer_) {}
   ~OutputFile() { Close(); }
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
   std::ostream& stream() { return stream_; }
-  /// Writes out what is pending and closes the file. 0, or the errno value of the first failure,
-  /// also when called again.
+  /// Flushes and closes the file. Returns 0 or the errno value of the first failure, also when
+  /// called again.
   int Close();
 
  private:

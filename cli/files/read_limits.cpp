@@ -9,12 +9,11 @@ namespace fabscan {
 
 namespace {
 
-// The parser counts bytes in 32 bits; the store counts ports in 32 bits, of which a node has up to
-// 256.
+// The parser counts bytes in 32 bits; the store counts ports in 32 bits, with up to 256 per node.
 constexpr std::size_t kLargestLine = (std::size_t{4} << 30U) - 256;
 constexpr std::size_t kMostNodes = 16'000'000;
 
-/// Takes the number's ending; CLI11's own message would list every one that it knows.
+/// Parses the suffix of a number; CLI11's own message would list every suffix that it knows.
 std::string TakeEnding(std::string& text) {
   const std::string given = text;
   try {

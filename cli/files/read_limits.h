@@ -9,8 +9,7 @@ class App;
 
 namespace fabscan {
 
-/// Adds the options by which a subcommand that reads snapshots raises or lowers the reader's
-/// limits.
+/// Adds the options that change the limits for reading snapshots.
 void AddReadLimits(CLI::App& app, SnapshotReadOptions& options);
 
 }  // namespace fabscan

@@ -8,8 +8,8 @@
 
 namespace fabscan {
 
-/// `ReadSnapshot` with these limits, which shows how far it is. `guids` empty: all nodes in full;
-/// otherwise those, and the others as far as any node is known.
+/// `ReadSnapshot` with these limits and a progress line. Reads the nodes of `guids` in full, or all
+/// nodes if it is empty; of other nodes, reads only the identity.
 SnapshotHeader ReadSnapshotWithProgress(const std::string& path, Fabscan& fabscan,
                                         const SnapshotReadOptions& limits,
                                         const std::set<u_int64_t>& guids = {});

@@ -21,10 +21,10 @@ bool IsCompressed(std::string_view path) {
 
 void SnapshotOutputOptions::AddTo(CLI::App& app, const char* type_name) {
   app.add_option("-o,--output", path,
-                 "The snapshot to write, compressed when it is named *.zst; - is standard output")
+                 "The snapshot to write, compressed if its name ends in .zst; - is standard output")
       ->required()
       ->type_name(type_name);
-  app.add_flag("--force", force, "Replace a file that exists");
+  app.add_flag("--force", force, "Replace an existing file");
 }
 
 void WriteFabric(StagedOutput& output, const Fabscan& fabscan, const SnapshotHeader& header) {
@@ -47,7 +47,7 @@ void WriteFabric(StagedOutput& output, const SnapshotHeader& header,
     ZstdOutput compressed(output.stream());
     std::ostream out(&compressed);
     write_to(out);
-    compressed.Finish();  // a stream that did not take everything fails in Finish
+    compressed.Finish();  // reports an incomplete write
   } else {
     write_to(output.stream());
   }

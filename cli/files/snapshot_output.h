@@ -18,15 +18,14 @@ struct SnapshotOutputOptions {
   std::string path;
   bool force = false;
 
-  /// `type_name` is what the help calls the file.
+  /// `type_name` is the name of the file in the help text.
   void AddTo(CLI::App& app, const char* type_name);
 };
 
-/// Writes the fabric to `output`, compressed with zstd where its name ends in `.zst`, and finishes
-/// that; the caller commits it, once it has printed what it has to say. Throws as StagedOutput
-/// does.
+/// Writes the fabric to `output`, compressed with zstd if its name ends in `.zst`, and finishes it.
+/// The caller prints its report, then commits. Throws as StagedOutput does.
 void WriteFabric(StagedOutput& output, const Fabscan& fabscan, const SnapshotHeader& header);
-/// The same for a fabric that comes in parts: `write` gives them to the writer.
+/// The same for a fabric in parts: `write` passes them to the writer.
 void WriteFabric(StagedOutput& output, const SnapshotHeader& header,
                  const std::function<void(SnapshotWriter& writer)>& write);
 

@@ -28,7 +28,7 @@ namespace {
 
 constexpr char kAdviseForce[] = "--force replaces it";
 
-/// The path that a symbolic link at `path` leads to; `path` itself where there is none.
+/// The target of a symbolic link at `path`; `path` itself if it is not a link.
 std::string FollowLink(const std::string& path) {
   struct stat status {};
   if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return path;
@@ -70,8 +70,8 @@ std::vector<std::unique_ptr<StagedOutput>> StagedOutput::Several(
   return outputs;
 }
 
-/// Whether the path stands for a stream. It is open afterwards, so that whoever reads it sees its
-/// end also when nothing is written.
+/// Whether the path is a stream. If so, opens it, so that its reader gets the end of file even if
+/// nothing is written.
 bool StagedOutput::openStream() {
   int file = -1;
   if (const std::optional<int> named = OpenFileNamed(path_)) {
@@ -93,7 +93,7 @@ void StagedOutput::refuseTarget() const {
   struct stat status {};
   const bool exists = ::stat(target_.c_str(), &status) == 0;
   if (name.empty() || name == "." || name == ".." || (exists && S_ISDIR(status.st_mode))) {
-    throw CommandError(fmt::format("{}: is a directory; name a file in it", path_));
+    throw CommandError(fmt::format("{}: is a directory; specify a file in it", path_));
   }
   if (!exists) return;
   if (!S_ISREG(status.st_mode)) {
@@ -126,14 +126,14 @@ void StagedOutput::Commit() {
   if (is_stream_) return;
   {
     Progress progress;
-    progress.Watch("putting " + path_ + " on disk", [this] {
+    progress.Watch("syncing " + path_ + " to disk", [this] {
       const int error_number = Synchronise(stagedPath());
       if (error_number != 0) Fail(path_, "write", error_number);
     });
   }
   RequireStandardOutput();
   moveIntoPlace();
-  // The file is in place by now: a file system that cannot synchronise directories is no failure.
+  // The file is already in place: ignore file systems that cannot synchronise directories.
   Synchronise(DirectoryOf(target_));
 }
 
@@ -144,8 +144,8 @@ void StagedOutput::CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& o
     if (!output->is_stream_) directories.insert(DirectoryOf(output->target_));
   }
   Progress progress;
-  // A file system writes many files at once much faster than one after the other.
-  progress.Watch("putting files on disk", [&directories] {
+  // Synchronising all files together is much faster than one by one.
+  progress.Watch("syncing files to disk", [&directories] {
     for (const std::string& directory : directories) {
       const int error_number = SynchroniseFileSystem(directory);
       if (error_number != 0) Fail(directory, "write", error_number);
@@ -169,7 +169,7 @@ void StagedOutput::CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& o
 
 void StagedOutput::moveIntoPlace() {
   if (force_) {
-    refuseTarget();  // which may have become a directory
+    refuseTarget();  // it may have become a directory
     int error_number = CopyMode(stagedPath(), target_);
     if (error_number == 0) error_number = staged_.Replace(target_);
     if (error_number != 0) Fail(path_, "replace", error_number);

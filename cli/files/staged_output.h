@@ -13,12 +13,12 @@
 
 namespace fabscan {
 
-/// An output: a file that appears whole or not at all, or a stream.
+/// An output: a file that appears complete or not at all, or a stream.
 ///
-/// A file is written as `.fabscan-PROCESS-NUMBER` beside its place, and `Commit` moves it there.
-/// Until then what is in its place is untouched; the temporary file is gone afterwards, whether
-/// `Commit` was reached or not, and also when a signal ends the program. A file that is replaced
-/// leaves its permissions to the new one.
+/// A file is written as `.fabscan-PROCESS-NUMBER` in the target directory, and `Commit` moves it
+/// into place. Until then an earlier file is unchanged. The temporary file is removed afterwards,
+/// with or without `Commit`, and also when a signal ends the program. The new file gets the
+/// permissions of the one that it replaces.
 ///
 /// Standard output (`-`), an open file such as `/dev/fd/3`, a pipe, a terminal and a character
 /// device are written directly.
@@ -28,11 +28,11 @@ namespace fabscan {
 ///     std::cout << summary;
 ///     output.Commit();
 ///
-/// Every member throws CommandError, with path, cause and remedy; or ClosedPipe.
+/// Every member throws CommandError with path, cause and remedy, or ClosedPipe.
 class StagedOutput {
  public:
-  /// Creates the directory if it is missing; unless committed, it is removed again. Refuses a file
-  /// that exists unless `force`, a directory in any case, and a directory that cannot be written.
+  /// Creates the directory if missing; removes it again without a commit. Refuses an existing file
+  /// unless `force`, a path that is a directory, and a directory that cannot be written.
   StagedOutput(const std::string& path, bool force)
       : StagedOutput(path, force, std::make_shared<NewDirectories>()) {}
   /// One for each path, for `CommitAll`.
@@ -42,25 +42,24 @@ class StagedOutput {
   StagedOutput(const StagedOutput&) = delete;
   StagedOutput& operator=(const StagedOutput&) = delete;
 
-  /// Whether the output is a file; otherwise what is written goes out at once.
+  /// Whether the output is a file; other outputs are written directly.
   bool isStaged() const { return !is_stream_; }
-  /// The path of the file until `Commit`, for a writer that opens it itself.
+  /// The temporary path until `Commit`, for a writer that opens the file itself.
   const std::string& stagedPath() const { return staged_.path(); }
-  /// The path as it was given.
+  /// The path as specified.
   const std::string& path() const { return path_; }
 
-  /// The file, opened for writing when first asked for; or the stream.
+  /// The file, opened for writing on the first call, or the stream.
   std::ostream& stream();
 
-  /// Ends writing. `Commit` does it, too; a command calls it first to report only what was written.
+  /// Ends writing, as `Commit` does too. Call it before reporting what was written.
   void Finish();
-  /// Finishes, and moves the file into its place once all of it is on disk and everything printed
-  /// has reached standard output: a command prints its results first, so that a failure to print
-  /// them leaves the earlier file. Without `force` a file that came to be there in the meantime is
-  /// kept, and that is an error.
+  /// Finishes, synchronises the file to disk, flushes standard output, and moves the file into
+  /// place. Print results before this call: if printing fails, the earlier file is kept. Without
+  /// `force`, a file that was created in the meantime is kept, and this is an error.
   void Commit();
-  /// Commits them one by one, once all are on disk. If one fails, those before it are in place, and
-  /// the message says how many.
+  /// Commits all outputs one by one, after all are on disk. If one fails, the ones before it are in
+  /// place, and the message gives their number.
   static void CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& outputs);
 
  private:
@@ -74,7 +73,7 @@ class StagedOutput {
   std::string target_;  // `path_`, with a symbolic link followed
   bool force_;
   bool is_stream_ = false;
-  std::shared_ptr<NewDirectories> directories_;  // which the others of Several need, too
+  std::shared_ptr<NewDirectories> directories_;  // shared by the outputs of Several
   TemporaryFile staged_;
   std::unique_ptr<OutputFile> file_;  // none for standard output
 };

@@ -40,7 +40,7 @@ class StagedOutputTest : public testing::Test {
     return static_cast<std::size_t>(
         std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
   }
-  /// The message with which making, writing or committing fails; empty when nothing does.
+  /// The message if creating, writing or committing fails; otherwise empty.
   static std::string Error(const std::string& path, bool force) {
     try {
       StagedOutput output(path, force);
@@ -166,7 +166,7 @@ TEST_F(StagedOutputTest, RefusesALinkThatLeadsNowhere) {
 TEST_F(StagedOutputTest, RefusesDirectories) {
   fs::create_directory(path_);
   for (const std::string& path : {path_, path_ + "/", (folder_ / "..").string()}) {
-    EXPECT_EQ(Error(path, true), path + ": is a directory; name a file in it");
+    EXPECT_EQ(Error(path, true), path + ": is a directory; specify a file in it");
   }
 }
 
@@ -230,7 +230,7 @@ TEST_F(StagedOutputTest, AClosedPipeIsNoErrorToReport) {
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);
   ::close(ends[0]);
-  const auto before = std::signal(SIGPIPE, SIG_IGN);  // unknown to the command
+  const auto before = std::signal(SIGPIPE, SIG_IGN);  // not set by the command
   StagedOutput output("/dev/fd/" + std::to_string(ends[1]), false);
   ::close(ends[1]);
   output.stream() << "new\n";
@@ -327,8 +327,9 @@ TEST_F(SeveralOutputs, SayHowManyAreInPlaceWhereOneCannotBe) {
       StagedOutput::CommitAll(outputs);
       FAIL();
     } catch (const CommandError& error) {
-      EXPECT_EQ(error.what(), (folder_ / "2").string() +
-                                  ": is a directory; name a file in it; 2 of 4 files are in place");
+      EXPECT_EQ(error.what(),
+                (folder_ / "2").string() +
+                    ": is a directory; specify a file in it; 2 of 4 files are in place");
     }
   }
   EXPECT_EQ(Content("0"), "new\n");

@@ -12,7 +12,7 @@
 namespace fabscan {
 
 void OpenClosedStandardStreams() {
-  // Standard input and output cannot be used then: an error, as it is without this.
+  // Reading or writing them still fails, as it does without this.
   constexpr int kModes[] = {O_WRONLY, O_RDONLY, O_WRONLY};
   for (const int file : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (::fcntl(file, F_GETFD) >= 0) continue;
@@ -36,7 +36,7 @@ std::optional<int> OpenFileNamed(const std::string& path) {
 void TakeStandardInput() {
   static bool taken = false;
   if (taken) {
-    throw CommandError("standard input: can be read only once; name a file in place of one -",
+    throw CommandError("standard input: can be read only once; use a file instead of one -",
                        kWrongUsage);
   }
   taken = true;

@@ -19,7 +19,7 @@ namespace fabscan {
 
 namespace {
 
-/// Whether the file system, or the kernel, does not know this kind of move.
+/// Whether the file system or the kernel does not support this type of move.
 bool IsUnknownMove(int error_number) {
   return error_number == EINVAL || error_number == ENOSYS || error_number == ENOTSUP;
 }
@@ -48,7 +48,7 @@ int TemporaryFile::Create(const std::string& directory) {
   for (;;) {
     path_ = fmt::format("{}/.fabscan-{}-{}", directory, ::getpid(), number++);
     const int file = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kAsUmaskAllows);
-    if (file < 0 && errno == EEXIST) continue;  // left by a process of this number
+    if (file < 0 && errno == EEXIST) continue;  // left by an earlier process with this number
     if (file < 0) return errno;
     exists_ = true;
     ::close(file);
@@ -81,14 +81,14 @@ TemporaryDirectory::TemporaryDirectory(const std::string& remedy) : cleanup_([th
   path_ = parent + "/fabscan-XXXXXX";
   const TerminationDeferred deferred;
   if (::mkdtemp(path_.data()) == nullptr) {
-    throw CommandError(fmt::format("{}: cannot make a temporary directory: {}; set TMPDIR{}",
+    throw CommandError(fmt::format("{}: cannot create a temporary directory: {}; set TMPDIR{}",
                                    parent, CauseText(errno), remedy));
   }
   exists_ = true;
 }
 
 TemporaryDirectory::~TemporaryDirectory() {
-  remove();  // may take long, and a signal may end the program meanwhile
+  remove();  // can take long; a signal may end the program meanwhile
   const TerminationDeferred deferred;
   exists_ = false;
 }
@@ -97,7 +97,7 @@ void TemporaryDirectory::remove() noexcept {
   try {
     std::error_code ignored;
     if (exists_) std::filesystem::remove_all(path_, ignored);
-  } catch (const std::bad_alloc&) {  // what is left is in a directory for such
+  } catch (const std::bad_alloc&) {  // the rest stays in the temporary directory
   }
 }
 

@@ -7,8 +7,8 @@
 
 namespace fabscan {
 
-/// A file in the directory of an output, under a name of its own, `.fabscan-PROCESS-NUMBER`.
-/// Removed with this object and when a signal ends the program, unless it was moved before.
+/// A temporary file in the directory of an output, named `.fabscan-PROCESS-NUMBER`. Removed by the
+/// destructor and when a signal ends the program, unless it was moved.
 class TemporaryFile {
  public:
   TemporaryFile();
@@ -18,11 +18,11 @@ class TemporaryFile {
 
   // Each returns 0 or errno.
 
-  /// Creates the file, empty, with the permissions that the umask leaves.
+  /// Creates an empty file with the permissions according to the umask.
   int Create(const std::string& directory);
-  /// Moves the file to `target`, in place of a file there.
+  /// Moves the file to `target`, replacing an existing file.
   int Replace(const std::string& target);
-  /// Moves the file to `target`; EEXIST if there is something.
+  /// Moves the file to `target`; EEXIST if it exists.
   int MoveTo(const std::string& target);
 
   const std::string& path() const { return path_; }
@@ -35,11 +35,11 @@ class TemporaryFile {
   CleanupAtTermination cleanup_;
 };
 
-/// A directory below TMPDIR (/tmp if that is not set). Removed with this object and when a signal
-/// ends the program, with everything in it.
+/// A directory below TMPDIR (default: /tmp). The destructor removes it with its contents; so does
+/// the program when a signal ends it.
 class TemporaryDirectory {
  public:
-  /// Throws CommandError if it cannot be made; `remedy` follows the advice to set TMPDIR.
+  /// Throws CommandError if it cannot be created; `remedy` is appended to the advice to set TMPDIR.
   explicit TemporaryDirectory(const std::string& remedy = "");
   ~TemporaryDirectory();
   TemporaryDirectory(const TemporaryDirectory&) = delete;

@@ -20,7 +20,7 @@ ExitStatus Tell(const DiscoveryReport& report, const std::string& path) {
                      Counted(report.attributes_asked, "attribute"));
   if (report.complete()) return kDone;
   for (const std::string& gap : report.gaps) PrintWarning(gap);
-  PrintWarning(fmt::format("the fabric was read in part: {} of {} lack something",
+  PrintWarning(fmt::format("the snapshot is incomplete: {} of {} lack attributes",
                            report.gaps.size(), Counted(report.nodes, "node")));
   return kIncomplete;
 }

@@ -8,8 +8,8 @@
 
 namespace fabscan {
 
-/// Says what was written to `path`, and on standard error what is missing of the fabric, a line a
-/// node. Returns what the command then ends with.
+/// Reports what was written to `path`, and on standard error what is missing, one line per node.
+/// Returns the exit status.
 ExitStatus Tell(const DiscoveryReport& report, const std::string& path);
 
 /// Now, or the time that SOURCE_DATE_EPOCH sets, as in `2024-05-01T12:00:00Z`.

@@ -9,12 +9,12 @@
 
 namespace fabscan {
 
-/// The version of the form of every result, which docs/json.md describes. It rises when a key
-/// disappears or changes its meaning, not when one is added.
+/// The version of the JSON format, which docs/json.md describes. It increases when a key disappears
+/// or changes its meaning, not when one is added.
 inline constexpr u_int64_t kReportVersion = 1;
 
-/// A command's result as one JSON object on standard output. The object begins with the version and
-/// ends with this one.
+/// Writes a command's result as one JSON object to standard output. It begins with the version; the
+/// destructor ends it.
 class JsonResult : public JsonWriter {
  public:
   JsonResult() : JsonWriter(std::cout) {

@@ -5,12 +5,12 @@
 
 namespace fabscan {
 
-/// The snapshot as a word of a command, and never as an option; SNAPSHOT for standard input, which
-/// cannot be read again.
+/// The snapshot as a shell word that is never an option; SNAPSHOT for standard input, which cannot
+/// be read again.
 std::string SnapshotWord(const std::string& snapshot);
 
 /// `fabscan scaffold fabric.jsonl --prefix MyDev --output-dir sim`: the command that makes devices
-/// which compile. `selection`: as NodeSelection::Words.
+/// that compile. `selection`: as NodeSelection::Words.
 std::string ScaffoldLine(const std::string& snapshot, const std::string& prefix,
                          const std::string& selection = "");
 

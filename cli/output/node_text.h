@@ -12,17 +12,16 @@ namespace fabscan {
 /// `CA`, or `CA (AN)` for a special node.
 std::string KindText(IBNodeType type, IBSpecialPortType special);
 
-/// Hexadecimal with at least `digits` digits; a dash for 0, which stands for what was not
-/// collected.
+/// Hexadecimal with at least `digits` digits; a dash for 0, which means not collected.
 std::string IdText(u_int64_t id, int digits);
 
 /// The first few names, and how many more there are: `S1, S2, S3 and 7 more`.
 std::string NamesOf(const std::vector<const IBNode*>& nodes);
 
-/// Why an attribute is absent, which is free text of a snapshot, for a terminal.
+/// The reason why an attribute is absent: free text of a snapshot, made safe for a terminal.
 std::string ReasonText(std::string_view reason);
 
-/// `text`, or a dash where there is none.
+/// `text`, or a dash if it is empty.
 std::string OrDash(const std::string& text);
 
 }  // namespace fabscan

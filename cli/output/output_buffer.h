@@ -7,8 +7,8 @@
 
 namespace fabscan {
 
-/// Buffers what a stream writes to an open file, which stays open. Remembers why the first write
-/// failed; after that it writes nothing. To a terminal it writes each line as it ends.
+/// Buffers the output of a stream to an open file, which stays open. Remembers why the first write
+/// failed, and writes nothing after that. On a terminal it flushes each line.
 class OutputBuffer : public std::streambuf {
  public:
   explicit OutputBuffer(int file);

@@ -17,7 +17,7 @@ namespace fabscan {
 
 namespace {
 
-/// Lives as long as std::cout, which is flushed after all objects of this program are gone.
+/// Never destroyed: std::cout is flushed after all objects of this program are destroyed.
 OutputBuffer& StandardOutputBuffer() {
   static auto& buffer = *new OutputBuffer(STDOUT_FILENO);
   return buffer;
@@ -33,7 +33,7 @@ int FlushStandardOutput() noexcept {
 
 void PrintLine(std::string_view kind, std::string_view message) {
   const std::string line = fmt::format("fabscan: {}: {}\n", kind, WithoutControls(message));
-  // Results come before what is said of them when both go to the same place.
+  // Results come before messages if both have the same destination.
   static_cast<void>(FlushStandardOutput());
   PrintMessage(line);
 }

@@ -6,26 +6,25 @@
 
 namespace fabscan {
 
-/// Writes text to standard error. Never throws: nothing can be reported of a standard error that
-/// does not accept it.
+/// Writes text to standard error. Never throws: if standard error cannot be written, there is
+/// nowhere to report it.
 void PrintMessage(std::string_view text) noexcept;
-/// One line on standard error, `fabscan: error: MESSAGE`, without controls: the message may hold
-/// text from devices and files.
+/// Prints `fabscan: error: MESSAGE` to standard error, without control characters: the message may
+/// contain text from devices and files.
 void PrintError(std::string_view message);
 /// The same with `fabscan: warning: `.
 void PrintWarning(std::string_view message);
-/// The error line for a lack of memory, printed without any.
+/// Prints the error line for lack of memory, without allocating.
 void PrintOutOfMemory() noexcept;
 
-/// Makes std::cout keep the cause of a failed write. To be called before anything is printed.
+/// Makes std::cout remember why a write failed. Must be called before anything is printed.
 void KeepStandardOutputErrors();
-/// Writes out what is pending on standard output. Throws CommandError if any result did not get
-/// there, or ClosedPipe.
+/// Flushes standard output. Throws CommandError if any output was lost, or ClosedPipe.
 void RequireStandardOutput();
 
-/// What the system says of `error_number` (an errno value).
+/// The system's message for `error_number` (an errno value).
 std::string CauseText(int error_number);
-/// `PLACE: cannot ACTION: CAUSE; REMEDY`, of a write to a file or a stream.
+/// `PLACE: cannot ACTION: CAUSE; REMEDY`, for a failed write to a file or a stream.
 std::string WriteErrorText(std::string_view place, std::string_view action, int error_number);
 
 }  // namespace fabscan

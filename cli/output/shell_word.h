@@ -6,8 +6,7 @@
 
 namespace fabscan {
 
-/// `text` as one word of a shell's command line: as it stands where that is safe, else in single
-/// quotes.
+/// `text` as one word of a shell command: unchanged if that is safe, otherwise in single quotes.
 std::string ShellWord(std::string_view text);
 
 }  // namespace fabscan

@@ -5,7 +5,7 @@
 namespace fabscan {
 namespace {
 
-TEST(ShellWordTest, QuotesWhatAShellWouldTake) {
+TEST(ShellWordTest, QuotesShellCharacters) {
   EXPECT_EQ(ShellWord("out/fabric-1.jsonl.zst"), "out/fabric-1.jsonl.zst");
   EXPECT_EQ(ShellWord(""), "''");
   EXPECT_EQ(ShellWord("my fabric"), "'my fabric'");

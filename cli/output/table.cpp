@@ -8,7 +8,7 @@ namespace fabscan {
 namespace {
 
 constexpr std::size_t kGap = 2;
-/// A column is not made narrower than this.
+/// Minimum width of a column.
 constexpr std::size_t kNarrowest = 12;
 
 }  // namespace
@@ -61,7 +61,7 @@ std::vector<std::size_t> Table::widths(const Terminal& terminal, std::size_t ind
 void Table::addLine(std::string& to, const std::vector<Cell>& cells,
                     const std::vector<std::size_t>& widths, const Terminal& terminal,
                     std::size_t indent) const {
-  std::size_t pending = indent;  // blanks that are written once something follows them
+  std::size_t pending = indent;  // blanks to write before the next text
   for (std::size_t i = 0; i < cells.size(); ++i) {
     Cell cell = cells[i];
     std::vector<std::string> lines;

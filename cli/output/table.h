@@ -20,7 +20,7 @@ class Cell {
   std::string text() const;
   std::size_t width() const { return width_; }
   std::string Paint(const Terminal& terminal) const;
-  /// The first style, which a cell keeps when it is cut or wrapped.
+  /// The first style, which remains when the cell is cut or wrapped.
   Style style() const { return parts_.front().second; }
 
  private:
@@ -28,11 +28,11 @@ class Cell {
   std::size_t width_ = 0;
 };
 
-/// What becomes of a column when the table is wider than the terminal.
+/// How a column is narrowed if the table is wider than the terminal.
 enum class Narrow {
   kKeep,
   kCut,   // cells end in an ellipsis
-  kWrap,  // cells go on in the next line, broken at blanks; for the last column
+  kWrap,  // cells continue in the next line, broken at blanks; for the last column
 };
 
 struct Column {
@@ -41,16 +41,16 @@ struct Column {
   Narrow narrow = Narrow::kKeep;
 };
 
-/// Rows of aligned cells under a head, two blanks between columns, and no blanks at line ends.
+/// Rows of aligned cells under a header, with two blanks between columns and no trailing blanks.
 class Table {
  public:
   explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
 
-  /// As many cells as there are columns.
+  /// Needs one cell per column.
   void AddRow(std::vector<Cell> cells) { rows_.push_back(std::move(cells)); }
   bool empty() const { return rows_.empty(); }
 
-  /// Every line begins with `indent` blanks.
+  /// Begins every line with `indent` blanks.
   std::string text(const Terminal& terminal, std::size_t indent = 0) const;
 
  private:

@@ -35,13 +35,13 @@ TEST(TableTest, FitsTheTerminal) {
             "a switch with a lo\u2026     40\n");
 }
 
-TEST(TableTest, GoesNoNarrowerThanCanBeRead) {
+TEST(TableTest, KeepsAMinimumWidth) {
   Table table({{"name", false, Narrow::kCut}});
   table.AddRow({"abcdefghijklmnop"});
   EXPECT_EQ(table.text({false, 3}), "name\nabcdefghijk\u2026\n");
 }
 
-TEST(TableTest, PaintsOnATerminalOnly) {
+TEST(TableTest, PaintsOnlyOnATerminal) {
   Table table({{"state"}, {"port"}});
   Cell cell("up", Style::kGood);
   cell.Add("!", Style::kBad);
@@ -52,7 +52,7 @@ TEST(TableTest, PaintsOnATerminalOnly) {
   EXPECT_EQ(table.text({}), "state  port\nup!    1\n");
 }
 
-TEST(BesideTest, IndentsAsWideAsTheHead) {
+TEST(BesideTest, IndentsByTheWidthOfTheHead) {
   EXPECT_EQ(Beside("  is  ", "one two three", 13), "  is  one two\n      three\n");
   EXPECT_EQ(Beside("  is  ", "one two three", 0), "  is  one two three\n");
   EXPECT_EQ(Beside("head ", "", 20), "head \n");
@@ -75,7 +75,7 @@ TEST(DisplayWidthTest, CountsColumns) {
   EXPECT_EQ(DisplayWidth("\xff\xfe"), 2U);
 }
 
-TEST(CutTest, KeepsWhatFits) {
+TEST(CutTest, KeepsTextThatFits) {
   EXPECT_EQ(Cut("abc", 3), "abc");
   EXPECT_EQ(Cut("abcd", 3), "ab\u2026");
   EXPECT_EQ(Cut("\u4ea4\u6362\u673a", 4), "\u4ea4\u2026") << "no half characters";

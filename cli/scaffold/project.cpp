@@ -62,7 +62,7 @@ class ProjectFiles {
     for (const fs::path& path : paths_) paths.push_back(directory / path);
     return paths;
   }
-  /// Of all but the generated files.
+  /// All but the generated files.
   const std::vector<std::string>& texts() const { return texts_; }
 
  private:

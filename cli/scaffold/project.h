@@ -13,14 +13,15 @@
 
 namespace fabscan {
 
-/// Writes a project that builds simulated devices, and needs nothing but a compiler and CMake:
+/// Writes a project that builds simulated devices and needs only a compiler and CMake:
 ///
-///     CMakeLists.txt, main.cpp    builds everything, and a program that makes each device
+///     CMakeLists.txt, main.cpp    builds everything, and a program that creates each device
 ///     core/, include/             the reference simulator
 ///     devices/NAME/               for each device: generated file, header, build lines
 ///
-/// `devices` have distinct prefixes, also in lower case. `report` prints what was written, before
-/// the files are moved into place. Throws CommandError; then every earlier file is as it was.
+/// `devices` must have prefixes that are distinct even in lower case. `report` prints what was
+/// written, before the files are moved into place. If it throws CommandError, earlier files are
+/// unchanged.
 void WriteProject(Fabscan& fabscan, const std::vector<NamedModel>& devices, Variant variant,
                   const std::string& directory, bool force,
                   const std::function<void(const std::vector<ModelFile>& files)>& report);

@@ -16,8 +16,8 @@ struct ProjectDevice {
   unsigned last_port = 0;
 };
 
-/// The template with a line for each device in place of each line that has a @hole@: @prefix@,
-/// @directory@, @class@, @node@ or @ports@.
+/// The template, with each line that contains @prefix@, @directory@, @class@, @node@ or @ports@
+/// repeated for each device.
 std::string FillTemplate(std::string_view text, const std::vector<ProjectDevice>& devices);
 
 }  // namespace fabscan

@@ -21,7 +21,7 @@ TEST(ProjectTemplate, RepeatsALineWithHolesForEachDevice) {
             "end");
 }
 
-TEST(ProjectTemplate, LeavesALineOutWithoutDevices) {
+TEST(ProjectTemplate, OmitsALineWithoutDevices) {
   EXPECT_EQ(FillTemplate("a\n@node@\nb\n", {}), "a\nb\n");
 }
 

@@ -36,12 +36,12 @@ bool HasHexPrefix(std::string_view text) {
   return text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
 }
 
-/// As ibnetdiscover marks switches, adapters and routers.
+/// The prefixes by which ibnetdiscover marks switches, adapters and routers.
 bool HasNodePrefix(std::string_view text) {
   return text.size() > 2 && text[1] == '-' && (text[0] == 'S' || text[0] == 'H' || text[0] == 'R');
 }
 
-/// The digits of four groups of four or eight groups of two; `text` where it has no colon.
+/// The digits of four groups of four or eight groups of two; `text` if it has no colon.
 std::optional<std::string> WithoutColons(std::string_view text) {
   const std::size_t group = text.find(':');
   if (group == std::string_view::npos) return std::string(text);

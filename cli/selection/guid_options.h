@@ -22,12 +22,12 @@ class GuidOptions {
  public:
   void AddTo(CLI::App& app);
 
-  /// Those of the two that are given.
+  /// The given ones of the two.
   std::vector<std::string_view> OptionNames() const;
   /// As words of another command: ` --guid 0x… --guid-file FILE`.
   std::string Words() const;
-  /// The GUIDs; empty when none are given. Throws CommandError (wrong usage) for a malformed one,
-  /// with its line in a file, and for a file that contains none.
+  /// The GUIDs; empty if none are given. Throws CommandError (kWrongUsage) for a malformed GUID,
+  /// with the line of the file, and for a file that contains none.
   std::set<u_int64_t> Read() const;
 
  private:
@@ -35,7 +35,7 @@ class GuidOptions {
   std::string file_;
 };
 
-/// A GUID as the public tools print it; nothing when `text` is not a valid one:
+/// Parses a GUID as the public tools print it; nullopt if `text` is not a valid one:
 /// - 1 to 16 hexadecimal digits, with or without 0x
 /// - 16 digits with colons in groups of four, or of two
 /// - `S-`, `H-` or `R-` (switch, adapter, router) and up to 16 digits

@@ -16,9 +16,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 TEST(GuidOptionsTest, ParsesHexadecimalDigits) {
-  EXPECT_EQ(ParseGuid("0x2c9"), 0x2c9U);
-  EXPECT_EQ(ParseGuid("2C9"), 0x2c9U);
-  EXPECT_EQ(ParseGuid("0X2c9"), 0x2c9U);
+  EXPECT_EQ(ParseGuid("0x5a1e0c"), 0x5a1e0cU);
+  EXPECT_EQ(ParseGuid("5A1E0C"), 0x5a1e0cU);
+  EXPECT_EQ(ParseGuid("0X5a1e0c"), 0x5a1e0cU);
   EXPECT_EQ(ParseGuid("0"), 0U);
   EXPECT_EQ(ParseGuid("0xffffffffffffffff"), 0xffffffffffffffffU);
   EXPECT_EQ(ParseGuid("0000000000000001"), 1U);
@@ -51,7 +51,7 @@ TEST(GuidOptionsTest, ParsesTheNodesOfATopologyFile) {
 }
 
 TEST(GuidOptionsTest, WritesSixteenDigits) {
-  EXPECT_EQ(GuidText(0x2c9), "0x00000000000002c9");
+  EXPECT_EQ(GuidText(0x5a1e0c), "0x00000000005a1e0c");
   EXPECT_EQ(GuidText(0), "0x0000000000000000");
 }
 
@@ -89,19 +89,19 @@ TEST_F(GuidFileTest, JoinsOptionsAndFile) {
   EXPECT_THAT(Read({}), IsEmpty());
 }
 
-TEST_F(GuidFileTest, NamesFileAndLineOfAMalformedOne) {
+TEST_F(GuidFileTest, ReportsFileAndLineOfAMalformedGuid) {
   EXPECT_EQ(ErrorOfFile("1\n# comment\nxyz\n", kWrongUsage),
             path_ +
                 ":3: 'xyz' is not a valid GUID; expected 1 to 16 hexadecimal digits, with or "
                 "without 0x or colons");
 }
 
-TEST_F(GuidFileTest, AFileWithoutGuidsDoesNotMeanAllNodes) {
+TEST_F(GuidFileTest, AFileWithoutGuidsIsAnError) {
   EXPECT_EQ(ErrorOfFile("# none\n", kWrongUsage), path_ + ": contains no GUID; write one per line");
   EXPECT_EQ(ErrorOfFile("", kWrongUsage), path_ + ": contains no GUID; write one per line");
 }
 
-TEST_F(GuidFileTest, NamesTheCauseOfAnUnreadableFile) {
+TEST_F(GuidFileTest, ReportsWhyAFileCannotBeRead) {
   std::remove(path_.c_str());
   EXPECT_THROW(
       {

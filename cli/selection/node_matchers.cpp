@@ -15,7 +15,7 @@ namespace fabscan {
 
 namespace {
 
-/// The usual words besides the snapshot's.
+/// Usual words in addition to those of the snapshot format.
 constexpr Word<IBNodeType> kUsualTypeWords[] = {
     {"switch", IB_SW_NODE},
     {"router", IB_RTR_NODE},

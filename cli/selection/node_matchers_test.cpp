@@ -36,7 +36,7 @@ TEST_F(NodeMatchersTest, NamesByPattern) {
   }
 }
 
-TEST_F(NodeMatchersTest, TypesByTheirWordsInAnyCase) {
+TEST_F(NodeMatchersTest, TypesByWordIgnoringCase) {
   const IBNode& a_switch = Make("S", IB_SW_NODE, 1);
   const IBNode& adapter = Make("H", IB_CA_NODE, 1);
   const IBNode& router = Make("R", IB_RTR_NODE, 1);
@@ -69,7 +69,7 @@ TEST_F(NodeMatchersTest, RefusesOtherTypes) {
   }
 }
 
-TEST_F(NodeMatchersTest, ModelsByTheirPrefixInAnyCase) {
+TEST_F(NodeMatchersTest, ModelsByPrefixIgnoringCase) {
   const IBNode& first = Make("S1", IB_SW_NODE, 0xd2f0, 1);
   const IBNode& second = Make("S2", IB_SW_NODE, 0xd2f0, 2);
   const IBNode& third = Make("S3", IB_SW_NODE, 0xd2f0, 2);

@@ -16,10 +16,10 @@ namespace fabscan {
 
 namespace {
 
-/// Warnings that are written out before the rest is only counted.
+/// Warnings that are printed; the others are only counted.
 constexpr std::size_t kMaxWarnings = 20;
 
-/// One value of an option, and where nodes match it.
+/// One value of an option, and the nodes that match it.
 struct Value {
   std::string text;
   NodeMatcher matches;
@@ -102,7 +102,7 @@ void AddOption(const char* name, const std::vector<std::string>& texts, const Ma
 void WarnOf(const std::vector<std::string>& misses) {
   for (std::size_t i = 0; i < misses.size(); ++i) {
     if (i == kMaxWarnings) {
-      PrintWarning(fmt::format("{} further values match no node", misses.size() - kMaxWarnings));
+      PrintWarning(fmt::format("{} more values match no node", misses.size() - kMaxWarnings));
       return;
     }
     PrintWarning(misses[i]);
@@ -116,7 +116,7 @@ bool HasNodeInSubFabric(const IBFabric& fabric) {
   return false;
 }
 
-/// Why nothing is left, when there is not one missing value that explains it.
+/// Why no node is left, if no single unmatched value explains it.
 std::string NothingText(const std::vector<std::string_view>& options, NodeScope scope) {
   return fmt::format("no node{} matches {}{}",
                      scope == NodeScope::kSubFabric ? " in the sub-fabric" : "",
@@ -171,7 +171,7 @@ SelectedSnapshot NodeSelection::Read(const std::string& path, Fabscan& fabscan,
   const std::string nothing = fmt::format("{}: no node to {}: ", InputName(path), purpose.verb);
   if (!given()) {
     if (purpose.scope == NodeScope::kSubFabric && !HasNodeInSubFabric(fabric)) {
-      throw CommandError(nothing + "none is in the sub-fabric; choose another snapshot");
+      throw CommandError(nothing + "none is in the sub-fabric; use a different snapshot");
     }
     return result;
   }

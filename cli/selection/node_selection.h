@@ -25,7 +25,7 @@ struct SelectionPurpose {
   Unmatched unmatched = Unmatched::kWarn;
 };
 
-/// A snapshot that was read, and which of its nodes are selected.
+/// A snapshot that was read, and the selection of its nodes.
 struct SelectedSnapshot {
   SnapshotHeader header;
   std::set<u_int64_t> guids;  // empty: all nodes
@@ -49,11 +49,10 @@ class NodeSelection {
   /// The options that are given: `--guid`, `--name`.
   std::vector<std::string_view> OptionNames() const;
 
-  /// Reads the snapshot into `fabscan` with its progress, and resolves the selection. Nodes that
-  /// are not selected are read only as far as needed. Warns of each value that no node matches.
+  /// Reads the snapshot into `fabscan`, shows the progress, and resolves the selection. Nodes that
+  /// are not selected are read only as far as needed. Warns about each value that no node matches.
   ///
-  /// Throws CommandError: wrong usage for a malformed value, failed if no node is left to work
-  /// on.
+  /// Throws CommandError: kWrongUsage for a malformed value, kFailed if no node is left.
   SelectedSnapshot Read(const std::string& path, Fabscan& fabscan,
                         const SnapshotReadOptions& limits, const SelectionPurpose& purpose) const;
 

@@ -79,7 +79,7 @@ class NodeSelectionTest : public testing::Test {
   std::unique_ptr<Fabscan> fabscan_;
 
  private:
-  /// Encloses the nodes in the first and the last line of a snapshot.
+  /// Adds the first and last line of a snapshot.
   void Finish() {
     std::ifstream file(path_);
     const std::string lines{std::istreambuf_iterator<char>(file), {}};
@@ -102,14 +102,14 @@ TEST_F(NodeSelectionTest, EveryOptionSelects) {
   EXPECT_EQ(errors_, "");
 }
 
-TEST_F(NodeSelectionTest, ACommandMayReachTheWholeFabric) {
+TEST_F(NodeSelectionTest, TheScopeCanBeTheWholeFabric) {
   WriteFabric();
   EXPECT_THAT(Select({"--name", "*", "--type", "SW"}, kShow), ElementsAre(1, 2));
   EXPECT_THAT(Select({"--model", "HCA_0000"}, kShow), ElementsAre(3, 4));
   EXPECT_THAT(Select({"--guid", "2"}, kShow), ElementsAre(2));
 }
 
-TEST_F(NodeSelectionTest, ValuesWidenAndOptionsNarrow) {
+TEST_F(NodeSelectionTest, ValuesAreAlternativesAndOptionsAreCombined) {
   WriteFabric();
   EXPECT_THAT(Select({"--name", "leaf1", "--name", "host?"}), ElementsAre(1, 3));
   EXPECT_THAT(Select({"--type", "SW", "--type", "CA"}), ElementsAre(1, 3));
@@ -118,15 +118,15 @@ TEST_F(NodeSelectionTest, ValuesWidenAndOptionsNarrow) {
   EXPECT_EQ(errors_, "");
 }
 
-TEST_F(NodeSelectionTest, ReadsInFullOnlyTheNodesOfChosenGuids) {
+TEST_F(NodeSelectionTest, ReadsOnlySelectedGuidsInFull) {
   WriteFabric();
   Select({"--guid", "1"});
-  EXPECT_TRUE(fabscan_->discovered_fabric.getNodeByGuid(4)->in_sub_fabric);  // the usual value
+  EXPECT_TRUE(fabscan_->discovered_fabric.getNodeByGuid(4)->in_sub_fabric);  // the default
   Select({"--guid", "1", "--model", "SW_0000"});
   EXPECT_FALSE(fabscan_->discovered_fabric.getNodeByGuid(4)->in_sub_fabric);
 }
 
-TEST_F(NodeSelectionTest, WarnsOfValuesThatMatchNoNode) {
+TEST_F(NodeSelectionTest, WarnsAboutValuesThatMatchNoNode) {
   WriteFabric();
   Select({"--guid", "1", "--guid", "2", "--guid", "9"});
   EXPECT_EQ(errors_,
@@ -141,7 +141,7 @@ TEST_F(NodeSelectionTest, WarnsOfValuesThatMatchNoNode) {
             "fabscan: warning: no node matches --model 'SW_0001'\n");
 }
 
-TEST_F(NodeSelectionTest, NamesWhatDidNotMatchWhenNothingIsLeft) {
+TEST_F(NodeSelectionTest, ReportsTheUnmatchedValueIfNoNodeIsLeft) {
   WriteFabric();
   EXPECT_EQ(Refusal({"--guid", "9"}),
             "no node to write: no node has the GUID 0x0000000000000009; 'fabscan show' lists the "
@@ -156,7 +156,7 @@ TEST_F(NodeSelectionTest, NamesWhatDidNotMatchWhenNothingIsLeft) {
   EXPECT_EQ(errors_, "");
 }
 
-TEST_F(NodeSelectionTest, NamesTheOptionsThatTogetherLeaveNothing) {
+TEST_F(NodeSelectionTest, ReportsOptionsThatExcludeEachOther) {
   WriteFabric();
   EXPECT_EQ(Refusal({"--name", "leaf*", "--type", "CA"}),
             "no node to write: no node in the sub-fabric matches all of --name and --type; "
@@ -169,7 +169,7 @@ TEST_F(NodeSelectionTest, NamesTheOptionsThatTogetherLeaveNothing) {
             "fabscan: warning: no node matches --name 'y'\n");
 }
 
-TEST_F(NodeSelectionTest, ACommandMayRefuseWhatIsMissing) {
+TEST_F(NodeSelectionTest, UnmatchedValuesCanBeErrors) {
   WriteFabric();
   EXPECT_EQ(Refusal({"--guid", "1", "--name", "leaf1", "--name", "x"}, kVerify),
             "no node matches --name 'x'; 'fabscan show' lists the nodes");
@@ -181,13 +181,13 @@ TEST_F(NodeSelectionTest, ACommandMayRefuseWhatIsMissing) {
             "fabscan: warning: no node matches --name 'y'\n");
 }
 
-TEST_F(NodeSelectionTest, AFabricMayHaveNothingToWrite) {
+TEST_F(NodeSelectionTest, ReportsAnEmptySubFabric) {
   WriteNode("leaf", 1, "SW", false);
-  EXPECT_EQ(Refusal({}), "no node to write: none is in the sub-fabric; choose another snapshot");
+  EXPECT_EQ(Refusal({}), "no node to write: none is in the sub-fabric; use a different snapshot");
   EXPECT_THAT(Select({}, kShow), IsEmpty());
 }
 
-TEST_F(NodeSelectionTest, WarningsStayFew) {
+TEST_F(NodeSelectionTest, LimitsTheNumberOfWarnings) {
   WriteFabric();
   std::vector<std::string> arguments = {"--guid", "1"};
   for (int guid = 10; guid < 40; ++guid) {
@@ -195,7 +195,7 @@ TEST_F(NodeSelectionTest, WarningsStayFew) {
   }
   EXPECT_THAT(Select(arguments), ElementsAre(1));
   EXPECT_EQ(std::count(errors_.begin(), errors_.end(), '\n'), 21);
-  EXPECT_THAT(errors_, testing::EndsWith("fabscan: warning: 10 further values match no node\n"));
+  EXPECT_THAT(errors_, testing::EndsWith("fabscan: warning: 10 more values match no node\n"));
 }
 
 TEST(ListTextTest, JoinsWords) {

@@ -11,12 +11,12 @@
 namespace fabscan {
 
 /// The nodes that the generator writes, in its order: those of the sub-fabric, by ascending name.
-/// `guids` chooses among them; empty means all.
+/// `guids` selects among them; empty means all.
 std::vector<const IBNode*> SelectedNodes(const IBFabric& fabric, const std::set<u_int64_t>& guids);
 
-/// The nodes that it never writes, as many as they are.
+/// The number of nodes outside the sub-fabric, which it never writes.
 std::size_t NodesOutside(const IBFabric& fabric);
-/// A line that tells of so many nodes; none where there are none.
+/// The line `skipped (outside the sub-fabric): N nodes`; empty for 0.
 std::string LeftOutText(std::size_t nodes_outside);
 
 }  // namespace fabscan

@@ -30,7 +30,7 @@ constexpr SignRow kSigns[] = {
 };
 // clang-format on
 
-/// Reasons of one attribute that are written out before the rest is only counted.
+/// Reasons per attribute that are listed; the others are only counted.
 constexpr std::size_t kMaxReasons = 5;
 
 std::string LetterText(std::size_t attribute) {
@@ -97,7 +97,7 @@ void AttributeCounts::forEach(const Visit& visit) const {
 std::string AttributeCounts::Legend(const Terminal& terminal) const {
   std::string text;
   for (std::size_t sign = 0; sign < std::size(kSigns); ++sign) {
-    // A matrix of the ports of one node has the first signs alone.
+    // A matrix of the ports of one node has only the first signs.
     if (sign > kNotCollected && node_counts_.empty()) break;
     const SignRow& row = kSigns[sign];
     text += fmt::format("  {}  {}\n", Painted(row.sign, row.style, terminal), row.meaning);

@@ -12,21 +12,21 @@
 
 namespace fabscan {
 
-/// What one letter of a matrix says of an attribute.
+/// What a sign in a matrix means for an attribute.
 enum Sign : std::size_t { kCollected, kAbsent, kNotCollected, kNotApplicable, kMixed };
 
 Sign SignOf(const Collected& collected);
-/// What the sign is called where there is room.
+/// The long form of the sign.
 const char* MeaningOf(Sign sign);
 Style StyleOf(Sign sign);
-/// A letter each.
+/// One letter per sign.
 Cell SignCell(const std::vector<Sign>& signs);
-/// Sign by sign what all of `rows`, which is not empty, have in common.
+/// For each position, the sign that all of `rows` have in common. `rows` is not empty.
 std::vector<Sign> CommonSigns(const std::vector<std::vector<Sign>>& rows);
 
-/// How often each attribute was collected, was absent for a recorded reason, or not collected. Its
-/// letters stand at the head of matrices: a and on for the attributes of nodes, the next ones for
-/// those of ports.
+/// How often each attribute was collected, absent for a recorded reason, or not collected. The
+/// matrices have one letter per attribute as column heads: first those of nodes, then those of
+/// ports.
 class AttributeCounts {
  public:
   std::vector<Sign> AddNode(const std::vector<Collected>& list) { return add(list, node_counts_); }
@@ -35,9 +35,9 @@ class AttributeCounts {
   static std::string NodeLetters() { return letters(0, kNodeAttributes); }
   static std::string PortLetters() { return letters(kNodeAttributes, kPortAttributes); }
 
-  /// What signs and letters stand for, and how often each sign is there.
+  /// The meaning of signs and letters, and how often each sign occurs.
   std::string Legend(const Terminal& terminal) const;
-  /// Why attributes are absent, the most frequent reason of each first; empty when none is.
+  /// Why attributes are absent, for each the most frequent reason first; empty if none is absent.
   std::string Reasons(const Terminal& terminal) const;
 
  private:

@@ -30,7 +30,7 @@ constexpr Meaning kWidths[] = {{1, "1x"}, {2, "4x"}, {4, "8x"}, {8, "12x"}, {16,
 constexpr Meaning kSpeeds[] = {{1, "SDR"}, {2, "DDR"}, {4, "QDR"}};
 constexpr Meaning kExtendedSpeeds[] = {{1, "FDR"}, {2, "EDR"}, {4, "HDR"}, {8, "NDR"}};
 constexpr Meaning kExtendedSpeeds2[] = {{1, "XDR"}};
-// Of one lane.
+// For one lane.
 constexpr Meaning kActiveSpeeds[] = {{1, "2.5 Gb/s, SDR"}, {2, "5 Gb/s, DDR"}, {4, "10 Gb/s, QDR"}};
 constexpr Meaning kActiveExtendedSpeeds[] = {{0, "no extended speed"},
                                              {1, "14.0625 Gb/s, FDR"},
@@ -39,7 +39,7 @@ constexpr Meaning kActiveExtendedSpeeds[] = {{0, "no extended speed"},
                                              {8, "106.25 Gb/s, NDR"}};
 constexpr Meaning kActiveExtendedSpeeds2[] = {{0, "no extended speed"}, {1, "212.5 Gb/s, XDR"}};
 
-/// What the value stands for.
+/// The meaning of the value.
 template <const auto& kMeanings>
 std::string Single(u_int64_t value) {
   for (const Meaning& meaning : kMeanings) {
@@ -48,7 +48,7 @@ std::string Single(u_int64_t value) {
   return {};
 }
 
-/// What the bits of the value stand for.
+/// The meanings of the bits of the value.
 template <const auto& kMeanings>
 std::string Several(u_int64_t value) {
   std::string text;
@@ -59,7 +59,7 @@ std::string Several(u_int64_t value) {
   return text;
 }
 
-/// The same for a field in which all bits, `kAll`, ask for what the port supports.
+/// The same for a field in which `kAll` (all bits) means everything that the port supports.
 template <const auto& kMeanings, u_int64_t kAll>
 std::string Enabled(u_int64_t value) {
   return value == kAll ? "all supported" : Several<kMeanings>(value);

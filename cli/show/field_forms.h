@@ -9,16 +9,16 @@
 
 namespace fabscan {
 
-/// How a person reads a field of a record.
+/// How a field of a record is shown to people.
 struct FieldForm {
   std::string_view record;
   std::string_view field;
   bool hexadecimal = false;
-  std::string (*meaning)(u_int64_t value) = nullptr;    // null: the number says it all
-  const std::vector<const char*>* bit_names = nullptr;  // of a mask with named bits
+  std::string (*meaning)(u_int64_t value) = nullptr;    // null: the number needs no explanation
+  const std::vector<const char*>* bit_names = nullptr;  // for a mask with named bits
 };
 
-/// The form of a field; decimal without a meaning for one that has no row.
+/// The form of a field; without a row: decimal, no meaning.
 FieldForm FormOf(std::string_view record, std::string_view field);
 
 /// Every row, for tests.

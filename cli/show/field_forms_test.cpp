@@ -38,7 +38,7 @@ std::string MeaningOf(std::string_view field, u_int64_t value) {
   return FormOf("SMP_PortInfo", field).meaning(value);
 }
 
-TEST(FieldFormsTest, SaysWhatAValueMeans) {
+TEST(FieldFormsTest, ExplainsValues) {
   EXPECT_EQ(MeaningOf("NeighborMTU", 5), "4096");
   EXPECT_EQ(MeaningOf("NeighborMTU", 6), "");
   EXPECT_EQ(MeaningOf("LinkWidthActive", 2), "4x");

@@ -25,7 +25,7 @@ void WriteCollected(JsonResult& json, const std::vector<Collected>& list) {
   json.EndObject();
 }
 
-/// What the node says of its hardware and firmware, as far as that was collected.
+/// The hardware and firmware of the node, as far as collected.
 void WriteModel(JsonResult& json, const Fabscan& fabscan, const IBNode& node) {
   const DeviceModelKey key = DeviceModelOf(fabscan, node);
   if (fabscan.fabric_extended_info.getSMPNodeInfo(node.createIndex) != nullptr) {

@@ -21,13 +21,13 @@ namespace fabscan {
 
 namespace {
 
-/// The LID that a port answers to; a dash where its PortInfo was not collected.
+/// The LID of a port; a dash if its PortInfo was not collected.
 std::string LidText(const Fabscan& fabscan, const IBPort& port) {
   const SMP_PortInfo* info = fabscan.fabric_extended_info.getSMPPortInfo(port.createIndex);
   return info == nullptr ? "-" : std::to_string(info->LID);
 }
 
-/// A switch answers to the LID of its port 0; the ports of other nodes have one each.
+/// A switch has the LID of its port 0; each port of other nodes has its own.
 std::string LidsText(const Fabscan& fabscan, const IBNode& node) {
   std::string text;
   for (const IBPort* port : PortsOf(node)) {
@@ -38,7 +38,7 @@ std::string LidsText(const Fabscan& fabscan, const IBNode& node) {
   return OrDash(text);
 }
 
-/// `7/8`: active ports, and ports beside port 0.
+/// `7/8`: active ports, and all ports except port 0.
 std::string ActiveText(const IBNode& node) {
   std::size_t active = 0;
   for (const IBPort* port : PortsOf(node)) {
@@ -61,8 +61,7 @@ std::string TypeCounts(const std::vector<const IBNode*>& nodes) {
 
 using Rows = std::vector<std::vector<Sign>>;
 
-/// Counts the node's ports, and adds a row for each but port 0 of a switch, which is no port of a
-/// link.
+/// Counts the node's ports, and adds a row for each except port 0 of a switch, which has no link.
 void AddPorts(const Fabscan& fabscan, const IBNode& node, AttributeCounts& counts, Rows& rows) {
   for (const IBPort* port : PortsOf(node)) {
     std::vector<Sign> signs = counts.AddPort(CollectedOf(fabscan, *port));
@@ -70,7 +69,7 @@ void AddPorts(const Fabscan& fabscan, const IBNode& node, AttributeCounts& count
   }
 }
 
-/// What the nodes, and their ports, have in common.
+/// The signs that the nodes, and their ports, have in common.
 Cell CommonCell(const Rows& nodes, const Rows& ports) {
   Cell cell = SignCell(CommonSigns(nodes));
   cell.Add(" ", Style::kPlain);
@@ -107,7 +106,7 @@ std::string MaskText(const capability_mask_t* mask) {
                      mask->mask[2], mask->mask[3]);
 }
 
-/// What is known of the node besides its attributes.
+/// The properties of the node besides its attributes.
 std::string IdentityText(const Fabscan& fabscan, const IBNode& node, const Terminal& terminal) {
   Table table({{"node"}, {node.name, false, Narrow::kWrap}});
   const auto add = [&table](const char* what, const std::string& text) {

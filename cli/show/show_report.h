@@ -20,15 +20,15 @@ struct ShownSnapshot {
   std::vector<const IBNode*> nodes;
 };
 
-/// For people: the nodes in few words.
+/// For people: a summary of the nodes.
 std::string ShowHead(const ShownSnapshot& shown, const Terminal& terminal);
-/// One line per node, how often each attribute was collected, and why some were not.
+/// One line per node, how often each attribute was collected, and why attributes are absent.
 std::string ShowNodes(const ShownSnapshot& shown, const Terminal& terminal);
 /// The same with one line per device model.
 std::string ShowModels(const ShownSnapshot& shown, const Terminal& terminal);
-/// All of one node, port by port.
+/// All details of one node, port by port.
 std::string ShowNode(const Fabscan& fabscan, const IBNode& node, const Terminal& terminal);
-/// The values that were collected of one node and its ports, or of one port.
+/// The collected values of one node and its ports, or of one port.
 std::string ShowValues(const Fabscan& fabscan, const IBNode& node,
                        const std::optional<unsigned>& port, const Terminal& terminal);
 /// One JSON object on standard output.

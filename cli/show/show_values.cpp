@@ -34,7 +34,7 @@ void AddBits(Table& table, const std::vector<const char*>& names, const IsSet& i
   }
 }
 
-/// The text of a field that holds characters, up to the first zero.
+/// The text of a character field, up to the first zero.
 std::string CharactersText(const void* record, const FieldRow& row) {
   std::string text(static_cast<const char*>(row.element(record, 0)), row.count);
   text.erase(std::min(text.find('\0'), text.size()));

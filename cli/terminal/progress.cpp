@@ -24,7 +24,7 @@ namespace {
 constexpr char kEraseLine[] = "\r\x1b[K";
 constexpr std::chrono::milliseconds kPause(100);
 constexpr std::chrono::seconds kDelay(1);
-/// A pace is not judged sooner.
+/// Minimum time before a pace is shown.
 constexpr double kSecondsToJudge = 0.5;
 
 bool quiet = false;
@@ -34,7 +34,7 @@ std::atomic<bool> line_is_shown{false};
 
 void EraseShownLine() {
   if (!line_is_shown) return;
-  // A terminal that is gone takes nothing.
+  // Writing fails if the terminal is gone.
   if (::write(STDERR_FILENO, kEraseLine, sizeof kEraseLine - 1) < 0) return;
 }
 
@@ -43,15 +43,15 @@ bool CanWriteOver() {
   return ::isatty(STDERR_FILENO) == 1 && kind != nullptr && std::string_view(kind) != "dumb";
 }
 
-/// Calls `tick` again and again while it lives, from a thread of its own. A tick that throws is the
-/// last one; without a thread there is none.
+/// Calls `tick` periodically from another thread while this object exists. An exception ends the
+/// ticks; if no thread can be started, there are none.
 class PeriodicTimer {
  public:
   PeriodicTimer(std::chrono::milliseconds pause, std::function<void()> tick)
       : pause_(pause), tick_(std::move(tick)) {
     try {
       thread_ = std::thread([this] { run(); });
-    } catch (const std::system_error&) {  // the work goes on unseen
+    } catch (const std::system_error&) {  // continue without progress
     }
   }
   ~PeriodicTimer() {
@@ -71,7 +71,7 @@ class PeriodicTimer {
     std::unique_lock lock(mutex_);
     try {
       while (!end_.wait_for(lock, pause_, [this] { return ended_; })) tick_();
-    } catch (const std::exception&) {  // the work goes on unseen
+    } catch (const std::exception&) {  // continue without progress
     }
   }
 
@@ -88,7 +88,7 @@ struct Scale {
   const char* name;
 };
 
-/// In what a number of bytes up to `largest` reads well.
+/// The unit for numbers of bytes up to `largest`.
 Scale ScaleFor(double largest) {
   if (largest >= 1e9) return {1e9, "GB"};
   if (largest >= 1e6) return {1e6, "MB"};
@@ -121,7 +121,7 @@ double SecondsBetween(std::chrono::steady_clock::time_point from,
   return std::chrono::duration<double>(to - from).count();
 }
 
-/// Of the first step that is shown.
+/// Start of the first step that is shown.
 std::chrono::steady_clock::time_point Beginning() {
   static const std::chrono::steady_clock::time_point beginning = std::chrono::steady_clock::now();
   return beginning;
@@ -151,7 +151,7 @@ void AddLoudnessOptions(CLI::App& app) {
 Progress::Progress() {
   Beginning();
   if (quiet || !CanWriteOver()) return;
-  // A stream of its own: the libraries' chatter on standard error is taken away meanwhile.
+  // A separate stream, because messages of libraries on standard error are captured meanwhile.
   const int terminal = ::dup(STDERR_FILENO);
   if (terminal < 0) return;
   terminal_ = ::fdopen(terminal, "w");
@@ -176,7 +176,7 @@ void Progress::Show(std::string_view what, std::size_t done, std::size_t total, 
   if (terminal_ == nullptr || now - Beginning() < kDelay || now - shown_last_ < kPause) return;
   shown_last_ = now;
   std::string line = ProgressText(what, done, total, unit, SecondsBetween(begun_, now));
-  // A line that wraps could not be written over.
+  // A wrapped line could not be overwritten.
   const std::size_t width = WidthOf(::fileno(terminal_));
   if (width > 1) line = Cut(line, width - 1);
   static const CleanupAtTermination erase_line(EraseShownLine);
@@ -220,7 +220,7 @@ void Progress::Finish() {
   done_ = 0;
 }
 
-// A terminal that is gone takes nothing, and nothing is lost by it.
+// Writing fails if the terminal is gone, which is harmless.
 void Progress::print(const std::string& text) {
   static_cast<void>(std::fputs(text.c_str(), terminal_));
   static_cast<void>(std::fflush(terminal_));

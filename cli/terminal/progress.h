@@ -17,18 +17,18 @@ namespace fabscan {
 /// The options `--quiet` and `--verbose`, which every subcommand has.
 void AddLoudnessOptions(CLI::App& app);
 
-/// What is counted on the way.
+/// What the progress counts.
 enum class Unit { kItems, kBytes };
 
-/// How far a task of several steps is, in one line on standard error that is written over: on a
-/// terminal, from the second second of all work on, and ten times a second at the most. Elsewhere,
-/// and with `--quiet`, it is silent. With `--verbose` each step leaves a line when it is done,
-/// anywhere.
+/// Shows the progress of a task with several steps in one line on standard error, which is
+/// overwritten. Only on a terminal, after the first second of work, and at most ten times per
+/// second. Elsewhere, and with `--quiet`, it is silent. With `--verbose`, each completed step
+/// prints a line, also without a terminal.
 ///
 ///     Progress progress;
 ///     for (...) progress.Show("nodes generated", done, total);
 ///
-/// The line goes with this object, before an error is told, and with a signal.
+/// The line is erased by the destructor, before an error message, and on a signal.
 class Progress {
  public:
   Progress();
@@ -36,17 +36,17 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  /// `total` 0: not known.
+  /// `total` 0: unknown.
   void Show(std::string_view what, std::size_t done, std::size_t total, Unit unit = Unit::kItems);
-  /// Runs `task`, which cannot tell how far it is, and meanwhile shows `done()`, from a thread of
-  /// its own; that is asked on a terminal only.
+  /// Runs `task`, which does not report progress, and shows `done()` meanwhile. `done` is called
+  /// from another thread, and only on a terminal.
   void Watch(std::string_view what, std::size_t total, const std::function<std::size_t()>& done,
              const std::function<void()>& task);
-  /// The same, where only the time is known.
+  /// The same, with only the elapsed time.
   void Watch(std::string_view what, const std::function<void()>& task);
-  /// The same for operations that report by callback. The object must outlive what it returns.
+  /// A callback for operations that report their progress. This object must outlive it.
   std::function<void(std::size_t done, std::size_t total)> Callback(std::string_view what);
-  /// Ends the last step, and takes the line away for what is said next.
+  /// Ends the last step, and erases the line.
   void Finish();
 
  private:
@@ -58,14 +58,14 @@ class Progress {
 
   std::FILE* terminal_ = nullptr;
   Clock::time_point shown_last_;
-  // The step that is under way.
+  // The current step.
   std::string what_;
   std::size_t done_ = 0;
   Unit unit_ = Unit::kItems;
   Clock::time_point begun_;
 };
 
-/// `reading f.jsonl: 12.5 of 50.0 MB, 25.0 MB/s, about 2 s left`; `seconds` since the beginning.
+/// `reading f.jsonl: 12.5 of 50.0 MB, 25.0 MB/s, about 2 s left`; `seconds` since the start.
 std::string ProgressText(std::string_view what, std::size_t done, std::size_t total, Unit unit,
                          double seconds);
 

@@ -45,7 +45,7 @@ TEST(ProgressTextTest, NamesCannotMoveTheCursor) {
   EXPECT_EQ(ProgressText("reading a\x1b[2J", 0, 0, Unit::kItems, 1), "reading a\\x1b[2J, 1 s");
 }
 
-/// Standard error on a terminal while it lives.
+/// Redirects standard error to a terminal while this object exists.
 class OnTerminal {
  public:
   OnTerminal()

@@ -15,7 +15,7 @@ namespace fabscan {
 
 namespace {
 
-/// Has the C library read text as UTF-8 while it lives, whatever the user's locale.
+/// Makes the C library read text as UTF-8 while this object exists, for any locale.
 class ReadingUtf8 {
  public:
   ReadingUtf8() {
@@ -32,11 +32,11 @@ class ReadingUtf8 {
 
 struct Character {
   std::string_view bytes;
-  bool is_control;  // or no character at all
+  bool is_control;  // or an invalid byte
   std::size_t width;
 };
 
-/// Takes the first character off `rest`.
+/// Removes and returns the first character of `rest`.
 Character TakeCharacter(std::string_view& rest) {
   std::mbstate_t state{};
   wchar_t character = 0;

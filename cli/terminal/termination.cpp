@@ -18,11 +18,11 @@ namespace {
 constexpr int kTerminationSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 struct Cleanups {
-  std::recursive_mutex mutex;  // of the actions, and held by what must not be divided
+  std::recursive_mutex mutex;  // protects the actions; locked during atomic steps
   std::list<std::function<void()>> actions;
 };
 
-/// Never destroyed: the signal thread may use it until the program is gone.
+/// Never destroyed: the signal thread may use it until the process ends.
 Cleanups& TheCleanups() {
   static auto& cleanups = *new Cleanups;
   return cleanups;
@@ -34,7 +34,7 @@ std::atomic<Interrupt> interrupt{Interrupt::kTerminates};
 std::atomic<bool> terminating{false};
 thread_local int deferrals = 0;
 
-/// Keeps the mutex: nothing begins any more that would have to be cleaned up.
+/// Keeps the mutex locked, so that nothing starts that would need clean-up.
 void CleanUpForGood() {
   Cleanups& cleanups = TheCleanups();
   cleanups.mutex.lock();
@@ -44,7 +44,7 @@ void CleanUpForGood() {
   }
 }
 
-/// Ends the program by the signal's default action, so that the caller sees which signal it was.
+/// Ends the program by the signal's default action, so that the caller sees the signal.
 [[noreturn]] void Terminate(int signal_number) {
   terminating = true;
   CleanUpForGood();
@@ -54,7 +54,7 @@ void CleanUpForGood() {
   ::sigaddset(&one, signal_number);
   ::pthread_sigmask(SIG_UNBLOCK, &one, nullptr);
   static_cast<void>(std::raise(signal_number));
-  ::_exit(128 + signal_number);  // never reached: the default action ends the program
+  ::_exit(128 + signal_number);  // not reached: the default action ends the program
 }
 
 void WaitForSignals(const sigset_t& signals) {
@@ -77,12 +77,12 @@ bool IsIgnored(int signal_number) {
 }  // namespace
 
 void WatchTerminationSignals() {
-  // A library that panics calls exit, which runs no destructor of what is on the stack.
+  // A library that panics calls exit, which does not run destructors of objects on the stack.
   static_cast<void>(std::atexit(CleanUpForGood));
   sigset_t signals;
   ::sigemptyset(&signals);
   for (const int signal_number : kTerminationSignals) {
-    // Blocked, an ignored signal would come to the thread all the same.
+    // If it were blocked, even an ignored signal would reach the thread.
     if (!IsIgnored(signal_number)) ::sigaddset(&signals, signal_number);
   }
   sigset_t before;
@@ -112,7 +112,7 @@ TerminationDeferred::TerminationDeferred() {
 
 TerminationDeferred::~TerminationDeferred() {
   TheCleanups().mutex.unlock();
-  // A signal that came meanwhile ends the program here, not some steps later.
+  // A signal that arrived meanwhile ends the program here, not later.
   if (--deferrals != 0) return;
   while (terminating) ::pause();
 }

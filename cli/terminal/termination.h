@@ -6,13 +6,14 @@
 
 namespace fabscan {
 
-/// Starts the thread that waits for SIGINT, SIGTERM and SIGHUP, as far as they are not ignored.
-/// They are blocked everywhere else, so what a signal ends is cleaned up by ordinary code. Call it
-/// first in main, once. Without a thread the signals keep their default action.
+/// Starts the thread that waits for SIGINT, SIGTERM and SIGHUP, unless they are ignored. All other
+/// threads block them, so that ordinary code can clean up after a signal. Call it once, first in
+/// main. If the thread cannot be started, the signals keep their default action.
 void WatchTerminationSignals();
 
-/// Cleans up if a signal ends the program, or a library calls `exit`, while this lives. The action
-/// runs in another thread, must not throw, and not while any TerminationDeferred lives.
+/// Cleans up if a signal ends the program, or a library calls `exit`, while this object exists. The
+/// action runs in another thread, must not throw, and does not run while a TerminationDeferred
+/// exists.
 class CleanupAtTermination {
  public:
   explicit CleanupAtTermination(std::function<void()> action);
@@ -24,7 +25,8 @@ class CleanupAtTermination {
   std::list<std::function<void()>>::iterator action_;
 };
 
-/// While it lives, no signal ends the program: what happens meanwhile is one step. Keep it short.
+/// While this object exists, no signal ends the program: everything meanwhile is one atomic step.
+/// Keep it short.
 class TerminationDeferred {
  public:
   TerminationDeferred();
@@ -33,8 +35,8 @@ class TerminationDeferred {
   TerminationDeferred& operator=(const TerminationDeferred&) = delete;
 };
 
-/// While it lives, the first Ctrl-C does not end the program but is noted. A second one ends it.
-/// One at a time.
+/// While this object exists, the first Ctrl-C does not end the program but is recorded. A second
+/// one ends it. Only one such object may exist.
 class InterruptRequest {
  public:
   InterruptRequest();

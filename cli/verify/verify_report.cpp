@@ -12,7 +12,7 @@ namespace fabscan {
 
 namespace {
 
-/// Differences of one function that are written out before the rest is only counted.
+/// Differences per function that are listed; the others are only counted.
 constexpr std::size_t kMaxDifferences = 5;
 
 std::string FunctionText(const NodeReport& report, const FunctionResult& function) {

@@ -10,15 +10,15 @@
 
 namespace fabscan {
 
-/// A node, and what verifying it showed or why it could not be verified.
+/// A node, and the result of its verification or the reason why it could not be verified.
 struct VerifiedNode {
   const IBNode* node = nullptr;
   NodeReport report;
-  std::string failure;  // empty when it was verified
+  std::string failure;  // empty if it was verified
   std::vector<std::string> failure_details;
 };
 
-/// What the nodes of a run add up to.
+/// Totals of a run.
 struct VerifyTotals {
   std::size_t records = 0;
   std::size_t fields = 0;
@@ -29,7 +29,7 @@ struct VerifyTotals {
   std::size_t failed = 0;            // nodes that could not be verified
 
   void Add(const VerifiedNode& node);
-  /// "N records, M fields, D differ", and what keeps nodes from compiling.
+  /// "N records, M fields, D differ", and the numbers of nodes that do not compile.
   std::string text() const;
 };
 

@@ -5,8 +5,8 @@
 
 namespace fabscan {
 
-/// The InfiniBand libraries write their warnings to standard error themselves. While this lives,
-/// they go to memory instead; what matters of them is told with the cause at hand.
+/// The InfiniBand libraries print warnings to standard error. While this object exists, the output
+/// goes to memory instead, so that an error message can quote it.
 class CapturedStandardError {
  public:
   CapturedStandardError();
@@ -14,7 +14,7 @@ class CapturedStandardError {
   CapturedStandardError(const CapturedStandardError&) = delete;
   CapturedStandardError& operator=(const CapturedStandardError&) = delete;
 
-  /// The last line that was written, without control characters; empty when there was none.
+  /// The last line, without control characters; empty if there was none.
   std::string LastLine() const;
 
  private:

@@ -21,7 +21,7 @@ namespace fabscan {
 
 namespace {
 
-constexpr unsigned kMostHops = 63;  // as far as a directed route goes
+constexpr unsigned kMostHops = 63;  // the limit of a directed route
 constexpr unsigned kNoLimit = 0;
 constexpr std::chrono::milliseconds kPause(50);
 
@@ -29,7 +29,7 @@ std::string Text(const LocalPort& port) {
   return fmt::format("{} port {}", port.channel_adapter, port.number);
 }
 
-/// The library's message without the place in its source that it begins with.
+/// The library's message, without the source location at its start.
 std::string WithoutPlace(const std::string& message) {
   const std::size_t end = message.find("; ");
   return end == std::string::npos ? message : message.substr(end + 2);
@@ -37,8 +37,8 @@ std::string WithoutPlace(const std::string& message) {
 
 using Scan = std::unique_ptr<ScannedFabric>;
 
-/// Scans in a thread of its own, which no signal reaches. There is no way to break off a scan: when
-/// the discovery is stopped, the thread is left to itself, and ends with the program.
+/// Scans in a separate thread that receives no signals. A scan cannot be cancelled: when the
+/// discovery is stopped, the thread is detached and continues until the process ends.
 std::future<Scan> BeginScan(const LocalPort& port, const LiveOptions& options, unsigned max_hops) {
   std::packaged_task<Scan()> task([port, options, max_hops] {
     return std::make_unique<ScannedFabric>(port, options, max_hops);
@@ -53,8 +53,8 @@ std::future<Scan> BeginScan(const LocalPort& port, const LiveOptions& options, u
   return scan;
 }
 
-/// From here on the program ends without destructors of what is static: the scan that was left to
-/// itself must not meet a library that has been taken down. Registered last, this is called first.
+/// Makes the process exit without destroying static objects: the detached scan must not use a
+/// library that has been shut down. Registered last, so it is called first.
 void EndWithoutDestructors() {
   ::on_exit(
       [](int status, void*) {
@@ -64,7 +64,7 @@ void EndWithoutDestructors() {
       nullptr);
 }
 
-/// The fabric as far as `max_hops`; null when the discovery was stopped meanwhile.
+/// The fabric up to `max_hops`; null if the discovery was stopped.
 Scan ScanFabric(const LocalPort& port, const LiveOptions& options, unsigned max_hops) {
   const CapturedStandardError captured;
   std::future<Scan> begun = BeginScan(port, options, max_hops);
@@ -79,12 +79,12 @@ Scan ScanFabric(const LocalPort& port, const LiveOptions& options, unsigned max_
   if (!scan->failed()) return scan;
   const std::string cause = WithoutPlace(captured.LastLine());
   throw DiscoveryError(fmt::format(
-      "{}: the scan failed{}{}; is the port up, and may this user send subnet-management queries?",
+      "{}: the scan failed{}{}; is the port up, and may this user send subnet management queries?",
       Text(port), cause.empty() ? "" : ": ", cause));
 }
 
-/// A scan gives nothing before its end. To have something at hand when it is stopped, it is made
-/// again and again, a hop farther each time, until no more nodes come up.
+/// A scan returns no results before it ends. To keep partial results when it is stopped, scans
+/// repeatedly, one hop farther each time, until no more nodes are found.
 Scan ScanHopByHop(const LocalPort& port, const LiveOptions& options) {
   Scan farthest;
   for (unsigned hops = 1; hops <= kMostHops; ++hops) {
@@ -99,9 +99,10 @@ Scan ScanHopByHop(const LocalPort& port, const LiveOptions& options) {
 }
 
 [[noreturn]] void GiveUp(const LiveOptions& options) {
-  throw DiscoveryError(options.keep_partial
-                           ? "interrupted before anything was read"
-                           : "interrupted; nothing is kept (--keep-partial keeps what was read)");
+  throw DiscoveryError(
+      options.keep_partial
+          ? "interrupted before anything was read"
+          : "interrupted; nothing was written (use --keep-partial to keep what was read)");
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 
 namespace fabscan {
 
-/// A discovery that found nothing. `what()` is one line that tells what to do.
+/// A discovery that failed. `what()` is one line with the remedy.
 class DiscoveryError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -20,29 +20,29 @@ struct LiveOptions {
   std::string channel_adapter;  // -C; empty: the first one with a usable port
   unsigned port = 0;            // -P; 0: the first usable port
   unsigned timeout_ms = 1000;
-  unsigned retries = 3;      // of a query; those of the scan are tried twice at least
-  unsigned outstanding = 2;  // queries under way at once while scanning
-  /// Whoever stops the discovery may want what was read. The scan then goes out one hop at a time,
-  /// and takes longer.
+  unsigned retries = 3;      // per query; the scan retries at least once
+  unsigned outstanding = 2;  // outstanding queries during the scan
+  /// Keep the results when the discovery is stopped. The scan then runs repeatedly, one hop farther
+  /// each time, and takes longer.
   bool keep_partial = false;
-  /// Asked now and then; true ends the discovery.
+  /// Polled regularly; true ends the discovery.
   std::function<bool()> stopped = [] { return false; };
-  /// Told how far the discovery is: what it does, and how much of how many is done; `total` 0 means
-  /// that it is not known.
+  /// Called with the progress: the current step, the items done and their total; 0 if the total is
+  /// unknown.
   std::function<void(const std::string& what, std::size_t done, std::size_t total)> progress =
       [](const std::string&, std::size_t, std::size_t) {};
 };
 
 struct LiveFindings {
   FabricFindings fabric;
-  std::string where;  // adapter and port that the queries left by
+  std::string where;  // local adapter and port
   bool stopped = false;
 };
 
-/// Scans the fabric that an InfiniBand port of this host belongs to. Nothing in the fabric is
-/// changed: every query is a Get. When stopped, throws DiscoveryError, or with `keep_partial`
-/// returns what was read by then. Throws DiscoveryError when there is no such port, or no way to
-/// it; in a build without the InfiniBand libraries always, and then says what to install.
+/// Scans the fabric that an InfiniBand port of this host belongs to. Nothing in the fabric changes:
+/// every query is a Get. When stopped, throws DiscoveryError, or with `keep_partial` returns what
+/// was read so far. Throws DiscoveryError if the port does not exist or cannot be used. A build
+/// without the InfiniBand libraries always throws, and names the packages to install.
 LiveFindings DiscoverLive(const LiveOptions& options);
 
 }  // namespace fabscan

@@ -59,7 +59,7 @@ std::string List(const std::vector<Candidate>& candidates) {
   return fmt::format("{}", fmt::join(texts, ", "));
 }
 
-/// Opens the port as every query will, to hear early why that does not go.
+/// Opens the port as every query will, to report errors early.
 void CheckAccess(const Candidate& candidate) {
   errno = 0;
   const int handle = umad_open_port(candidate.port.channel_adapter.c_str(), candidate.port.number);
@@ -71,7 +71,7 @@ void CheckAccess(const Candidate& candidate) {
   const bool forbidden = cause == EACCES || cause == EPERM;
   throw DiscoveryError(fmt::format(
       "{}: cannot open: {}; {}", candidate.text(), std::generic_category().message(cause),
-      forbidden ? "run as root, or as someone who may use the umad devices in /dev/infiniband"
+      forbidden ? "run as root, or as a user who may access the umad devices in /dev/infiniband"
                 : "is the module ib_umad loaded?"));
 }
 
@@ -81,7 +81,7 @@ LocalPort ChooseLocalPort(const std::string& channel_adapter, unsigned number) {
   const std::vector<Candidate> all = AllPorts();
   if (all.empty()) {
     throw DiscoveryError(
-        "no InfiniBand adapter on this host; is the adapter's driver loaded, and ib_umad?");
+        "no InfiniBand adapter on this host; are the adapter's driver and ib_umad loaded?");
   }
   std::vector<Candidate> wanted = all;
   const auto keep = [&wanted](auto condition) {
@@ -93,14 +93,14 @@ LocalPort ChooseLocalPort(const std::string& channel_adapter, unsigned number) {
     keep([&](const Candidate& one) { return one.port.channel_adapter == channel_adapter; });
     if (wanted.empty()) {
       throw DiscoveryError(
-          fmt::format("no adapter '{}' on this host; there is: {}", channel_adapter, List(all)));
+          fmt::format("no adapter '{}' on this host; available: {}", channel_adapter, List(all)));
     }
   }
   if (number != 0) {
     const std::string of_adapter = List(wanted);
     keep([&](const Candidate& one) { return one.port.number == static_cast<int>(number); });
     if (wanted.empty()) {
-      throw DiscoveryError(fmt::format("no port {} on {}; there is: {}", number,
+      throw DiscoveryError(fmt::format("no port {} on {}; available: {}", number,
                                        channel_adapter.empty() ? "any adapter" : channel_adapter,
                                        of_adapter));
     }
@@ -109,7 +109,7 @@ LocalPort ChooseLocalPort(const std::string& channel_adapter, unsigned number) {
       std::min_element(wanted.begin(), wanted.end(),
                        [](const Candidate& a, const Candidate& b) { return a.rank() < b.rank(); });
   if (!best->isInfiniBand()) {
-    throw DiscoveryError(fmt::format("{}: its link layer is {}, not InfiniBand; there is: {}",
+    throw DiscoveryError(fmt::format("{}: its link layer is {}, not InfiniBand; available: {}",
                                      best->text(), best->link_layer, List(all)));
   }
   CheckAccess(*best);

@@ -5,15 +5,15 @@
 
 namespace fabscan {
 
-/// A port of this host that queries can leave by.
+/// A port of this host that can send queries.
 struct LocalPort {
   std::string channel_adapter;
   int number = 0;
 };
 
-/// The port that the user means; an empty name or number 0 leaves the choice to us: the first port
-/// whose link is active, or else the first whose link is up. Throws DiscoveryError, with the ports
-/// that there are, when there is no such port, it is no InfiniBand port, or may not be used.
+/// The port to use. For an empty name or number 0, selects the first port with an active link, or
+/// else the first whose link is up. Throws DiscoveryError, with the list of ports, if the port does
+/// not exist, is not an InfiniBand port, or cannot be used.
 LocalPort ChooseLocalPort(const std::string& channel_adapter, unsigned number);
 
 }  // namespace fabscan

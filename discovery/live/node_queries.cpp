@@ -10,11 +10,11 @@ namespace fabscan {
 
 namespace {
 
-/// The questions to one node. A node that does not answer twice in a row is not asked again: each
-/// further silence would cost the whole time-out, for each of its ports.
+/// The queries to one node. After two consecutive timeouts, a node is not queried again: each
+/// further timeout would cost the full waiting time, for each of its ports.
 class NodeQueries {
  public:
-  /// `query` is null when the discovery was stopped before.
+  /// `query` is null if the discovery was already stopped.
   NodeQueries(SubnetQuery* query, const LiveOptions& options, const portid& path,
               NodeFindings& node)
       : query_(query), options_(options), path_(path), node_(node) {}
@@ -38,7 +38,7 @@ class NodeQueries {
   }
 
  private:
-  /// A description may be empty, as the scan left it, and yet be the device's.
+  /// An empty description can be the device's answer, or a failed query of the scan.
   Answer AskDescription() { return Ask(SubnetAttribute::kNodeDescription, 0); }
 
   void AskPort(IBNodeType type, PortFindings& port) {
@@ -55,7 +55,7 @@ class NodeQueries {
   Answer Ask(SubnetAttribute attribute, unsigned modifier) {
     if (query_ == nullptr || options_.stopped()) return Answer::Failed("interrupted");
     if (silences_ >= kSilencesEnough) {
-      return Answer::Failed("not asked: the node had timed out twice in a row");
+      return Answer::Failed("not asked: two consecutive queries of this node timed out");
     }
     Answer answer = query_->Get(path_, attribute, modifier);
     silences_ = answer.reason == kTimedOut ? silences_ + 1 : 0;
@@ -81,7 +81,7 @@ class NodeQueries {
 
 void AskWhatTheScanDidNot(const LocalPort& port, const LiveOptions& options,
                           const std::vector<const portid*>& paths, FabricFindings& fabric) {
-  // A scan that was left to itself still uses the port.
+  // A detached scan still uses the port.
   std::optional<SubnetQuery> query;
   if (!options.stopped()) query.emplace(port, options);
   for (std::size_t i = 0; i < fabric.nodes.size(); ++i) {

@@ -11,10 +11,10 @@ struct portid;
 
 namespace fabscan {
 
-/// Completes what a scan found, asking the devices one by one: what the scan's queries did not get,
-/// to have it after all or to know why not; PortInfo of those ports of adapters that the scan did
-/// not come by; PortInfoExtended of the ports that have it. `paths` are the ways to the nodes of
-/// `fabric`. When stopped, what is left is noted as interrupted.
+/// Completes the findings of a scan by querying devices one by one: repeats failed queries of the
+/// scan, to get the answer or the reason; reads PortInfo of adapter ports that the scan did not
+/// traverse, and PortInfoExtended of the ports that support it. `paths` are the directed routes to
+/// the nodes of `fabric`. When stopped, the remaining attributes are absent as interrupted.
 void AskWhatTheScanDidNot(const LocalPort& port, const LiveOptions& options,
                           const std::vector<const portid*>& paths, FabricFindings& fabric);
 

@@ -15,7 +15,7 @@ Payload PayloadOf(const void* bytes) {
   return fabscan::PayloadOf({static_cast<const char*>(bytes), std::tuple_size_v<Payload>});
 }
 
-/// An attribute that the scan did not get is all zero here.
+/// An attribute that the scan did not read is all zeros here.
 Answer AnswerOf(const void* bytes) {
   const Payload payload = PayloadOf(bytes);
   return payload == Payload{} ? Answer{} : Answer::Read(payload);

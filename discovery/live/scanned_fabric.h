@@ -8,27 +8,28 @@
 #include "discovery/live/live_discovery.h"
 #include "discovery/live/local_port.h"
 
-// Of the InfiniBand libraries, whose headers define macros that stay in source files.
+// Types of the InfiniBand libraries; their headers define macros, so only source files include
+// them.
 struct ibnd_fabric;
 struct portid;
 
 namespace fabscan {
 
-/// What one scan of the fabric met. It knows nothing of why a query failed: what is missing is
-/// simply not there.
+/// The result of one scan of the fabric. It does not record why a query failed: the answer is just
+/// missing.
 class ScannedFabric {
  public:
-  /// Scans to `max_hops` from the local port; 0 is as far as it goes. A signal must not break off
-  /// the wait for an answer: the library then frees what it still uses.
+  /// Scans up to `max_hops` from the local port; 0 means no limit. A signal must not interrupt the
+  /// wait for an answer: the library would free memory that it still uses.
   ScannedFabric(const LocalPort& port, const LiveOptions& options, unsigned max_hops);
 
-  /// The scan failed; then this holds nothing, and the library has written why to standard error.
+  /// Whether the scan failed; then this is empty, and the library has written the reason to
+  /// standard error.
   bool failed() const { return fabric_ == nullptr; }
 
-  /// The nodes, each with all ports that it has; ports that the scan did not come by have no
-  /// answers yet.
+  /// The nodes with all of their ports; ports that the scan did not traverse have no answers yet.
   FabricFindings Findings() const;
-  /// The way to each node, in the order of `Findings`; valid as long as this.
+  /// The directed route to each node, in the order of `Findings`; valid as long as this object.
   std::vector<const portid*> Paths() const;
   std::size_t NodeCount() const;
 

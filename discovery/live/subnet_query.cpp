@@ -17,8 +17,8 @@ namespace fabscan {
 
 namespace {
 
-/// The same text for the rest of the program. There are as many as devices have statuses, and the
-/// system errors.
+/// A copy of the text with static lifetime. There are only as many as status codes and system
+/// errors.
 std::string_view Lasting(std::string text) {
   static std::set<std::string> texts;
   return *texts.insert(std::move(text)).first;
@@ -36,7 +36,7 @@ std::string_view FailureText(int status, int error_number) {
 SubnetQuery::SubnetQuery(const LocalPort& port, const LiveOptions& options) {
   std::string adapter = port.channel_adapter;
   int classes[] = {IB_SMI_CLASS, IB_SMI_DIRECT_CLASS};
-  const CapturedStandardError captured;  // the library tells its causes there
+  const CapturedStandardError captured;  // the library prints its error messages there
   port_ = mad_rpc_open_port(adapter.data(), port.number, classes, 2);
   if (port_ == nullptr) {
     throw DiscoveryError(fmt::format("{} port {}: cannot register for subnet management: {}",
@@ -44,7 +44,7 @@ SubnetQuery::SubnetQuery(const LocalPort& port, const LiveOptions& options) {
                                      std::generic_category().message(errno)));
   }
   mad_rpc_set_timeout(port_, static_cast<int>(options.timeout_ms));
-  // What the library calls retries are its tries; 0 would be its default.
+  // The library's "retries" include the first try; 0 would be its default.
   mad_rpc_set_retries(port_, static_cast<int>(options.retries) + 1);
 }
 
@@ -64,7 +64,7 @@ Answer SubnetQuery::Get(const portid& path, SubnetAttribute attribute, unsigned 
 Answer SubnetQuery::GetBehind(const portid& path, unsigned exit, SubnetAttribute attribute) {
   portid target = path;
   if (target.drpath.cnt + 1 >= IB_SUBNET_PATH_HOPS_MAX) {
-    return Answer::Failed("too many hops away to be asked");
+    return Answer::Failed("too many hops away for a query");
   }
   ++target.drpath.cnt;
   target.drpath.p[target.drpath.cnt] = static_cast<u_int8_t>(exit);

@@ -5,7 +5,8 @@
 #include "discovery/live/live_discovery.h"
 #include "discovery/live/local_port.h"
 
-// Of the InfiniBand libraries, whose headers define macros that stay in source files.
+// Types of the InfiniBand libraries; their headers define macros, so only source files include
+// them.
 struct ibmad_port;
 struct portid;
 
@@ -19,26 +20,26 @@ enum class SubnetAttribute : unsigned {
   kPortInfoExtended = 0x33,
 };
 
-/// Asks single devices for single attributes, one at a time.
+/// Queries single attributes of single devices, one by one.
 class SubnetQuery {
  public:
-  /// Throws DiscoveryError when the port cannot be opened.
+  /// Throws DiscoveryError if the port cannot be opened.
   SubnetQuery(const LocalPort& port, const LiveOptions& options);
   ~SubnetQuery();
   SubnetQuery(const SubnetQuery&) = delete;
   SubnetQuery& operator=(const SubnetQuery&) = delete;
 
-  /// The attribute of the device at the end of `path`; `modifier` is the port for those attributes
-  /// that ports have. A failure's reason is "timed out", or the status that the device answered.
+  /// Reads the attribute of the device at the end of `path`; for port attributes, `modifier` is the
+  /// port. The reason of a failure is "timed out", or the status that the device returned.
   Answer Get(const portid& path, SubnetAttribute attribute, unsigned modifier);
-  /// The same of the device behind port `exit` of the one at the end of `path`.
+  /// Does the same for the device behind port `exit` of the one at the end of `path`.
   Answer GetBehind(const portid& path, unsigned exit, SubnetAttribute attribute);
 
  private:
   ibmad_port* port_;
 };
 
-/// The reason of an answer that did not come in time.
+/// The reason of a query without an answer.
 inline constexpr char kTimedOut[] = "timed out";
 
 }  // namespace fabscan

@@ -38,7 +38,7 @@ CacheBuilder::Node& CacheBuilder::Add(u_int64_t guid, IBNodeType type, u_int8_t 
   WriteBits(node.node_info, 96, 64, guid);
   WriteBits(node.node_info, 240, 16, 0xd2f0);
   if (type == IB_SW_NODE) WriteBits(node.switch_info, 0, 16, 0xc000);
-  node.ports.reserve(port_count + 1U);  // references to ports stay good
+  node.ports.reserve(port_count + 1U);  // references to ports stay valid
   nodes_.reserve(16);
   return nodes_.emplace_back(std::move(node));
 }

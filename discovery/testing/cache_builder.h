@@ -15,7 +15,7 @@ namespace fabscan {
 /// Sets bits of a payload, counted from the most significant bit of its first byte.
 void WriteBits(Payload& payload, unsigned first_bit, unsigned bits, u_int64_t value);
 
-/// Makes discovery caches for tests, byte by byte as their layout has it.
+/// Builds discovery caches for tests, byte by byte.
 class CacheBuilder {
  public:
   struct Port {
@@ -39,7 +39,8 @@ class CacheBuilder {
 
   /// A node without ports yet. A switch has a SwitchInfo with LinearFDBCap 0xc000.
   Node& Add(u_int64_t guid, IBNodeType type, u_int8_t port_count, std::string_view description);
-  /// A port that is down; of a switch its GUID is the node's, else the node's plus its number.
+  /// A port that is down. Its GUID is that of the node, plus the port number if the node is not a
+  /// switch.
   static Port& AddPort(Node& node, u_int8_t number);
   /// Links two ports that were added: both are active, and each is the other's peer.
   static void Link(Port& one, Port& other);

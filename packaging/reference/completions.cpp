@@ -13,7 +13,7 @@ namespace {
 constexpr char kBash[] = R"(# bash completion of fabscan
 _fabscan() {{
   local word=${{COMP_WORDS[COMP_CWORD]}} previous=${{COMP_WORDS[COMP_CWORD-1]}}
-  local options= files= folders= others=
+  local options= files= directories= others=
   COMPREPLY=()
   if [ "$COMP_CWORD" -eq 1 ]; then
     mapfile -t COMPREPLY < <(compgen -W "{} --help --version" -- "$word")
@@ -21,7 +21,7 @@ _fabscan() {{
   fi
   case ${{COMP_WORDS[1]}} in
 {}  esac
-  if [[ " $folders " == *" $previous "* ]]; then
+  if [[ " $directories " == *" $previous "* ]]; then
     mapfile -t COMPREPLY < <(compgen -d -- "$word")
   elif [[ " $others " == *" $previous "* ]]; then
     return
@@ -66,7 +66,7 @@ void Append(std::vector<std::string>& words, const std::vector<std::string>& mor
   words.insert(words.end(), more.begin(), more.end());
 }
 
-/// The text with a backslash before each character of `special`.
+/// Escapes each character of `special` with a backslash.
 std::string Escaped(const std::string& text, std::string_view special) {
   std::string escaped;
   for (const char c : text) {
@@ -91,7 +91,7 @@ std::string BashCase(const CLI::App& subcommand) {
     if (!TakesValue(*option)) continue;
     Append(of_kind[static_cast<std::size_t>(KindOfValue(*option))], NamesOf(*option));
   }
-  return fmt::format("    {}) options=\"{}\" files=\"{}\" folders=\"{}\" others=\"{}\" ;;\n",
+  return fmt::format("    {}) options=\"{}\" files=\"{}\" directories=\"{}\" others=\"{}\" ;;\n",
                      subcommand.get_name(), Joined(options), Joined(of_kind[0]), Joined(of_kind[1]),
                      Joined(of_kind[2]));
 }

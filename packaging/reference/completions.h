@@ -6,7 +6,7 @@
 
 namespace fabscan {
 
-// What a shell offers for the command's words: subcommands, their options, files and folders.
+// Shell completions: subcommands, their options, files and directories.
 
 std::string BashCompletion(const CLI::App& app);
 std::string ZshCompletion(const CLI::App& app);

@@ -13,7 +13,7 @@ namespace fabscan {
 
 namespace {
 
-/// Text as the formatter shows it letter by letter.
+/// Escapes text so that the formatter shows it literally.
 std::string Escaped(const std::string& text) {
   std::string escaped;
   bool line_begins = true;
@@ -68,10 +68,10 @@ std::string Options(const CLI::App& subcommand) {
   return ".SH OPTIONS\n" + text;
 }
 
-/// That of a page on a narrow terminal, without its margins.
+/// Width of a page on a narrow terminal, without margins.
 constexpr std::size_t kNotesWidth = 72;
 
-/// The text below the options, line by line as help shows it.
+/// The text below the options, with the line breaks of the help text.
 std::string Notes(const CLI::App& app) {
   return fmt::format(".SH NOTES\n.nf\n{}\n.fi\n",
                      Escaped(NotesText(app.get_footer(), kNotesWidth)));
@@ -93,8 +93,8 @@ std::string ManualPage(const CommandLine& line) {
   }
   page += ".SH EXIT STATUS\n";
   for (const auto& [status, text] : kExitStatuses) page += Tagged(std::to_string(status), text);
-  page += fmt::format(".SH ENVIRONMENT\n{}{}", Tagged(".B NO_COLOR", "Where set, no colours."),
-                      Tagged(".B TMPDIR", "Where temporary folders go."));
+  page += fmt::format(".SH ENVIRONMENT\n{}{}", Tagged(".B NO_COLOR", "If set, disables colours."),
+                      Tagged(".B TMPDIR", "Directory for temporary files."));
   return page + ".SH SEE ALSO\n" + pages + '\n';
 }
 

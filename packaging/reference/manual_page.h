@@ -7,7 +7,7 @@
 
 namespace fabscan {
 
-/// The page fabscan(1): what the command is for, its subcommands, its exit status.
+/// The page fabscan(1): purpose, subcommands, exit status.
 std::string ManualPage(const CommandLine& line);
 
 /// The page of one subcommand, fabscan-NAME(1).

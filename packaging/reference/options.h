@@ -7,23 +7,23 @@
 
 namespace fabscan {
 
-// What the reference needs to know of a command line's definitions.
+// Properties of command-line definitions that the reference needs.
 
 std::vector<const CLI::App*> SubcommandsOf(const CLI::App& app);
 std::vector<const CLI::Option*> PositionalsOf(const CLI::App& app);
-/// Those with a name, `--help` first.
+/// Options with a name, `--help` first.
 std::vector<const CLI::Option*> NamedOptionsOf(const CLI::App& app);
 
-/// `-h`, `--help`: as they are typed.
+/// `-h`, `--help`: the names as typed.
 std::vector<std::string> NamesOf(const CLI::Option& option);
 
 bool TakesValue(const CLI::Option& option);
 
-/// What help calls the value: FILE, NAME, INT.
+/// The name of the value in the help text: FILE, NAME, INT.
 std::string ValueWord(const CLI::Option& option);
 
 enum class ValueKind { kFile, kFolder, kOther };
-/// What a shell can complete for the value.
+/// How a shell completes the value.
 ValueKind KindOfValue(const CLI::Option& option);
 
 }  // namespace fabscan

@@ -1,5 +1,5 @@
-// write-reference FOLDER: writes the manual pages and the shells' completions, all from the
-// definitions that the command parses with.
+// write-reference DIRECTORY: writes the manual pages and shell completions from the definitions of
+// the command line.
 
 #include <fmt/format.h>
 
@@ -39,7 +39,7 @@ void WriteReference(const std::filesystem::path& folder) {
 
 int main(int argc, char** argv) {
   if (argc != 2) {
-    std::cerr << "write-reference: a folder is missing\n";
+    std::cerr << "write-reference: expected one argument, the directory\n";
     return 2;
   }
   try {

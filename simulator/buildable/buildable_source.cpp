@@ -53,10 +53,10 @@ enum class Match { kBeginning, kWhole };
 using generator::CompileProblem;
 using generator::GeneratedFunction;
 
-/// An #error line, which any function may have.
+/// An #error line, possible in any function.
 constexpr CompileProblem kErrorLine = {"an #error line", "#error line turned into a comment"};
 
-/// A line that does not compile, and what replaces it.
+/// A line that does not compile, and its replacement.
 struct EditRow {
   const CompileProblem* problem;
   std::string_view line;
@@ -156,7 +156,7 @@ class Editor {
       if (braces_noted_) return;
       braces_noted_ = true;
     }
-    // The address differs from run to run.
+    // The address differs between runs.
     std::string text(row.edit == AsTwoWords ? row.line : line);
     if (row.edit == AsTwoWords) text += "...;";
     text.erase(0, IndentOf(text));

@@ -10,10 +10,10 @@
 
 namespace fabscan {
 
-/// A line of a generated file that does not compile, and what the buildable file has instead.
+/// A line of a generated file that does not compile, and its replacement.
 struct SourceEdit {
   std::size_t line = 0;  // counted from 1, the same in both files
-  std::string node;      // as the fabric names it
+  std::string node;      // its name in the fabric
   std::string function;  // setArInfo
   std::string text;      // the line as it was generated, without its indentation
   const char* change = nullptr;
@@ -28,7 +28,7 @@ struct BuildableSource {
 
 /// Edits `generated`, a file with nodes of `fabscan`: #error lines and the pack of an undeclared
 /// record become comments, the redirect GID is assigned as its two words, and branches that declare
-/// the same names get braces. A file that needs none of this is returned as it is.
+/// the same names get braces. A file that needs no edits is returned unchanged.
 BuildableSource MakeBuildable(std::string_view generated, const Fabscan& fabscan);
 
 }  // namespace fabscan

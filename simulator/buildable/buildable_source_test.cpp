@@ -37,7 +37,7 @@ class BuildableSourceTest : public testing::Test {
   BuildableSource source_;
 };
 
-TEST_F(BuildableSourceTest, LeavesAFileThatCompilesAsItIs) {
+TEST_F(BuildableSourceTest, DoesNotChangeAFileThatCompiles) {
   for (const std::string text :
        {"", "\n", "no line end", "void P::SW::setArInfo() {\n    mad_buffer.x = 0x1;\n}\n",
         "#error outside of a function\n"}) {
@@ -85,7 +85,7 @@ TEST_F(BuildableSourceTest, AssignsTheRedirectGidOfTheNodeAsItsTwoWords) {
   EXPECT_FALSE(source_.edits[0].is_error_line);
 }
 
-TEST_F(BuildableSourceTest, MakesTheRedirectGidACommentWhereTheNodeIsUnknown) {
+TEST_F(BuildableSourceTest, TurnsTheRedirectGidIntoACommentIfTheNodeIsUnknown) {
   Edits(
       "void P::SW::setVSReductionManagerClassPortInfo() {\n"
       "    mad_buffer.RedirectGID = 0x0x7ffd00001234;\n}\n");
@@ -94,7 +94,7 @@ TEST_F(BuildableSourceTest, MakesTheRedirectGidACommentWhereTheNodeIsUnknown) {
             "    // mad_buffer.RedirectGID = 0x0x7ffd00001234;\n}\n");
 }
 
-TEST_F(BuildableSourceTest, PutsBranchesOfPushCountersIntoBraces) {
+TEST_F(BuildableSourceTest, PutsBracesAroundBranchesOfPushCounters) {
   EXPECT_THAT(
       Edits("void P::SW::setWrenPushReductionCounters() {\n"
             "    for (phys_port_t i = 1; i < m_node->numPorts; i++) {\n"
@@ -132,7 +132,7 @@ TEST_F(BuildableSourceTest, PutsBranchesOfPushCountersIntoBraces) {
             "}\n");
 }
 
-TEST_F(BuildableSourceTest, LeavesTheSameLinesOfOtherFunctionsAlone) {
+TEST_F(BuildableSourceTest, DoesNotChangeEqualLinesOfOtherFunctions) {
   const std::string text =
       "void P::SW::setExtendedPortInfo() {\n"
       "        case 4:\n"

@@ -32,7 +32,7 @@ simulator::UnitExpectations ExpectationsOf(
     const auto key = std::make_pair(static_cast<unsigned>(std::stoul(name.substr(port))),
                                     static_cast<unsigned>(std::stoul(name.substr(mlid))));
     push_counters.insert(key);
-    // A neighbour, which must be left alone.
+    // An adjacent one, which must be unchanged.
     push_counters.emplace(key.first, key.second ^ 1U);
   }
   expectations.push_counters.assign(push_counters.begin(), push_counters.end());

@@ -1,6 +1,6 @@
-// Verification must be able to fail: every generated function is changed in each of three ways, and
-// each change must show in the report of that function; and where every assignment is changed,
-// every one must show.
+// Verification must detect faults: every generated function is changed in three ways, and the
+// report of the function must show each change. If every assignment is changed, the report must
+// list all.
 
 #include <gtest/gtest.h>
 
@@ -83,8 +83,8 @@ void DropLine(Lines& body) {
   body.erase(body.begin() + static_cast<std::ptrdiff_t>(AssignmentsIn(body).at(0)));
 }
 
-/// The names of two fields with different values change places. A function that assigns one field
-/// only, per port or at all, assigns its neighbour instead.
+/// Swaps the names of two fields with different values. A function that assigns only one field, in
+/// all or per port, assigns an adjacent field instead.
 void SwapFields(Lines& body) {
   const std::vector<std::size_t> numbers = AssignmentsIn(body);
   Assignment first = AssignmentAt(body, numbers.at(0));
@@ -110,8 +110,8 @@ constexpr Mutation kMutations[] = {{"Keep", [](Lines&) {}},
                                    {"Swap", SwapFields},
                                    {"Every", ChangeEveryValue}};
 
-/// The generated file with one function's lines passed through `change`, and without a line in all
-/// others, so that many fit into one program.
+/// The generated file with the lines of one function passed through `change`, and all other
+/// functions empty, so that many fit into one program.
 std::string Mutated(const std::string& text, const std::string& function,
                     const std::function<void(Lines&)>& change) {
   std::istringstream lines(text);
@@ -144,7 +144,7 @@ const FunctionResult& ResultOf(const NodeReport& report, const std::string& name
   throw std::logic_error("no such function: " + name);
 }
 
-TEST(Mutation, EveryChangeOfEveryFunctionShows) {
+TEST(Mutation, ReportsEveryChangeOfEveryFunction) {
   std::string folder = testing::TempDir() + "mutationXXXXXX";
   ASSERT_NE(mkdtemp(folder.data()), nullptr);
   Fabscan fabscan;
@@ -184,7 +184,7 @@ TEST(Mutation, EveryChangeOfEveryFunctionShows) {
 }
 
 // The FNM port's own values go to the port before it, and the regular ones to the FNM port.
-TEST(Mutation, AMarkedPortUnderTheWrongNumberShows) {
+TEST(Mutation, ReportsAMarkedPortWithTheWrongNumber) {
   std::string folder = testing::TempDir() + "mutationXXXXXX";
   ASSERT_NE(mkdtemp(folder.data()), nullptr);
   Fabscan fabscan;

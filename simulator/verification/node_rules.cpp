@@ -141,7 +141,7 @@ ExpectedFunction CongestionSwitchGeneralSettings(const RuleContext& context) {
                 "cap_total_buffer_size cap_cc_profile_step_size");
 }
 
-/// RedirectGID is assigned by the edited file, as its two words.
+/// The edited file assigns RedirectGID as its two words.
 ExpectedFunction ReductionManagerClassPortInfo(const RuleContext& context) {
   if (!context.isSwitch() || !context.supportsSmp(kWrenReductionManagement)) return Leaves();
   return Copies(context.store().getWrenClassPortInfo(context.node().createIndex), Outcome::kRefuses,

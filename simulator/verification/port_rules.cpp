@@ -15,7 +15,8 @@ std::string Slot(const char* storage, unsigned port) {
   return storage + ("[" + std::to_string(port) + "]");
 }
 
-/// Every marked port's own record and the regular one for the others, ports `first` to the last.
+/// Expects, for ports `first` to the last, each marked port's own record and the regular one for
+/// all others.
 template <class Record>
 ExpectedFunction PerPort(const IBNode& node, const Ports<const Record*>& ports, unsigned first,
                          const char* storage, std::string_view fields) {
@@ -60,7 +61,7 @@ ExpectedFunction PortInfoExtended(const RuleContext& context) {
   const auto ports = PortsOf(node, [&](const IBPort& port) {
     return context.store().getSMPPortInfoExtended(port.createIndex);
   });
-  // The lowest port that has a record stands for all, marked or not.
+  // The lowest port with a record provides the values of all ports, marked or not.
   Ports<const SMP_PortInfoExtended*> all;
   all.regular = ports.regular;
   if (!ports.marked.empty() &&
@@ -88,8 +89,8 @@ ExpectedFunction ExtendedPortInfo(const RuleContext& context) {
       "XDRFECModeSupported FECModeActive RetransMode");
 }
 
-/// Whether a switch serves reduction at all; where it does not, its functions leave the node alone,
-/// and where its ClassPortInfo is missing they refuse.
+/// Whether a switch supports reduction. If not, its functions leave the node unchanged; if its
+/// ClassPortInfo is missing, they refuse.
 bool ServesReduction(const RuleContext& context) {
   return context.isSwitch() && context.supportsSmp(kWrenReductionManagement);
 }
@@ -160,7 +161,7 @@ ExpectedFunction PushReductionCounters(const RuleContext& context) {
   });
   if (ports.regular == nullptr || ports.marked.empty()) return Refuses();
   ExpectedFunction function{Outcome::kAssigns, {}};
-  // Where two records name the same counters, those of the last port that the file visits stay.
+  // If two records name the same counters, the last port in the file wins.
   for (unsigned port = 1; port <= context.node().numPorts; ++port) {
     const auto marked = ports.marked.find(port);
     const WrenPushReductionCounters& counters =

@@ -23,12 +23,12 @@ void WriteFile(const fs::path& path, std::string_view text) {
   std::ofstream file(path, std::ios::binary);
   file << text << std::flush;
   if (!file) {
-    throw VerificationError(path.string() +
-                            ": cannot write; check that the folder may be written and has room");
+    throw VerificationError(
+        path.string() + ": cannot write; check the permissions and free space of the directory");
   }
 }
 
-/// The first lines, or those from the first one that tells of an error.
+/// The first lines, or those from the first line that reports an error.
 std::vector<std::string> FirstLines(const std::string& path) {
   std::vector<std::string> lines;
   bool error_seen = false;
@@ -88,7 +88,7 @@ Workspace::Workspace(const std::string& folder, Compiler compiler)
     const bool is_part = path.rfind("runner/", 0) == 0 && fs::path(path).extension() == ".cpp";
     if (is_part) runner += "#include \"" + path + "\"\n";
   }
-  // All of it at once: the headers cost more than the code.
+  // One compilation for all: the headers cost more than the code.
   WriteFile(fs::path(folder_) / "runner.cpp", runner);
   compile({"-c", folder_ + "/runner.cpp", "-o", folder_ + "/runner.o"}, folder_ + "/runner");
 }
@@ -122,10 +122,10 @@ std::map<std::string, std::vector<FunctionResult>> Workspace::Run(
   const ProcessEnd end = RunProcess({program, program + ".expectations"}, report, errors);
   if (end.start_error != 0) {
     throw VerificationError(program + ": cannot run: " + CauseOf(end.start_error) +
-                            "; --keep names a folder that programs may run in");
+                            "; use --keep with a directory that allows execution");
   }
   if (end.signal != 0) {
-    throw VerificationError("the compiled program was ended by signal " +
+    throw VerificationError("the compiled program was killed by signal " +
                             std::to_string(end.signal));
   }
   if (end.status > 1) {
@@ -135,8 +135,8 @@ std::map<std::string, std::vector<FunctionResult>> Workspace::Run(
 }
 
 void Workspace::compile(const std::vector<std::string>& words, const std::string& log) const {
-  // Generated files set only the first member of a record; what a compiler thinks of it is no
-  // part of this. The standard places of the headers are those of an installed simulator.
+  // Generated files initialise only the first member of a record; compiler warnings about that do
+  // not matter here. The standard include directories are those of an installed simulator.
   std::vector<std::string> call = {compiler_.command, "-std=" + compiler_.standard, "-w", "-I",
                                    folder_ + "/include"};
   call.insert(call.end(), words.begin(), words.end());
@@ -144,13 +144,13 @@ void Workspace::compile(const std::vector<std::string>& words, const std::string
   const ProcessEnd end = RunProcess(call, log + ".output", errors);
   if (end.start_error != 0) {
     throw VerificationError(compiler_.command + ": cannot run the compiler: " +
-                            CauseOf(end.start_error) + "; name another");
+                            CauseOf(end.start_error) + "; use a different compiler");
   }
   if (end.status != 0) {
     throw VerificationError(
         compiler_.command + ": the compiler failed" +
             (end.signal != 0 ? ", signal " + std::to_string(end.signal) : std::string()) +
-            "; see to its errors, or name another",
+            "; fix the errors above, or use a different compiler",
         FirstLines(errors));
   }
 }

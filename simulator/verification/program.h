@@ -11,7 +11,7 @@
 
 namespace fabscan {
 
-/// A verification that could not be carried out. `what()` is one line; `details` are lines of the
+/// A verification that could not be completed. `what()` is one line; `details` is output of the
 /// compiler or the program.
 class VerificationError : public std::runtime_error {
  public:
@@ -29,7 +29,7 @@ struct Compiler {
   std::string standard = "c++17";
 };
 
-/// What running a generated function showed.
+/// The result of running a generated function.
 struct FunctionResult {
   std::string name;
   std::size_t records = 0;  // attributes of the node, or of one of its ports, that it assigns
@@ -37,16 +37,17 @@ struct FunctionResult {
   std::vector<std::string> differences;
 };
 
-/// A folder with the reference simulator, its runner compiled. Everything throws VerificationError.
+/// A directory with the reference simulator and its compiled runner. All functions throw
+/// VerificationError.
 class Workspace {
  public:
-  /// `folder` exists and is empty.
+  /// `folder` must be an existing, empty directory.
   Workspace(const std::string& folder, Compiler compiler);
 
-  /// Makes the folder of the device that `prefix` names, with its header, and returns its path.
+  /// Creates the directory of the device `prefix`, with its header, and returns its path.
   std::string AddDevice(const std::string& prefix) const;
 
-  /// One generated node to be run.
+  /// A generated node to run.
   struct Device {
     std::string prefix;
     std::string kind;  // its class: SW, RTR, HCA, AN or Unknown
@@ -55,7 +56,7 @@ class Workspace {
   };
 
   /// Compiles the devices into the program `name` and runs it: prefix -> results, in the order of
-  /// the functions. May be called from several threads, each with another name and other devices.
+  /// the functions. Thread-safe for different names and devices.
   std::map<std::string, std::vector<FunctionResult>> Run(const std::string& name,
                                                          const std::vector<Device>& devices) const;
 

@@ -14,7 +14,7 @@
 
 namespace fabscan {
 
-/// A fabric's node, as the rules ask about it.
+/// A node of the fabric, with the queries that the rules need.
 class RuleContext {
  public:
   RuleContext(const Fabscan& fabscan, const IBNode& node)
@@ -46,8 +46,8 @@ inline std::map<std::string, u_int64_t> ValuesOf(const RecordTable& table, const
   return fields;
 }
 
-/// Expects in `storage` the record's values of `fields`, names separated by blanks. A name stands
-/// for all elements of the array that it names.
+/// Expects the record's values of `fields` (names separated by blanks) in `storage`. The name of an
+/// array means all of its elements.
 template <class Record>
 void Expect(simulator::Assignments& values, const std::string& storage, const Record& record,
             std::string_view fields) {
@@ -67,7 +67,8 @@ void Expect(simulator::Assignments& values, const std::string& storage, const Re
   }
 }
 
-/// The rule of a function that copies fields of one record: refuses or leaves without the record.
+/// The rule of a function that copies fields of one record; without the record, it refuses or does
+/// nothing.
 template <class Record>
 ExpectedFunction Copies(const Record* record, Outcome without, const std::string& storage,
                         std::string_view fields) {
@@ -77,16 +78,16 @@ ExpectedFunction Copies(const Record* record, Outcome without, const std::string
   return function;
 }
 
-/// Ports that have a record: those that are marked (FNM, FNM1, special) stand for themselves, the
-/// first other one for all the rest.
+/// Ports that have a record: marked ports (FNM, FNM1, special) have their own values; the first
+/// other port provides the values of all others.
 template <class Record>
 struct Ports {
   std::map<unsigned, Record> marked;
   unsigned regular_port = 0;
-  Record regular{};  // null or empty when there is none
+  Record regular{};  // null or empty if there is none
 };
 
-/// `record_of` answers null, or something empty, for a port without a record.
+/// `record_of` returns null, or an empty value, for a port without a record.
 template <class RecordOf>
 auto PortsOf(const IBNode& node, RecordOf record_of) {
   Ports<decltype(record_of(std::declval<const IBPort&>()))> ports;

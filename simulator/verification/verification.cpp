@@ -13,7 +13,7 @@ namespace fabscan {
 
 namespace {
 
-/// Whether each function is what it must be: a block, an #error line, or neither.
+/// Checks whether each function has the expected form: a block, an #error line, or neither.
 void CompareOutcomes(const std::map<std::string, ExpectedFunction>& expected, NodeReport& report) {
   for (FunctionResult& function : report.functions) {
     const Outcome outcome = expected.at(function.name).outcome;
@@ -26,8 +26,8 @@ void CompareOutcomes(const std::map<std::string, ExpectedFunction>& expected, No
   }
 }
 
-/// The class that the file defines the function in: SW, RTR, HCA, AN or Unknown; empty when it does
-/// not define it.
+/// The class in which the file defines the function: SW, RTR, HCA, AN or Unknown; empty if it is
+/// not defined.
 std::string ClassThatDefines(const std::string& function, const GeneratedSource& node) {
   const std::string begin = "\nvoid " + node.prefix + "::";
   const std::size_t end = node.text.find("::" + function + "() {\n");

@@ -12,7 +12,7 @@
 
 namespace fabscan {
 
-/// What verifying one node showed.
+/// The result of verifying one node.
 struct NodeReport {
   std::vector<SourceEdit> edits;  // without which the generated file does not compile
   std::vector<FunctionResult> functions;
@@ -25,7 +25,7 @@ struct NodeReport {
   std::size_t differences() const;
 };
 
-/// The generated file of one node, to be verified.
+/// The generated file of one node to verify.
 struct GeneratedSource {
   std::string prefix;
   std::string text;
@@ -33,12 +33,12 @@ struct GeneratedSource {
 };
 
 /// Compiles and runs generated files of nodes of `fabscan` as one program of the workspace, and
-/// compares what they do with the store. A report for each node, in their order. Throws
+/// compares the results with the store. Returns a report for each node, in order. Throws
 /// VerificationError.
 std::vector<NodeReport> Verify(const Workspace& workspace, const std::string& program,
                                const Fabscan& fabscan, const std::vector<GeneratedSource>& nodes);
 
-/// Generates the file of one node, as a device of `prefix`, into the workspace. Not to be called
+/// Generates the file of one node, as a device of `prefix`, into the workspace. Must not run
 /// while another thread generates from the same `fabscan`. Throws VerificationError.
 GeneratedSource Generate(const Workspace& workspace, Fabscan& fabscan, const IBNode& node,
                          const std::string& prefix);

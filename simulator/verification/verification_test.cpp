@@ -32,7 +32,7 @@ class VerificationTest : public testing::Test {
  protected:
   VerificationTest() { MakeTestFabric(fabscan_); }
 
-  // One for all tests, since compiling the runner takes longest.
+  // Shared by all tests, because compiling the runner takes longest.
   static void SetUpTestSuite() {
     folder_ = new TemporaryFolder;
     workspace_ = new Workspace(folder_->path(), Compiler{});
@@ -73,7 +73,7 @@ class VerificationTest : public testing::Test {
 TemporaryFolder* VerificationTest::folder_ = nullptr;
 Workspace* VerificationTest::workspace_ = nullptr;
 
-TEST_F(VerificationTest, EveryNodeHoldsWhatItsRecordsSay) {
+TEST_F(VerificationTest, EveryNodeHasItsRecordedValues) {
   const NodeReport switch_report = VerifyNode(0x10);
   EXPECT_THAT(DifferencesOf(switch_report), IsEmpty());
   EXPECT_THAT(switch_report.functions, SizeIs(22));
@@ -109,7 +109,7 @@ TEST_F(VerificationTest, EveryNodeHoldsWhatItsRecordsSay) {
   }
 }
 
-TEST_F(VerificationTest, LinesThatRefuseToCompileAreNamedAndTheRestIsVerified) {
+TEST_F(VerificationTest, ReportsErrorLinesAndVerifiesTheRest) {
   const NodeReport report = VerifyNode(0x14);
   std::vector<std::string> functions;
   for (const SourceEdit& edit : report.edits) functions.push_back(edit.function);
@@ -123,7 +123,7 @@ TEST_F(VerificationTest, LinesThatRefuseToCompileAreNamedAndTheRestIsVerified) {
   EXPECT_EQ(report.fields(), 0U);
 }
 
-TEST_F(VerificationTest, ARefusalWithoutCauseIsADifference) {
+TEST_F(VerificationTest, AnUnexpectedErrorLineIsADifference) {
   GeneratedSource source = GenerateNode(0x11);
   const std::string opening = "::setNodeInfo() {\n";
   source.text.insert(source.text.find(opening) + opening.size(), "#error \"no\n");
@@ -131,7 +131,7 @@ TEST_F(VerificationTest, ARefusalWithoutCauseIsADifference) {
   EXPECT_THAT(DifferencesOf(report), ElementsAre("refuses to compile, though nothing is missing"));
 }
 
-TEST_F(VerificationTest, AValueWiderThanItsPlaceIsADifference) {
+TEST_F(VerificationTest, AValueWiderThanItsFieldIsADifference) {
   IBNode& node = *fabscan_.discovered_fabric.getNodeByGuid(0x10);
   fabscan_.fabric_extended_info.put<SMP_SwitchInfo>(node).ENP0 = 3;
   EXPECT_THAT(
@@ -139,14 +139,14 @@ TEST_F(VerificationTest, AValueWiderThanItsPlaceIsADifference) {
       ElementsAre("switchInfo.ENP0 is 0x1, should be 0x3, which its 1-bit field cannot hold"));
 }
 
-TEST_F(VerificationTest, ACompilerThatIsMissingOrFailsIsSaid) {
+TEST_F(VerificationTest, ReportsAMissingOrFailingCompiler) {
   try {
     const Workspace workspace(folder_->path() + "/other", Compiler{"no-such-compiler", "c++17"});
     FAIL();
   } catch (const VerificationError& error) {
-    EXPECT_STREQ(
-        error.what(),
-        "no-such-compiler: cannot run the compiler: No such file or directory; name another");
+    EXPECT_STREQ(error.what(),
+                 "no-such-compiler: cannot run the compiler: No such file or directory; use a "
+                 "different compiler");
   }
 
   GeneratedSource source = GenerateNode(0x11);
@@ -155,13 +155,14 @@ TEST_F(VerificationTest, ACompilerThatIsMissingOrFailsIsSaid) {
     VerifyText(source);
     FAIL();
   } catch (const VerificationError& error) {
-    EXPECT_STREQ(error.what(), "c++: the compiler failed; see to its errors, or name another");
+    EXPECT_STREQ(error.what(),
+                 "c++: the compiler failed; fix the errors above, or use a different compiler");
     ASSERT_FALSE(error.details().empty());
     EXPECT_THAT(error.details()[0], HasSubstr("dev_verified.cpp"));
   }
 }
 
-TEST(Workspace, AFolderThatCannotBeWrittenIsSaid) {
+TEST(Workspace, ReportsAReadOnlyDirectory) {
   try {
     const Workspace workspace("/proc/no-such-folder", Compiler{});
     FAIL();

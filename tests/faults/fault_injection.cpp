@@ -3,14 +3,14 @@
 // The program is loaded once and forks just before main for each run, which saves most of the time
 // of a run. FAULT_CONTROL is the number of a socket. Each number N that arrives there makes a run
 // in which the Nth call fails, counted from 1 at the start of main. The answer is the run's status
-// as of waitpid(2), and 1 if there was such a call, else 0.
+// as from waitpid(2), and 1 if there was such a call, else 0.
 //
-//   FAULT_CALL     write, fsync, rename, read, open, mkdtemp or malloc; calls for the same (writev,
-//                  syncfs, renameat2, calloc, ...) count with it. Of write, only those to files; of
-//                  open, only those for writing.
-//   FAULT_KIND     an errno number; "signal N"; "remove FOLDER" first, then go on; "short" (half of
+//   FAULT_CALL     write, fsync, rename, read, open, mkdtemp or malloc; equivalent calls (writev,
+//                  syncfs, renameat2, calloc, ...) count too. For write, only calls that write to
+//                  files; for open, only calls that open for writing.
+//   FAULT_KIND     an errno number; "signal N"; "remove DIRECTORY", then continue; "short" (half of
 //                  the bytes, then ENOSPC)
-//   FAULT_ONWARDS  if set, every call from there on fails
+//   FAULT_ONWARDS  if set, all later calls fail too
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -59,7 +59,7 @@ void RemoveFolder(const char* folder) {
 
 enum class Outcome { kAsUsual, kFails, kShort };
 
-/// Whether this call fails; then errno says how.
+/// Whether this call fails; if so, sets errno.
 Outcome Meet(const char* call) {
   if (!in_main) return Outcome::kAsUsual;
   if (std::strcmp(wanted_call, call) != 0) return Outcome::kAsUsual;
@@ -70,7 +70,7 @@ Outcome Meet(const char* call) {
   ++count;
   if (count != at && !(onwards && count > at)) return Outcome::kAsUsual;
 
-  in_main = false;  // what is done here does not count
+  in_main = false;  // calls made here do not count
   *reached = true;
   Outcome outcome = Outcome::kAsUsual;
   if (std::strncmp(kind, "signal ", 7) == 0) {
@@ -101,7 +101,7 @@ const char* Setting(const char* name) {
   return value;
 }
 
-/// Returns once for each run, in a process of its own.
+/// Returns once for each run, in a separate process.
 void ForkForEachRun() {
   const int control = std::atoi(Setting("FAULT_CONTROL"));
   char line[32] = {};

@@ -1,9 +1,9 @@
-"""What the command promises when the machine fails it: the exit status and message that are
-documented, an earlier output intact, nothing half-written, no temporary file left behind.
+"""Promises of the command for system failures: the documented exit status and message, an unchanged
+earlier output, no partial output, no temporary file left behind.
 
     faults_test.py COMMAND LIBRARY
 
-LIBRARY is fault_injection.cpp, compiled; it makes the Nth call of a kind fail.
+LIBRARY is the compiled fault_injection.cpp; it makes the Nth call of a type fail.
 """
 
 import errno
@@ -29,7 +29,7 @@ DUMP = ("dump", PARTIAL, "--prefix", "MyDev", "--force")
 
 
 class FaultyCommand:
-    """A command with LIBRARY, loaded once; each run is a fork of it just before main."""
+    """A command with LIBRARY, loaded once; each run is forked just before main."""
 
     def __init__(self, arguments, folder, **settings):
         self.control, its_control = socket.socketpair()
@@ -37,7 +37,7 @@ class FaultyCommand:
         self.outputs, its_outputs = zip(*(os.pipe() for _ in range(2)))
         for output in self.outputs:
             os.set_blocking(output, False)
-            fcntl.fcntl(output, fcntl.F_SETPIPE_SZ, 1 << 20)  # read only when a run is over
+            fcntl.fcntl(output, fcntl.F_SETPIPE_SZ, 1 << 20)  # read only after a run
         environment = dict(os.environ, LD_PRELOAD=LIBRARY,
                            FAULT_CONTROL=str(its_control.fileno()), **settings)
         self.process = subprocess.Popen(
@@ -49,7 +49,7 @@ class FaultyCommand:
             os.close(output)
 
     def run(self, at):
-        """The run, and whether it met the fault."""
+        """Returns the run, and whether the fault occurred."""
         self.control.sendall(b"%d" % at)
         status, reached = self.control.recv(32).split()
         stdout, stderr = map(self.read, self.outputs)
@@ -77,7 +77,7 @@ class FaultTest(CommandTest):
         self.faulty_commands = {}
 
     def faulty_run(self, command, call, at, kind, onwards=False):
-        """The run, or None where there is no such call any more."""
+        """Returns the run, or None if there is no such call any more."""
         settings = {"FAULT_CALL": call, "FAULT_KIND": str(kind)}
         if onwards:
             settings["FAULT_ONWARDS"] = "1"
@@ -90,13 +90,13 @@ class FaultTest(CommandTest):
         return run if reached else None
 
     def run_with_fault(self, call, at, kind, onwards=False, command=None):
-        """The same, over an earlier file."""
+        """The same, with an earlier file."""
         if (self.folder / "out").is_dir():
             (self.folder / "out" / OUT).write_text(EARLIER)
         return self.faulty_run(command or self.command, call, at, kind, onwards)
 
     def every_call(self, call, kind, **more):
-        """Every run in which one call of this kind met the fault."""
+        """Every run in which a call of this type failed."""
         for at in range(1, 100_000):
             run = self.run_with_fault(call, at, kind, **more)
             if run is None:
@@ -111,7 +111,7 @@ class FaultTest(CommandTest):
 
 
 class OneFileTest(FaultTest):
-    """A dump of one small snapshot, over an earlier file."""
+    """A dump of one small snapshot, which replaces an earlier file."""
 
     snapshot = PARTIAL
 
@@ -125,7 +125,7 @@ class OneFileTest(FaultTest):
         self.results = run.stdout
 
     def output(self):
-        """Without the one address of the running program in it."""
+        """The text without the memory address in it."""
         lines = (self.folder / "out" / OUT).read_text().splitlines()
         return [line for line in lines if "RedirectGID" not in line]
 
@@ -136,7 +136,7 @@ class OneFileTest(FaultTest):
         self.assert_one_error(run)
         for word in words:
             self.assertIn(word, run.stderr, run.fault)
-        # What is printed goes out before the file is moved into its place.
+        # Output is flushed before the file is moved into place.
         self.assertIn(run.stdout, ("", self.results))
         self.assertEqual((self.folder / "out" / OUT).read_text(), EARLIER)
         self.assert_nothing_else()
@@ -153,13 +153,13 @@ class Faults(OneFileTest):
             for run in self.every_call("write", number):
                 self.assert_failed(run, f"out/{OUT}: cannot write")
 
-    def test_a_write_stops_half_way(self):
+    def test_an_incomplete_write(self):
         for run in self.every_call("write", "short"):
             self.assert_failed(run, f"out/{OUT}: cannot write")
 
     def test_a_file_cannot_be_synchronised(self):
         runs = list(self.every_call("fsync", errno.EIO))
-        self.assertEqual(len(runs), 2)  # of the file, and of its folder
+        self.assertEqual(len(runs), 2)  # for the file, and for its directory
         self.assertEqual([run.returncode for run in runs], [FAILED, DONE])
         run = self.run_with_fault("fsync", 1, errno.EIO)
         self.assert_failed(run, f"out/{OUT}: cannot write: Input/output error; ")
@@ -181,7 +181,7 @@ class Faults(OneFileTest):
         for run in self.every_call("read", errno.EIO):
             self.assert_failed(run, "cannot read")
 
-    def test_the_folder_vanishes(self):
+    def test_the_directory_disappears(self):
         out = self.folder / "out"
         for call in ("read", "write", "fsync", "rename"):
             for at in range(1, 50):
@@ -190,14 +190,14 @@ class Faults(OneFileTest):
                 if run is None:
                     break
                 with self.subTest(call=call, at=at):
-                    if call == "fsync" and at == 2:  # the file was in its place already
+                    if call == "fsync" and at == 2:  # the file was already in place
                         self.assertEqual(run.returncode, DONE)
                         continue
                     self.assert_one_error(run)
                     self.assertFalse(out.exists())
                     self.assertEqual(self.entries(), [])
 
-    def test_a_signal_in_the_midst_of_it(self):
+    def test_a_signal_at_any_call(self):
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
             for call in ("read", "write", "fsync", "rename"):
                 for run in self.every_call(call, f"signal {int(number)}"):
@@ -246,7 +246,7 @@ class Faults(OneFileTest):
 
 
 class Compressed(FaultTest):
-    """The same of a compressed snapshot that is read, and of one that is written."""
+    """The same for reading and for writing compressed snapshots."""
 
     def setUp(self):
         super().setUp()
@@ -277,12 +277,12 @@ class Compressed(FaultTest):
                 self.assert_failed(run, f"out/new.zst: cannot write: {cause}; {space}write "
                                         "elsewhere")
 
-    def test_a_write_stops_half_way(self):
+    def test_an_incomplete_write(self):
         for run in self.every_call("write", "short"):
             self.assert_failed(run, "out/new.zst: cannot write: No space left on device; free some "
                                     "space, or write elsewhere")
 
-    def test_a_file_cannot_be_put_in_place(self):
+    def test_a_compressed_file_cannot_be_moved(self):
         self.assert_failed(self.run_with_fault("fsync", 1, errno.EIO),
                            "out/new.zst: cannot write: Input/output error; write elsewhere")
         self.assert_failed(self.run_with_fault("rename", 1, errno.EACCES),
@@ -294,7 +294,7 @@ class Compressed(FaultTest):
                                          r"Input/output error\n\Z", run.fault)
             self.assert_failed(run, run.stderr.removeprefix("fabscan: error: ").rstrip("\n"))
 
-    def test_a_signal_in_the_midst_of_it(self):
+    def test_a_signal_at_any_call(self):
         for call in ("read", "write", "fsync", "rename"):
             for run in self.every_call(call, f"signal {int(signal.SIGTERM)}"):
                 self.assertEqual(run.returncode, -signal.SIGTERM, run.fault)
@@ -313,7 +313,7 @@ class Compressed(FaultTest):
 
 
 class OnePerModel(FaultTest):
-    """Each file is whole: the earlier one or the new one."""
+    """Each file is complete: the earlier one or the new one."""
 
     def setUp(self):
         super().setUp()
@@ -326,13 +326,13 @@ class OnePerModel(FaultTest):
     def run_with_fault(self, *arguments, **more):
         for name in self.files:
             (self.folder / "out" / name).unlink(missing_ok=True)
-        self.first.write_text(EARLIER)  # the other one is not there
+        self.first.write_text(EARLIER)  # the other one is missing
         run = super().run_with_fault(*arguments, **more)
         (self.folder / "out" / OUT).unlink()
         return run
 
     def files_in_place(self, run):
-        """How many of the two are new; nothing else is there, and nothing is half-written."""
+        """How many of the two files are new. Expects no other file and no partial file."""
         entries = self.entries("out")
         self.assertIn(entries, (self.files[:1], self.files), run.fault)
         new = [name for name in entries if self.is_whole(name)]
@@ -367,7 +367,7 @@ class OnePerModel(FaultTest):
                 self.assertEqual(self.files_in_place(run), 2 if run.returncode == DONE else 0,
                                  run.fault)
 
-    def test_a_signal_in_the_midst_of_it(self):
+    def test_a_signal_at_any_call(self):
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
             for call in ("read", "write", "fsync", "rename"):
                 for run in self.every_call(call, f"signal {int(number)}"):
@@ -376,8 +376,8 @@ class OnePerModel(FaultTest):
 
 
 class OutOfMemory(OneFileTest):
-    """One allocation fails, or all from there on, for every one of a small run. Those before main
-    are left out: the loader and the libraries end the program there by themselves."""
+    """One allocation fails, or it and all later ones, for every allocation of a small run. Allocations
+    before main are skipped: the loader and the libraries end the program when those fail."""
 
     def setUp(self):
         self.snapshot = "small"
@@ -388,7 +388,7 @@ class OutOfMemory(OneFileTest):
         return super().run_command(*arguments, **more)
 
     def every_allocation(self, done=DONE, failure=FAILED, **more):
-        """Every run that met it; where the command did not do without, it says what it lacks."""
+        """Every run with the fault; if the command fails, it reports that memory ran out."""
         failed = 0
         for run in self.every_call("malloc", errno.ENOMEM, **more):
             if run.returncode != done:
@@ -400,7 +400,7 @@ class OutOfMemory(OneFileTest):
 
     def check_dump(self, **more):
         for run in self.every_allocation(**more):
-            # Telling of it fails too, when the file is in its place already.
+            # The report can fail too, after the file was moved into place.
             allowed = [self.whole] + [EARLIER.splitlines()] * (run.returncode != DONE)
             self.assertIn(self.output(), allowed, run.fault)
             self.assert_nothing_else()
@@ -408,7 +408,7 @@ class OutOfMemory(OneFileTest):
     def test_one_allocation_fails(self):
         self.check_dump()
 
-    def test_no_allocation_succeeds_from_there_on(self):
+    def test_all_later_allocations_fail(self):
         self.check_dump(onwards=True)
 
     def check_command(self, *command, **statuses):
@@ -421,7 +421,7 @@ class OutOfMemory(OneFileTest):
         self.check_command("check", "small", done=INCOMPLETE)
         self.check_command("diff", "small", "small", failure=WRONG_USAGE)
 
-    def test_one_allocation_of_a_page_or_of_files_by_model_fails(self):
+    def test_one_allocation_of_a_page_or_of_several_files_fails(self):
         for path, *command in (
                 ("page", "check", "small", "--html", "page", "--force"),
                 ("p_sw_0000_generated.cpp", "dump", "small", "--prefix", "P", "--one-per-model",
@@ -438,7 +438,7 @@ class OutOfMemory(OneFileTest):
             output.unlink()
 
     def check_files_by_model(self, earlier, **more):
-        """Two files, of which these were there before: both are new, or nothing has changed."""
+        """Two files, some of which existed: both are new, or nothing has changed."""
         two = {"type": "SW", "numPorts": 2}, {"type": "CA", "numPorts": 1}
         nodes = [{"name": f"N{i}", "guid": f"0x{i + 1}", **of} for i, of in enumerate(two)]
         self.put("two", snapshot(*nodes))
@@ -465,14 +465,14 @@ class OutOfMemory(OneFileTest):
                 (folder / name).write_text(EARLIER)
         self.assertIn((FAILED, True), seen)
 
-    def test_one_allocation_of_a_new_file_beside_an_earlier_one_fails(self):
+    def test_one_allocation_of_a_new_and_an_existing_file_fails(self):
         self.check_files_by_model(earlier=["mydevice_hca_0000_generated.cpp"])
 
-    def test_no_allocation_of_two_files_succeeds_from_there_on(self):
+    def test_all_later_allocations_of_two_files_fail(self):
         self.check_files_by_model(earlier=["mydevice_sw_0000_generated.cpp"], onwards=True)
 
     def test_one_allocation_of_anonymise_fails(self):
-        command = ("anonymise", "small", "--key", "a key of our own", "--output", "new", "--force")
+        command = ("anonymise", "small", "--key", "a secret key", "--output", "new", "--force")
         self.assertEqual(self.run_command(*command).returncode, DONE)
         new = self.folder / "new"
         whole = new.read_text()

@@ -1,4 +1,4 @@
-// Makes a fabric of one switch, and writes the simulated device of it.
+// Creates a fabric with one switch, and writes its simulated device.
 
 #include <iostream>
 

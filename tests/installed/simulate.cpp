@@ -1,4 +1,5 @@
-// Runs a function of the device that the command wrote, and tells what the node holds then.
+// Runs a function of the device that the command wrote, and prints the resulting values of the
+// node.
 
 #include <iostream>
 

@@ -1,4 +1,4 @@
-"""What docs/discovery.md says about a collector of your own is what happens."""
+"""The instructions in docs/discovery.md for your own collector work."""
 
 import copy
 import json
@@ -54,7 +54,7 @@ class CollectorTest(LiveTestCase):
         self.leaf = json.loads(EXTRA.read_text().splitlines()[1])
 
     def check(self, extra, guid):
-        """Merges the extra snapshot; returns the exit status of `check` and where #error stands."""
+        """Merges the extra snapshot; returns the exit status of `check` and the functions with #error."""
         (self.fabric.folder / "extra.jsonl").write_text(extra)
         merged = self.fabric.fabscan("merge", "fabric.jsonl", "extra.jsonl", "--output",
                                      "whole.jsonl", "--force")
@@ -75,7 +75,7 @@ class CollectorTest(LiveTestCase):
         self.assertEqual(status, 3)
         self.assertEqual(errors, {name for _, _, functions in rows() for name in functions})
 
-    def test_a_key_is_needed_for_what_the_table_says(self):
+    def test_each_key_is_needed_for_the_listed_functions(self):
         self.assertEqual(len(rows()), 9)
         for key, bits, functions in rows():
             changes = [without_bit(self.leaf, bit) for bit in bits] or [without(self.leaf, key)]

@@ -1,4 +1,4 @@
-"""What `fabscan discover` writes of whole fabrics."""
+"""`fabscan discover` with complete fabrics."""
 
 import unittest
 
@@ -26,7 +26,7 @@ class DiscoverTest(LiveTestCase):
         self.assertEqual(number(info["NodeGUID"]), 0x5A1E0C0000100000)
         self.assertEqual(number(info["SystemImageGUID"]), 0x5A1E0C0000100080)
 
-    def test_tells_linked_ports_from_those_that_are_down(self):
+    def test_distinguishes_linked_ports_from_ports_that_are_down(self):
         fabric = self.serve(nets.two_switches(), nets.HERE)
         self.discover(fabric)
         snapshot = fabric.snapshot()
@@ -44,14 +44,15 @@ class DiscoverTest(LiveTestCase):
         self.assertEqual(snapshot.port(nets.SPINE, 1)["state"], "DOWN")
         self.assertEqual(snapshot.port(nets.LEAF, 2)["state"], "INIT")
 
-    def test_notes_why_a_router_has_no_router_info(self):
+    def test_records_why_a_router_has_no_router_info(self):
         fabric = self.serve(nets.two_switches(), nets.HERE)
         self.discover(fabric)
         absent = fabric.snapshot().node(nets.ROUTER)["absent"]
-        self.assertEqual(absent, {"SMP_RouterInfo": "not asked for: the public libraries know "
-                                                    "neither its attribute id nor its layout"})
+        self.assertEqual(absent, {"SMP_RouterInfo": "not requested: the public libraries "
+                                                    "define neither its attribute ID nor its "
+                                                    "layout"})
 
-    def test_gives_nodes_with_one_description_distinct_names(self):
+    def test_gives_nodes_with_equal_descriptions_distinct_names(self):
         fabric = self.serve(nets.two_switches(("twin", "twin")), nets.HERE)
         self.discover(fabric)
         snapshot = fabric.snapshot()
@@ -60,14 +61,14 @@ class DiscoverTest(LiveTestCase):
             self.assertEqual(node["name"], f"twin [0x{node_id[2:]}]")
             self.assertEqual(node["alternativeName"], "twin")
 
-    def test_writes_the_same_again(self):
+    def test_repeats_the_same_output(self):
         fabric = self.serve(nets.two_switches(), nets.HERE)
         self.discover(fabric)
         first = fabric.snapshot().lines
         self.discover(fabric, "--force", "--outstanding", "8")
         self.assertEqual(fabric.snapshot().lines, first)
 
-    def test_reads_from_the_port_that_is_asked_for(self):
+    def test_reads_from_the_given_port(self):
         fabric = self.serve(nets.two_switches(), nets.THERE)
         self.discover(fabric, "-C", "ibsim0", "-P", "1")
         self.assertIn("ibsim0 port 1", fabric.snapshot().lines[0])

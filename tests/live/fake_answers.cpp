@@ -1,20 +1,20 @@
-// A preload for tests: answers chosen subnet-management queries in the place of the devices, or
-// withholds the answers, and makes up the ports of this host. It stands between the InfiniBand
+// A preloaded library for tests: answers selected subnet management queries instead of the devices,
+// or withholds the answers, and simulates the ports of this host. It sits between the InfiniBand
 // libraries and libibumad.
 //
 // FABSCAN_FAKE_RULES     rules ATTRIBUTE:MODIFIER:WHAT separated by commas; ATTRIBUTE in hex,
-//                        MODIFIER a number or *, WHAT one of answer, refuse, silence, wait (which
-//                        is a silence that lasts), once (one silence, then as without a rule),
-//                        unsent (the query cannot be sent); the first rule that fits counts
-// FABSCAN_FAKE_HOPS      the rules are for devices that are this many hops away, or more
-// FABSCAN_FAKE_OFFER     set: every PortInfo says that PortInfoExtended is supported
-// FABSCAN_FAKE_PORTS     the ports of this host, ADAPTER:PORT:STATE:LAYER separated by commas, all
-//                        of an adapter in a row; port 0 is an adapter that has gone meanwhile
-// FABSCAN_FAKE_NO_UMAD   set: libibumad cannot begin
+//                        MODIFIER a number or *, WHAT one of answer, refuse, silence, wait (a
+//                        long silence), once (one silence, then as without a rule),
+//                        unsent (the query cannot be sent); the first matching rule applies
+// FABSCAN_FAKE_HOPS      the rules apply to devices at least this many hops away
+// FABSCAN_FAKE_OFFER     set: every PortInfo reports support for PortInfoExtended
+// FABSCAN_FAKE_PORTS     the ports of this host, ADAPTER:PORT:STATE:LAYER separated by commas,
+//                        grouped by adapter; port 0 is an adapter that has disappeared
+// FABSCAN_FAKE_NO_UMAD   set: libibumad cannot be initialised
 // FABSCAN_FAKE_FORBID    no port can be opened: the error number, 0 for none
-// FABSCAN_FAKE_OPENS     before that, so many times a port can be opened
+// FABSCAN_FAKE_OPENS     number of times a port can be opened before that
 // FABSCAN_FAKE_CONSOLE   "FIFO COMMAND": before the first NodeInfo query over two hops or more,
-//                        gives the simulator this console command, and time to follow it
+//                        sends this console command to the simulator, and waits for its effect
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -32,7 +32,7 @@
 namespace {
 
 constexpr std::size_t kMadBytes = 256;
-constexpr std::size_t kPayload = 64;  // where it begins, and its length
+constexpr std::size_t kPayload = 64;  // offset and length
 constexpr unsigned kNodeInfo = 0x11;
 constexpr unsigned kPortInfo = 0x15;
 constexpr unsigned char kGetResponse = 0x81;
@@ -43,7 +43,7 @@ constexpr useconds_t kConsoleMicroseconds = 300000;
 
 struct Reply {
   int agent = 0;
-  unsigned status = 0;  // of the user MAD: 0, or ETIMEDOUT
+  unsigned status = 0;  // status of the user MAD: 0 or ETIMEDOUT
   unsigned wait = 0;    // in seconds
   unsigned char mad[kMadBytes] = {};
 };
@@ -66,7 +66,7 @@ unsigned AttributeOf(const unsigned char* mad) { return mad[16] * 256U + mad[17]
 unsigned ModifierOf(const unsigned char* mad) { return mad[22] * 256U + mad[23]; }
 unsigned HopsOf(const unsigned char* mad) { return mad[7]; }
 
-/// What the rules say of this query; empty where they say nothing.
+/// The action for this query; empty if no rule matches.
 std::string FindRule(const unsigned char* mad) {
   const char* hops = std::getenv("FABSCAN_FAKE_HOPS");
   if (hops != nullptr && HopsOf(mad) < static_cast<unsigned>(std::atoi(hops))) return {};
@@ -86,7 +86,7 @@ std::string FindRule(const unsigned char* mad) {
   return {};
 }
 
-/// The payload of an answer of ours: in each 16 bits, their number from 1 on, then the port's.
+/// The data of a simulated answer: each 16-bit word has its index from 1 on, then the port number.
 void FillPayload(unsigned char* mad) {
   for (std::size_t word = 0; word < kPayload / 2; ++word) {
     mad[kPayload + 2 * word] = static_cast<unsigned char>(word + 1);
@@ -113,7 +113,7 @@ void QueueReply(const unsigned char* query, int agent, const std::string& what) 
   waiting.push_back(reply);
 }
 
-/// Whether a rule that holds once has held.
+/// Whether a rule for one query has been used.
 bool HeldBefore() {
   static bool held = false;
   const bool before = held;

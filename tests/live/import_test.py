@@ -1,11 +1,11 @@
-"""What `fabscan import` makes of the caches of ibnetdiscover, beside what `discover` reads."""
+"""`fabscan import` of ibnetdiscover caches, compared with `discover`."""
 
 import unittest
 
 import nets
 from simulated_fabric import LiveTestCase, tool
 
-NOT_SCANNED = {"SMP_PortInfo": "a discovery cache holds only the ports that the scan came by"}
+NOT_SCANNED = {"SMP_PortInfo": "a discovery cache contains only the ports that the scan traversed"}
 NOT_STORED = {"SMP_PortInfoExtended": "a discovery cache does not hold it"}
 
 
@@ -20,7 +20,7 @@ class ImportTest(LiveTestCase):
         return done
 
     def without_what_a_cache_lacks(self, fabric):
-        """What was discovered, as the cache has it."""
+        """The discovered snapshot, reduced to what a cache contains."""
         nodes = fabric.snapshot().nodes
         for node in nodes.values():
             for port in node["ports"]:
@@ -43,7 +43,7 @@ class ImportTest(LiveTestCase):
         self.compare(fabric)
         self.assertEqual(len(fabric.snapshot("imported.jsonl").nodes), 5)
 
-    def test_agrees_with_discover_but_for_port_info_extended(self):
+    def test_agrees_with_discover_except_for_port_info_extended(self):
         fabric = self.serve(nets.two_switches(), nets.HERE)
         self.compare(fabric, FABSCAN_FAKE_OFFER="1", FABSCAN_FAKE_RULES="33:*:answer")
         self.assertEqual(fabric.snapshot("imported.jsonl").port(nets.LEAF, 5)["absent"],
@@ -55,7 +55,7 @@ class ImportTest(LiveTestCase):
         self.compare(fabric)
         self.assertEqual(len(fabric.snapshot("imported.jsonl").nodes), 2500)
 
-    def test_names_what_the_scan_had_not_got(self):
+    def test_reports_what_the_scan_did_not_read(self):
         fabric = self.serve(nets.two_switches(), nets.HERE)
         fabric.command(f'Error "{nets.THERE}" 100')
         self.save_cache(fabric, FABSCAN_FAKE_RULES="15:5:silence")
@@ -72,8 +72,8 @@ class ImportTest(LiveTestCase):
         cache.write_bytes(whole[:1000])
         done = self.import_cache(fabric, expect=1)
         self.assertEqual(done.stderr,
-                         "fabscan: error: fabric.cache: byte 1000: the file ends too early, of "
-                         f"{len(whole)} bytes\n")
+                         "fabscan: error: fabric.cache: byte 1000: the file ends too early; "
+                         f"expected {len(whole)} bytes\n")
         self.assertFalse((fabric.folder / "imported.jsonl").exists())
 
     def test_reads_standard_input(self):

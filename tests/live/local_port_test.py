@@ -1,4 +1,4 @@
-"""Which port of this host `fabscan discover` uses, and what it says where there is none to use.
+"""Which port of this host `fabscan discover` uses, and its messages if there is none to use.
 
 The ports are made up. None but the simulator's own can be opened: whichever is chosen is named in
 the refusal.
@@ -35,60 +35,60 @@ class LocalPortTest(LiveTestCase):
         self.assertTrue(found, message)
         return port
 
-    def test_the_first_active_port_comes_before_those_that_are_up(self):
+    def test_active_ports_are_preferred_to_ports_that_are_up(self):
         there = ports(("a0", 1, ACTIVE, "Ethernet"), ("a1", 1, DOWN, "InfiniBand"),
                       ("a1", 2, INIT, "InfiniBand"), ("a2", 1, ACTIVE, "InfiniBand"),
                       ("a3", 1, ACTIVE, "InfiniBand"))
         self.assertEqual(self.chosen(there), "a2 port 1")
 
-    def test_the_first_port_that_is_up_comes_before_those_that_are_down(self):
+    def test_ports_that_are_up_are_preferred_to_ports_that_are_down(self):
         there = ports(("a0", 1, ACTIVE, "Ethernet"), ("a1", 1, DOWN, "InfiniBand"),
                       ("a1", 2, INIT, "InfiniBand"), ("a2", 1, ARMED, "InfiniBand"))
         self.assertEqual(self.chosen(there), "a1 port 2")
 
-    def test_a_port_that_is_down_comes_before_none(self):
+    def test_a_port_that_is_down_is_used_if_there_is_no_other(self):
         there = ports(("a0", 1, DOWN, "InfiniBand"), ("a0", 2, DOWN, "InfiniBand"))
         self.assertEqual(self.chosen(there), "a0 port 1")
         there = ports(("a0", 1, ACTIVE, "Ethernet"), ("a0", 2, DOWN, "InfiniBand"))
         self.assertEqual(self.chosen(there), "a0 port 2")
 
-    def test_the_port_that_is_asked_for_comes_before_a_better_one(self):
+    def test_the_given_port_is_preferred_to_a_better_one(self):
         there = ports(("a0", 1, ACTIVE, "InfiniBand"), ("a0", 2, DOWN, "InfiniBand"),
                       ("a1", 2, INIT, "InfiniBand"))
         self.assertEqual(self.chosen(there, "-C", "a0", "-P", "2"), "a0 port 2")
         self.assertEqual(self.chosen(there, "-C", "a1"), "a1 port 2")
         self.assertEqual(self.chosen(there, "-P", "2"), "a1 port 2")
 
-    def test_a_port_that_no_adapter_has(self):
+    def test_a_missing_port(self):
         there = ports(("a0", 1, ACTIVE, "InfiniBand"), ("a1", 2, INIT, "InfiniBand"))
         self.assertEqual(self.refusal("-P", "3", FABSCAN_FAKE_PORTS=there),
-                         "no port 3 on any adapter; there is: a0 port 1, a1 port 2")
+                         "no port 3 on any adapter; available: a0 port 1, a1 port 2")
         self.assertEqual(self.refusal("-C", "a0", "-P", "2", FABSCAN_FAKE_PORTS=there),
-                         "no port 2 on a0; there is: a0 port 1")
+                         "no port 2 on a0; available: a0 port 1")
 
-    def test_ethernet_is_no_infiniband(self):
+    def test_refuses_ethernet_ports(self):
         there = ports(("a0", 1, ACTIVE, "Ethernet"), ("a1", 1, DOWN, "Ethernet"))
         self.assertEqual(self.refusal(FABSCAN_FAKE_PORTS=there),
-                         "a0 port 1: its link layer is Ethernet, not InfiniBand; there is: "
+                         "a0 port 1: its link layer is Ethernet, not InfiniBand; available: "
                          "a0 port 1, a1 port 1")
         there = ports(("a0", 1, ACTIVE, "InfiniBand"), ("a1", 1, ACTIVE, "Ethernet"))
         self.assertEqual(self.refusal("-C", "a1", FABSCAN_FAKE_PORTS=there),
-                         "a1 port 1: its link layer is Ethernet, not InfiniBand; there is: "
+                         "a1 port 1: its link layer is Ethernet, not InfiniBand; available: "
                          "a0 port 1, a1 port 1")
 
-    def test_an_adapter_that_goes_meanwhile_is_left_out(self):
+    def test_an_adapter_that_disappears_is_skipped(self):
         gone = ports(("a0", 0, 0, "InfiniBand"), ("a1", 1, INIT, "InfiniBand"))
         self.assertEqual(self.chosen(gone), "a1 port 1")
         self.assertEqual(self.refusal("-C", "a0", FABSCAN_FAKE_PORTS=gone),
-                         "no adapter 'a0' on this host; there is: a1 port 1")
+                         "no adapter 'a0' on this host; available: a1 port 1")
 
     def test_no_adapter_and_no_library(self):
-        none = ("no InfiniBand adapter on this host; is the adapter's driver loaded, and ib_umad?")
+        none = ("no InfiniBand adapter on this host; are the adapter's driver and ib_umad loaded?")
         self.assertEqual(self.refusal(FABSCAN_FAKE_PORTS=ports(("a0", 0, 0, "InfiniBand"))), none)
         self.assertEqual(self.refusal(FABSCAN_FAKE_NO_UMAD="1"), none)
 
     def test_why_a_port_cannot_be_opened(self):
-        permission = "run as root, or as someone who may use the umad devices in /dev/infiniband"
+        permission = "run as root, or as a user who may access the umad devices in /dev/infiniband"
         module = "is the module ib_umad loaded?"
         for error, message in ((errno.EACCES, f"Permission denied; {permission}"),
                                (errno.EPERM, f"Operation not permitted; {permission}"),
@@ -99,7 +99,7 @@ class LocalPortTest(LiveTestCase):
                                  f"ibsim0 port 1: cannot open: {message}")
 
     def test_a_port_that_is_refused_after_the_scan(self):
-        # Opened to try, and twice by the scan.
+        # Opened once to check, and twice by the scan.
         self.assertEqual(self.refusal(FABSCAN_FAKE_FORBID=errno.EMFILE, FABSCAN_FAKE_OPENS=3),
                          "ibsim0 port 1: cannot register for subnet management: Too many open files")
 

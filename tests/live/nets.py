@@ -1,4 +1,4 @@
-"""Fabrics in the simulator's language: what `ibnetdiscover` prints."""
+"""Fabrics in the simulator's input format: the output of `ibnetdiscover`."""
 
 import collections
 
@@ -6,7 +6,7 @@ KINDS = {"S": ("Switch", "switchguid"), "H": ("Hca", "caguid"), "R": ("Rt", "rtg
 
 
 class Net:
-    """Nodes by id; the id's first letter is the kind (S, H or R), the rest the GUID in hex."""
+    """Nodes by id; the id's first letter is the type (S, H or R), the rest the GUID in hex."""
 
     def __init__(self):
         self.nodes = {}
@@ -50,7 +50,7 @@ def two_switches(descriptions=("leaf", "spine")):
 
 
 def chain(switches):
-    """An adapter, and switches one behind the other: each its port 2 to the next one's port 1."""
+    """An adapter and a chain of switches: port 2 of each is linked to port 1 of the next."""
     net = Net()
     here = net.add("H", 0x5A1E0C0000100000, 2, "here HCA-1", 0x5A90)
     row = [net.add("S", 0x5A1E0C0000200000 + 0x100 * i, 2, f"switch {i + 1}")

@@ -25,15 +25,15 @@ class RoadTest(LiveTestCase):
         self.assertEqual(done.returncode, expect, done.stdout + done.stderr)
         return done
 
-    def test_what_was_discovered_is_dumped_and_simulated_as_it_was(self):
+    def test_a_discovered_fabric_is_dumped_and_simulated(self):
         dumped = self.fabric.fabscan("dump", "fabric.jsonl", "--prefix", "MyDev")
         self.assertEqual(dumped.returncode, 0, dumped.stderr)
         generated = (self.fabric.folder / "mydev_generated.cpp").read_text()
         self.assertIn("mad_buffer.DeviceID = 0x5a50;", generated)
-        done = self.verify("fabric.jsonl", 3)  # what was not collected is left to do by hand
+        done = self.verify("fabric.jsonl", 3)  # uncollected attributes need manual edits
         self.assertIn(" 0 differ", done.stdout)
 
-    def test_what_a_collector_adds_makes_a_node_whole(self):
+    def test_a_collector_completes_a_node(self):
         (self.fabric.folder / "extra.jsonl").write_bytes(EXTRA.read_bytes())
         done = self.merge()
         # 7 records of the node, both masks, one record of the port
@@ -50,7 +50,7 @@ class RoadTest(LiveTestCase):
         self.merge()
         self.assertEqual(self.fabric.snapshot("whole.jsonl").lines, self.fabric.snapshot().lines)
 
-    def test_a_contradiction_names_both_values(self):
+    def test_a_contradiction_reports_both_values(self):
         lines = [json.loads(line) for line in EXTRA.read_text().splitlines()]
         lines[1]["numPorts"] = 7
         (self.fabric.folder / "extra.jsonl").write_text(
@@ -58,9 +58,9 @@ class RoadTest(LiveTestCase):
         done = self.merge(expect=1)
         self.assertEqual(done.stderr,
                          "fabscan: error: fabric.jsonl and extra.jsonl contradict each other in 1 "
-                         f"value: leaf ({LEAF_GUID}): numPorts is 6 and 7; choose with "
-                         "--prefer base or --prefer extra; 'fabscan diff' lists what "
-                         "differs\n")
+                         f"value: leaf ({LEAF_GUID}): numPorts is 6 and 7; use --prefer "
+                         "base or --prefer extra to select one; 'fabscan diff' lists the "
+                         "differences\n")
         self.assertFalse((self.fabric.folder / "whole.jsonl").exists())
         self.merge("--prefer", "extra")
         self.assertEqual(self.fabric.snapshot("whole.jsonl").node(nets.LEAF)["numPorts"], 7)

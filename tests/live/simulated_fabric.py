@@ -13,12 +13,12 @@ import unittest
 
 FABSCAN = os.environ["FABSCAN"]
 FAKE_ANSWERS = os.environ["FABSCAN_FAKE_ANSWERS"]
-# What another collector read of a switch of `nets.two_switches()`.
+# The output of another collector for a switch of `nets.two_switches()`.
 EXTRA = pathlib.Path(__file__).resolve().parents[2] / "examples" / "extra.jsonl"
 START_SECONDS = 60
 RUN_SECONDS = 120
 
-# An ending that is asked for cleans up like an ordinary one.
+# A requested exit cleans up like an ordinary one.
 signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
 
 
@@ -36,7 +36,7 @@ def tool(name):
 
 
 class SimulatedFabric:
-    """Starts ibsim on `net` in a folder of its own; `host` is where commands run."""
+    """Starts ibsim with `net` in a separate directory; `host` is where commands run."""
 
     def __init__(self, net, host, limits=()):
         self.host = host
@@ -54,11 +54,11 @@ class SimulatedFabric:
         (self.folder / "fabric.net").write_text(net.text())
         self.console_path = self.folder / "console"
         os.mkfifo(self.console_path)
-        # Held open for writing, so that ibsim never sees the end of its console.
+        # Kept open for writing, so that ibsim never reads the end of its console.
         self.console = os.open(self.console_path, os.O_RDWR)
         with open(self.folder / "ibsim.out", "wb") as out:
             self.simulator = subprocess.Popen(
-                # Should this process be killed, the simulator ends as well.
+                # If this process is killed, the simulator ends too.
                 [tool("setpriv"), "--pdeathsig", "TERM", tool("ibsim"), "-s", *map(str, limits),
                  "fabric.net"], stdin=self.console, stdout=out, stderr=subprocess.STDOUT, cwd=self.folder,
                 env={**os.environ, "IBSIM_SOCKNAME": self.socket})
@@ -75,7 +75,7 @@ class SimulatedFabric:
         raise RuntimeError("ibsim: " + (self.folder / "ibsim.out").read_text(errors="replace"))
 
     def command(self, line):
-        """Gives the simulator a console command, and time to follow it."""
+        """Sends a console command to the simulator, and waits for its effect."""
         os.write(self.console, f"{line}\n".encode())
         time.sleep(0.3)
 
@@ -127,15 +127,15 @@ def number(value):
 
 
 class LiveTestCase(unittest.TestCase):
-    """A test with a simulated fabric, which is gone afterwards."""
+    """A test with a simulated fabric, which is stopped afterwards."""
 
     def serve(self, net, host, limits=()):
         fabric = SimulatedFabric(net, host, limits)
         self.addCleanup(self._close, fabric)
         return fabric
 
-    # What the simulator's client library makes in the working folder, and takes away at an ordinary
-    # end of the program.
+    # Files that the simulator's client library creates in the current directory, and removes at a
+    # normal exit.
     LEFTOVERS = ("sys-*", ".fabscan-*")
 
     def _close(self, fabric):

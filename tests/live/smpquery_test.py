@@ -1,4 +1,4 @@
-"""Every field of NodeInfo, SwitchInfo and PortInfo against what smpquery prints of it."""
+"""Every field of NodeInfo, SwitchInfo and PortInfo, compared with the output of smpquery."""
 
 import unittest
 
@@ -90,7 +90,7 @@ PORT_INFO = [
 ]
 NOT_KEPT = {"Mkey"}
 
-# Way from the host, and the ports to look at.
+# Directed route from the host, and the ports to compare.
 NODES = [(nets.HERE, "0", [1, 2]), (nets.LEAF, "0,1", [0, 1, 5]), (nets.ROUTER, "0,1,4", [1, 2])]
 
 
@@ -116,9 +116,9 @@ class SmpqueryTest(LiveTestCase):
         values = printed(done.stdout)
         self.assertEqual(set(values) - NOT_KEPT, {label for _, label, _ in fields})
         for field, label, show in fields:
-            # A snapshot leaves out fields that are 0.
+            # A snapshot omits fields that are 0.
             self.assertEqual(show(number(record.get(field, 0))), values[label], (query, field))
-        unread = {"LinkSpeedExtSup2"}  # which a snapshot always says
+        unread = {"LinkSpeedExtSup2"}  # which a snapshot always contains
         self.assertEqual(set(record) - unread - {field for field, _, _ in fields}, set())
 
     def test_node_info(self):

@@ -1,4 +1,4 @@
-"""What `fabscan diff` and `fabscan merge` do with discoveries of one fabric from two hosts."""
+"""`fabscan diff` and `fabscan merge` with discoveries of one fabric from two hosts."""
 
 import json
 import unittest
@@ -12,7 +12,7 @@ INCLUDE = "--include-ingress-port"
 class TwoHostsTest(LiveTestCase):
     def setUp(self):
         net = nets.two_switches()
-        # Each host reaches this adapter by the other one of its ports.
+        # Each host reaches this adapter through a different port.
         self.dual = net.add("H", int(nets.THERE[2:], 16) + 0x100, 2, "dual HCA-1")
         net.link(nets.LEAF, 5, self.dual, 1)
         net.link(nets.SPINE, 4, self.dual, 2)

@@ -1,4 +1,4 @@
-"""Makes the minefield: snapshots that must be read (y_*) and that must be refused (n_*).
+"""Writes the minefield: snapshots that must be accepted (y_*) or refused (n_*).
 
     make.py           writes the files, and messages.tsv with what is said of each refused one
     make.py --check   fails where a file is not as this script makes it
@@ -72,7 +72,7 @@ def counter_set(index):
     return '"%d":{%s}' % (index, fields)
 
 
-# ---------- What is read ----------
+# ---------- Accepted files ----------
 
 YES = {
     "no_nodes": file(),
@@ -128,7 +128,7 @@ YES = {
     "all_marks_of_a_node": node(',"inSubFabric":false,"opalSwitch":true,"alternativeName":"A"'),
 }
 
-# ---------- What is refused, and the words ----------
+# ---------- Refused files, and the messages ----------
 
 NO_SNAPSHOT = ('1: this is no snapshot; the first line of one is its header, '
                '{"fabscan_snapshot": 1, ...}')

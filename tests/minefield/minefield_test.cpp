@@ -1,5 +1,5 @@
-// Every file of the minefield, every truncation of the bundled example, every flipped bit of a
-// small snapshot: read, or refused in the words of messages.tsv.
+// Every file of the minefield, every truncation of the bundled example and every flipped bit of a
+// small snapshot is read, or refused with the message in messages.tsv.
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ std::string ReadFile(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// The mines of one kind, 'y' or 'n': file name -> text.
+/// The files of one type, 'y' or 'n': file name -> text.
 std::map<std::string, std::string> Mines(char kind) {
   std::map<std::string, std::string> mines;
   for (const auto& entry : fs::directory_iterator(FABSCAN_MINEFIELD)) {
@@ -67,14 +67,13 @@ TEST(Minefield, WhatIsNotIsRefusedInTheWordsOfTheTable) {
 TEST(Minefield, ATruncatedExampleIsRefusedWhereverItEnds) {
   const std::string text = ReadFile(FABSCAN_EXAMPLES "/partial.fabscan.jsonl");
   ASSERT_EQ(ReadError(text), "");
-  ASSERT_EQ(ReadError(text.substr(0, text.size() - 1)), "");  // the last line end may be missing
+  ASSERT_EQ(ReadError(text.substr(0, text.size() - 1)), "");  // the last line feed may be missing
   for (std::size_t size = 0; size + 1 < text.size(); ++size) {
     EXPECT_NE(ReadError(text.substr(0, size)), "") << size;
   }
 }
 
-/// Reads no more of the demonstration than the line that was cut: the lines before it are read by
-/// the other cuts.
+/// Reads only the truncated line of the example: other truncations cover the lines before it.
 TEST(Minefield, ATruncatedDemonstrationIsRefusedWhereverItEnds) {
   const std::string text = ReadFile(FABSCAN_EXAMPLES "/demo.fabscan.jsonl");
   const std::size_t header = text.find('\n') + 1;
@@ -86,7 +85,7 @@ TEST(Minefield, ATruncatedDemonstrationIsRefusedWhereverItEnds) {
     for (std::size_t size = 0; begin + size <= end; ++size, ++cuts) {
       std::string cut = begin == 0 ? "" : text.substr(0, header);
       cut += text.substr(begin, size);
-      if (is_last && begin + size == end) continue;  // only the line end is missing
+      if (is_last && begin + size == end) continue;  // only the line feed is missing
       EXPECT_NE(ReadError(cut), "") << begin + size;
     }
   }

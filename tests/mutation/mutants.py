@@ -1,7 +1,7 @@
-"""The mutants of one C++ source: small faults, each a change of the text at one place.
+"""The mutants of one C++ source: small faults, each a text change at one position.
 
-The text is read by tokens, not parsed: clang-format has been over it, so that a binary operator has
-blanks on both sides and a template bracket has none. What makes no sense does not compile.
+The text is split into tokens, not parsed: it is formatted by clang-format, so a binary operator has
+blanks on both sides and a template bracket has none. Meaningless mutants do not compile.
 """
 
 import dataclasses
@@ -29,10 +29,10 @@ BLOCK, SCOPE, LIST = "block", "scope", "list"
 @dataclasses.dataclass(frozen=True)
 class Mutant:
     kind: str    # literal, field, condition, order or deletion
-    place: str   # the function or table that it stands in
+    place: str   # the function or table that contains it
     begin: int
     end: int
-    text: str    # stands for what was between `begin` and `end`
+    text: str    # replaces the text between `begin` and `end`
 
     def applied(self, source):
         return source[:self.begin] + self.text + source[self.end:]
@@ -41,7 +41,7 @@ class Mutant:
         return source.count("\n", 0, self.begin) + 1
 
     def name(self, source):
-        """What it does, whatever stands above it: the lines before and after."""
+        """Identifies the change by its lines before and after, independent of the position."""
         first = source.rfind("\n", 0, self.begin) + 1
         last = source.find("\n", self.end)
         def squeezed(text):
@@ -79,7 +79,7 @@ class Source:
                 self.partner[first], self.partner[i] = i, first
 
     def _head(self, brace):
-        """The indices of what stands before a brace, back to the statement before."""
+        """The indices of the tokens before a brace, back to the previous statement."""
         i = brace - 1
         head = []
         while i >= 0 and self.words[i] not in (";", "{", "}") and self.kinds[i] != "directive":
@@ -105,7 +105,7 @@ class Source:
             kind = LIST
         elif before in ("]", "else", "do", "try") or ")" in words:
             kind = BLOCK
-            # The parameters of a function come last in its head, but for an initialiser list.
+            # The parameters of a function come last in its head, except for an initialiser list.
             for i in head:
                 if self.words[i] != ")": continue
                 at = self.partner[i] - 1
@@ -122,10 +122,10 @@ class Source:
 
     def place(self, position):
         inner = [(end - begin, name) for begin, end, name in self.places if begin <= position < end]
-        # Of a function, not of the list in it.
+        # For a function, not for the list in it.
         return max(inner)[1] if inner else "file"
 
-    # ---------- Pieces ----------
+    # ---------- Parts ----------
 
     def statements(self, brace):
         """(first, last) of each statement of a block."""
@@ -161,7 +161,7 @@ class Source:
         if first < close: yield first, close - 1
 
     def operand(self, at, step, stops):
-        """The index of the last token of the operand beside the operator `at`."""
+        """The index of the last token of the operand next to the operator `at`."""
         i = at + step
         last = i
         while 0 <= i < len(self.words):
@@ -182,7 +182,7 @@ class Source:
 
 
 def changed_string(word):
-    """One character replaced, and the last one gone."""
+    """One character replaced, and the last one removed."""
     begin, end = word.index('"') + 1, len(word) - 1
     if word.startswith("R"):
         begin, end = word.index("(") + 1, word.rindex(")")
@@ -217,7 +217,7 @@ def changed_char(word):
 
 
 def mutants(text):
-    """All mutants of a source, by place; none twice."""
+    """All mutants of a source, by position, without duplicates."""
     source = Source(text)
     seen = set()
     for mutant in sorted(_all(source), key=lambda m: (m.begin, m.end, m.text)):
@@ -229,7 +229,7 @@ def mutants(text):
 
 
 def _in_assertion(source, position):
-    """static_assert decides nothing when the program runs."""
+    """static_assert has no effect at run time."""
     start = max(source.text.rfind(c, 0, position) for c in ";}")
     return source.text[start + 1:position + 13].lstrip().startswith("static_assert")
 
@@ -292,14 +292,14 @@ def _operators(source, i, change):
 
 
 def _following(names, name, count=2):
-    """The next other names, in the order of the file."""
+    """The next different names, in the order of the file."""
     distinct = list(dict.fromkeys(names))
     at = distinct.index(name)
     return [n for n in distinct[at + 1:] + distinct[:at] if n != name][:count]
 
 
 def _fields(source):
-    """Other members, questions and constants of the same file."""
+    """Other members, queries and constants of the same file."""
     families = {}
     for i, word in enumerate(source.words):
         if source.kinds[i] != "word": continue
@@ -326,7 +326,7 @@ def _fields(source):
 
 
 def _row_values(source):
-    """A row that keeps its text and takes the value of the row beside it."""
+    """A row with its own text and the value of the adjacent row."""
     rows = list(re.finditer(r"(?m)^[ ]*FABSCAN_[A-Z]+\((?:(\w+), )?([\w.\[\]]+)\),$", source.text))
     for row, other in zip(rows, rows[1:] + rows[:1]):
         if row.group(1) != other.group(1):
@@ -341,7 +341,7 @@ def _row_values(source):
 
 
 def _calls(source):
-    """Without one call of a chain; two calls of a chain the other way round."""
+    """One call of a chain removed; two calls of a chain swapped."""
     for i, word in enumerate(source.words):
         if word != "." or source.words[i + 2:i + 3] != ["("]: continue
         last = source.partner[i + 2]
@@ -355,7 +355,7 @@ def _calls(source):
 
 
 def _sequence(source, pieces, separator):
-    """Each piece left out, and each exchanged with the next."""
+    """Each part removed, and each swapped with the next."""
     def text(piece):
         return source.text[source.begins[piece[0]]:source.ends[piece[1]]]
 
@@ -367,7 +367,7 @@ def _sequence(source, pieces, separator):
         if separator and source.words[piece[1] + 1] == separator: end = source.ends[piece[1] + 1]
         yield Mutant("deletion", source.place(begin), begin, end, "")
     for piece, following in zip(pieces, pieces[1:]):
-        # Constants of a function, and the cases of a switch, may stand in any order.
+        # The order of constants in a function, and of cases in a switch, does not matter.
         if not separator and (starts(piece, "const", "constexpr", "using", "SourceWriter") and
                               starts(following, "const", "constexpr", "using")): continue
         if starts(piece, "case", "default") and starts(following, "case", "default"): continue

@@ -24,7 +24,7 @@ SURVIVORS = pathlib.Path(__file__).with_name("survivors.txt")
 
 
 def listed_survivors():
-    """Name -> reason. A reason is the comment lines above; an empty line ends what it covers."""
+    """Name -> reason. A reason is the comment above; it applies up to the next empty line."""
     listed, reason = {}, []
     after_entry = False
     for number, line in enumerate(SURVIVORS.read_text().splitlines(), 1):
@@ -42,7 +42,7 @@ def listed_survivors():
 
 
 def named(name, text):
-    """The mutants of a file with names that tell them apart."""
+    """The mutants of a file with distinct names."""
     counts = collections.Counter()
     for mutant in mutants.mutants(text):
         key = f"{name} | {mutant.name(text)}"
@@ -51,7 +51,7 @@ def named(name, text):
 
 
 class Order:
-    """Of each file, the test that found most goes first."""
+    """For each file, runs the test that found most first."""
 
     def __init__(self, tests):
         self.tests, self.found, self.lock = tests, collections.Counter(), threading.Lock()
@@ -103,8 +103,7 @@ def main():
             if outcome: results[name][key] = outcome
             else: work.append((name, text, digest, key, mutant))
 
-    # Those that may well survive come first: neither texts nor the rows of tables, which the tests
-    # repeat word for word.
+    # Likely survivors come first: the tests repeat texts and table rows word for word.
     work.sort(key=lambda item: item[4].kind == "literal" and '"' in item[4].text or
               item[4].place.startswith("k"))
 

@@ -18,15 +18,15 @@ PROJECT = pathlib.Path(__file__).resolve().parents[2]
 FABSCAN = PROJECT / "fabscan"
 ARCHIVE = "fabscan/libfabscan_generator.a"
 LIBRARY = "libmutated.so"
-QUESTIONS = "questions_test"    # has objects of its own, against other headers
+QUESTIONS = "questions_test"    # has its own objects, built with other headers
 GOLDEN = "golden_files"
 LICENCE = "licence_text_test"
 INCLUDED = ("infiniband/fabscan/fabscan.h", "algorithm", "charconv", "fstream")
 INCLUDED_BY_TESTS = ("gmock/gmock.h", "gtest/gtest.h", *INCLUDED)
-CPU_SECONDS = 8    # of one process; no test takes a second
+CPU_SECONDS = 8    # per process; no test takes a second
 MEMORY = 4 << 30
-LINKER = "-fuse-ld=gold"    # three times as fast as the usual one
-NOT_INLINED = ("-Dalways_inline=unused", "-Dflatten=unused")    # what is inlined takes longer
+LINKER = "-fuse-ld=gold"    # three times as fast as the default
+NOT_INLINED = ("-Dalways_inline=unused", "-Dflatten=unused")    # inlining takes longer
 
 
 def limited():
@@ -67,7 +67,7 @@ class Build:
         self.parts = {name: self._parts(name) for name in self.linking if name != QUESTIONS}
 
     def precompile(self, target, source, includes):
-        """What is included everywhere, read once: half the time of a mutant."""
+        """Precompiled common headers: they take half the time of a mutant."""
         header = self.folder / "precompiled" / f"{target}.h"
         header.parent.mkdir(exist_ok=True)
         header.write_text("".join(f"#include <{name}>\n" for name in includes))
@@ -92,7 +92,7 @@ class Build:
         return f"fabscan/CMakeFiles/{target}.dir/{source}.o"
 
     def includers(self, header):
-        """The sources and tests of fabscan/ that see a header."""
+        """The sources and tests of fabscan/ that include a header."""
         pattern = re.compile(r'#include [<"](?:testing/)?([\w.]+)[">]')
         included = {p.name: set(pattern.findall(p.read_text())) for p in
                     [*FABSCAN.glob("*.h"), *FABSCAN.glob("*.cpp"), *FABSCAN.glob("testing/*.h")]}
@@ -107,7 +107,7 @@ class Build:
 
 
 class Worker:
-    """A folder of its own with the sources, the library and links to everything else."""
+    """A worker directory with the sources, the library and links to everything else."""
 
     def __init__(self, build, number):
         self.build = build
@@ -125,7 +125,7 @@ class Worker:
         for target in [*build.tests, "fabscan"]: self._link_unchanged(target)
 
     def _link_unchanged(self, target):
-        """Programs find the library by its name alone: they are linked once, for all workers."""
+        """Programs find the library by name only, so they are linked once for all workers."""
         kept = self.build.folder / "unchanged" / target
         with self.build.lock:
             if target not in self.build.linked:
@@ -136,7 +136,7 @@ class Worker:
         shutil.copy(kept, self.folder / "programs" / target)
 
     def compile(self, target, source):
-        """The object of a source as it stands in the worker's folder; None if it is refused."""
+        """The object of a source in the worker's directory; None if it does not compile."""
         output = self.folder / f"{target}-{source}.o"
         _, command = self.build.compilations[self.build.object_of(target, source)]
         own = {str(FABSCAN / source): str(self.folder / "fabscan" / source),
@@ -153,7 +153,7 @@ class Worker:
                     self.build.folder)
 
     def link_program(self, target, changed, generator):
-        """`changed`: objects by the name of their source; `generator`: what the others come from."""
+        """`changed`: objects by the name of their source; `generator`: the origin of the others."""
         command = list(self.build.linking[target])
         command[command.index("-o") + 1] = str(self.folder / "programs" / target)
         for i, word in enumerate(command):
@@ -176,7 +176,7 @@ class Worker:
         return runs([self.folder / "programs" / test], self.folder, self.environment)
 
     def test(self, name, text, order):
-        """What finds a changed source: "compiler", a test's name, or "" for nothing."""
+        """What detects a changed source: "compiler", the name of a test, or ""."""
         path = self.folder / "fabscan" / name
         original = path.read_text()
         path.write_text(text)
@@ -203,7 +203,7 @@ class Worker:
             return self.build.parts["fabscan" if test == GOLDEN else test] & includers
 
         def fails(test):
-            """A test's name when it fails; "compiler" when it cannot be made."""
+            """The name of a test that fails; "compiler" if it cannot be built."""
             program = "fabscan" if test == GOLDEN else test
             for source in seen_by(test) - set(objects):
                 target = "fabscan_generator" if source in self.build.sources else program
@@ -216,7 +216,7 @@ class Worker:
 
         try:
             tests = [t for t in order if t not in (QUESTIONS, LICENCE) and seen_by(t)]
-            tests.sort(key=lambda t: len(seen_by(t)))    # the quickly made first
+            tests.sort(key=lambda t: len(seen_by(t)))    # quick builds first
             found = next(filter(None, map(fails, tests)), "")
             return found or self._test_questions(includers & set(self.build.sources))
         finally:

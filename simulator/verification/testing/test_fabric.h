@@ -8,8 +8,8 @@
 
 namespace fabscan {
 
-/// A record whose fields all hold something else than zero, and than each other as far as their
-/// bits allow. Every value fits its place in the packed attribute.
+/// A record whose fields are all non-zero, and distinct as far as their bits allow. Every value
+/// fits its field in the packed attribute.
 template <class Record>
 Record Filled(unsigned seed) {
   Record record{};
@@ -22,12 +22,13 @@ Record Filled(unsigned seed) {
   return record;
 }
 
-/// A fabric in which every generated function has something to assign:
+/// A fabric in which every generated function assigns values:
 ///
-/// - 0x10 "switch", serves reduction; of its six ports 1 is down, 2 and 3 are regular, 4 is an FNM
+/// - 0x10 "switch", supports reduction; of its six ports 1 is down, 2 and 3 are regular, 4 is an
+/// FNM
 ///   port, 5 a special one, 6 an FNM1 port outside the sub-fabric
 /// - 0x11 "adapter", 0x12 "router" and 0x13 "aggregation", two ports each
-/// - 0x14 "bare", a switch of which nothing was collected
+/// - 0x14 "bare", a switch without records
 void MakeTestFabric(Fabscan& fabscan);
 
 }  // namespace fabscan
