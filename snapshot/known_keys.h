@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "records/record_kinds.h"
-#include "snapshot/json_text.h"
 #include "snapshot/json_value.h"
 
 namespace fabscan {

@@ -3,7 +3,6 @@
 #include "model/guid_text.h"
 #include "model/harmless_name.h"
 #include "snapshot/attribute_decoder.h"
-#include "snapshot/json_text.h"
 #include "snapshot/known_keys.h"
 
 namespace fabscan {

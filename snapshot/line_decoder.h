@@ -6,7 +6,6 @@
 #include <set>
 
 #include "snapshot/json_value.h"
-#include "snapshot/key_path.h"
 #include "snapshot/snapshot.h"
 
 namespace fabscan {

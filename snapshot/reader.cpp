@@ -2,7 +2,6 @@
 
 #include <simdjson.h>
 
-#include "snapshot/key_path.h"
 #include "snapshot/line_decoder.h"
 
 namespace fabscan {

@@ -1,4 +1,4 @@
-#include "snapshot/hex_number.h"
+#include "snapshot/number_text.h"
 
 #include <gtest/gtest.h>
 

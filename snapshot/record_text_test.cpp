@@ -1,3 +1,5 @@
+#include "snapshot/record_text.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
@@ -5,7 +7,6 @@
 #include <vector>
 
 #include "snapshot/line_reader.h"
-#include "snapshot/record_text.h"
 
 namespace fabscan {
 namespace {
