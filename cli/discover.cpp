@@ -89,8 +89,8 @@ std::function<ExitStatus()> AddDiscover(CLI::App& app) {
   app.footer(
       "Sends only Get queries: nothing in the fabric is changed. Exits 3 if the snapshot is "
       "incomplete.\n"
-      "Example: the fabric behind port 1 of adapter mlx5_0\n"
-      "  fabscan discover -C mlx5_0 -P 1 --output fabric.jsonl");
+      "Example: the fabric behind port 1 of adapter ibp1s0\n"
+      "  fabscan discover -C ibp1s0 -P 1 --output fabric.jsonl");
   return [options] { return Discover(*options); };
 }
 

@@ -78,8 +78,8 @@ TEST(JsonWriter, WritesHexadecimalNumbersWithAsManyDigitsAsAskedFor) {
   };
   EXPECT_EQ(hex(0, 1), "\"0x0\"");
   EXPECT_EQ(hex(0, 16), "\"0x0000000000000000\"");
-  EXPECT_EQ(hex(0x2c903, 3), "\"0x2c903\"");
-  EXPECT_EQ(hex(0x2c903, 16), "\"0x000000000002c903\"");
+  EXPECT_EQ(hex(0x5a1e0, 3), "\"0x5a1e0\"");
+  EXPECT_EQ(hex(0x5a1e0, 16), "\"0x000000000005a1e0\"");
   EXPECT_EQ(hex(~u_int64_t{0}, 1), "\"0xffffffffffffffff\"");
 }
 

@@ -145,7 +145,7 @@ class Commands(unittest.TestCase):
         live = self.live_fabric()
         if live is None:
             self.skipTest("built without discovery")
-        return self.bash(commands.replace("mlx5_0", "ibsim0"), folder, fabric=live.environment())
+        return self.bash(commands.replace("ibp1s0", "ibsim0"), folder, fabric=live.environment())
 
     @classmethod
     def live_fabric(cls):

@@ -123,8 +123,8 @@ class IncompleteTest(LiveTestCase):
         return done.stderr
 
     def test_lists_adapters_and_ports(self):
-        self.assertEqual(self.refused("--output", "x.jsonl", "-C", "mlx5_0"),
-                         "fabscan: error: no adapter 'mlx5_0' on this host; available: "
+        self.assertEqual(self.refused("--output", "x.jsonl", "-C", "ibp1s0"),
+                         "fabscan: error: no adapter 'ibp1s0' on this host; available: "
                          "ibsim0 port 1\n")
         self.assertEqual(self.refused("--output", "x.jsonl", "-C", "ibsim0", "-P", "7"),
                          "fabscan: error: no port 7 on ibsim0; available: "
