@@ -7,12 +7,12 @@
 namespace fabscan {
 namespace {
 
-TEST(KeyedMappingTest, TheSameKeyGivesTheSame) {
+TEST(KeyedMappingTest, TheSameKeyGivesTheSameReplacements) {
   const KeyedMapping one("secret");
   const KeyedMapping other("secret");
   EXPECT_EQ(one.Guid(0x5a1e0c0300001234), other.Guid(0x5a1e0c0300001234));
   EXPECT_EQ(one.Name("S1"), other.Name("S1"));
-  EXPECT_EQ(one.MacAddress(0x2c9001234), other.MacAddress(0x2c9001234));
+  EXPECT_EQ(one.MacAddress(0x5a1e0c001234), other.MacAddress(0x5a1e0c001234));
   EXPECT_EQ(one.QueueKey(0x1234), other.QueueKey(0x1234));
 }
 
