@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "cli/check/check_page.h"
 #include "cli/check/check_report.h"
 #include "cli/check/check_result.h"
 #include "cli/command.h"
@@ -13,6 +12,7 @@
 #include "cli/files/read_limits.h"
 #include "cli/files/staged_output.h"
 #include "cli/files/standard_streams.h"
+#include "cli/page/check_page.h"
 #include "cli/selection/node_selection.h"
 #include "cli/selection/selected_nodes.h"
 #include "cli/terminal/progress.h"

@@ -3,51 +3,45 @@
 #include <fmt/format.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
+#include <utf8proc.h>
 
 #include <algorithm>
-#include <clocale>
 #include <cstdlib>
-#include <cwchar>
-#include <cwctype>
 #include <iterator>
 
 namespace fabscan {
 
 namespace {
 
-/// Makes the C library read text as UTF-8 while this object exists, for any locale.
-class ReadingUtf8 {
- public:
-  ReadingUtf8() {
-    static const locale_t utf8 = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-    before_ = ::uselocale(utf8);
-  }
-  ~ReadingUtf8() { ::uselocale(before_); }
-  ReadingUtf8(const ReadingUtf8&) = delete;
-  ReadingUtf8& operator=(const ReadingUtf8&) = delete;
-
- private:
-  locale_t before_;
-};
-
 struct Character {
   std::string_view bytes;
-  bool is_control;  // or an invalid byte
+  bool is_control;  // also of bytes that are not UTF-8, and of what is invisible
   std::size_t width;
 };
 
-/// Removes and returns the first character of `rest`.
-Character TakeCharacter(std::string_view& rest) {
-  std::mbstate_t state{};
-  wchar_t character = 0;
-  const std::size_t taken = std::mbrtowc(&character, rest.data(), rest.size(), &state);
-  const bool valid = taken != 0 && taken <= rest.size();
-  const std::string_view bytes = rest.substr(0, valid ? taken : 1);
+bool IsControl(utf8proc_int32_t character) {
+  switch (utf8proc_category(character)) {
+    case UTF8PROC_CATEGORY_CC:
+    case UTF8PROC_CATEGORY_CF:
+    case UTF8PROC_CATEGORY_ZL:
+    case UTF8PROC_CATEGORY_ZP:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// Removes the first character from `rest`.
+Character NextCharacter(std::string_view& rest) {
+  utf8proc_int32_t character = 0;
+  const utf8proc_ssize_t size =
+      utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(rest.data()),
+                       static_cast<utf8proc_ssize_t>(rest.size()), &character);
+  const bool valid = size > 0;
+  const std::string_view bytes = rest.substr(0, valid ? static_cast<std::size_t>(size) : 1);
   rest.remove_prefix(bytes.size());
-  if (!valid) return {bytes, true, 1};
-  const int width = ::wcwidth(character);
-  return {bytes, std::iswcntrl(static_cast<std::wint_t>(character)) != 0,
-          width < 0 ? 1 : static_cast<std::size_t>(width)};
+  if (!valid || IsControl(character)) return {bytes, true, 1};
+  return {bytes, false, static_cast<std::size_t>(utf8proc_charwidth(character))};
 }
 
 bool IsSet(const char* variable) {
@@ -85,10 +79,9 @@ std::string Painted(std::string_view text, Style style, const Terminal& terminal
 }
 
 std::string WithoutControls(std::string_view text) {
-  const ReadingUtf8 utf8;
   std::string shown;
   while (!text.empty()) {
-    const Character character = TakeCharacter(text);
+    const Character character = NextCharacter(text);
     if (!character.is_control) {
       shown += character.bytes;
       continue;
@@ -101,20 +94,18 @@ std::string WithoutControls(std::string_view text) {
 }
 
 std::size_t DisplayWidth(std::string_view text) {
-  const ReadingUtf8 utf8;
   std::size_t width = 0;
-  while (!text.empty()) width += TakeCharacter(text).width;
+  while (!text.empty()) width += NextCharacter(text).width;
   return width;
 }
 
 std::string Cut(std::string_view text, std::size_t width) {
   if (DisplayWidth(text) <= width || width == 0) return std::string(text);
-  const ReadingUtf8 utf8;
   std::string_view rest = text;
   std::size_t kept = 0;
   std::size_t columns = 0;
   while (!rest.empty()) {
-    const Character character = TakeCharacter(rest);
+    const Character character = NextCharacter(rest);
     columns += character.width;
     if (columns + 1 > width) break;
     kept += character.bytes.size();

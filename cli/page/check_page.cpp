@@ -1,4 +1,4 @@
-#include "cli/check/check_page.h"
+#include "cli/page/check_page.h"
 
 #include <fmt/format.h>
 #include <sodium.h>
@@ -11,9 +11,9 @@
 #include <tuple>
 
 #include "cli/check/check_marks.h"
-#include "cli/check/check_page_files.h"
 #include "cli/check/check_report.h"
 #include "cli/files/standard_streams.h"
+#include "cli/page/page_files.h"
 #include "model/guid_text.h"
 #include "snapshot/json_writer.h"
 
@@ -22,7 +22,7 @@ namespace fabscan {
 namespace {
 
 std::string_view FileText(std::string_view name) {
-  for (const PageFile* file = kCheckPageFiles; file->name != nullptr; ++file) {
+  for (const PageFile* file = kPageFiles; file->name != nullptr; ++file) {
     if (name == file->name) return file->text;
   }
   throw std::logic_error("no such file of the page");

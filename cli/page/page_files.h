@@ -1,18 +1,18 @@
-#ifndef FABSCAN_CLI_CHECK_PAGE_FILES_H
-#define FABSCAN_CLI_CHECK_PAGE_FILES_H
+#ifndef FABSCAN_CLI_PAGE_FILES_H
+#define FABSCAN_CLI_PAGE_FILES_H
 
 #include <string_view>
 
 namespace fabscan {
 
-/// A file of `check_page/`, embedded at build time.
+/// A file of `cli/page/files/`, embedded at build time.
 struct PageFile {
   const char* name;
   std::string_view text;
 };
 
 /// The name of the last row is null.
-extern const PageFile kCheckPageFiles[];
+extern const PageFile kPageFiles[];
 
 }  // namespace fabscan
 

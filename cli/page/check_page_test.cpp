@@ -1,4 +1,4 @@
-#include "cli/check/check_page.h"
+#include "cli/page/check_page.h"
 
 #include <gtest/gtest.h>
 
