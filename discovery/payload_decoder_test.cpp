@@ -31,7 +31,7 @@ TEST(PayloadDecoder, ReadsNodeInfo) {
       0x31, 0x32, 0x33, 0x34, 0x35, 0x36, 0x37, 0x38,  // port
       0x00, 0x40, 0xd2, 0xf0,                          // partitions, device
       0x00, 0x00, 0x00, 0xa1,                          // revision
-      0x05, 0x00, 0x02, 0xc9,                          // local port, vendor
+      0x05, 0x5a, 0x1e, 0x0c,                          // local port, vendor
   }));
   EXPECT_EQ(info.BaseVersion, 1);
   EXPECT_EQ(info.ClassVersion, 2);
@@ -44,7 +44,7 @@ TEST(PayloadDecoder, ReadsNodeInfo) {
   EXPECT_EQ(info.DeviceID, 0xd2f0);
   EXPECT_EQ(info.revision, 0xa1U);
   EXPECT_EQ(info.LocalPortNum, 5);
-  EXPECT_EQ(info.VendorID, 0x2c9U);
+  EXPECT_EQ(info.VendorID, 0x5a1e0cU);
 }
 
 TEST(PayloadDecoder, ReadsTheTenNumbersOfPortInfoExtendedInTheirOrder) {
