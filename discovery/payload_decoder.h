@@ -13,7 +13,7 @@
 
 namespace fabscan {
 
-/// Reads the field into the record where the architecture says where it is.
+/// Reads the field into the record if the architecture defines its position.
 template <class Record, std::size_t kRow>
 void DecodeField(const Payload& payload, Record& record) {
   constexpr const FieldRow& kField = TableOf<Record>::value.rows[kRow];
@@ -31,8 +31,8 @@ void DecodeFields(const Payload& payload, Record& record, std::index_sequence<kR
 
 /// The record of the attribute that a device answered with this payload: the rows in `records/` say
 /// where its fields are. Fields whose place is not public stay 0, such as `LinkSpeedExtSup2` of
-/// PortInfo; a port that uses it says so, see `HasSecondExtendedSpeeds`. No record has a field for
-/// the management key of PortInfo.
+/// PortInfo; a port that uses it reports it, see `HasSecondExtendedSpeeds`. No record has a field
+/// for the management key of PortInfo.
 template <class Record>
 Record Decode(const Payload& payload) {
   Record record = {};
@@ -41,12 +41,12 @@ Record Decode(const Payload& payload) {
 }
 
 /// The text of a NodeDescription, of which `payload` is the bytes: up to the first zero byte,
-/// without blanks at its end. The bytes are the device's, unchecked; they stay where they are.
+/// without blanks at its end. The bytes are the device's, unchecked and not copied.
 std::string_view DescriptionText(std::string_view payload);
 
 /// The device says in this PortInfo that the port answers PortInfoExtended.
 bool HasPortInfoExtended(const Payload& port_info);
-/// The device says that this port has the second set of extended speeds.
+/// Whether the device reports the second set of extended speeds for this port.
 bool HasSecondExtendedSpeeds(const SMP_PortInfo& info);
 /// The physical link is up.
 bool IsLinked(const SMP_PortInfo& info);

@@ -29,7 +29,7 @@ u_int64_t Mapped(Identity identity, u_int64_t value, const KeyedMapping& mapping
   return value;
 }
 
-/// A value that one or more numbers of a record hold, the most significant first.
+/// A value in one or more numbers of a record, the most significant first.
 class JoinedNumbers {
  public:
   void Add(const Number& number, const void* record) {
@@ -40,7 +40,7 @@ class JoinedNumbers {
   unsigned bits() const { return bits_; }
   u_int64_t value() const { return value_; }
 
-  /// Gives the numbers their parts of `value`, and begins another one.
+  /// Stores the parts of `value` in the numbers, and begins a new value.
   void Replace(void* record, u_int64_t value) {
     for (; !parts_.empty(); parts_.pop_back()) {
       const auto& [offset, row] = parts_.back();
@@ -56,7 +56,7 @@ class JoinedNumbers {
   unsigned bits_ = 0;
 };
 
-/// Replaces what identifies a device, in the fields whose rows say so.
+/// Replaces identifying values, in the fields whose rows mark them.
 void Anonymise(const RecordTable& table, void* record, const KeyedMapping& mapping) {
   std::map<Identity, JoinedNumbers> joined;
   ForEachNumber(table, [&](const Number& number) {

@@ -8,12 +8,12 @@
 
 namespace fabscan {
 
-/// What stands in place of a reason that may name someone.
+/// Replaces a reason, which may contain names.
 inline constexpr char kWithheldReason[] = "withheld";
 
-/// Fills `to`, which is empty, with `from` under other names, GUIDs, GID prefixes, MAC addresses
+/// Fills the empty `to` with a copy of `from` with other names, GUIDs, GID prefixes, MAC addresses
 /// and queue keys. `keep_reasons` keeps the reasons of absence, which are free text. Throws
-/// std::invalid_argument where two nodes come to the same name or GUID.
+/// std::invalid_argument if two nodes get the same name or GUID.
 void AnonymiseFabric(const Fabscan& from, const KeyedMapping& mapping, bool keep_reasons,
                      Fabscan& to, const NodeProgress& progress = {});
 

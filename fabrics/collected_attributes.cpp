@@ -35,7 +35,7 @@ void AppendPortAttributes(std::vector<Collected>& list) {
   list.push_back({kMonitorsTable.name});
 }
 
-/// Counts records of the tables in `list` and notes why others are absent.
+/// Counts records of the tables in `list`, and stores why others are absent.
 template <class Owner>
 void Fill(std::vector<Collected>& list, const Fabscan& fabscan, const Owner& owner) {
   const auto count = [&list](const RecordTable& table, auto...) {

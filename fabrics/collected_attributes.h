@@ -12,13 +12,12 @@
 
 namespace fabscan {
 
-/// What a snapshot holds of one attribute of a node or a port.
+/// The contents of a snapshot for one attribute of a node or a port.
 struct Collected {
   std::string_view attribute;  // as snapshots name it
   std::size_t records = 0;     // a port can have several counter sets and monitors
-  std::optional<std::string_view> absent =
-      std::nullopt;     // why there is none, where that was recorded
-  bool applies = true;  // whether a node of this type can have it
+  std::optional<std::string_view> absent = std::nullopt;  // why it is absent, if recorded
+  bool applies = true;                                    // whether a node of this type can have it
 };
 
 /// Records, and capability masks of a node, counter sets and monitors of a port.
@@ -34,7 +33,7 @@ std::vector<Collected> CollectedOf(const Fabscan& fabscan, const IBPort& port);
 /// collected if one port has it.
 struct Completeness {
   std::size_t attributes = 0;
-  std::vector<std::string_view> missing;  // those without any record, in the order of snapshots
+  std::vector<std::string_view> missing;  // attributes without records, in the order of snapshots
 
   std::size_t collected() const { return attributes - missing.size(); }
 };

@@ -11,7 +11,7 @@
 
 namespace fabscan {
 
-/// What makes nodes one device model. What was not collected counts as zero.
+/// The properties that nodes of one device model share. Uncollected ones are zero.
 struct DeviceModelKey {
   IBNodeType type = IB_UNKNOWN_NODE_TYPE;
   IBSpecialPortType special = IB_NOT_SPECIAL_PORT;
@@ -28,22 +28,22 @@ struct DeviceModelKey {
 
 DeviceModelKey DeviceModelOf(const Fabscan& fabscan, const IBNode& node);
 
-/// The PSID's text without its padding, harmless; empty where there is none.
+/// The PSID's text without its padding, harmless; empty if there is none.
 std::string PsidText(const DeviceModelKey& key);
-/// `31.2012.1024`; empty where there is none.
+/// `31.2012.1024`; empty if there is none.
 std::string FirmwareText(const DeviceModelKey& key);
 
 struct DeviceModel {
   DeviceModelKey key;
-  const IBNode* representative;  // the one with the most records, of several the first by name
-  std::size_t records;           // that the representative has, as RecordsOf counts them
+  const IBNode* representative;  // has the most records; if there are several, the first by name
+  std::size_t records;           // of the representative, as counted by RecordsOf
   std::size_t nodes;
 };
 
-/// Records that were collected of the node and its ports; a capability mask counts as one.
+/// The number of collected records of the node and its ports; a capability mask counts as one.
 std::size_t RecordsOf(const Fabscan& fabscan, const IBNode& node);
 
-/// The device models of the selected nodes of the sub-fabric, all when `guids` is empty, in the
+/// The device models of the selected nodes of the sub-fabric, or of all if `guids` is empty, in the
 /// order of their first nodes by name.
 std::vector<DeviceModel> DeviceModelsOf(const Fabscan& fabscan,
                                         const std::set<u_int64_t>& guids = {});

@@ -172,7 +172,7 @@ class Comparison {
     place_.index = Difference::kNone;
   }
 
-  /// `plain`: where the rows stand in the record, without the indices that `shown` has.
+  /// `plain`: the path of the rows in the record, without the indices in `shown`.
   void CompareRows(const RecordTable& table, const void* first, const void* second,
                    const std::string& plain, const std::string& shown) {
     for (const FieldRow& row : table) {

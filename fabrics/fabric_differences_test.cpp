@@ -235,11 +235,11 @@ TEST(IgnoredFieldsTest, SuggestsWhatWasMeant) {
     return std::string();
   };
   EXPECT_EQ(error("state"), "");
-  EXPECT_EQ(error("LinkSpedSup"), "there is no field 'LinkSpedSup'; did you mean 'LinkSpeedSup'?");
+  EXPECT_EQ(error("LinkSpedSup"), "unknown field 'LinkSpedSup'; did you mean 'LinkSpeedSup'?");
   EXPECT_EQ(error("SMP_PortInfo.LDI"),
-            "there is no field 'SMP_PortInfo.LDI'; did you mean 'SMP_PortInfo.LID'?");
+            "unknown field 'SMP_PortInfo.LDI'; did you mean 'SMP_PortInfo.LID'?");
   EXPECT_EQ(error("qqqqqqqq"),
-            "there is no field 'qqqqqqqq'; name one as snapshots do, such as LID or "
+            "unknown field 'qqqqqqqq'; use a name as in snapshots, such as LID or "
             "SMP_PortInfo.LID");
 }
 

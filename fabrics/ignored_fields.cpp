@@ -11,7 +11,7 @@ namespace fabscan {
 
 namespace {
 
-/// The keys of nodes and ports that a comparison looks at.
+/// The keys of nodes and ports that are compared.
 constexpr std::string_view kKeys[] = {
     "name",  "alternativeName", "guid",       "type", "numPorts",          "inSubFabric",
     "state", "specialNode",     "opalSwitch", "fnm",  "smpCapabilityMask", "gmpCapabilityMask",
@@ -52,8 +52,8 @@ IgnoredFields::IgnoredFields(const std::vector<std::string>& words)
     if (known.count(word) != 0) continue;
     const std::string_view nearest = NearestWord(word, known);
     throw std::invalid_argument(fmt::format(
-        "there is no field '{}'; {}", word,
-        nearest.empty() ? std::string("name one as snapshots do, such as LID or SMP_PortInfo.LID")
+        "unknown field '{}'; {}", word,
+        nearest.empty() ? std::string("use a name as in snapshots, such as LID or SMP_PortInfo.LID")
                         : fmt::format("did you mean '{}'?", nearest)));
   }
 }

@@ -10,13 +10,13 @@
 
 namespace fabscan {
 
-/// What a comparison passes over: keys of nodes and ports (`name`, `state`), records
+/// What a comparison ignores: keys of nodes and ports (`name`, `state`), records
 /// (`SMP_PortInfo`), fields of any record (`UpTime`, `FWInfo.Minor`), and fields of one
 /// (`SMP_PortInfo.LID`).
 class IgnoredFields {
  public:
   IgnoredFields() = default;
-  /// Throws std::invalid_argument for a word that names nothing; its text suggests one.
+  /// Throws std::invalid_argument for an unknown word; its text suggests another.
   explicit IgnoredFields(const std::vector<std::string>& words);
 
   /// A key of a node or a port, or a record.

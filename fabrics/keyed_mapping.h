@@ -9,20 +9,20 @@
 
 namespace fabscan {
 
-/// Replaces what identifies devices: the same value with the same key gives the same replacement,
-/// and without the key nobody gets from one to the other.
+/// Replaces identifying values: the same value with the same key gives the same replacement,
+/// and without the key neither can be derived from the other.
 class KeyedMapping {
  public:
-  /// With a key that nobody knows, made for this object.
+  /// Uses a random key that is not stored.
   KeyedMapping();
-  /// With a key made of `secret`, of any length but empty. Takes a moment and 64 MB, so that
-  /// secrets cannot be tried out quickly. Throws std::runtime_error without this memory.
+  /// Derives the key from `secret`, which must not be empty. Needs some time and 64 MB, so that
+  /// secrets cannot be guessed quickly. Throws std::runtime_error without this memory.
   explicit KeyedMapping(std::string_view secret);
   ~KeyedMapping();
   KeyedMapping(const KeyedMapping&) = delete;
   KeyedMapping& operator=(const KeyedMapping&) = delete;
 
-  /// 0, which stands for none, stays.
+  /// 0 means none, and stays 0.
   u_int64_t Guid(u_int64_t guid) const;
   /// Either half of a GID: a GUID or a prefix. 0 and the default prefix stay.
   u_int64_t GidHalf(u_int64_t half) const;

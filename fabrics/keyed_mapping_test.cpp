@@ -7,7 +7,7 @@
 namespace fabscan {
 namespace {
 
-TEST(KeyedMappingTest, TheSameKeyGivesTheSame) {
+TEST(KeyedMappingTest, TheSameKeyGivesTheSameReplacements) {
   const KeyedMapping one("secret");
   const KeyedMapping other("secret");
   EXPECT_EQ(one.Guid(0x5a1e0c0300001234), other.Guid(0x5a1e0c0300001234));

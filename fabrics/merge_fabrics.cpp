@@ -23,7 +23,7 @@ std::string ValueText(IBSpecialPortType type) {
   return std::string(WordFor(kSpecialNodeWords, type));
 }
 
-/// Joins values, and keeps the account of conflicts.
+/// Merges values, and counts conflicts.
 class ValueMerger {
  public:
   ValueMerger(Prefer prefer, IngressPort ingress_port, MergeResult& result)
@@ -34,7 +34,7 @@ class ValueMerger {
     type_ = type;
   }
 
-  /// `unsaid`: the value that says nothing.
+  /// `unsaid`: the value that counts as missing.
   template <class Value>
   Value Join(const std::string& what, Value base, Value extra, Value unsaid) {
     if (extra == unsaid) return base;
@@ -52,7 +52,7 @@ class ValueMerger {
     return prefer_ == Prefer::kExtra ? extra : base;
   }
 
-  /// Fills `to`, a record of this kind, from what the two have; one of them may be null.
+  /// Fills `to`, a record of this type, from the two; one of them may be null.
   void JoinRecord(const RecordTable& table, const void* base, const void* extra, void* to) {
     if (base == nullptr) ++result_.added_records;
     if (base == nullptr || extra == nullptr) {

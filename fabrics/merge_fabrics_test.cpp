@@ -9,7 +9,7 @@ namespace {
 
 constexpr u_int64_t kGuid = 0x5a1e0c0000000001;
 
-/// A switch with port 1, and what the tests put there.
+/// A switch with port 1, which the tests fill.
 struct Side {
   explicit Side(phys_port_t ports = 2, u_int64_t guid = kGuid, const char* name = "leaf")
       : node(fabscan.discovered_fabric.makeNode(name, guid, IB_SW_NODE, ports)),
@@ -89,7 +89,7 @@ TEST(MergeFabrics, TakesThePreferredValue) {
   EXPECT_EQ(for_base.get<SMP_PortInfo>(for_base.port()).LinkWidthSup, 0x1f);
   Merged for_extra(base, extra, Prefer::kExtra);
   EXPECT_EQ(for_extra.get<SMP_PortInfo>(for_extra.port()).LinkWidthSup, 0);
-  // A LID is not dumped: a snapshot that leaves it out says nothing against the other.
+  // A LID is not dumped: a snapshot without it does not contradict the other.
   EXPECT_EQ(for_extra.get<SMP_PortInfo>(for_extra.port()).LID, 5);
 }
 
@@ -153,7 +153,7 @@ TEST(MergeFabrics, RefusesPortsThatThePreferredNumberExcludes) {
   EXPECT_EQ(Merged(base, extra, Prefer::kExtra).node().numPorts, 2);
 }
 
-/// An adapter that was queried by this port.
+/// An adapter with this ingress port.
 struct QueriedBy {
   QueriedBy(u_int8_t port, u_int64_t port_guid) {
     IBNode& node = fabscan.discovered_fabric.makeNode("host", kGuid, IB_CA_NODE, 2);

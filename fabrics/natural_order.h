@@ -9,11 +9,11 @@
 namespace fabscan {
 
 /// Whether `one` comes before `other` in a list for people: numbers in the texts compare by value
-/// (leaf2 before leaf10), everything else byte by byte, whatever the locale. A total order: texts
-/// that differ only in leading zeros are told apart by the first number, fewer zeros first.
+/// (leaf2 before leaf10), everything else byte by byte, in any locale. A total order: texts
+/// that differ only in leading zeros are ordered by the first such number, fewer zeros first.
 bool NaturallyBefore(std::string_view one, std::string_view other);
 
-/// By name, and nodes of one name by GUID. The generator has an order of its own.
+/// By name, then by GUID. The generator uses a different order.
 bool NaturallyBefore(const IBNode& one, const IBNode& other);
 void SortNaturally(std::vector<const IBNode*>& nodes);
 

@@ -6,8 +6,8 @@
 
 namespace fabscan {
 
-/// Called while an operation runs, with the number of nodes that are done and of all; `total` 0:
-/// not known. An empty function is not called.
+/// Called while an operation runs, with the number of completed nodes and the total; `total` 0:
+/// unknown. An empty function is not called.
 using NodeProgress = std::function<void(std::size_t done, std::size_t total)>;
 
 }  // namespace fabscan

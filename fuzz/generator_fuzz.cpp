@@ -29,7 +29,7 @@ Mark MarkOfBody(const std::string& body) {
   return has_statement ? Mark::kBlock : Mark::kComment;
 }
 
-/// Each emitter, asked alone, writes what the file has, and its first line tells what that is.
+/// Each emitter writes the same text as in the file, and its first line determines the type.
 void RequireSameOfEmitters(const std::string& text, Fabscan& fabscan,
                            const std::vector<const IBNode*>& nodes) {
   const SimInfoDumpCPP dump(fabscan);
@@ -45,7 +45,7 @@ void RequireSameOfEmitters(const std::string& text, Fabscan& fabscan,
       Require(at != std::string::npos, "an emitter asked alone writes what the file has");
       const Mark mark = query.MarkOf(function, *node);
       Require(MarkOfBody(body) == (mark == Mark::kHand ? Mark::kBlock : mark),
-              "the first line tells what a body is");
+              "the first line determines the type of a body");
       at += written.size() - 1;
     }
   }

@@ -8,12 +8,12 @@
 
 namespace fabscan {
 
-/// How many letters must be inserted, dropped, changed, or swapped with their neighbour to come
-/// from one word to the other; upper and lower case are the same.
+/// The number of letters to insert, delete, change, or swap with an adjacent one to get from one
+/// word to the other, ignoring case.
 std::size_t EditDistance(std::string_view from, std::string_view to);
 
-/// The one of `candidates` that `word` was probably meant to be; empty where none is near, and for
-/// a word longer than any is.
+/// The candidate that `word` probably means; empty if none is near, and for a word that is longer
+/// than all candidates.
 template <class Words>
 std::string_view NearestWord(std::string_view word, const Words& candidates) {
   constexpr std::size_t kLongest = 60;
@@ -29,12 +29,11 @@ std::string_view NearestWord(std::string_view word, const Words& candidates) {
   return nearest;
 }
 
-/// `; did you mean "..."?` with the candidate that is nearest to `word`; `otherwise` where none is
-/// near.
+/// `; did you mean "..."?` with the candidate nearest to `word`; `otherwise` if none is near.
 std::string DidYouMean(std::string_view word, const std::vector<std::string_view>& candidates,
                        std::string_view otherwise);
 
-/// Text of a file for a one-line message: quoted, harmless, and cut where it is long.
+/// Text of a file for a one-line message: quoted, harmless, and truncated if long.
 std::string Quoted(std::string_view text);
 
 /// `"A", "B" or "C"`.

@@ -7,7 +7,7 @@
 
 namespace fabscan {
 
-/// A word of the snapshot and what it stands for.
+/// A word of the snapshot and its meaning.
 template <class Value>
 struct Word {
   std::string_view text;
@@ -33,7 +33,7 @@ inline constexpr Word<IBSpecialPortType> kSpecialNodeWords[] = {
     {"ETH_GATEWAY", IB_SPECIAL_PORT_ETH_GATEWAY},
 };
 
-/// The word for `value`; the last one of the list where there is none.
+/// The word for `value`; the last one of the list if there is none.
 template <class Value, std::size_t N>
 constexpr std::string_view WordFor(const Word<Value> (&words)[N], Value value) {
   for (const Word<Value>& word : words) {

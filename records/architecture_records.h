@@ -7,15 +7,15 @@
 // structure. Bits count from the most significant bit of the first byte. Bits without a row are
 // reserved, or the M_Key at the start of PortInfo, which must never be stored.
 //
-// DUMPED: the generator writes the field, so a snapshot must have it. KEPT: a snapshot carries it
-// along; where it is missing, it is 0.
+// DUMPED: the generator writes the field, so a snapshot must have it. KEPT: a snapshot can
+// have it; if missing, it is 0.
 //
 // libibmad 44 swaps the halves of the words that hold the HDR and NDR modes of PortInfoExtended;
-// its HDR mode lies on top of its EDR mode. They alternate, as the rows below say.
+// its HDR mode overlaps its EDR mode. They alternate, as in the rows below.
 //
 // Layout::kOurs: these bits are reserved in the published layout. The simulator puts the second set
 // of extended speeds there, where the tools that know it expect it; discovery ignores it. The whole
-// byte goes to LinkSpeedExtSup2, which generated files assign.
+// byte is LinkSpeedExtSup2, which generated files assign.
 
 namespace fabscan {
 

@@ -16,22 +16,22 @@ inline constexpr std::size_t kGmpDataBytes = 192;
 /// has this many bits per element.
 struct Place {
   unsigned first_bit = 0;
-  unsigned bits = 0;  // 0: right behind the field before, as wide as in the record
+  unsigned bits = 0;  // 0: directly after the previous field, as wide as in the record
 
   constexpr unsigned end() const { return first_bit + bits; }
 };
 
-/// Who says where a field is.
+/// Who defines the position of a field.
 enum class Layout : u_int8_t {
   kPublished,  // the architecture
   kOurs,       // only our simulator
 };
 
-/// What a value tells about the one device that reported it. Where a value has several numbers,
-/// they follow each other in the record, the most significant first.
+/// How a value identifies the device that reported it. If a value has several numbers, they are
+/// consecutive in the record, the most significant first.
 enum class Identity : u_int8_t { kNone, kGuid, kGidHalf, kMacAddress, kQueueKey };
 
-/// How many bits such a value has.
+/// The number of bits of such a value.
 constexpr unsigned BitsOf(Identity identity) {
   switch (identity) {
     case Identity::kMacAddress:
@@ -50,7 +50,7 @@ struct FieldRow {
   std::string_view name;
   std::size_t offset;  // of the field in its record, in bytes
   std::size_t size;    // of one element, in bytes
-  std::size_t count;   // elements; 1 where the field is no array
+  std::size_t count;   // elements; 1 if the field is not an array
   bool is_array;
   bool dumped;  // the generator writes it, or something within it
   Layout layout;
@@ -60,7 +60,7 @@ struct FieldRow {
 
   constexpr unsigned bits() const { return static_cast<unsigned>(8 * size); }
   constexpr u_int64_t largest() const { return ~u_int64_t{0} >> (64 - bits()); }
-  /// Whether the architecture says where the field is in the attribute.
+  /// Whether the architecture defines the position of the field in the attribute.
   constexpr bool published() const { return place.bits != 0 && layout == Layout::kPublished; }
 
   const void* element(const void* record, std::size_t index) const {

@@ -11,7 +11,7 @@
 
 namespace fabscan {
 
-/// Finds an owner's record of one kind: null where it has none.
+/// Finds an owner's record of one type; null if it has none.
 template <class Owner>
 using FindRecord = const void* (*)(const TesselExtendedInfo& store, const Owner& owner);
 
@@ -21,7 +21,7 @@ template <class Owner>
 struct RecordKind {
   const RecordTable* table;
   FindRecord<Owner> find;
-  /// The owner's record, made zeroed when there is none yet.
+  /// The owner's record, created with zeros if missing.
   void* (*put)(TesselExtendedInfo& store, const Owner& owner);
 };
 

@@ -21,7 +21,7 @@ struct FieldsOf;
 template <class Record>
 struct TableOf;
 
-/// Of FABSCAN_RECORD_ROWS: the attribute takes as many bytes as its fields need.
+/// For FABSCAN_RECORD_ROWS: the attribute is as large as its fields need.
 inline constexpr std::size_t kAnyLength = 0;
 
 template <class Declared>
@@ -54,7 +54,7 @@ constexpr FieldRow MakeRow(std::string_view name, std::size_t offset, bool dumpe
   return MakeRow<Declared>(name, offset, dumped, first_bit, bits, Identity::kNone, layout);
 }
 
-// ---------- What is true of every table; checked while compiling ----------
+// ---------- Requirements for every table, checked at compile time ----------
 
 template <std::size_t N>
 constexpr std::size_t CountNumbers(const FieldRow (&rows)[N]) {
@@ -89,7 +89,7 @@ constexpr bool AllHaveAPlaceOrNone(const FieldRow (&rows)[N]) {
   return true;
 }
 
-/// The bits behind the last element of the field.
+/// The end of the last element of the field, in bits.
 constexpr unsigned EndOf(const FieldRow& row) {
   return row.place.first_bit + static_cast<unsigned>(row.count) * row.place.bits;
 }
@@ -146,7 +146,7 @@ RecordList<First..., Second..., Third...> Joined(RecordList<First...>, RecordLis
 /// Every record that a node or a port can have.
 using EveryRecord = decltype(Joined(NodeRecords{}, PortRecords{}, IndexedPortRecords{}));
 
-/// The record's position in the list; the size of the list where it is not in it.
+/// The record's position in the list; the size of the list if it is not in it.
 template <class Record, class... Listed>
 constexpr std::size_t IndexIn(RecordList<Listed...>) {
   std::size_t index = 0;
@@ -182,7 +182,7 @@ struct TableOf {
 
 // NOLINTBEGIN(bugprone-macro-parentheses): the arguments are a type and a member.
 /// Begins the rows of a record: `FABSCAN_RECORD_ROWS(type, data_bytes) = { rows... };};`
-/// `data_bytes`: what the attribute may take, or `kAnyLength`.
+/// `data_bytes`: the size of the attribute, or `kAnyLength`.
 #define FABSCAN_RECORD_ROWS(type, data_bytes)             \
   template <>                                             \
   struct FieldsOf<type> {                                 \

@@ -99,7 +99,7 @@ TEST(RecordFields, WalksTheRecordsOfANodeAndAPort) {
                                 "WrenReductionCounters 6", "WrenReductionConfigureMLIDMonitors 1"));
 }
 
-// What the compiler makes of a table, made once more while the program runs.
+// The tables that the compiler computes, computed again at run time.
 TEST(RecordFields, ATableIsMadeOfItsRows) {
   const auto row = [](const char* name, std::size_t offset, bool dumped, unsigned first_bit) {
     return MakeRow<u_int16_t>(name, offset, dumped, first_bit, 16);

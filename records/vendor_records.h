@@ -3,11 +3,11 @@
 
 #include "records/record_table.h"
 
-// Attributes whose layout nobody published: packed in the order
-// of the structure, big-endian, each field as wide as there.
+// Attributes without a published layout: packed in the order of the struct, big-endian, each field
+// as wide as there.
 //
-// DUMPED: the generator writes the field, so a snapshot must have it. KEPT: a snapshot carries it
-// along; where it is missing, it is 0.
+// DUMPED: the generator writes the field, so a snapshot must have it. KEPT: a snapshot can
+// have it; if missing, it is 0.
 
 namespace fabscan {
 

@@ -31,7 +31,7 @@ inline u_int64_t ReadBits(const u_int8_t* bytes, Place place) {
   return be64toh(word) >> at.shift & at.mask;
 }
 
-/// Sets `place` to the low bits of `value`; the bits around it stay as they are.
+/// Sets `place` to the low bits of `value`; other bits do not change.
 inline void WriteBits(u_int8_t* bytes, Place place, u_int64_t value) {
   const WireWord at(place);
   u_int64_t word = 0;
@@ -58,7 +58,7 @@ inline void UnpackRecord(const RecordTable& table, const u_int8_t* bytes, void* 
 }
 
 /// Writes every field of `record` to its place in the packed attribute. A value that does not fit
-/// is cut to its low bits. Bits that belong to no field stay as they are.
+/// is truncated to its low bits. Bits that belong to no field do not change.
 inline void PackRecord(const RecordTable& table, const void* record, u_int8_t* bytes) {
   ForEachNumber(table,
                 [&](const Number& number) { WriteBits(bytes, number.place, number.Load(record)); });

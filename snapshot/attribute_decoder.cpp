@@ -73,12 +73,12 @@ void DecodeElements(json::array elements, const FieldRow& row, void* record, Key
   std::size_t first = 0;
   while (((missing >> first) & 1U) == 0) ++first;
   throw Malformed("the field " + Quoted(table.rows[first].name) +
-                  " is missing, which the generated file needs; give it, or leave the record out "
-                  "and say why under \"absent\"");
+                  " is missing, which the generated file needs; add it, or omit the record and "
+                  "give the reason under \"absent\"");
 }
 
 void DecodeRecord(json::value value, const RecordTable& table, void* record, KeyPath& path) {
-  // What is not taken out of a value here is passed over when its object goes on.
+  // Parts of a value that are not read here are skipped when its object continues.
   if (TakeCanonicalRecord(table, value.raw_json_token().data(), record)) return;
   KnownKeys known(table, "field");
   for (auto item : TakeObject(value)) {
@@ -119,11 +119,11 @@ void DecodeMonitors(json::array selectors, const IBPort& port, TesselExtendedInf
     const u_int64_t selector = TakeNumber(Take(item), 8);
     if (selector >= TesselExtendedInfo::kMonitorSelectors) {
       throw Malformed("monitor selector " + std::to_string(selector) +
-                      " is not known; give 0 (reduction counters) or 1 (push reduction counters)");
+                      " is unknown; use 0 (reduction counters) or 1 (push reduction counters)");
     }
     const auto known = static_cast<u_int8_t>(selector);
     if (store.getWrenReductionConfigureMLIDMonitors(port.createIndex, known) != nullptr) {
-      throw Malformed("monitor selector " + std::to_string(selector) + " stands twice; keep one");
+      throw Malformed("duplicate monitor selector " + std::to_string(selector) + "; keep one");
     }
     store.putMonitors(port, known);
     path.Leave();
@@ -188,7 +188,7 @@ void AttributeDecoder<Owner>::CheckAbsent() {
     if ((((present_ & absent_) >> i) & 1U) == 0) continue;
     path_.Enter("absent");
     path_.Enter(NameOf(records[i]));
-    throw Malformed("the record is there as well, under \"attributes\"; keep one of the two");
+    throw Malformed("the record is also under \"attributes\"; keep one of the two");
   }
 }
 

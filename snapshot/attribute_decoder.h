@@ -6,19 +6,18 @@
 
 namespace fabscan {
 
-/// Takes what a snapshot says of the records of one node or port, the `attributes` and `absent`
-/// objects, into the store.
+/// Decodes the records of one node or port, the objects `attributes` and `absent`, into the store.
 template <class Owner>
 class AttributeDecoder {
  public:
   AttributeDecoder(TesselExtendedInfo& store, const Owner& owner, KeyPath& path)
       : store_(store), owner_(owner), path_(path) {}
 
-  // All throw Malformed and simdjson::simdjson_error; the path then tells where.
+  // All throw Malformed and simdjson::simdjson_error; the path then gives the position.
 
   void DecodeAttributes(json::value value);
   void DecodeAbsent(json::value value);
-  /// A record that is there cannot be absent; to be called after the other two.
+  /// Refuses records that are both present and absent. Call it after the other two.
   void CheckAbsent();
 
  private:
@@ -27,7 +26,7 @@ class AttributeDecoder {
   TesselExtendedInfo& store_;
   const Owner& owner_;
   KeyPath& path_;
-  u_int64_t present_ = 0;  // bit i: record i of the owner's kinds
+  u_int64_t present_ = 0;  // bit i: record i of the owner's types
   u_int64_t absent_ = 0;
 };
 

@@ -81,7 +81,7 @@ class WatchedSource : public ByteSource {
 
 constexpr unsigned char kMagic[] = {0x28, 0xB5, 0x2F, 0xFD};
 
-/// A source whose first bytes were looked at.
+/// A source whose first bytes have been read ahead.
 class ReplaySource : public ByteSource {
  public:
   explicit ReplaySource(std::unique_ptr<ByteSource> source) : source_(std::move(source)) {

@@ -11,14 +11,14 @@
 
 namespace fabscan {
 
-/// A piece of JSON text, put at a place where there is room for all of it: commas by itself, no
-/// blanks, nothing checked. Inlined, all of its constant text is a few moves.
+/// Writes JSON text into a buffer with enough space for all of it: adds commas, no blanks, checks
+/// nothing. When inlined, constant text becomes a few moves.
 class JsonPiece {
  public:
-  /// `fresh` where nothing stands before the piece that a comma would follow.
+  /// `fresh`: the first value needs no comma.
   JsonPiece(char* at, bool fresh) : at_(at), fresh_(fresh) {}
 
-  /// Where the piece ends so far, and whether the next value needs no comma.
+  /// The current end of the text, and whether the next value needs no comma.
   char* end() const { return at_; }
   bool fresh() const { return fresh_; }
 
@@ -35,7 +35,7 @@ class JsonPiece {
   }
 
   JsonPiece& Number(u_int32_t value) { return Value(PutDecimal(Begin(), value)); }
-  /// `"0x..."`, with at least `digits` digits, of which there are 1 to 16.
+  /// `"0x..."`, with at least `digits` digits, 1 to 16.
   JsonPiece& Hex(u_int64_t value, unsigned digits = 1) {
     return Value(PutHex(Begin(), value, digits));
   }
@@ -52,7 +52,7 @@ class JsonPiece {
     return *this;
   }
 
-  /// Begins a value that the caller puts at the returned place, up to the end that it then gives.
+  /// Begins a value that the caller writes to the returned address, and ends with its end address.
   char* Begin() {
     if (!fresh_) *at_++ = ',';
     fresh_ = false;

@@ -31,7 +31,7 @@ std::string_view TypeName(json::value& value) {
   throw Malformed("must be " + wanted + ", not " + std::string(TypeName(value)));
 }
 
-/// The value, or the complaint that it is of another type.
+/// The value; throws Malformed if it has another type.
 template <class T>
 T TakeTyped(simdjson::simdjson_result<T>&& result, json::value& value, const std::string& wanted) {
   T taken;
@@ -63,7 +63,7 @@ std::string_view Token(json::value& value) {
 // NOLINTNEXTLINE(cert-err58-cpp)
 [[maybe_unused]] const std::string kKernel = simdjson::get_active_implementation()->name();
 
-/// Unescaping needs a parser, and leaves it as it is.
+/// Unescaping needs a parser, and does not change it.
 const json::parser& Unescaper() {
   static const json::parser kParser = [] {
     json::parser parser;
@@ -149,7 +149,7 @@ void RefuseNumber(json::value value, unsigned bits) {
   const std::string given = token.size() <= 40 ? std::string(token) : "the number";
   if (token.front() == '-') throw Malformed(given + " is negative; give 0 or more");
   if (token.find_first_of(".eE") != std::string_view::npos) {
-    throw Malformed(given + " is not written as a whole number; leave fraction and exponent away");
+    throw Malformed(given + " is not a whole number; omit the fraction and exponent");
   }
   const bool leading_zero = token.size() > 1 && token.front() == '0';
   if (token.front() == '+' || leading_zero) throw simdjson::simdjson_error(simdjson::NUMBER_ERROR);

@@ -18,23 +18,23 @@ namespace fabscan {
 
 namespace json = simdjson::ondemand;
 
-/// What is wrong with a line of a snapshot, and what to do; the place is added by whoever knows it.
+/// An error in a line of a snapshot, with the remedy; code that knows the position adds it.
 class Malformed : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// Where in a line the decoder is. An error leaves the path as it is, so that the place can be
-/// told.
+/// The position of the decoder in a line. An error does not change the path, so that the position
+/// can be reported.
 class KeyPath {
  public:
-  /// `key` outlives the path.
+  /// `key` must outlive the path.
   void Enter(std::string_view key) { steps_[depth_++] = {key, 0}; }
   void EnterElement(std::size_t index) { steps_[depth_++] = {{}, index}; }
   void Leave() { --depth_; }
   void Clear() { depth_ = 0; }
 
-  /// `ports[3].attributes.SMP_PortInfo.LMC`; empty at the line's own object.
+  /// `ports[3].attributes.SMP_PortInfo.LMC`; empty for the object of the line.
   std::string text() const {
     std::string text;
     for (std::size_t i = 0; i < depth_; ++i) {
@@ -53,7 +53,7 @@ class KeyPath {
     std::string_view key;  // empty for an element of a list
     std::size_t index;
   };
-  static constexpr std::size_t kDeepest = 16;  // more than the format has levels
+  static constexpr std::size_t kDeepest = 16;  // more levels than the format has
 
   std::array<Step, kDeepest> steps_{};
   std::size_t depth_ = 0;
@@ -69,11 +69,11 @@ T Take(simdjson::simdjson_result<T> result) {
   return value;
 }
 
-/// What a JSON text says, its escapes resolved. Throws simdjson::simdjson_error for an escape that
-/// does not exist.
+/// The value of a JSON text, with escapes resolved. Throws simdjson::simdjson_error for an escape
+/// that does not exist.
 ///
-/// All texts are taken here, not by simdjson's own getters: those unescape into a buffer of which
-/// nobody has looked whether it could be allocated.
+/// All texts are decoded here, not by simdjson's getters: those unescape into a buffer without
+/// checking that it could be allocated.
 std::string Unescaped(json::raw_json_string text);
 
 // Values of the type that the key asks for. All throw Malformed for another type, or where the
@@ -83,12 +83,12 @@ json::object TakeObject(json::value value);
 json::array TakeArray(json::value value);
 bool TakeBool(json::value value);
 std::string TakeText(json::value value);
-/// A name as the device gave it: text, or `{"escaped": text}`, where %XX stands for a byte.
+/// A name as reported by the device: text, or `{"escaped": text}`, in which %XX is a byte.
 std::string TakeName(json::value value);
 
-/// What a number must be, when `value` is none that fits `bits` bits. Does not return.
+/// Throws Malformed for a `value` that is not a number of `bits` bits. Does not return.
 [[noreturn]] void RefuseNumber(json::value value, unsigned bits);
-/// The digits of the token `"0x..."`; empty where it is something else.
+/// The digits of the token `"0x..."`; empty for any other token.
 inline std::string_view HexDigitsOf(std::string_view token) {
   while (!token.empty() && static_cast<unsigned char>(token.back()) <= ' ') token.remove_suffix(1);
   const bool hex = token.size() > 4 && token[1] == '0' && (token[2] | 0x20) == 'x';

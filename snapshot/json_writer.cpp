@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-/// Whether a byte is a character that stands for itself.
+/// Whether a byte is a character that needs no escape.
 constexpr std::array<bool, 256> MakePlain() {
   std::array<bool, 256> plain = {};
   for (std::size_t byte = 0x20; byte < 0x80; ++byte) plain[byte] = byte != '"' && byte != '\\';
@@ -26,7 +26,7 @@ bool IsPlain(char c) { return kPlain[static_cast<unsigned char>(c)]; }
 /// Eight times the same byte.
 constexpr u_int64_t Eight(unsigned char byte) { return 0x0101010101010101U * byte; }
 
-/// Whether eight bytes are plain: in each, the highest bit tells what is wrong with it.
+/// Whether eight bytes are plain: the highest bit of each byte marks one that is not.
 bool EightArePlain(const char* bytes) {
   u_int64_t eight = 0;
   std::memcpy(&eight, bytes, sizeof eight);

@@ -13,12 +13,12 @@
 
 namespace fabscan {
 
-/// Writes JSON text through a buffer of its own: commas by itself, no blanks, no locale.
+/// Writes buffered JSON text: adds commas, no blanks, independent of the locale.
 class JsonWriter {
  public:
-  /// What the stream is given at a time: whole pages, at places that are a multiple of it.
+  /// The size of each write to the stream: whole pages, at aligned positions.
   static constexpr std::size_t kPieceBytes = std::size_t{1} << 20U;
-  /// What `AtOnce` has room for.
+  /// The maximum size for `AtOnce`.
   static constexpr std::size_t kMostAtOnce = std::size_t{1} << 17U;
 
   explicit JsonWriter(std::ostream& out) : out_(out), buffer_(kPieceBytes + kMostAtOnce) {}
@@ -44,14 +44,14 @@ class JsonWriter {
   void Bool(bool value) {
     AtOnce([&](JsonPiece& to) { to.Bool(value); });
   }
-  /// Text that is not UTF-8 has its bad bytes replaced by U+FFFD.
+  /// Bytes that are not UTF-8 are replaced by U+FFFD.
   void String(std::string_view text);
   void EndLine() {
     AtOnce([](JsonPiece& to) { to.EndLine(); });
   }
 
-  /// Writes several of these at once: `compose` puts at most `kMostAtOnce` bytes into the piece
-  /// that it is given.
+  /// Writes several values in one step: `compose` writes at most `kMostAtOnce` bytes to the piece
+  /// that it gets.
   template <class Compose>
   void AtOnce(Compose&& compose) {
     if (size_ >= kPieceBytes) WritePiece();
@@ -73,8 +73,8 @@ class JsonWriter {
 
   std::ostream& out_;
   std::vector<char> buffer_;
-  std::size_t size_ = 0;  // of what is in the buffer
-  bool fresh_ = true;     // nothing stands before the next value that a comma would follow
+  std::size_t size_ = 0;  // bytes in the buffer
+  bool fresh_ = true;     // the next value needs no comma
 };
 
 }  // namespace fabscan

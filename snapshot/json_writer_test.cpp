@@ -78,8 +78,8 @@ TEST(JsonWriter, WritesHexadecimalNumbersWithAsManyDigitsAsAskedFor) {
   };
   EXPECT_EQ(hex(0, 1), "\"0x0\"");
   EXPECT_EQ(hex(0, 16), "\"0x0000000000000000\"");
-  EXPECT_EQ(hex(0x5a1e0, 3), "\"0x5a1e0\"");
-  EXPECT_EQ(hex(0x5a1e0, 16), "\"0x000000000005a1e0\"");
+  EXPECT_EQ(hex(0x5a1e0c, 3), "\"0x5a1e0c\"");
+  EXPECT_EQ(hex(0x5a1e0c, 16), "\"0x00000000005a1e0c\"");
   EXPECT_EQ(hex(~u_int64_t{0}, 1), "\"0xffffffffffffffff\"");
 }
 
@@ -111,7 +111,7 @@ TEST(JsonWriter, KnowsAWordWhereverTheByteStandsThatIsNone) {
   EXPECT_FALSE(JsonWriter::IsWord(std::string(JsonWriter::kMostAtOnce, 'x')));
 }
 
-/// Keeps how many bytes it was given at a time.
+/// Records the number of bytes of each write.
 class Pieces : public std::stringbuf {
  public:
   std::vector<std::streamsize> sizes;

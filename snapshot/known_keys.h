@@ -56,8 +56,8 @@ class KnownKeys {
   }
 
   [[noreturn]] void RefuseSecond(std::size_t index) const {
-    throw Malformed("the " + std::string(noun_) + " " +
-                    Quoted(NameOf(*(std::begin(list_) + index))) + " stands twice; keep one");
+    throw Malformed("duplicate " + std::string(noun_) + " " +
+                    Quoted(NameOf(*(std::begin(list_) + index))) + "; keep one");
   }
 
   std::size_t Search(std::string_view key) const {

@@ -73,7 +73,7 @@ json::object TakeLine(json::document& line) {
 
 void RequireEndOfLine(json::document& line) {
   const bool at_end = line.current_location().error() == simdjson::OUT_OF_BOUNDS;
-  if (!at_end) throw Malformed("more text follows the object; put each on its own line");
+  if (!at_end) throw Malformed("more text follows the object; put each object on its own line");
 }
 
 }  // namespace
@@ -98,8 +98,7 @@ SnapshotHeader LineDecoder::DecodeHeader(json::document& line) {
       const u_int64_t version = TakeNumber(field.value(), 64);
       if (version != kSnapshotVersion) {
         throw Malformed("version " + std::to_string(version) +
-                        " is not one that this program reads; it reads version " +
-                        std::to_string(kSnapshotVersion));
+                        " is not supported; expected version " + std::to_string(kSnapshotVersion));
       }
     } else {
       (key == kSource ? header.source : header.created) = TakeText(field.value());
@@ -265,7 +264,7 @@ IBPort& LineDecoder::MakePort(json::object& port, IBNode& node) {
       throw Malformed("port 0 exists on a switch only; number this node's ports from 1");
     }
     if (node.getPort(number) != nullptr) {
-      throw Malformed("port " + std::to_string(number) + " stands twice; keep one");
+      throw Malformed("duplicate port " + std::to_string(number) + "; keep one");
     }
     path_.Leave();
     return fabric_.makePort(node, number);
@@ -328,7 +327,7 @@ void LineDecoder::DecodeEnd(json::document& line) {
       if (nodes != fabric_.nodeCount()) {
         throw Malformed("the last line counts " + std::to_string(nodes) + " nodes, but " +
                         std::to_string(fabric_.nodeCount()) +
-                        " came before it; take the whole file, or correct the count");
+                        " precede it; use the complete file, or correct the count");
       }
     }
     path_.Leave();

@@ -11,7 +11,7 @@
 namespace fabscan {
 
 inline constexpr char kNoSnapshot[] =
-    "this is no snapshot; the first line of one is its header, {\"fabscan_snapshot\": 1, ...}";
+    "not a snapshot: line 1 must be the header, {\"fabscan_snapshot\": 1, ...}";
 
 /// Takes one line of a snapshot after another into a model and its store. All operations throw
 /// Malformed and simdjson::simdjson_error; `path` then tells where.

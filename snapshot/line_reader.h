@@ -10,28 +10,28 @@
 
 namespace fabscan {
 
-/// A line in place: the text, behind which stands a line end, and how many bytes may be read.
+/// A line in the buffer: the text, followed by a line end, and the number of readable bytes.
 struct Line {
   std::string_view text;
   std::size_t readable;  // from the start of the text
-  bool ended;            // by a line end of its own, rather than by the end of the source
+  bool ended;            // by a line end, not by the end of the source
 };
 
-/// Cuts a source into lines without copying them: big reads into one buffer, lines shown where
-/// they lie. After each line at least `kPadding` more bytes can be read, as the parser wants it.
+/// Splits a source into lines without copying them: large reads into one buffer, lines returned in
+/// place. At least `kPadding` bytes after each line are readable, as the parser requires.
 class LineReader {
  public:
   static constexpr std::size_t kPadding = 64;
   static constexpr std::size_t kChunk = std::size_t{1} << 18U;
 
-  /// `chunk`: bytes asked of the source at a time.
+  /// `chunk`: the number of bytes per read.
   LineReader(ByteSource& source, std::size_t max_line_bytes, std::size_t chunk = kChunk)
       : source_(source), max_line_(max_line_bytes), chunk_(chunk) {}
 
   /// The next line, valid until the next call; nothing at the end. The last line needs no line end.
-  /// Throws SourceError, also where a line is longer than allowed.
+  /// Throws SourceError, also if a line is longer than allowed.
   std::optional<Line> Next();
-  /// Number of the line that `Next` gave last, or failed to give; the first is 1.
+  /// Number of the line that `Next` returned last, or failed to return; the first is 1.
   std::size_t number() const { return number_; }
 
  private:
@@ -42,8 +42,8 @@ class LineReader {
   const std::size_t max_line_;
   const std::size_t chunk_;
   std::vector<char> buffer_;
-  std::size_t begin_ = 0;  // of what was not given out yet
-  std::size_t end_ = 0;    // of what was read
+  std::size_t begin_ = 0;  // of the data not returned yet
+  std::size_t end_ = 0;    // of the data read
   std::size_t number_ = 0;
 };
 

@@ -9,16 +9,15 @@
 #include <cstring>
 #include <string_view>
 
-// Numbers as a snapshot has them. They are put at a place in a buffer where there is room for the
-// longest; each of these functions returns the end of its text; what is behind it in that room may
-// be overwritten.
+// Numbers in the form of snapshots. They are written to a buffer with space for the longest number.
+// Each function returns the end of its text, and may overwrite the rest of that space.
 
 namespace fabscan {
 
 /// The longest text of a number: `"0x`, 16 digits, `"`.
 inline constexpr std::size_t kNumberBytes = 20;
 
-/// The digits of a number below 1,000, and how many there are.
+/// The digits of a number below 1,000, and their number.
 struct SmallNumber {
   char digits[3];
   u_int8_t count;
@@ -74,7 +73,7 @@ inline char* PutDecimal(char* at, u_int32_t value) {
   return PutPair(at, kDecimalPairs[value % 100]);
 }
 
-/// `"0x..."`, with at least `digits` digits, of which there are 1 to 16.
+/// `"0x..."`, with at least `digits` digits, 1 to 16.
 inline char* PutHex(char* at, u_int64_t value, unsigned digits = 1) {
   *at++ = '"';
   *at++ = '0';
@@ -90,18 +89,18 @@ inline char* PutHex(char* at, u_int64_t value, unsigned digits = 1) {
   return at + count + 1;
 }
 
-// ---------- The other way round ----------
+// ---------- Parsing ----------
 
-// Most of a large snapshot's bytes are hexadecimal digits, so they are taken eight at a time: each
-// byte of a word holds one digit.
+// Most bytes of a large snapshot are hexadecimal digits, so they are parsed in groups of eight:
+// each byte of a word is one digit.
 
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the first digit is the lowest byte");
 
-/// The number of eight hexadecimal digits. `valid` becomes false where one of them is none.
+/// The number of eight hexadecimal digits. Sets `valid` to false if one is not a digit.
 inline u_int64_t EightHexDigits(u_int64_t digits, bool& valid) {
   constexpr u_int64_t kEach = 0x0101010101010101;
-  const u_int64_t lower = digits | (0x20 * kEach);  // leaves 0 to 9 as they are
-  // The top bit of a byte of `From(c)` says whether that digit is c or a later character.
+  const u_int64_t lower = digits | (0x20 * kEach);  // does not change 0 to 9
+  // The top bit of a byte of `From(c)` is set if that digit is c or a later character.
   const auto from = [&](u_int64_t c) { return lower + (0x80 - c) * kEach; };
   const u_int64_t decimal = from('0') & ~from('9' + 1);
   const u_int64_t letter = from('a') & ~from('f' + 1);
@@ -119,15 +118,15 @@ inline u_int64_t UpToEightHexDigits(const char* at, std::size_t count, bool& val
   u_int64_t digits = 0;
   std::memcpy(&digits, at, sizeof digits);
   if (count < 8) {
-    // Moves the digits to the end of the word, behind zeros.
+    // Shifts the digits to the end of the word, after zeros.
     digits <<= 8 * (8 - count);
     digits |= 0x3030303030303030 >> (8 * count);
   }
   return EightHexDigits(digits, valid);
 }
 
-/// Takes the number of hexadecimal digits; at least eight bytes after the text can be read. False
-/// where the text is empty, holds something else, or does not fit 64 bits.
+/// Parses hexadecimal digits; at least eight bytes after the text must be readable. Returns false
+/// if the text is empty, contains other characters, or does not fit 64 bits.
 inline bool ReadHexDigits(std::string_view text, u_int64_t& number) {
   while (text.size() > 16 && text.front() == '0') text.remove_prefix(1);
   if (text.empty() || text.size() > 16) return false;

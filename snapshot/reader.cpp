@@ -50,8 +50,8 @@ class SnapshotReader {
     }
     if (!ended) {
       Fail(
-          "the file is cut short: its last line, {\"end\": true, \"nodes\": N}, is missing; take "
-          "the whole file");
+          "the file is truncated: its last line, {\"end\": true, \"nodes\": N}, is missing; use "
+          "the complete file");
     }
     return header;
   }
@@ -80,7 +80,7 @@ class SnapshotReader {
     } catch (const simdjson::simdjson_error& error) {
       if (error.error() == simdjson::MEMALLOC) throw std::bad_alloc();
       if (lines_.number() == 1) Fail(kNoSnapshot);
-      if (!line.ended) Fail("the file is cut short in the midst of this line; take the whole file");
+      if (!line.ended) Fail("unexpected end of file in this line; use the complete file");
       FailAtKey(Complaint(error.error()));
     }
   }

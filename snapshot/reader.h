@@ -7,8 +7,8 @@
 
 namespace fabscan {
 
-/// `ReadSnapshot` from any source of uncompressed text. `name` stands in errors; `chunk` bytes are
-/// asked of the source at a time.
+/// `ReadSnapshot` from any source of uncompressed text. `name` is used in errors; `chunk` is the
+/// number of bytes per read.
 SnapshotHeader ReadSnapshotFrom(ByteSource& source, const std::string& name, Fabscan& fabscan,
                                 const SnapshotReadOptions& options = {},
                                 std::size_t chunk = LineReader::kChunk);

@@ -45,12 +45,8 @@ TEST(ReaderErrors, Numbers) {
       {Number("\"0x100000000\""),
        kAtNumber + "\"0x100000000\" does not fit the field's 32 bits; give 0 to 4294967295"},
       {Number("-1"), kAtNumber + "-1 is negative; give 0 or more"},
-      {Number("1.5"), kAtNumber +
-                          "1.5 is not written as a whole number; leave fraction and exponent "
-                          "away"},
-      {Number("1e3"), kAtNumber +
-                          "1e3 is not written as a whole number; leave fraction and exponent "
-                          "away"},
+      {Number("1.5"), kAtNumber + "1.5 is not a whole number; omit the fraction and exponent"},
+      {Number("1e3"), kAtNumber + "1e3 is not a whole number; omit the fraction and exponent"},
       {Number("\"12\""), kAtNumber + wanted + "the text \"12\""},
       {Number("\"0x\""), kAtNumber + wanted + "the text \"0x\""},
       {Number("\"0x1g\""), kAtNumber + wanted + "the text \"0x1g\""},
@@ -90,12 +86,11 @@ TEST(ReaderErrors, Keys) {
        "f:2: unknown key \"opalSwich\"; did you mean \"opalSwitch\"?"},
       {OneNode(NodeLine(R"(,"colour":1)")), "f:2: unknown key \"colour\"; remove it"},
       {OneNode(NodeLine(R"(,"a\nb\u202e":1)")), "f:2: unknown key \"a%0Ab%E2%80%AE\"; remove it"},
-      {OneNode(NodeLine(R"(,"guid":2)")), "f:2: the key \"guid\" stands twice; keep one"},
+      {OneNode(NodeLine(R"(,"guid":2)")), "f:2: duplicate key \"guid\"; keep one"},
       {OneNode(PortLine(R"(,"FNM":true)")),
        "f:2: ports[0]: unknown key \"FNM\"; did you mean \"fnm\"?"},
-      {OneNode(PortLine(R"(,"state":"DOWN")")),
-       "f:2: ports[0]: the key \"state\" stands twice; keep one"},
-      {OneNode(PortLine(R"(,"num":1)")), "f:2: ports[0]: the key \"num\" stands twice; keep one"},
+      {OneNode(PortLine(R"(,"state":"DOWN")")), "f:2: ports[0]: duplicate key \"state\"; keep one"},
+      {OneNode(PortLine(R"(,"num":1)")), "f:2: ports[0]: duplicate key \"num\"; keep one"},
       {OneNode(NodeLine(R"(,"ports":[{"num":1}])")),
        "f:2: ports[0]: the key \"state\" is missing; add it"},
       {OneNode(NodeLine(R"(,"ports":[{"state":"ARM"}])")),
@@ -125,14 +120,14 @@ TEST(ReaderErrors, Records) {
        "f:2: ports[0].attributes: unknown record \"WrenReductionInfo\"; it is a "
        "node's; move it to the node"},
       {node(kInfo + ',' + kInfo),
-       "f:2: attributes: the record \"WrenReductionInfo\" stands twice; keep one"},
+       "f:2: attributes: duplicate record \"WrenReductionInfo\"; keep one"},
       {node(R"("WrenReductionInfo":{"capability_mask":1,"hbf_group_cap":1})"),
        "f:2: attributes.WrenReductionInfo: the field \"reduction_fdb_cap\" is missing, which the "
-       "generated file needs; give it, or leave the record out and say why under \"absent\""},
+       "generated file needs; add it, or omit the record and give the reason under \"absent\""},
       {node(R"("VendorSpec_GeneralInfo":{"HWInfo":{}})"),
        "f:2: attributes.VendorSpec_GeneralInfo.HWInfo: the field \"DeviceID\" is missing, which "
        "the "
-       "generated file needs; give it, or leave the record out and say why under \"absent\""},
+       "generated file needs; add it, or omit the record and give the reason under \"absent\""},
       {port(R"("WrenReductionPortInfo":{"capability_mask":1,"capability_mask":1})"),
        "f:2: ports[0].attributes.WrenReductionPortInfo: the field \"capability_mask\" stands "
        "twice; "
@@ -155,8 +150,8 @@ TEST(ReaderErrors, Records) {
        "f:2: ports[0].attributes.WrenReductionCounters.3.dropped_pkt: -1 is negative; give 0 or "
        "more"},
       {port(R"("WrenReductionConfigureMLIDMonitors":[2])"),
-       "f:2: ports[0].attributes.WrenReductionConfigureMLIDMonitors[0]: monitor selector 2 is not "
-       "known; give 0 (reduction counters) or 1 (push reduction counters)"},
+       "f:2: ports[0].attributes.WrenReductionConfigureMLIDMonitors[0]: monitor selector 2 is "
+       "unknown; use 0 (reduction counters) or 1 (push reduction counters)"},
       {port(R"("WrenReductionConfigureMLIDMonitors":[1,1])"),
        "f:2: ports[0].attributes.WrenReductionConfigureMLIDMonitors[1]: monitor selector 1 stands "
        "twice; keep one"},
@@ -164,7 +159,7 @@ TEST(ReaderErrors, Records) {
 }
 
 TEST(ReaderErrors, Absent) {
-  const std::string both = "the record is there as well, under \"attributes\"; keep one of the two";
+  const std::string both = "the record is also under \"attributes\"; keep one of the two";
   Check({
       {OneNode(
            NodeLine(R"(,"absent":{"WrenReductionInfo":"time-out"},"attributes":{)" + kInfo + '}')),
@@ -177,7 +172,7 @@ TEST(ReaderErrors, Absent) {
       {OneNode(NodeLine(R"(,"absent":{"WrenReductionInfo":1})")),
        "f:2: absent.WrenReductionInfo: must be text, not a number"},
       {OneNode(PortLine(R"(,"absent":{"WrenReductionCounters":"a","WrenReductionCounters":"b"})")),
-       "f:2: ports[0].absent: the record \"WrenReductionCounters\" stands twice; keep one"},
+       "f:2: ports[0].absent: duplicate record \"WrenReductionCounters\"; keep one"},
   });
 }
 
@@ -209,7 +204,7 @@ TEST(ReaderErrors, NodesAndPorts) {
       {OneNode(NodeLine(R"(,"ports":[{"num":5,"state":"ARM"}])")),
        "f:2: ports[0].num: port 5 is above the node's numPorts, 4; correct one of the two"},
       {OneNode(NodeLine(R"(,"ports":[{"num":2,"state":"ARM"},{"num":2,"state":"ARM"}])")),
-       "f:2: ports[1].num: port 2 stands twice; keep one"},
+       "f:2: ports[1].num: duplicate port 2; keep one"},
       {OneNode(
            R"({"name":"H1","guid":1,"type":"CA","numPorts":1,"ports":[{"num":0,"state":"ARM"}]})"),
        "f:2: ports[0].num: port 0 exists on a switch only; number this node's ports from 1"},
@@ -222,7 +217,7 @@ TEST(ReaderErrors, NodesAndPorts) {
 TEST(ReaderErrors, Lines) {
   const std::string node = NodeLine("") + '\n';
   const std::string no_snapshot =
-      "f:1: this is no snapshot; the first line of one is its header, {\"fabscan_snapshot\": 1, "
+      "f:1: not a snapshot: line 1 must be the header, {\"fabscan_snapshot\": 1, "
       "...}";
   const std::string not_json =
       "not JSON: brackets, commas or colons are missing or too many; correct them";
@@ -237,16 +232,16 @@ TEST(ReaderErrors, Lines) {
       {"{\"fabscan_snapshot\":1,\"sauce\":\"s\"}\n",
        "f:1: unknown key \"sauce\"; did you mean \"source\"?"},
       {"{\"fabscan_snapshot\":1,\"fabscan_snapshot\":1}\n",
-       "f:1: the key \"fabscan_snapshot\" stands twice; keep one"},
+       "f:1: duplicate key \"fabscan_snapshot\"; keep one"},
       {"{\"fabscan_snapshot\":2}\n",
-       "f:1: fabscan_snapshot: version 2 is not one that this program reads; it reads version 1"},
+       "f:1: fabscan_snapshot: version 2 is not supported; expected version 1"},
       {kHeaderLine + std::string(kHeaderLine) + EndLine(0),
        "f:2: a second header; a snapshot has one, in its first line"},
       {kHeaderLine + node,
-       "f:3: the file is cut short: its last line, {\"end\": true, \"nodes\": N}, is missing; take "
-       "the whole file"},
+       "f:3: the file is truncated: its last line, {\"end\": true, \"nodes\": N}, is missing; use "
+       "the complete file"},
       {kHeaderLine + node + EndLine(2),
-       "f:3: nodes: the last line counts 2 nodes, but 1 came before it; take the whole file, or "
+       "f:3: nodes: the last line counts 2 nodes, but 1 precede it; use the complete file, or "
        "correct the count"},
       {kHeaderLine + std::string("{\"end\":false,\"nodes\":0}\n"), "f:2: end: must be true"},
       {kHeaderLine + std::string("{\"end\":true}\n"), "f:2: the key \"nodes\" is missing; add it"},
@@ -258,7 +253,7 @@ TEST(ReaderErrors, Lines) {
       {kHeaderLine + std::string("[]\n"), "f:2: the line must be an object, {...}"},
       {kHeaderLine + std::string("7\n"), "f:2: the line must be an object, {...}"},
       {OneNode(NodeLine("") + " {}"),
-       "f:2: more text follows the object; put each on its own line"},
+       "f:2: more text follows the object; put each object on its own line"},
       {OneNode(NodeLine(",")), "f:2: " + not_json},
       {OneNode(NodeLine(R"(,"ports":[)")), "f:2: ports[0]: " + not_json},
       {OneNode(NodeLine(R"(,"ports":[{"num":1,"state":"ARM"} {"num":2,"state":"ARM"}])")),
@@ -269,9 +264,9 @@ TEST(ReaderErrors, Lines) {
        "f:2: not JSON: a control character within text; write it as \\u00XX"},
       {OneNode("{\"name\":\"S1"), "f:2: not JSON: text without its closing quote; correct it"},
       {kHeaderLine + std::string("{\"name\":\"S1"),
-       "f:2: the file is cut short in the midst of this line; take the whole file"},
+       "f:2: unexpected end of file in this line; use the complete file"},
       {kHeaderLine + node.substr(0, node.size() - 2),
-       "f:2: the file is cut short in the midst of this line; take the whole file"},
+       "f:2: unexpected end of file in this line; use the complete file"},
       {OneNode("{\"name\":\"S\xFF\",\"guid\":1,\"type\":\"SW\",\"numPorts\":1}"),
        "f:2: the line is not UTF-8 text; save it as UTF-8"},
   });

@@ -7,9 +7,9 @@ namespace fabscan {
 
 // ---------- Writing ----------
 
-// Nearly all of a snapshot is records, so their text is put together by hand: there is room for a
-// whole record in the buffer, and the compiler makes a function of each table, in which each
-// field's key and place are constants.
+// Most of a snapshot consists of records, so their text is composed directly in the buffer, which
+// has space for a whole record. The compiler generates a function for each table, in which the key
+// and offset of each field are constants.
 
 namespace {
 
@@ -58,14 +58,14 @@ char* PutElement(char* at, const void* element) {
   }
 }
 
-/// The field with its key, behind a comma; nothing, where it is left out.
+/// Writes a comma, the key and the value of the field; nothing if it is omitted.
 template <const RecordTable* kTable, std::size_t kRow>
 char* PutField(char* at, const void* record) {
   constexpr const FieldRow& kField = kTable->rows[kRow];
   if constexpr (!kField.is_array && kField.nested == nullptr) {
     const u_int64_t value = LoadNumber(kField.element(record, 0), kField.size);
     if constexpr (!kField.dumped && kField.size == 1) {
-      // Written in any case, and kept where it is not zero: no branch that nobody can foretell.
+      // Written unconditionally, kept only if non-zero: avoids an unpredictable branch.
       const char* const end = PutSmall(PutKey<kTable, kRow>(at), static_cast<u_int32_t>(value));
       return at + ((end - at) & -static_cast<std::ptrdiff_t>(value != 0));
     }
@@ -94,7 +94,7 @@ char* PutRecord(char* at, const void* record) {
   char* const begin = at;
   at = PutFields<kTable>(at, record, std::make_index_sequence<kTable->row_count>());
   if (at == begin) ++at;
-  *begin = '{';  // where the first key has its comma
+  *begin = '{';  // replaces the comma of the first key
   *at++ = '}';
   return at;
 }
@@ -116,12 +116,12 @@ char* PutRecordText(const RecordTable& table, char* at, const void* record) {
 
 // ---------- Reading ----------
 
-// The counterpart of the record writer: a function made of each table, which knows what must come
-// next. No text that it looks for has a line end, so it never gets past the end of its line.
+// The counterpart of the record writer: a function for each table, which knows the expected text.
+// No expected text contains a line end, so it never reads past the end of its line.
 
 namespace {
 
-/// Each takes what stands at `at` and returns its end, or null where it is something else.
+/// Each parses one token at `at`; returns its end, or null if it does not match.
 template <std::size_t kSize>
 const char* TakeDecimal(const char* at, u_int64_t& number) {
   constexpr u_int64_t kLargest = ~u_int64_t{0} >> (64 - 8 * kSize);
@@ -129,18 +129,18 @@ const char* TakeDecimal(const char* at, u_int64_t& number) {
   const auto digit = [&at](std::size_t i) { return static_cast<unsigned>(at[i]) - '0'; };
   if (digit(0) > 9) return nullptr;
   number = digit(0);
-  if (number == 0) return at + 1;  // a digit after it is not what comes next
+  if (number == 0) return at + 1;  // a digit after it does not match what comes next
   std::size_t count = 1;
   for (; count <= kMostDigits && digit(count) <= 9; ++count) number = 10 * number + digit(count);
   return number > kLargest ? nullptr : at + count;
 }
 
-/// How many of the eight bytes stand before the first quote; 8 where there is none.
+/// The number of the eight bytes before the first quote; 8 if there is none.
 std::size_t BeforeQuote(const char* at) {
   constexpr u_int64_t kEach = 0x0101010101010101;
   u_int64_t bytes = 0;
   std::memcpy(&bytes, at, sizeof bytes);
-  bytes ^= '"' * kEach;  // a quote is 0 now
+  bytes ^= '"' * kEach;  // quotes become 0
   const u_int64_t zeros = (bytes - kEach) & ~bytes & (0x80 * kEach);
   return zeros == 0 ? 8 : static_cast<std::size_t>(__builtin_ctzll(zeros)) / 8;
 }
@@ -183,8 +183,8 @@ const char* TakeValue(const char* at, void* record) {
   return *at == ']' ? at + 1 : nullptr;
 }
 
-/// Takes the field where it comes next, at `at`: behind '{' the first one, ',' any other. False
-/// where it is missing although it must not, or its value is something else.
+/// Parses the field if it is next, at `at`: after '{' for the first one, after ',' for others.
+/// Returns false if a required field is missing, or its value does not match.
 template <const RecordTable* kTable, std::size_t kRow>
 bool TakeField(const char*& at, char& before, void* record) {
   static constexpr KeyText kKey = MakeKey(kTable->rows[kRow].name);
@@ -220,7 +220,7 @@ constexpr auto kTakeText = TakeTexts(EveryRecord{});
 }  // namespace
 
 bool TakeCanonicalRecord(const RecordTable& table, const char* text, void* record) {
-  // A record within another is taken with it, or decoded with it.
+  // A nested record is parsed or decoded with its outer record.
   return table.index < kTakeText.size() && kTakeText[table.index](text, record) != nullptr;
 }
 

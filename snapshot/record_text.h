@@ -7,11 +7,11 @@
 #include "records/record_kinds.h"
 #include "snapshot/number_text.h"
 
-// Records as a snapshot has them, for the tables of `EveryRecord`.
+// Records in the form of snapshots, for the tables of `EveryRecord`.
 
 namespace fabscan {
 
-/// What stands before a field's value in a snapshot: `,"name":`.
+/// The text before a field's value in a snapshot: `,"name":`.
 struct KeyText {
   char text[64];
   u_int8_t size;
@@ -28,7 +28,7 @@ constexpr KeyText MakeKey(std::string_view name) {
   return key;
 }
 
-/// How many bytes a record takes in a snapshot, at most.
+/// The maximum size of a record in a snapshot, in bytes.
 constexpr std::size_t TextBytes(const RecordTable& table) {
   std::size_t bytes = 2;
   for (const FieldRow& row : table) {
@@ -38,12 +38,12 @@ constexpr std::size_t TextBytes(const RecordTable& table) {
   return bytes;
 }
 
-/// Puts the record's text at `at`, where there is room for `TextBytes`, and returns its end.
+/// Writes the record's text to `at`, which has space for `TextBytes`, and returns its end.
 char* PutRecordText(const RecordTable& table, char* at, const void* record);
 
-/// Takes a record whose text is exactly as it is written: fields in declared order, no blanks, no
-/// number in another form. Returns false for any other text, be it wrong or only unusual; then some
-/// of the fields may be filled in, and the whole text is still to be decoded.
+/// Parses a record in canonical form: fields in declared order, no blanks, no number in another
+/// form. Returns false for any other text, valid or not; some fields may then be set, and the whole
+/// text must be decoded.
 ///
 /// `text` begins with the record and is followed by a line end and `LineReader::kPadding` bytes.
 bool TakeCanonicalRecord(const RecordTable& table, const char* text, void* record);

@@ -37,7 +37,7 @@ std::string TextOf(const RecordTable& table, const void* record) {
   return text;
 }
 
-/// As a line of a snapshot stands in memory.
+/// The layout of a snapshot line in memory.
 bool Takes(const RecordTable& table, const std::string& text, void* record) {
   const std::string line = text + '\n' + std::string(LineReader::kPadding, '}');
   return TakeCanonicalRecord(table, line.data(), record);

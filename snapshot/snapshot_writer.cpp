@@ -15,7 +15,7 @@ namespace fabscan {
 
 namespace {
 
-/// What the records of these kinds take in a snapshot, at most, without their names.
+/// The maximum size of the records of these types in a snapshot, without their names.
 template <class Kinds>
 constexpr std::size_t TextBytesOf(const Kinds& kinds) {
   std::size_t bytes = 0;
@@ -23,13 +23,13 @@ constexpr std::size_t TextBytesOf(const Kinds& kinds) {
   return bytes;
 }
 
-// So all records of a node, or of a port, go into one piece, with what stands around them.
+// So all records of a node or port fit into one piece, with the text around them.
 static_assert(TextBytesOf(kNodeRecords) < JsonWriter::kMostAtOnce / 2);
 static_assert(TextBytesOf(kPortRecords) +
                   TesselExtendedInfo::kCounterSets * TextBytes(kCountersTable) <
               JsonWriter::kMostAtOnce / 2);
 
-/// Why an owner may lack a record, ready to be written.
+/// The reason for an absent record, prepared for writing.
 template <class Owner>
 struct AbsentRecord {
   FindRecord<Owner> find;
@@ -38,12 +38,12 @@ struct AbsentRecord {
   bool plain;  // the reason is a word
 };
 
-/// Looks up the records of one owner's reasons after the other's. Owners share their sets of
-/// reasons, and mostly the next one has the same set: it is looked up once.
+/// Looks up the records for the reasons of one owner after another. Owners share sets of reasons,
+/// and consecutive ones mostly have the same set, which is looked up once.
 template <class Owner>
 class AbsentRecords {
  public:
-  /// Of the names that an owner can have. The reasons stay where they are, and as they are.
+  /// Only the names that an owner can have. The reasons must not move or change.
   const std::vector<AbsentRecord<Owner>>& Of(const AbsentReasons& reasons) {
     if (&reasons != reasons_) LookUp(reasons);
     return records_;
@@ -71,7 +71,7 @@ class AbsentRecords {
   std::vector<AbsentRecord<Owner>> records_;
 };
 
-/// Nodes of one model, in canonical form: keys in one order, defaults left out.
+/// Nodes of one model in canonical form: keys in a fixed order, defaults omitted.
 class NodeWriter {
  public:
   NodeWriter(JsonWriter& json, const Fabscan& fabscan)
@@ -191,7 +191,7 @@ class NodeWriter {
     to.EndArray();
   }
 
-  /// Reasons for records that are there after all are left out.
+  /// Omits reasons for records that are present.
   template <class Owner>
   void WriteAbsent(const Owner& owner, AbsentRecords<Owner>& absent) {
     bool any = false;
@@ -208,7 +208,7 @@ class NodeWriter {
     if (any) json_.EndObject();
   }
 
-  /// A name as the device gave it; one that JSON cannot hold, in its escaped form.
+  /// A name as reported by the device; escaped if JSON cannot contain it.
   void WriteName(std::string_view key, const std::string& harmless) {
     json_.Key(key);
     if (harmless.find(kEscapeMark) == std::string::npos) return json_.String(harmless);

@@ -13,8 +13,7 @@
 
 namespace fabscan {
 
-/// Writes a fabric that comes in parts, each a model of its own: the same bytes as of one model
-/// with the nodes of all.
+/// Writes a fabric in parts, each a separate model: the same bytes as for one model with all nodes.
 ///
 ///     SnapshotWriter writer(out, header);
 ///     for (...) writer.Write(part);
@@ -23,9 +22,9 @@ class SnapshotWriter {
  public:
   SnapshotWriter(std::ostream& out, const SnapshotHeader& header);
 
-  /// `written` is called for each node with how many were, of all parts.
+  /// `written` is called for each node with the number of written nodes of all parts.
   void Write(const Fabscan& part, const std::function<void(std::size_t nodes)>& written = {});
-  /// The last line. The caller checks the stream.
+  /// Writes the last line. The caller checks the stream.
   void Finish();
 
  private:

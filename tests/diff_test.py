@@ -157,7 +157,7 @@ class Diff(CommandTest):
 
     def test_wrong_usage(self):
         self.assert_fails(self.diff(DEMO, "--ignore", "stat"),
-                          "--ignore: there is no field 'stat'; did you mean 'state'?", TROUBLE)
+                          "--ignore: unknown field 'stat'; did you mean 'state'?", TROUBLE)
         self.assertEqual(self.diff().returncode, TROUBLE)
 
     def test_a_full_disk_is_not_a_difference(self):

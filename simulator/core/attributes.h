@@ -2,14 +2,14 @@
 #define SIMULATOR_CORE_ATTRIBUTES_H
 
 // clang-format off
-/// What a simulated node answers: the record; the member of `Node` that keeps it packed, by the name
-/// that generated files use; the function of a generated file that sets it. In the order of the file.
+/// The attributes of a simulated node: the record; the member of `Node` that stores it packed, with
+/// the name that generated files use; the function of a generated file that sets it. In the order of the file.
 ///
 ///   NODE      one record, a member
-///   AGAIN     the same, of a record type that another row has already
+///   AGAIN     the same, for a record type of another row
 ///   FROM_NODE one record, behind a member function
 ///   PORT      one record per port number
-///   COUNTERS  any number of records, kept by the key that generated files give
+///   COUNTERS  any number of records, by the key that generated files use
 #define SIMULATOR_ATTRIBUTES(NODE, AGAIN, FROM_NODE, PORT, COUNTERS)                                           \
   NODE(     SMP_NodeInfo,                       nodeInfo,                 setNodeInfo)                        \
   PORT(     SMP_PortInfo,                       nodePortsInfo,            setPortInfo)                        \
@@ -35,7 +35,7 @@
   COUNTERS( WrenPushReductionCounters,          pushCounters,             setWrenPushReductionCounters)
 // clang-format on
 
-/// For the kinds of rows that are not wanted.
+/// For unused types of rows.
 #define SIMULATOR_NOTHING(record, member, function)
 
 #endif

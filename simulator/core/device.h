@@ -4,8 +4,8 @@
 #include "attributes.h"
 #include "node.h"
 
-/// What a device's header is made of: the functions that a generated file defines, and the classes
-/// that declare them.
+/// For a device's header: the functions that a generated file defines, and the classes that declare
+/// them.
 
 #define SIMULATOR_DECLARE_SETTER(record, member, function) void function();
 #define SIMULATOR_CALL_SETTER(record, member, function) function();
@@ -13,8 +13,8 @@
 /// `APPLY(record, member, function)` for every function of a generated file, in its order.
 #define SIMULATOR_EACH(APPLY) SIMULATOR_ATTRIBUTES(APPLY, APPLY, APPLY, APPLY, APPLY)
 
-/// Declares a class for one kind of node. A generated file defines its functions when the kind was
-/// dumped; a program links as long as it uses no kind that was not.
+/// Declares a class for one type of node. A generated file defines its functions if that type was
+/// dumped; a program links if it uses only dumped types.
 #define SIMULATOR_DEVICE(Kind)                                    \
   class Kind : public fabscan::simulator::Device {                \
    public:                                                        \
@@ -27,7 +27,7 @@
 namespace fabscan {
 namespace simulator {
 
-/// A kind of device at work on a node. The node must outlive it.
+/// A device of one type that sets the attributes of a node. The node must outlive it.
 class Device {
  public:
   explicit Device(Node& node) : m_node(&node) {}

@@ -13,22 +13,22 @@
 namespace fabscan {
 namespace simulator {
 
-/// One simulated node: every attribute that it answers, packed as it goes on the wire. The names of
-/// the members are those that generated files use.
+/// One simulated node with all of its attributes, packed as they are on the wire. The members have
+/// the names that generated files use.
 class Node {
  public:
-  /// The loops of generated files count ports in eight bits, so more cannot be served.
+  /// The loops of generated files count ports in eight bits, so more ports are impossible.
   static constexpr phys_port_t kLastPort = 254;
 
   /// `last_port`: number of the last port, at most `kLastPort`.
   explicit Node(phys_port_t last_port)
       : numPorts(static_cast<phys_port_t>(last_port + 1)), portPkeyTable(numPorts) {}
 
-  /// Ports with port 0 counted, on nodes without a port 0 as well: ports are indices below it, and
-  /// generated loops end before it.
+  /// The number of ports including port 0, even on nodes without port 0: port numbers are less than
+  /// it, and generated loops stop before it.
   phys_port_t numPorts;
 
-  // Of a port by its number.
+  // Port attributes, by port number.
 #define NODE_MEMBER(record, member, function) Packed<record> member;
 #define PORT_MEMBER(record, member, function) \
   std::vector<Packed<record>> member = std::vector<Packed<record>>(numPorts);
@@ -40,29 +40,29 @@ class Node {
 
   Packed<SMP_ExtendedSwitchInfo>* getExtendedSwitchInfo() { return &extended_switch_info_; }
 
-  /// Gives every port a partition key table of `entries` entries; those that it had are kept as far
-  /// as they fit, new ones are zero.
+  /// Gives every port a partition key table of `entries` entries; existing entries are kept if
+  /// they fit, new ones are zero.
   void resizePortPkeyTable(u_int16_t entries) {
     for (auto& table : portPkeyTable) table.resize(entries);
   }
 
-  /// Null where the node keeps no such counter set.
+  /// Null if the node has no such counter set.
   const ib_wren_reduction_counters_t* getWrenReductionCounters(phys_port_t port, u_int32_t index,
                                                                u_int8_t lean_pipe) const {
     return find(reduction_counters_, {port, index, lean_pipe});
   }
-  /// Makes the counter set where there was none.
+  /// Creates the counter set if missing.
   void setWrenReductionCounters(phys_port_t port, u_int32_t index, u_int8_t lean_pipe,
                                 const ib_wren_reduction_counters_t* counters) {
     reduction_counters_[{port, index, lean_pipe}] = *counters;
   }
 
-  /// Null where the node keeps no push counters for this port and multicast LID.
+  /// Null if the node has no push counters for this port and multicast LID.
   const WrenPushReductionCounters_view_t* getWrenPushReductionCounters(u_int16_t port,
                                                                        u_int16_t mlid) const {
     return find(push_counters_, {port, mlid});
   }
-  /// The push counters go by the name of the others. Makes them where there were none.
+  /// Push counters, under the same name as the others. Creates them if missing.
   void setWrenReductionCounters(u_int16_t port, u_int16_t mlid,
                                 const WrenPushReductionCounters_view_t* counters) {
     push_counters_[{port, mlid}] = *counters;

@@ -7,7 +7,7 @@
 namespace fabscan {
 namespace simulator {
 
-/// A node's storage for one attribute, as it goes on the wire.
+/// A node's storage for one attribute, as it is on the wire.
 template <class Record>
 struct Packed {
   using RecordType = Record;

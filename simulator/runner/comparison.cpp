@@ -10,7 +10,8 @@ namespace simulator {
 
 namespace {
 
-/// What generated files give the ports' partition key tables, compared as a field of its own.
+/// The size of the ports' partition key tables, set by generated files, compared as a separate
+/// field.
 constexpr char kPkeyTables[] = "portPkeyTable";
 constexpr char kPkeyEntries[] = "entries";
 
@@ -29,8 +30,8 @@ const u_int64_t* Find(const Assignments& assigned, const std::string& storage,
 }
 
 struct FieldValue {
-  std::string name;  // as generated code writes it behind "mad_buffer."
-  unsigned width;    // bits that the packed attribute has for it
+  std::string name;  // as generated code writes it after "mad_buffer."
+  unsigned width;    // bits in the packed attribute
   u_int64_t value;
 };
 
@@ -42,7 +43,7 @@ std::vector<FieldValue> FieldsIn(const RecordTable& table, const u_int8_t* bytes
   return fields;
 }
 
-/// The bytes without what belongs to fields.
+/// The bytes without the bits of fields.
 std::vector<u_int8_t> RestOf(const Storage& storage) {
   std::vector<u_int8_t> bytes(storage.bytes, storage.bytes + storage.size);
   ForEachNumber(*storage.table,

@@ -10,11 +10,11 @@
 namespace fabscan {
 namespace simulator {
 
-/// What differs, by storage and field, and how.
+/// A difference: storage, field and description.
 using Differences = std::map<std::string, std::string>;
 
-/// Adds to `differences` where `after` does not hold the assigned values, and where anything else
-/// is not as it was in `before`.
+/// Adds to `differences` every assigned field whose value in `after` is wrong, and every other
+/// change from `before`.
 void Compare(Node& before, Node& after, const Assignments& assigned, Differences& differences);
 
 }  // namespace simulator

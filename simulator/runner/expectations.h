@@ -12,20 +12,19 @@
 namespace fabscan {
 namespace simulator {
 
-/// Storage -> field -> the value that it must have.
+/// Storage -> field -> expected value.
 using Assignments = std::map<std::string, std::map<std::string, u_int64_t>>;
 
-/// What the functions of one unit must do to a node; every field that is not named must be left as
-/// it was.
+/// The expected effects of the functions of one unit on a node; all other fields must be unchanged.
 struct UnitExpectations {
   std::string unit;
   unsigned last_port = 0;
-  /// Port and multicast LID of the push counters that the node keeps.
+  /// Port and multicast LID of the push counters that the node has.
   std::vector<std::pair<unsigned, unsigned>> push_counters;
   std::map<std::string, Assignments> functions;
 };
 
-/// Reads expectations, a line each:
+/// Reads expectations, one per line:
 ///
 ///     unit NAME
 ///     ports LAST_PORT

@@ -1,11 +1,11 @@
-// Calls the functions of generated nodes on simulated nodes that held other values before, and
-// compares every field with what it should be then.
+// Calls the functions of generated nodes on simulated nodes with other values, and compares every
+// field with its expected value.
 //
 // usage: runner EXPECTATIONS
 //
 // Prints, separated by tabs, for each unit a line `unit NAME`, and for each function a line
 // `function NAME RECORDS FIELDS DIFFERENCES` followed by a line `differ FIELD HOW` for each of its
-// differences. Ends with `done`, and status 0 when nothing differs.
+// differences. Ends with `done`, and status 0 if nothing differs.
 
 #include <unistd.h>
 
@@ -25,22 +25,22 @@ namespace simulator {
 
 namespace {
 
-/// A generated function that never returns must not keep its caller waiting.
+/// A generated function that never returns must not block the caller.
 constexpr unsigned kSecondsToRun = 120;
 
 constexpr u_int32_t kCounterSets = 8;
-/// The lean pipe that generated files name, and one that they must leave alone.
+/// The lean pipe that generated files name, and one that they must not change.
 constexpr u_int8_t kLeanPipes[] = {0x0F, 0x00};
 
-/// Bytes that repeat nowhere near each other, so that no two fields hold the same.
+/// Bytes without close repetitions, so that no two fields have the same value.
 u_int8_t PatternByte(u_int64_t position) {
   u_int64_t mixed = (position + 1) * 0x9e3779b97f4a7c15U;
   mixed = (mixed ^ mixed >> 30U) * 0xbf58476d1ce4e5b9U;
   return static_cast<u_int8_t>(mixed >> 56U);
 }
 
-/// A node that holds other values before: the pattern, with every bit flipped by `flip`. Of two
-/// nodes with opposite bits at least one holds something else than any value that is assigned.
+/// A node with other values: the pattern, with every bit flipped by `flip`. For any assigned value,
+/// at least one of two nodes with opposite bits has a different value.
 Node MakeNode(const UnitExpectations& expected, u_int8_t flip) {
   Node node(static_cast<phys_port_t>(expected.last_port));
   const ib_wren_reduction_counters_t counters;

@@ -9,16 +9,16 @@
 namespace fabscan {
 namespace simulator {
 
-/// One packed attribute of a node, whatever its record type.
+/// One packed attribute of a node, for any record type.
 struct Storage {
-  std::string name;  // as generated code writes it behind "m_node->"
+  std::string name;  // as generated code writes it after "m_node->"
   const RecordTable* table;
   u_int8_t* bytes;
   std::size_t size;
 };
 
-/// Every packed attribute of the node. The storages hold while the node lives and no counter set is
-/// added to it.
+/// Every packed attribute of the node. The storages are valid while the node exists and no counter
+/// set is added to it.
 std::vector<Storage> StoragesOf(Node& node);
 
 }  // namespace simulator

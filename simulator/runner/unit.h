@@ -43,8 +43,8 @@ struct AddUnit {
   fabscan::simulator::Setter{                   \
       #function, [](fabscan::simulator::Node& node) { RunnerDevice(node).function(); }},
 
-/// Adds the device class `Kind` under the prefix `Prefix` as the unit named by the prefix. Stands
-/// behind the generated file in one source file.
+/// Adds the device class `Kind` under the prefix `Prefix` as the unit named by the prefix. Must be
+/// after the generated file in one source file.
 #define RUNNER_UNIT(Prefix, Kind)                                                       \
   namespace runner_##Prefix {                                                           \
     using RunnerDevice = ::Prefix::Kind;                                                \

@@ -32,7 +32,7 @@ class FileActions {
   posix_spawn_file_actions_t actions_;
 };
 
-/// A process group of its own, which EndProcesses can end, and no signal blocked in it.
+/// A separate process group, which EndProcesses can end, without blocked signals.
 class Attributes {
  public:
   Attributes() {

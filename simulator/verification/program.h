@@ -41,7 +41,7 @@ struct FunctionResult {
 /// VerificationError.
 class Workspace {
  public:
-  /// `folder` must be an existing, empty directory.
+  /// `folder` must exist and be empty.
   Workspace(const std::string& folder, Compiler compiler);
 
   /// Creates the directory of the device `prefix`, with its header, and returns its path.

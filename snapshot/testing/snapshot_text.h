@@ -16,7 +16,7 @@ inline std::string EndLine(std::size_t nodes) {
   return "{\"end\":true,\"nodes\":" + std::to_string(nodes) + "}\n";
 }
 
-/// A whole snapshot around the line of its only node.
+/// A complete snapshot with the line of its only node.
 inline std::string OneNode(const std::string& node) {
   return kHeaderLine + node + '\n' + EndLine(1);
 }
@@ -26,7 +26,7 @@ inline std::string NodeLine(const std::string& more) {
   return R"({"name":"S1","guid":"0x0000000000000001","type":"SW","numPorts":4)" + more + '}';
 }
 
-/// Such a node with one port, its number 1, and `more` of the port.
+/// Such a node with one port, number 1, and `more` of the port.
 inline std::string PortLine(const std::string& more) {
   return NodeLine(R"(,"ports":[{"num":1,"state":"ACTIVE")" + more + "}]");
 }
@@ -37,7 +37,7 @@ inline SnapshotHeader ReadText(const std::string& text, Fabscan& fabscan,
   return ReadSnapshotFrom(*source, "f", fabscan, options, chunk);
 }
 
-/// The error that reading `text` ends with; empty where there is none.
+/// The error from reading `text`; empty if there is none.
 inline std::string ReadError(const std::string& text, const SnapshotReadOptions& options = {}) {
   Fabscan fabscan;
   try {
@@ -54,7 +54,7 @@ inline std::string WriteText(const Fabscan& fabscan, const SnapshotHeader& heade
   return out.str();
 }
 
-/// What is written of what was read.
+/// The text after reading and writing `text`.
 inline std::string Rewritten(const std::string& text, std::size_t chunk = 4096) {
   Fabscan fabscan;
   const SnapshotHeader header = ReadText(text, fabscan, {}, chunk);

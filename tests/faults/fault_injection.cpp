@@ -75,7 +75,7 @@ Outcome Meet(const char* call) {
   Outcome outcome = Outcome::kAsUsual;
   if (std::strncmp(kind, "signal ", 7) == 0) {
     ::kill(::getpid(), std::atoi(kind + 7));
-    ::usleep(50000);  // the program handles signals in a thread of its own
+    ::usleep(50000);  // the program handles signals in a separate thread
   } else if (std::strncmp(kind, "remove ", 7) == 0) {
     RemoveFolder(kind + 7);
   } else if (std::strcmp(kind, "short") == 0) {

@@ -1,7 +1,7 @@
 """Writes the minefield: snapshots that must be accepted (y_*) or refused (n_*).
 
-    make.py           writes the files, and messages.tsv with what is said of each refused one
-    make.py --check   fails where a file is not as this script makes it
+    make.py           writes the files, and messages.tsv with the message for each refused one
+    make.py --check   fails if a file differs from the output of this script
 
 Every message is written here by hand, from the format's description.
 """
@@ -130,10 +130,9 @@ YES = {
 
 # ---------- Refused files, and the messages ----------
 
-NO_SNAPSHOT = ('1: this is no snapshot; the first line of one is its header, '
-               '{"fabscan_snapshot": 1, ...}')
-CUT = ('the file is cut short: its last line, {"end": true, "nodes": N}, is missing; take the '
-       'whole file')
+NO_SNAPSHOT = '1: not a snapshot: line 1 must be the header, {"fabscan_snapshot": 1, ...}'
+CUT = ('the file is truncated: its last line, {"end": true, "nodes": N}, is missing; use the '
+       'complete file')
 BRACKETS = "not JSON: brackets, commas or colons are missing or too many; correct them"
 NOT_UTF8 = "the line is not UTF-8 text; save it as UTF-8"
 CONTROL = "not JSON: a control character within text; write it as \\u00XX"
@@ -141,7 +140,7 @@ ESCAPE = "not JSON: text with an escape that does not exist; correct it"
 UNCLOSED = "not JSON: text without its closing quote; correct it"
 MALFORMED_NUMBER = "not JSON: a malformed number; correct it"
 NUMBER = 'must be a whole number, or "0x..." in hexadecimal digits, not '
-NOT_WHOLE = "is not written as a whole number; leave fraction and exponent away"
+NOT_WHOLE = "is not a whole number; omit the fraction and exponent"
 AT_NUMBER = "2: ports[0].attributes.WrenReductionPortInfo.capability_mask: "
 BITS_32 = "does not fit the field's 32 bits; give 0 to 4294967295"
 NAME_FORM = 'must be text, or one object {"escaped": text}'
@@ -149,8 +148,8 @@ BOOLEAN = "must be true or false, not "
 OBJECT = "must be an object, {...}, not "
 NODES_RECORD = "it is a node's; move it to the node"
 PORTS_RECORD = "it is a port's; move it to the port"
-BOTH = 'the record is there as well, under "attributes"; keep one of the two'
-NEEDED = (', which the generated file needs; give it, or leave the record out and say why under '
+BOTH = 'the record is also under "attributes"; keep one of the two'
+NEEDED = (', which the generated file needs; add it, or omit the record and give the reason under '
           '"absent"')
 
 
@@ -159,7 +158,7 @@ def missing_key(key):
 
 
 def twice(noun, name):
-    return 'the %s "%s" stands twice; keep one' % (noun, name)
+    return 'duplicate %s "%s"; keep one' % (noun, name)
 
 
 NO = {
@@ -179,11 +178,9 @@ NO = {
     "header_unclosed": ('{"fabscan_snapshot":1\n', NO_SNAPSHOT),
     "header_list": ("[1]\n", NO_SNAPSHOT),
     "header_version_0": ('{"fabscan_snapshot":0}\n' + end(0),
-                         "1: fabscan_snapshot: version 0 is not one that this program reads; it "
-                         "reads version 1"),
+                         "1: fabscan_snapshot: version 0 is not supported; expected version 1"),
     "header_version_2": ('{"fabscan_snapshot":2}\n' + end(0),
-                         "1: fabscan_snapshot: version 2 is not one that this program reads; it "
-                         "reads version 1"),
+                         "1: fabscan_snapshot: version 2 is not supported; expected version 1"),
     "header_version_text": ('{"fabscan_snapshot":"one"}\n' + end(0),
                             '1: fabscan_snapshot: ' + NUMBER + 'the text "one"'),
     "header_twice": (HEADER + node(), "2: a second header; a snapshot has one, in its first line"),
@@ -197,11 +194,9 @@ NO = {
     "end_missing": (HEADER, "2: " + CUT),
     "end_missing_after_a_node": (node().replace(end(1), ""), "3: " + CUT),
     "end_counts_too_many": (HEADER + end(1),
-                            "2: nodes: the last line counts 1 nodes, but 0 came before it; take "
-                            "the whole file, or correct the count"),
+                            "2: nodes: the last line counts 1 nodes, but 0 precede it; use the complete file, or correct the count"),
     "end_counts_too_few": (node().replace(end(1), end(0)),
-                           "3: nodes: the last line counts 0 nodes, but 1 came before it; take "
-                           "the whole file, or correct the count"),
+                           "3: nodes: the last line counts 0 nodes, but 1 precede it; use the complete file, or correct the count"),
     "end_false": (HEADER + '{"end":false,"nodes":0}\n', "2: end: must be true"),
     "end_text": (HEADER + '{"end":"true","nodes":0}\n', "2: end: " + BOOLEAN + "text"),
     "end_without_count": (HEADER + '{"end":true}\n', "2: " + missing_key("nodes")),
@@ -221,7 +216,7 @@ NO = {
     "line_number": (HEADER + "7\n" + end(0), "2: the line must be an object, {...}"),
     "line_null": (HEADER + "null\n" + end(0), "2: the line must be an object, {...}"),
     "line_two_objects": (HEADER + "{" + WHOLE + "} {}\n" + end(1),
-                         "2: more text follows the object; put each on its own line"),
+                         "2: more text follows the object; put each object on its own line"),
     "line_broken_in_two": (HEADER + "{" + WHOLE + "\n}\n" + end(1), "2: " + BRACKETS),
     "line_without_colon": (file('{"name" "S1"}'), "2: " + BRACKETS),
     "line_trailing_comma": (node(","), "2: " + BRACKETS),
@@ -318,7 +313,7 @@ NO = {
                              "2: ports[0].num: port 0 exists on a switch only; number this node's "
                              "ports from 1"),
     "port_twice": (node(',"ports":[{"num":1,"state":"ARM"},{"num":1,"state":"ARM"}]'),
-                   "2: ports[1].num: port 1 stands twice; keep one"),
+                   "2: ports[1].num: duplicate port 1; keep one"),
     "port_key_twice": (port(',"num":1'), "2: ports[0]: " + twice("key", "num")),
     "port_key_unknown": (port(',"lid":1'), '2: ports[0]: unknown key "lid"; remove it'),
     "port_state_unknown": (port(state='"UP"'),
@@ -372,11 +367,11 @@ NO = {
                       "2: ports[0].attributes.WrenReductionCounters: " + OBJECT + "a list"),
     "monitors_selector_2": (port_attribute('"WrenReductionConfigureMLIDMonitors":[0,2]'),
                             "2: ports[0].attributes.WrenReductionConfigureMLIDMonitors[1]: monitor "
-                            "selector 2 is not known; give 0 (reduction counters) or 1 (push "
+                            "selector 2 is unknown; use 0 (reduction counters) or 1 (push "
                             "reduction counters)"),
     "monitors_selector_twice": (port_attribute('"WrenReductionConfigureMLIDMonitors":[0,0]'),
                                 "2: ports[0].attributes.WrenReductionConfigureMLIDMonitors[1]: "
-                                "monitor selector 0 stands twice; keep one"),
+                                "duplicate monitor selector 0; keep one"),
     "absent_and_there": (node(',"absent":{"WrenReductionInfo":"x"},"attributes":{%s}' % INFO),
                          "2: absent.WrenReductionInfo: " + BOTH),
     "absent_and_there_on_a_port": (port(',"attributes":{%s},"absent":{"WrenReductionPortInfo":"x"}'

@@ -18,14 +18,14 @@ namespace fabscan {
 using AbsentReasons = std::map<std::string, std::string, std::less<>>;
 
 /// The reasons of each node, or of each port, by dense creation index. Most ports of a fabric lack
-/// the same for the same reason, so each distinct set of reasons is held once.
+/// the same for the same reason, so each distinct set of reasons is stored once.
 class AbsentTable {
  public:
   AbsentTable() = default;
-  AbsentTable(const AbsentTable&) = delete;  // it points into itself
+  AbsentTable(const AbsentTable&) = delete;  // contains pointers into itself
   AbsentTable& operator=(const AbsentTable&) = delete;
 
-  /// Empty where nothing was noted.
+  /// Empty if no reason was stored.
   const AbsentReasons& At(std::size_t index) const {
     const AbsentReasons* reasons = index < by_index_.size() ? by_index_[index] : nullptr;
     return reasons == nullptr ? none_ : *reasons;
@@ -35,7 +35,7 @@ class AbsentTable {
     Reserve(std::max(index, other));
     by_index_[index] = by_index_[other];
   }
-  /// Forgets all notes.
+  /// Clears all reasons.
   void Clear() { by_index_.clear(); }
   void Clear(std::size_t index) {
     if (index < by_index_.size()) by_index_[index] = nullptr;
@@ -46,11 +46,11 @@ class AbsentTable {
     if (index >= by_index_.size()) by_index_.resize(index + 1 + index / 4);
   }
 
-  /// The set that `from` becomes when this reason is noted.
+  /// The set that results from adding this reason to `from`.
   const AbsentReasons* Noted(const AbsentReasons* from, std::string_view record,
                              std::string_view reason);
 
-  /// The change that was made last, which is mostly the next one as well.
+  /// The last change, which is usually repeated next.
   struct Change {
     const AbsentReasons* from = nullptr;
     std::string record;

@@ -10,42 +10,41 @@
 #include <fstream>
 #include <string>
 
-/// The tool as its parts see it: the discovered fabric, what was collected from it, and where
-/// output files go.
+/// The facade of the tool: the discovered fabric, the collected records, and the output files.
 class Fabscan {
  public:
-  /// What `OpenFile` and `CloseFile` return when they fail.
+  /// The result of `OpenFile` and `CloseFile` on failure.
   static constexpr int kFileFailed = 1;
 
   IBFabric discovered_fabric;
   TesselExtendedInfo fabric_extended_info;
   CapabilityModule capability_module;
 
-  /// Empties fabric, store and capabilities, and keeps their memory for another fabric.
+  /// Clears fabric, store and capabilities, and keeps their memory for another fabric.
   void clear() {
     discovered_fabric.clear();
     fabric_extended_info.clear();
     capability_module.clear();
   }
 
-  /// The folder that output files are placed in; the working folder until set.
+  /// The directory for output files (default: current directory).
   void setOutputFolder(std::string folder) { output_folder_ = std::move(folder); }
-  /// The path of the next files, whatever their names; empty for names in the output folder again.
+  /// The path of the next files, for any name; empty to use their names in the output directory.
   void setOutputFile(std::string path) { output_file_ = std::move(path); }
 
-  /// Opens `out` on the file that `identity` names, in the output folder, emptied when it exists.
-  /// `description` says in error messages what the file is. `append` keeps what the file holds.
-  /// `comment`, where not null, is the prefix of a first line that says what the file is.
-  /// Returns 0, or `kFileFailed`; then `lastError` tells why.
+  /// Opens `out` on the file that `identity` names, in the output directory, and truncates it.
+  /// `description` names the file in error messages. `append` keeps the contents of the file. If
+  /// `comment` is not null, it is the prefix of a first line that describes the file.
+  /// Returns 0, or `kFileFailed` and sets `lastError`.
   int OpenFile(const std::string& description, const OutputControl::Identity& identity,
                std::ofstream& out, bool append, const char* comment);
-  /// Writes out what is pending and closes `out`. Returns 0, or `kFileFailed` when anything since
-  /// `OpenFile` could not be written; then `lastError` tells why. `comment` is not used.
+  /// Flushes and closes `out`. Returns 0, or `kFileFailed` and sets `lastError` if any write since
+  /// `OpenFile` failed. `comment` is not used.
   int CloseFile(std::ofstream& out, const char* comment);
 
-  /// Path and cause of the latest failure of `OpenFile` or `CloseFile`; empty when there was none.
+  /// Path and cause of the last failure of `OpenFile` or `CloseFile`; empty if there was none.
   const std::string& lastError() const { return last_error_; }
-  /// Path of the file that `OpenFile` was asked for last.
+  /// Path of the file in the last call of `OpenFile`.
   const std::string& outputPath() const { return output_path_; }
 
  private:

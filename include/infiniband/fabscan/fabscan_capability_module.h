@@ -5,13 +5,13 @@
 #include <infiniband/fabscan/slot_table.h>
 #include <infiniband/tessel/Fabric.h>
 
-/// Answers which capabilities a node supports, from the masks that the devices reported.
+/// Reports which capabilities a node supports, according to the masks of the devices.
 ///
 /// A node whose mask was not collected supports nothing.
 class CapabilityModule {
  public:
   static constexpr unsigned kBits = 128;
-  /// What `GetCapability` returns for a node whose mask was not collected.
+  /// The result of `GetCapability` if the node's mask was not collected.
   static constexpr int kNotCollected = 1;
 
   bool IsSupportedSMPCapability(const IBNode* node, u_int8_t bit) const {
@@ -20,8 +20,8 @@ class CapabilityModule {
   bool IsSupportedGMPCapability(const IBNode* node, u_int8_t bit) const {
     return isSet(gmp_.find(node->createIndex), bit);
   }
-  /// Fills `mask` with the node's SMP or GMP mask. Returns 0, or `kNotCollected` and leaves `mask`
-  /// as it was.
+  /// Fills `mask` with the node's SMP or GMP mask. Returns 0, or `kNotCollected`; then `mask`
+  /// is unchanged.
   int GetCapability(IBNode* node, bool isGMP, capability_mask_t& mask) const;
 
   /// The collected mask, or null.
@@ -31,7 +31,7 @@ class CapabilityModule {
   void put(const IBNode& node, bool isGMP, const capability_mask_t& mask) {
     (isGMP ? gmp_ : smp_).slot(node.createIndex) = mask;
   }
-  /// Forgets all masks, and keeps the memory for others.
+  /// Clears all masks, and keeps the memory.
   void clear() {
     smp_.clear();
     gmp_.clear();

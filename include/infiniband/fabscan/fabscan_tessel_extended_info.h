@@ -10,17 +10,17 @@
 #include <string_view>
 #include <tuple>
 
-/// The attribute store: every record that was collected, by the `createIndex` of its node or port.
+/// The attribute store: every collected record, by the `createIndex` of its node or port.
 ///
-/// Getters take constant time and answer null for what was not collected. The store owns its
-/// records; they stay where they are until it is cleared or goes. Records are put in by node or
-/// port, so that none can stand under a wrong index:
+/// Getters take constant time and return null if a record was not collected. The store owns its
+/// records; their addresses are stable until it is cleared or destroyed. Records are stored by node
+/// or port, so that the index cannot be wrong:
 ///
 ///     store.put<SMP_NodeInfo>(node).VendorID = 0x5a1e0c;
 ///     store.put(port, port_info);
 class TesselExtendedInfo {
  public:
-  /// Counter sets that a port can have, and monitor selectors that are known.
+  /// Numbers of counter sets and of monitor selectors of a port.
   static constexpr u_int32_t kCounterSets = 8;
   static constexpr u_int8_t kMonitorSelectors = 2;
 
@@ -90,7 +90,7 @@ class TesselExtendedInfo {
   /// Whether any port has counter sets or monitors: most fabrics have none.
   bool hasCountersOrMonitors() const { return counters_.size() + monitors_.size() != 0; }
 
-  /// The getters by record type, for code that walks all records.
+  /// The getters by record type, for code that visits all records.
   template <class Record>
   const Record* find(const IBNode& node) const {
     return std::get<fabscan::SlotTable<Record>>(node_records_).find(node.createIndex);
@@ -100,9 +100,9 @@ class TesselExtendedInfo {
     return std::get<fabscan::SlotTable<Record>>(port_records_).find(port.createIndex);
   }
 
-  // ---------- Putting records in ----------
+  // ---------- Storing records ----------
 
-  /// The node's record of this type, made zeroed when there is none yet.
+  /// The node's record of this type, created with zeros if missing.
   template <class Record>
   Record& put(const IBNode& node) {
     return std::get<fabscan::SlotTable<Record>>(node_records_).slot(node.createIndex);
@@ -111,7 +111,7 @@ class TesselExtendedInfo {
   void put(const IBNode& node, const Record& record) {
     put<Record>(node) = record;
   }
-  /// The port's record of this type, made zeroed when there is none yet.
+  /// The port's record of this type, created with zeros if missing.
   template <class Record>
   Record& put(const IBPort& port) {
     return std::get<fabscan::SlotTable<Record>>(port_records_).slot(port.createIndex);
@@ -120,9 +120,9 @@ class TesselExtendedInfo {
   void put(const IBPort& port, const Record& record) {
     put<Record>(port) = record;
   }
-  /// Counter set `index` of the port. Throws std::out_of_range when `index` is above 7.
+  /// Counter set `index` of the port. Throws std::out_of_range if `index` is above 7.
   WrenReductionCounters& putCounters(const IBPort& port, u_int32_t index);
-  /// Notes that the port has a monitor configuration. Throws std::out_of_range when `selector` is
+  /// Records that the port has a monitor configuration. Throws std::out_of_range if `selector` is
   /// neither 0 nor 1.
   void putMonitors(const IBPort& port, u_int8_t selector);
 
@@ -137,23 +137,23 @@ class TesselExtendedInfo {
   void setAbsent(const IBPort& port, std::string_view record, std::string_view reason) {
     port_absent_.Set(port.createIndex, record, reason);
   }
-  /// Gives the port, of which nothing was noted, the notes of another one.
+  /// Copies the reasons of another port to a port without reasons.
   void shareAbsent(const IBPort& port, const IBPort& other) {
     port_absent_.Share(port.createIndex, other.createIndex);
   }
-  /// Empty where nothing was noted. Owners with the same reasons share them: they stay what they
-  /// are until the store goes, and further notes give the owner others.
+  /// Empty if no reason was stored. Owners with equal reasons share a set, which never changes
+  /// while the store exists; adding a reason gives the owner another set.
   const AbsentReasons& absentReasons(const IBNode& node) const {
     return node_absent_.At(node.createIndex);
   }
   const AbsentReasons& absentReasons(const IBPort& port) const {
     return port_absent_.At(port.createIndex);
   }
-  /// Takes all notes of the node away.
+  /// Removes all reasons of the node.
   void clearAbsent(const IBNode& node) { node_absent_.Clear(node.createIndex); }
   void clearAbsent(const IBPort& port) { port_absent_.Clear(port.createIndex); }
 
-  /// Forgets all records and notes, and keeps the memory for others.
+  /// Clears all records and reasons, and keeps the memory.
   void clear();
 
  private:

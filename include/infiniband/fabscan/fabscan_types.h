@@ -5,7 +5,7 @@
 
 /// The attribute records: plain structures of unpacked fields, one for each attribute that the
 /// tool collects. A field holds the device's value in the host's byte order; fields narrower than
-/// eight bits on the wire take a whole byte here.
+/// eight bits on the wire use a whole byte here.
 
 /// A device's 128 capability bits: bit b is bit b mod 32 of word b div 32.
 struct capability_mask {
@@ -448,8 +448,8 @@ struct WrenReductionCounters {
   u_int64_t sent_good_mc_pull_read_req_packet;
 };
 
-/// A monitor configuration of a port. Which one is told by its selector: 0 for the reduction
-/// counters, 1 for the push reduction counters.
+/// A monitor configuration of a port. Its selector is 0 for the reduction counters and 1 for the
+/// push reduction counters.
 struct WrenReductionConfigureMLIDMonitors {
   u_int8_t selector;
 };

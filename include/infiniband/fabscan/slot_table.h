@@ -11,18 +11,18 @@
 
 namespace fabscan {
 
-/// The records of one attribute, by dense creation index. Looking one up takes constant time; a
-/// record stays where it is until the table is cleared; an index without a record costs four bytes.
+/// The records of one attribute, by dense creation index. A lookup takes constant time; addresses
+/// are stable until the table is cleared; an index without a record costs four bytes.
 template <class Record>
 class SlotTable {
  public:
-  /// Null when nothing was collected under this index.
+  /// Null if no record was collected for this index.
   const Record* find(std::size_t index) const noexcept {
     if (index >= slots_.size() || slots_[index] == kEmpty) return nullptr;
     return &at(slots_[index] - 1);
   }
 
-  /// The record under this index, made zeroed when there is none yet.
+  /// The record for this index, created with zeros if missing.
   Record& slot(std::size_t index) {
     if (index >= slots_.size()) grow(index + 1);
     if (slots_[index] == kEmpty) {
@@ -34,7 +34,7 @@ class SlotTable {
     return const_cast<Record&>(at(slots_[index] - 1));
   }
 
-  /// Forgets all records, and keeps the memory for others.
+  /// Clears all records, and keeps the memory.
   void clear() noexcept {
     slots_.clear();
     count_ = 0;

@@ -13,10 +13,10 @@
 #include <utility>
 #include <vector>
 
-/// The discovered fabric: nodes and their ports, as discovery or a saved fabric left them.
+/// The discovered fabric: nodes and their ports, from a discovery or a saved fabric.
 ///
-/// Nodes and ports are made by `IBFabric` alone, which numbers them densely in the order of their
-/// creation; that number (`createIndex`) is the key of every record in the attribute store.
+/// Only `IBFabric` creates nodes and ports; it numbers them densely in the order of their creation;
+/// that number (`createIndex`) is the key of every record in the attribute store.
 
 typedef u_int8_t phys_port_t;
 
@@ -47,7 +47,7 @@ class IBPort {
   IBPort(phys_port_t number, u_int32_t create_index) : num(number), createIndex(create_index) {}
 
   bool getInSubFabric() const { return in_sub_fabric_; }
-  /// One of the two kinds of fabric-management ports.
+  /// One of the two types of fabric-management ports.
   bool isFNMPort() const { return fnm_; }
   bool isFNM1Port() const { return fnm1_; }
   /// A port that serves a special node rather than a link of the fabric.
@@ -81,22 +81,22 @@ class IBNode {
         type(node_type),
         numPorts(port_count) {}
 
-  /// True for a node that plays a special role (see `getSpecialNodeType`), whatever its type.
+  /// Whether the node has a special role (see `getSpecialNodeType`), for any type.
   bool isSpecialNode() const { return special_type_ != IB_NOT_SPECIAL_PORT; }
   IBSpecialPortType getSpecialNodeType() const { return special_type_; }
   /// A second name of the node, harmless like `name`; may be empty.
   const std::string& getAlternativeName() const { return alternative_name_; }
-  /// A switch of the family that reports no link width of its own on regular ports.
+  /// A switch of the family that does not report a link width on regular ports.
   bool isOpalSwitch() const { return opal_switch_; }
 
-  /// The port with number `number`: null where there is none. Port 0 exists on a switch only.
+  /// The port with number `number`, or null. Only switches have port 0.
   IBPort* getPort(phys_port_t number) const {
     if (number == 0 && type != IB_SW_NODE) return nullptr;
     return number < Ports.size() ? Ports[number] : nullptr;
   }
 
   void setSpecialNodeType(IBSpecialPortType value) { special_type_ = value; }
-  /// Takes the name as the device gave it, and makes it harmless.
+  /// Sets the name as reported by the device; makes it harmless.
   void setAlternativeName(std::string_view device_name);
   void setOpalSwitch(bool value) { opal_switch_ = value; }
 
@@ -120,18 +120,18 @@ class IBFabric {
   IBFabric(const IBFabric&) = delete;
   IBFabric& operator=(const IBFabric&) = delete;
 
-  /// Adds a node. `device_name` is what the device calls itself; it enters the model in its
-  /// harmless form. Throws std::invalid_argument when the name or the GUID is taken.
+  /// Adds a node. `device_name` is the name as reported by the device; the model stores its
+  /// harmless form. Throws std::invalid_argument if the name or the GUID is in use.
   IBNode& makeNode(std::string_view device_name, u_int64_t guid, IBNodeType type,
                    phys_port_t num_ports);
-  /// Adds port `number` to a node of this fabric. Throws std::invalid_argument when the number is
-  /// taken, above `numPorts`, or 0 on a node that is not a switch.
+  /// Adds port `number` to a node of this fabric. Throws std::invalid_argument if the number is
+  /// in use, above `numPorts`, or 0 on a node that is not a switch.
   IBPort& makePort(IBNode& node, phys_port_t number);
 
-  /// Takes all nodes and ports away, and keeps some of their memory for others.
+  /// Removes all nodes and ports, and keeps some of their memory.
   void clear();
 
-  /// Null when no node has this GUID.
+  /// Null if no node has this GUID.
   IBNode* getNodeByGuid(u_int64_t guid) const;
 
   std::size_t nodeCount() const { return nodes_.size(); }
@@ -140,14 +140,14 @@ class IBFabric {
   const std::deque<IBNode>& nodes() const { return nodes_; }
   std::deque<IBNode>& nodes() { return nodes_; }
 
-  /// Writes what wrote a file and its version, each line beginning with `comment_prefix`.
+  /// Writes the name and version of this program, each line prefixed by `comment_prefix`.
   static void WriteFileHeader(std::ostream& out, const char* comment_prefix);
 
   /// Every node by its name, ascending; the order of the generated file.
   std::map<std::string, IBNode*> NodeByName;
 
  private:
-  /// False where another node has the name.
+  /// Returns false if another node has the name.
   bool enterName(IBNode& node);
 
   std::map<std::string, IBNode*> spare_names_;  // entries for `NodeByName`, whose memory is kept

@@ -22,7 +22,7 @@ class OutputControl {
     OutputControl_Flag_Type_Mask = 0x30000,
   };
 
-  /// Names one output file. With `OutputControl_Flag_CustomFileName` the name is used as it stands.
+  /// Names one output file. With `OutputControl_Flag_CustomFileName` the name is used unchanged.
   class Identity {
    public:
     Identity(std::string file_name, Flags flags)

@@ -18,21 +18,21 @@ inline u_int64_t HashOf(u_int64_t number) {
 
 inline u_int64_t HashOf(std::string_view text) { return std::hash<std::string_view>()(text); }
 
-/// Finds the place of an entry by its key, which has a `HashOf`. The keys stand in the index, so
-/// that one look into memory tells; half of it stays free.
+/// Finds the index of an entry by its key, which has a `HashOf`. Keys are stored inline: one cache
+/// line per lookup; the load factor is at most 1/2.
 template <class Key>
 class PlaceIndex {
  public:
   static constexpr u_int32_t kNone = 0xFFFFFFFF;
 
-  /// Has room for `entries` from the beginning.
+  /// Reserves space for `entries` entries.
   explicit PlaceIndex(std::size_t entries = 0) {
     std::size_t slots = 32;
     while (slots < 2 * entries) slots *= 2;
     slots_.resize(slots);
   }
 
-  /// False where an entry with the same key is in already.
+  /// Returns false for a duplicate key.
   bool Insert(const Key& key, u_int32_t place) {
     if (2 * count_ >= slots_.size()) Grow();
     Slot& slot = slots_[SlotOf(key)];
@@ -41,7 +41,7 @@ class PlaceIndex {
     ++count_;
     return true;
   }
-  /// The place of the entry with this key, or `kNone`.
+  /// The index of the entry with this key, or `kNone`.
   u_int32_t Find(const Key& key) const { return slots_[SlotOf(key)].place; }
 
   void Clear() {
@@ -55,7 +55,7 @@ class PlaceIndex {
     u_int32_t place = kNone;
   };
 
-  /// Where the key is, or the free slot where it would be.
+  /// The slot of the key, or the free slot for it.
   std::size_t SlotOf(const Key& key) const {
     std::size_t i = HashOf(key) & (slots_.size() - 1);
     while (slots_[i].place != kNone && !(slots_[i].key == key)) i = (i + 1) & (slots_.size() - 1);

@@ -6,7 +6,7 @@
 
 #include <string>
 
-/// The getters are not const, and return what could be written to: whoever only reads must not
+/// The getters are not const, and return what could be written to: code that only reads must not
 /// mind.
 class TesselExtendedInfo {
  public:

@@ -28,7 +28,7 @@ typedef enum {
   IB_NOT_SPECIAL_PORT = 255
 } IBSpecialPortType;
 
-/// Members are open where the questions are functions: whoever fills the model sets them.
+/// Members are public; code that fills the model sets them.
 class IBPort {
  public:
   bool getInSubFabric() const { return Asked("getInSubFabric", in_sub_fabric_); }
