@@ -1,5 +1,5 @@
-# Compile settings: C++17, hardened in release builds. As part of another project, that project decides
-# about the build type, tests and compiler warnings.
+# Compile settings: C++17. Errors for warnings, hardening and tests are options, which CMakePresets.json
+# sets for our own builds; none of them is exported.
 
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES AND PROJECT_IS_TOP_LEVEL)
   set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
@@ -12,24 +12,27 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 
 option(FABSCAN_TESTS "Build the tests" OFF)
-option(FABSCAN_WERROR "Treat warnings as errors" ${PROJECT_IS_TOP_LEVEL})
+option(FABSCAN_WERROR "Treat warnings as errors" OFF)
+option(FABSCAN_HARDENING "Build with the hardening options of the compiler and the linker" OFF)
 set(FABSCAN_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined")
 
 # Project includes name the directory: "cli/files/staged_output.h".
 add_library(fabscan_settings INTERFACE)
 target_include_directories(fabscan_settings INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(fabscan_settings INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion $<$<BOOL:${FABSCAN_WERROR}>:-Werror>
-  -fstack-protector-strong)
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion $<$<BOOL:${FABSCAN_WERROR}>:-Werror>)
 if(FABSCAN_SANITIZE)
   target_compile_options(fabscan_settings INTERFACE
     -fsanitize=${FABSCAN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(fabscan_settings INTERFACE -fsanitize=${FABSCAN_SANITIZE})
-elseif(CMAKE_BUILD_TYPE MATCHES Rel)
-  target_compile_options(fabscan_settings INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
 endif()
-target_link_options(fabscan_settings INTERFACE LINKER:-z,relro,-z,now)
-set(CMAKE_EXE_LINKER_FLAGS "${CMAKE_EXE_LINKER_FLAGS} -pie")
+if(FABSCAN_HARDENING)
+  target_compile_options(fabscan_settings INTERFACE
+    -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+  target_link_options(fabscan_settings INTERFACE LINKER:-z,relro,-z,now)
+endif()
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
 
 if(FABSCAN_TESTS)
   find_package(GTest REQUIRED)
