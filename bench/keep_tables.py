@@ -1,6 +1,5 @@
-"""keep_tables.py NAME DOCUMENT: passes standard input on, and keeps its Markdown tables.
-
-They replace what stands in DOCUMENT between the lines <!-- NAME --> and <!-- end of NAME -->.
+"""keep_tables.py NAME DOCUMENT: copies standard input to standard output, and its Markdown tables to
+DOCUMENT, in place of the lines between <!-- NAME --> and <!-- end of NAME -->.
 """
 
 import pathlib

@@ -14,7 +14,8 @@ fi
 
 mkdir -p "$build/broken"
 failed=0
-printf '%-16s %12s %8s %18s\n' target executions seconds 'edges reached'
+echo '| target | executions | seconds | edges reached |'
+echo '|---|---|---|---|'
 for target; do
   found=$build/found/$target
   log=$build/$target.log
@@ -30,7 +31,7 @@ for target; do
   taken=$(sed -n 's/^Done [0-9]* runs in \([0-9]*\) second.*/\1/p' "$log")
   edges=$(sed -n 's/.* cov: \([0-9]*\) .*/\1/p' "$log" | tail -n 1)
   all=$(sed -n 's/^INFO: Loaded 1 modules *(\([0-9]*\) inline.*/\1/p' "$log")
-  printf '%-16s %12s %8s %18s\n' "$target" "${executions:--}" "${taken:--}" "${edges:--} of ${all:--}"
+  echo "| $target | ${executions:--} | ${taken:--} | ${edges:--} of ${all:--} |"
   if [ "$status" -eq 0 ]; then continue; fi
   # 72: the fuzzer was asked to stop. Above 128: it received a signal that it does not catch.
   if { [ "$status" -eq 72 ] || [ "$status" -gt 128 ]; } &&

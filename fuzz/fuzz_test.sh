@@ -20,7 +20,7 @@ ends() {
   fi
 }
 
-ends 0 'made *7 *1 ' 'echo "stat::number_of_executed_units: 7"; echo "Done 7 runs in 1 second(s)"'
+ends 0 '| made | 7 | 1 |' 'echo "stat::number_of_executed_units: 7"; echo "Done 7 runs in 1 second(s)"'
 ends 1 'made broke a promise' 'touch broken/made-crash-1; exit 77'
 ends 1 'made broke a promise' 'exit 1'
 ends 1 'made broke a promise' 'touch broken/made-crash-2; kill -KILL $$'

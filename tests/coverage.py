@@ -15,7 +15,7 @@ import sys
 PROJECT = pathlib.Path(__file__).resolve().parent.parent
 LIMITS = {"lines": 95.0, "branches": 90.0}
 LIMITED = ("fabscan", "model", "snapshot", "discovery")
-SHOWN = (*LIMITED, "cli", "simulator")
+SHOWN = (*LIMITED, "records", "fabrics", "cli", "simulator")
 
 
 def programs(build):
@@ -54,21 +54,22 @@ def main():
             if missed: files.append((missed, what, path))
 
     under = False
-    print(f"{'directory':<12} {'lines':>7} {'taken':>8} {'branches':>9} {'taken':>8}")
+    print("| directory | lines | branches |")
+    print("|---|---|---|")
     for directory in SHOWN:
         shares = {}
         for what, limit in LIMITS.items():
             total = counts[directory][what]
             shares[what] = 100 * counts[directory, "taken"][what] / total if total else 0.0
             under |= directory in LIMITED and shares[what] < limit
-        print(f"{directory:<12} {counts[directory]['lines']:7} {shares['lines']:7.2f}% "
-              f"{counts[directory]['branches']:9} {shares['branches']:7.2f}%")
+        print(f"| `{directory}/` | {shares['lines']:.2f} % of {counts[directory]['lines']:,} "
+              f"| {shares['branches']:.2f} % of {counts[directory]['branches']:,} |")
     print("\nfiles with the most uncovered code")
     for missed, what, path in sorted(files, key=lambda f: (-f[0], str(f[2])))[:15]:
         print(f"{missed:7} {what:<9} {path}")
     if under:
         print(f"\nunder the limit of {LIMITS['lines']} % of the lines or {LIMITS['branches']} % of "
-              f"the branches in one of {', '.join(HELD)}")
+              f"the branches in one of {', '.join(LIMITED)}")
     return 1 if under else 0
 
 
