@@ -42,12 +42,12 @@ class HelpFormatter : public CLI::Formatter {
     return text;
   }
   std::string make_option_desc(const CLI::Option* option) const override {
-    return besideNames(option->get_description());
+    return BesideNames(option->get_description());
   }
   std::string make_subcommand(const CLI::App* subcommand) const override {
     std::ostringstream out;
     CLI::detail::format_help(out, subcommand->get_name(),
-                             besideNames(subcommand->get_description()), column_width_);
+                             BesideNames(subcommand->get_description()), column_width_);
     return out.str();
   }
   std::string make_footer(const CLI::App* app) const override {
@@ -60,7 +60,7 @@ class HelpFormatter : public CLI::Formatter {
   static constexpr std::size_t kWidthElsewhere = 100;
   static constexpr std::size_t kWidthForColumns = 64;
 
-  std::string besideNames(const std::string& description) const {
+  std::string BesideNames(const std::string& description) const {
     const std::vector<std::string> lines =
         Wrapped(description, width_ > column_width_ ? width_ - column_width_ : 1);
     return fmt::format("{}", fmt::join(lines, "\n"));

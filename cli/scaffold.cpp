@@ -56,7 +56,7 @@ std::vector<NamedModel> SelectDevices(const ScaffoldOptions& options, Fabscan& f
   const std::set<u_int64_t> guids =
       options.nodes.Read(options.snapshot, fabscan, options.reading, {"simulate"}).guids;
   const std::string start = ModelPrefixStart(options.prefix);
-  return options.nodes.byGuid()
+  return options.nodes.ByGuid()
              ? NameNodes(fabscan, SelectedNodes(fabscan.discovered_fabric, guids), start)
              : NameModels(fabscan, start, guids);
 }

@@ -70,12 +70,12 @@ class Run {
  private:
   void work() {
     for (std::size_t i = next_++; i < verified_.size(); i = next_++) {
-      verifyNode(verified_[i]);
+      VerifyNode(verified_[i]);
       ++done_;
     }
   }
 
-  void verifyNode(VerifiedNode& verified) {
+  void VerifyNode(VerifiedNode& verified) {
     try {
       const GeneratedSource source = generate(*verified.node);
       const std::string program = "verify_" + source.prefix;
@@ -122,7 +122,7 @@ ExitStatus Verify(const VerifyOptions& options) {
                                         .Read(options.snapshot, fabscan, options.reading,
                                               {"verify", NodeScope::kSubFabric, Unmatched::kRefuse})
                                         .guids;
-  std::vector<const IBNode*> nodes = options.nodes.byGuid()
+  std::vector<const IBNode*> nodes = options.nodes.ByGuid()
                                          ? SelectedNodes(fabscan.discovered_fabric, guids)
                                          : RepresentativeNodes(fabscan, guids);
   SortNaturally(nodes);

@@ -42,7 +42,7 @@ bool CauseGroup::StopsBuild() const {
 }
 
 std::vector<CauseGroup> GroupCauses(const CheckResult& result) {
-  std::vector<CauseGroup> groups(result.causeCount());
+  std::vector<CauseGroup> groups(result.CauseCount());
   std::vector<FunctionMarks> marks(groups.size());
   for (const CheckedNode& node : result.nodes()) {
     for (std::size_t i = 0; i < node.functions.size(); ++i) {

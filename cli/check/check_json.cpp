@@ -94,7 +94,7 @@ void PrintCheckJson(const CheckReport& report, CheckDetail detail) {
   json.Count("nodes", result.nodes().size());
   for (const MarkRow& row : kMarkRows) json.Count(row.word, result.count(row.mark));
   json.EndObject();
-  json.Count("outsideSubFabric", result.leftOut());
+  json.Count("outsideSubFabric", result.LeftOut());
   json.BeginObjects("sharedClasses");
   for (const auto& [class_word, nodes] : result.SharedClasses()) {
     json.BeginObject();

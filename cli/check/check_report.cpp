@@ -135,7 +135,7 @@ std::string CountsText(const CheckResult& result, const std::string& snapshot,
       Counted(nodes, "node"), Counted(nodes * result.functionNames().size(), "function"),
       result.count(Mark::kBlock), result.count(Mark::kComment), result.count(Mark::kError),
       result.count(Mark::kHand));
-  std::string text = Paragraph(counts, terminal) + LeftOutText(result.leftOut());
+  std::string text = Paragraph(counts, terminal) + LeftOutText(result.LeftOut());
   const Style style = result.Builds() ? Style::kGood : Style::kBad;
   for (const std::string& line : Wrapped(Verdict(result), terminal.width)) {
     text += Painted(line, style, terminal) + '\n';

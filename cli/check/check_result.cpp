@@ -19,9 +19,9 @@ void CheckResult::Add(const IBNode& node, const GeneratedNode& generated) {
     ++counts_[place][static_cast<std::size_t>(body.mark)];
     CheckedFunction& entry = checked.functions.emplace_back();
     entry.mark = body.mark;
-    entry.reason = numberOf(WithoutName(body.reason, node.name));
+    entry.reason = NumberOf(WithoutName(body.reason, node.name));
     std::optional<Cause> cause = CauseOf(fabric_, node, body);
-    if (cause) entry.cause = numberOf(std::move(*cause));
+    if (cause) entry.cause = NumberOf(std::move(*cause));
   }
 }
 
@@ -31,7 +31,7 @@ void CheckResult::SortNodes() {
   });
 }
 
-u_int32_t CheckResult::numberOf(std::string reason) {
+u_int32_t CheckResult::NumberOf(std::string reason) {
   if (reason.empty()) return 0;
   const auto [found, is_new] =
       reason_numbers_.emplace(reason, static_cast<u_int32_t>(reasons_.size()));
@@ -39,7 +39,7 @@ u_int32_t CheckResult::numberOf(std::string reason) {
   return found->second;
 }
 
-u_int32_t CheckResult::numberOf(Cause cause) {
+u_int32_t CheckResult::NumberOf(Cause cause) {
   const auto next = static_cast<u_int32_t>(causes_.size() + 1);
   const auto [found, is_new] = cause_numbers_.emplace(std::move(cause), next);
   if (is_new) causes_.push_back(&found->first);

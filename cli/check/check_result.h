@@ -40,7 +40,7 @@ class CheckResult {
   void SortNodes();
   /// Sets the number of nodes that are not checked because they are outside the sub-fabric.
   void LeaveOut(std::size_t nodes) { left_out_ = nodes; }
-  std::size_t leftOut() const { return left_out_; }
+  std::size_t LeftOut() const { return left_out_; }
 
   const std::vector<CheckedNode>& nodes() const { return nodes_; }
   const std::vector<std::string>& functionNames() const { return function_names_; }
@@ -50,7 +50,7 @@ class CheckResult {
   const Cause* cause(std::size_t number) const {
     return number == 0 ? nullptr : causes_[number - 1];
   }
-  std::size_t causeCount() const { return causes_.size(); }
+  std::size_t CauseCount() const { return causes_.size(); }
 
   /// The number of functions with this mark: of all names, and of one name.
   std::size_t count(Mark mark) const;
@@ -62,8 +62,8 @@ class CheckResult {
   bool Builds() const;
 
  private:
-  u_int32_t numberOf(std::string reason);
-  u_int32_t numberOf(Cause cause);
+  u_int32_t NumberOf(std::string reason);
+  u_int32_t NumberOf(Cause cause);
 
   const Fabscan& fabric_;
   std::vector<CheckedNode> nodes_;

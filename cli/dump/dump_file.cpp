@@ -82,7 +82,7 @@ DumpedFile WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
   // The generator writes files only; a stream gets a copy.
   std::optional<TemporaryDirectory> scratch;
   const std::string generated =
-      output.isStaged() ? output.stagedPath() : scratch.emplace().path() + "/generated.cpp";
+      output.IsStaged() ? output.StagedPath() : scratch.emplace().path() + "/generated.cpp";
   const std::string name = OutputName(output.path());
 
   const auto generate = [&] { Generate(fabscan, prefix, guids, generated, name); };
@@ -100,7 +100,7 @@ DumpedFile WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
     BuildableSource source = MakeBuildable(ReadText(generated, name), fabscan);
     output.stream() << source.text;
     file.edits = std::move(source.edits);
-  } else if (!output.isStaged()) {
+  } else if (!output.IsStaged()) {
     Copy(generated, output.stream(), name);
   }
   return file;

@@ -49,10 +49,10 @@ std::string FollowLink(const std::string& path) {
 StagedOutput::StagedOutput(const std::string& path, bool force,
                            std::shared_ptr<NewDirectories> directories)
     : path_(path), target_(path), force_(force), directories_(std::move(directories)) {
-  is_stream_ = openStream();
+  is_stream_ = OpenStream();
   if (is_stream_) return;
   target_ = FollowLink(path_);
-  refuseTarget();
+  RefuseTarget();
   const std::string directory = DirectoryOf(target_);
   directories_->Make(directory);
   const int error_number = staged_.Create(directory);
@@ -72,7 +72,7 @@ std::vector<std::unique_ptr<StagedOutput>> StagedOutput::Several(
 
 /// Whether the path is a stream. If so, opens it, so that its reader gets the end of file even if
 /// nothing is written.
-bool StagedOutput::openStream() {
+bool StagedOutput::OpenStream() {
   int file = -1;
   if (const std::optional<int> named = OpenFileNamed(path_)) {
     if (named == STDOUT_FILENO) return true;
@@ -88,7 +88,7 @@ bool StagedOutput::openStream() {
   return true;
 }
 
-void StagedOutput::refuseTarget() const {
+void StagedOutput::RefuseTarget() const {
   const std::string name = NameOf(target_);
   struct stat status {};
   const bool exists = ::stat(target_.c_str(), &status) == 0;
@@ -105,7 +105,7 @@ void StagedOutput::refuseTarget() const {
 std::ostream& StagedOutput::stream() {
   if (file_) return file_->stream();
   if (is_stream_) return std::cout;
-  const int file = ::open(stagedPath().c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
+  const int file = ::open(StagedPath().c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
   if (file < 0) Fail(path_, "write", errno);
   file_ = std::make_unique<OutputFile>(file);
   return file_->stream();
@@ -127,12 +127,12 @@ void StagedOutput::Commit() {
   {
     Progress progress;
     progress.Watch("syncing " + path_ + " to disk", [this] {
-      const int error_number = Synchronise(stagedPath());
+      const int error_number = Synchronise(StagedPath());
       if (error_number != 0) Fail(path_, "write", error_number);
     });
   }
   RequireStandardOutput();
-  moveIntoPlace();
+  MoveIntoPlace();
   // The file is already in place: ignore file systems that cannot synchronise directories.
   Synchronise(DirectoryOf(target_));
 }
@@ -157,7 +157,7 @@ void StagedOutput::CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& o
     progress.Show(kWhat, moved, outputs.size());
     if (outputs[moved]->is_stream_) continue;
     try {
-      outputs[moved]->moveIntoPlace();
+      outputs[moved]->MoveIntoPlace();
     } catch (const CommandError& error) {
       throw CommandError(
           fmt::format("{}; {} of {} files are in place", error.what(), moved, outputs.size()));
@@ -167,10 +167,10 @@ void StagedOutput::CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& o
   for (const std::string& directory : directories) Synchronise(directory);
 }
 
-void StagedOutput::moveIntoPlace() {
+void StagedOutput::MoveIntoPlace() {
   if (force_) {
-    refuseTarget();  // it may have become a directory
-    int error_number = CopyMode(stagedPath(), target_);
+    RefuseTarget();  // it may have become a directory
+    int error_number = CopyMode(StagedPath(), target_);
     if (error_number == 0) error_number = staged_.Replace(target_);
     if (error_number != 0) Fail(path_, "replace", error_number);
     return directories_->Keep();

@@ -43,9 +43,9 @@ class StagedOutput {
   StagedOutput& operator=(const StagedOutput&) = delete;
 
   /// Whether the output is a file; other outputs are written directly.
-  bool isStaged() const { return !is_stream_; }
+  bool IsStaged() const { return !is_stream_; }
   /// The temporary path until `Commit`, for a writer that opens the file itself.
-  const std::string& stagedPath() const { return staged_.path(); }
+  const std::string& StagedPath() const { return staged_.path(); }
   /// The path as specified.
   const std::string& path() const { return path_; }
 
@@ -65,9 +65,9 @@ class StagedOutput {
  private:
   StagedOutput(const std::string& path, bool force, std::shared_ptr<NewDirectories> directories);
 
-  bool openStream();
-  void refuseTarget() const;
-  void moveIntoPlace();
+  bool OpenStream();
+  void RefuseTarget() const;
+  void MoveIntoPlace();
 
   std::string path_;
   std::string target_;  // `path_`, with a symbolic link followed

@@ -64,8 +64,8 @@ class StagedOutputTest : public testing::Test {
 TEST_F(StagedOutputTest, TheFileAppearsWithCommit) {
   {
     StagedOutput output(path_, false);
-    EXPECT_EQ(fs::path(output.stagedPath()).parent_path(), folder_);
-    EXPECT_EQ(fs::path(output.stagedPath()).filename().string().rfind(".fabscan-", 0), 0U);
+    EXPECT_EQ(fs::path(output.StagedPath()).parent_path(), folder_);
+    EXPECT_EQ(fs::path(output.StagedPath()).filename().string().rfind(".fabscan-", 0), 0U);
     output.stream() << "new\n";
     EXPECT_FALSE(fs::exists(path_));
     output.Commit();
@@ -87,7 +87,7 @@ TEST_F(StagedOutputTest, WithoutCommitNothingIsLeft) {
 
 TEST_F(StagedOutputTest, AnotherWriterMayMakeTheFile) {
   StagedOutput output(path_, false);
-  std::ofstream(output.stagedPath()) << "by another\n";
+  std::ofstream(output.StagedPath()) << "by another\n";
   output.Commit();
   EXPECT_EQ(Content("out"), "by another\n");
 }
@@ -127,7 +127,7 @@ TEST_F(StagedOutputTest, AnotherWriterKnowsTheLinkAlone) {
   fs::create_symlink("real", folder_ / "out");
   {
     StagedOutput output(path_, true);
-    std::ofstream(output.stagedPath()) << "by another\n";
+    std::ofstream(output.StagedPath()) << "by another\n";
     output.Commit();
   }
   EXPECT_EQ(Content("real"), "by another\n");
@@ -146,7 +146,7 @@ TEST_F(StagedOutputTest, TakesNoFileOfAnotherRun) {
   unsigned next = 0;
   {
     StagedOutput output(path_, false);
-    const std::string staged = fs::path(output.stagedPath()).filename();
+    const std::string staged = fs::path(output.StagedPath()).filename();
     next = static_cast<unsigned>(std::stoul(staged.substr(name.size()))) + 1;
   }
   const std::string taken = name + std::to_string(next);

@@ -30,7 +30,7 @@ bool OutputBuffer::write(const char* bytes, std::size_t size) {
   return error_number_ == 0;
 }
 
-bool OutputBuffer::writePending() {
+bool OutputBuffer::WritePending() {
   const bool written = write(pending_.data(), pending_.size());
   pending_.clear();
   return written;
@@ -38,11 +38,11 @@ bool OutputBuffer::writePending() {
 
 std::streamsize OutputBuffer::xsputn(const char* bytes, std::streamsize size) {
   const auto count = static_cast<std::size_t>(size);
-  if (pending_.size() + count > kCapacity && !writePending()) return 0;
+  if (pending_.size() + count > kCapacity && !WritePending()) return 0;
   if (count >= kCapacity) return write(bytes, count) ? size : 0;
   pending_.insert(pending_.end(), bytes, bytes + count);
   const bool ends_line = is_terminal_ && std::memchr(bytes, '\n', count) != nullptr;
-  return error_number_ != 0 || (ends_line && !writePending()) ? 0 : size;
+  return error_number_ != 0 || (ends_line && !WritePending()) ? 0 : size;
 }
 
 OutputBuffer::int_type OutputBuffer::overflow(int_type c) {
@@ -51,6 +51,6 @@ OutputBuffer::int_type OutputBuffer::overflow(int_type c) {
   return xsputn(&byte, 1) == 1 ? c : traits_type::eof();
 }
 
-int OutputBuffer::sync() { return writePending() ? 0 : -1; }
+int OutputBuffer::sync() { return WritePending() ? 0 : -1; }
 
 }  // namespace fabscan

@@ -14,7 +14,7 @@ class OutputBuffer : public std::streambuf {
   explicit OutputBuffer(int file);
 
   /// The errno value of the first write that failed; 0 if none did.
-  int errorNumber() const { return error_number_; }
+  int ErrorNumber() const { return error_number_; }
 
  protected:
   int_type overflow(int_type c) override;
@@ -23,7 +23,7 @@ class OutputBuffer : public std::streambuf {
 
  private:
   bool write(const char* bytes, std::size_t size);
-  bool writePending();
+  bool WritePending();
 
   const int file_;
   const bool is_terminal_;

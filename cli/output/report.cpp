@@ -27,7 +27,7 @@ OutputBuffer& StandardOutputBuffer() {
 int FlushStandardOutput() noexcept {
   std::cout.flush();
   if (std::cout.good()) return 0;
-  const int error_number = StandardOutputBuffer().errorNumber();
+  const int error_number = StandardOutputBuffer().ErrorNumber();
   return error_number != 0 ? error_number : EIO;
 }
 

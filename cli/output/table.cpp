@@ -58,7 +58,7 @@ std::vector<std::size_t> Table::widths(const Terminal& terminal, std::size_t ind
   return widths;
 }
 
-void Table::addLine(std::string& to, const std::vector<Cell>& cells,
+void Table::AddLine(std::string& to, const std::vector<Cell>& cells,
                     const std::vector<std::size_t>& widths, const Terminal& terminal,
                     std::size_t indent) const {
   std::size_t pending = indent;  // blanks to write before the next text
@@ -94,8 +94,8 @@ std::string Table::text(const Terminal& terminal, std::size_t indent) const {
   std::string text;
   std::vector<Cell> heads;
   for (const Column& column : columns_) heads.emplace_back(column.head, Style::kHead);
-  addLine(text, heads, widths, terminal, indent);
-  for (const std::vector<Cell>& row : rows_) addLine(text, row, widths, terminal, indent);
+  AddLine(text, heads, widths, terminal, indent);
+  for (const std::vector<Cell>& row : rows_) AddLine(text, row, widths, terminal, indent);
   return text;
 }
 

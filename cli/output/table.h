@@ -55,7 +55,7 @@ class Table {
 
  private:
   std::vector<std::size_t> widths(const Terminal& terminal, std::size_t indent) const;
-  void addLine(std::string& to, const std::vector<Cell>& cells,
+  void AddLine(std::string& to, const std::vector<Cell>& cells,
                const std::vector<std::size_t>& widths, const Terminal& terminal,
                std::size_t indent) const;
 

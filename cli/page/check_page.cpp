@@ -93,7 +93,7 @@ class Json : public JsonWriter {
 void WriteCauses(Json& json, const CheckResult& result) {
   json.Key("causes");
   json.BeginArray();
-  for (std::size_t number = 0; number <= result.causeCount(); ++number) {
+  for (std::size_t number = 0; number <= result.CauseCount(); ++number) {
     const Cause* cause = result.cause(number);
     json.BeginObject();
     json.Text("text", cause == nullptr ? "" : cause->text);
@@ -166,12 +166,12 @@ void CheckPage::Add(const IBNode& node, const std::vector<std::string>& bodies) 
   std::vector<Text>& texts = texts_[&node];
   for (const std::string& body : bodies) {
     TextParts parts = TakeApart(body, node.name);
-    texts.push_back({numberOfFrame(parts.frame), values_.Number(std::move(parts.values))});
+    texts.push_back({NumberOfFrame(parts.frame), values_.Number(std::move(parts.values))});
   }
 }
 
 /// Frames share most of their lines; they differ in the named capabilities.
-std::size_t CheckPage::numberOfFrame(std::string_view frame) {
+std::size_t CheckPage::NumberOfFrame(std::string_view frame) {
   std::string numbers;
   for (std::size_t begin = 0; begin <= frame.size();) {
     const std::size_t end = std::min(frame.find('\n', begin), frame.size());

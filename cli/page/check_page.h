@@ -49,7 +49,7 @@ class CheckPage {
     std::size_t frame;
     std::size_t values;
   };
-  std::size_t numberOfFrame(std::string_view frame);
+  std::size_t NumberOfFrame(std::string_view frame);
   std::string Data(const CheckReport& report) const;
 
   NumberedTexts lines_;

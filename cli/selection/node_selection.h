@@ -43,7 +43,7 @@ class NodeSelection {
   /// Without a selection, all nodes are selected.
   bool given() const { return !OptionNames().empty(); }
   /// Whether nodes are selected one by one.
-  bool byGuid() const { return !guids_.OptionNames().empty(); }
+  bool ByGuid() const { return !guids_.OptionNames().empty(); }
   /// The selection as words of another command: ` --type CA --name 'leaf*'`; empty without one.
   std::string Words() const;
   /// The options that are given: `--guid`, `--name`.

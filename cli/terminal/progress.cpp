@@ -167,7 +167,7 @@ void Progress::Show(std::string_view what, std::size_t done, std::size_t total, 
   if (terminal_ == nullptr && !verbose) return;
   const Clock::time_point now = Clock::now();
   if (what != what_) {
-    finishStep();
+    FinishStep();
     what_ = what;
     unit_ = unit;
     begun_ = now;
@@ -200,7 +200,7 @@ void Progress::Watch(std::string_view what, const std::function<void()>& task) {
       what, 0, [] { return std::size_t{0}; }, task);
 }
 
-void Progress::finishStep() {
+void Progress::FinishStep() {
   erase();
   if (!verbose || what_.empty()) return;
   const std::string count = done_ == 0 ? std::string() : ": " + CountText(done_, 0, unit_);
@@ -215,7 +215,7 @@ std::function<void(std::size_t, std::size_t)> Progress::Callback(std::string_vie
 }
 
 void Progress::Finish() {
-  finishStep();
+  FinishStep();
   what_.clear();
   done_ = 0;
 }

@@ -52,7 +52,7 @@ class Progress {
  private:
   using Clock = std::chrono::steady_clock;
 
-  void finishStep();
+  void FinishStep();
   void print(const std::string& text);
   void erase();
 

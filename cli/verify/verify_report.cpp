@@ -18,7 +18,7 @@ constexpr std::size_t kMaxDifferences = 5;
 std::string FunctionText(const NodeReport& report, const FunctionResult& function) {
   constexpr char kRow[] = "  {:<34}  {}\n";
   std::string text;
-  if (const SourceEdit* error_line = report.errorLineOf(function.name)) {
+  if (const SourceEdit* error_line = report.ErrorLineOf(function.name)) {
     text = fmt::format(kRow, function.name, "no values: " + error_line->text);
   } else {
     text = fmt::format(kRow, function.name,
@@ -42,7 +42,7 @@ void VerifyTotals::Add(const VerifiedNode& node) {
   fields += node.report.fields();
   differences += node.report.differences();
   ++nodes;
-  const std::size_t error_lines = node.report.errorLines();
+  const std::size_t error_lines = node.report.ErrorLines();
   if (error_lines != 0) ++with_error_lines;
   if (error_lines < node.report.edits.size()) ++edited;
   if (!node.failure.empty()) ++failed;
@@ -70,7 +70,7 @@ std::string ReportText(const VerifiedNode& node, const Terminal& terminal) {
   std::string idle;
   for (const FunctionResult& function : node.report.functions) {
     if (function.fields != 0 || !function.differences.empty() ||
-        node.report.errorLineOf(function.name) != nullptr) {
+        node.report.ErrorLineOf(function.name) != nullptr) {
       text += FunctionText(node.report, function);
     } else {
       idle += (idle.empty() ? "" : ", ") + function.name;

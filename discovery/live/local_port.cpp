@@ -24,10 +24,10 @@ struct Candidate {
   std::string link_layer;
 
   std::string text() const { return fmt::format("{} port {}", port.channel_adapter, port.number); }
-  bool isInfiniBand() const { return link_layer != "Ethernet"; }
+  bool IsInfiniBand() const { return link_layer != "Ethernet"; }
   /// Smaller is better.
   int rank() const {
-    if (!isInfiniBand()) return 3;
+    if (!IsInfiniBand()) return 3;
     if (state == kPortStateActive) return 0;
     return state >= kPortStateInit ? 1 : 2;
   }
@@ -108,7 +108,7 @@ LocalPort ChooseLocalPort(const std::string& channel_adapter, unsigned number) {
   const auto best =
       std::min_element(wanted.begin(), wanted.end(),
                        [](const Candidate& a, const Candidate& b) { return a.rank() < b.rank(); });
-  if (!best->isInfiniBand()) {
+  if (!best->IsInfiniBand()) {
     throw DiscoveryError(fmt::format("{}: its link layer is {}, not InfiniBand; available: {}",
                                      best->text(), best->link_layer, List(all)));
   }

@@ -105,9 +105,9 @@ class Editor {
     ++number_;
     const EditRow* row = nullptr;
     if (BeginsWith(line, kNodeLine)) {
-      enterNode(line);
+      EnterNode(line);
     } else if (BeginsWith(line, "void ")) {
-      enterFunction(line);
+      EnterFunction(line);
     } else if (BeginsWith(line, "}")) {
       function_ = nullptr;
     } else if (function_ != nullptr) {
@@ -124,7 +124,7 @@ class Editor {
  private:
   static constexpr std::string_view kNodeLine = "// Node Type: ";
 
-  void enterNode(std::string_view line) {
+  void EnterNode(std::string_view line) {
     constexpr std::string_view kBeforeGuid = ", Node GUID: 0x";
     const std::size_t found = line.find(kBeforeGuid);
     std::uint64_t guid = 0;
@@ -136,7 +136,7 @@ class Editor {
   }
 
   /// void PREFIX::CLASS::FUNCTION() {
-  void enterFunction(std::string_view line) {
+  void EnterFunction(std::string_view line) {
     constexpr std::string_view kEnd = "() {";
     const std::size_t name = line.rfind("::");
     if (name == std::string_view::npos || !EndsWith(line, kEnd)) return;

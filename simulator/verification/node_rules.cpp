@@ -68,7 +68,7 @@ ExpectedFunction SwInfo(const RuleContext& context) {
 }
 
 ExpectedFunction ExtendedNodeInfo(const RuleContext& context) {
-  if (!context.supportsSmp(kExtendedNodeInfo)) return Leaves();
+  if (!context.SupportsSmp(kExtendedNodeInfo)) return Leaves();
   return Copies(context.store().getSMPExtNodeInfo(context.node().createIndex), Outcome::kLeaves,
                 "extNodeInfo",
                 "sl2vl_cap node_type_extended num_pcie num_oob AnycastLidCap asic_max_planes "
@@ -76,8 +76,8 @@ ExpectedFunction ExtendedNodeInfo(const RuleContext& context) {
 }
 
 ExpectedFunction ArInfo(const RuleContext& context) {
-  if (!context.isSwitch()) return Leaves();
-  if (!context.supportsSmp(kAdaptiveRoutingRev1)) return Refuses();
+  if (!context.IsSwitch()) return Leaves();
+  if (!context.SupportsSmp(kAdaptiveRoutingRev1)) return Refuses();
   return Copies(context.store().getARInfo(context.node().createIndex), Outcome::kRefuses,
                 "AdaptiveRoutingInfo",
                 "dyn_cap_calc_sup by_transp_cap by_sl_cap glb_groups is4_mode direction_num_sup "
@@ -96,13 +96,13 @@ ExpectedFunction RouterInfo(const RuleContext& context) {
 }
 
 ExpectedFunction ExtendedSwitchInfo(const RuleContext& context) {
-  if (!context.isSwitch()) return Leaves();
+  if (!context.IsSwitch()) return Leaves();
   return Copies(context.store().getSMP_ExtendedSwitchInfo(context.node().createIndex),
                 Outcome::kLeaves, "getExtendedSwitchInfo()", "turbo_path_cap");
 }
 
 ExpectedFunction SwitchInfo(const RuleContext& context) {
-  if (!context.isSwitch()) return Leaves();
+  if (!context.IsSwitch()) return Leaves();
   return Copies(context.store().getSMPSwitchInfo(context.node().createIndex), Outcome::kLeaves,
                 "switchInfo",
                 "LinearFDBCap RandomFDBCap MCastFDBCap OptimizedSLVLMapping LidsPerPort PartEnfCap "
@@ -110,9 +110,9 @@ ExpectedFunction SwitchInfo(const RuleContext& context) {
 }
 
 ExpectedFunction PrivateLftInfo(const RuleContext& context) {
-  if (!context.isSwitch()) return Leaves();
-  if (!context.supportsSmp(kPrivateLinearForwarding) ||
-      !context.supportsSmp(kPortSlToPrivateLftMap)) {
+  if (!context.IsSwitch()) return Leaves();
+  if (!context.SupportsSmp(kPrivateLinearForwarding) ||
+      !context.SupportsSmp(kPortSlToPrivateLftMap)) {
     return Refuses();
   }
   return Copies(context.store().getPLFTInfo(context.node().createIndex), Outcome::kRefuses,
@@ -126,13 +126,13 @@ ExpectedFunction PrivateLftInfo(const RuleContext& context) {
 
 ExpectedFunction EnhancedCongestionInfo(const RuleContext& context) {
   if (context.node().isSpecialNode()) return Leaves();
-  if (!context.supportsSmp(kDcqcn)) return Refuses();
+  if (!context.SupportsSmp(kDcqcn)) return Refuses();
   return Copies(context.store().getCCEnhancedCongestionInfo(context.node().createIndex),
                 Outcome::kRefuses, "enhancedCongestionInfo", "ver1 ver0 CC_Capability_Mask");
 }
 
 ExpectedFunction CongestionSwitchGeneralSettings(const RuleContext& context) {
-  if (!context.isSwitch()) return Leaves();
+  if (!context.IsSwitch()) return Leaves();
   const CC_EnhancedCongestionInfo* versions =
       context.store().getCCEnhancedCongestionInfo(context.node().createIndex);
   if (versions == nullptr || versions->ver0 == 0) return Refuses();
@@ -143,7 +143,7 @@ ExpectedFunction CongestionSwitchGeneralSettings(const RuleContext& context) {
 
 /// The edited file assigns RedirectGID as its two words.
 ExpectedFunction ReductionManagerClassPortInfo(const RuleContext& context) {
-  if (!context.isSwitch() || !context.supportsSmp(kWrenReductionManagement)) return Leaves();
+  if (!context.IsSwitch() || !context.SupportsSmp(kWrenReductionManagement)) return Leaves();
   return Copies(context.store().getWrenClassPortInfo(context.node().createIndex), Outcome::kRefuses,
                 "wren_rma_class_port_info",
                 "CapMsk CapMsk2 ClassVersion BaseVersion RespTimeValue RedirectGID RedirectFL "
@@ -151,7 +151,7 @@ ExpectedFunction ReductionManagerClassPortInfo(const RuleContext& context) {
 }
 
 ExpectedFunction ReductionInfo(const RuleContext& context) {
-  if (!context.isSwitch() || !context.supportsSmp(kWrenReductionManagement)) return Leaves();
+  if (!context.IsSwitch() || !context.SupportsSmp(kWrenReductionManagement)) return Leaves();
   return Copies(context.store().getWrenReductionInfo(context.node().createIndex), Outcome::kRefuses,
                 "wren_red_info", "capability_mask hbf_group_cap reduction_fdb_cap");
 }

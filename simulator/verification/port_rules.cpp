@@ -38,10 +38,10 @@ ExpectedFunction PortInfo(const RuleContext& context) {
   auto ports = PortsOf(
       node, [&](const IBPort& port) { return context.store().getSMPPortInfo(port.createIndex); });
   if (ports.regular == nullptr) return Refuses();
-  if (!context.isSwitch()) ports.marked.clear();
+  if (!context.IsSwitch()) ports.marked.clear();
 
   ExpectedFunction function = PerPort(node, ports, 0, "nodePortsInfo", kPortInfoFields);
-  if (context.isSwitch()) {
+  if (context.IsSwitch()) {
     const IBPort* port0 = node.getPort(0);
     const SMP_PortInfo* info =
         port0 != nullptr ? context.store().getSMPPortInfo(port0->createIndex) : nullptr;
@@ -75,7 +75,7 @@ ExpectedFunction PortInfoExtended(const RuleContext& context) {
 }
 
 ExpectedFunction ExtendedPortInfo(const RuleContext& context) {
-  if (!context.supportsSmp(kExtendedPortInfo)) return Leaves();
+  if (!context.SupportsSmp(kExtendedPortInfo)) return Leaves();
   const auto ports = PortsOf(context.node(), [&](const IBPort& port) {
     return context.store().getSMPTarnExtPortInfo(port.createIndex);
   });
@@ -92,7 +92,7 @@ ExpectedFunction ExtendedPortInfo(const RuleContext& context) {
 /// Whether a switch supports reduction. If not, its functions leave the node unchanged; if its
 /// ClassPortInfo is missing, they refuse.
 bool ServesReduction(const RuleContext& context) {
-  return context.isSwitch() && context.supportsSmp(kWrenReductionManagement);
+  return context.IsSwitch() && context.SupportsSmp(kWrenReductionManagement);
 }
 bool HasReductionManager(const RuleContext& context) {
   return context.store().getWrenClassPortInfo(context.node().createIndex) != nullptr;

@@ -25,8 +25,8 @@ class RuleContext {
   const IBNode& node() const { return node_; }
   const TesselExtendedInfo& store() const { return store_; }
   const CapabilityModule& capabilities() const { return capabilities_; }
-  bool isSwitch() const { return node_.type == IB_SW_NODE; }
-  bool supportsSmp(u_int8_t bit) const {
+  bool IsSwitch() const { return node_.type == IB_SW_NODE; }
+  bool SupportsSmp(u_int8_t bit) const {
     return capabilities_.IsSupportedSMPCapability(&node_, bit);
   }
 

@@ -17,7 +17,7 @@ namespace {
 void CompareOutcomes(const std::map<std::string, ExpectedFunction>& expected, NodeReport& report) {
   for (FunctionResult& function : report.functions) {
     const Outcome outcome = expected.at(function.name).outcome;
-    const bool refuses = report.errorLineOf(function.name) != nullptr;
+    const bool refuses = report.ErrorLineOf(function.name) != nullptr;
     if (refuses && outcome != Outcome::kRefuses) {
       function.differences.emplace_back("refuses to compile, though nothing is missing");
     } else if (!refuses && outcome == Outcome::kRefuses) {
@@ -57,13 +57,13 @@ std::size_t NodeReport::differences() const {
   return Sum(functions, [](const FunctionResult& function) { return function.differences.size(); });
 }
 
-const SourceEdit* NodeReport::errorLineOf(const std::string& function) const {
+const SourceEdit* NodeReport::ErrorLineOf(const std::string& function) const {
   for (const SourceEdit& edit : edits) {
     if (edit.is_error_line && edit.function == function) return &edit;
   }
   return nullptr;
 }
-std::size_t NodeReport::errorLines() const {
+std::size_t NodeReport::ErrorLines() const {
   return static_cast<std::size_t>(std::count_if(
       edits.begin(), edits.end(), [](const SourceEdit& edit) { return edit.is_error_line; }));
 }

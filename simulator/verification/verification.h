@@ -18,8 +18,8 @@ struct NodeReport {
   std::vector<FunctionResult> functions;
 
   /// The #error line of the function, or null.
-  const SourceEdit* errorLineOf(const std::string& function) const;
-  std::size_t errorLines() const;
+  const SourceEdit* ErrorLineOf(const std::string& function) const;
+  std::size_t ErrorLines() const;
   std::size_t records() const;
   std::size_t fields() const;
   std::size_t differences() const;

@@ -77,7 +77,7 @@ TEST_F(VerificationTest, EveryNodeHasItsRecordedValues) {
   const NodeReport switch_report = VerifyNode(0x10);
   EXPECT_THAT(DifferencesOf(switch_report), IsEmpty());
   EXPECT_THAT(switch_report.functions, SizeIs(22));
-  EXPECT_EQ(switch_report.errorLines(), 0U);
+  EXPECT_EQ(switch_report.ErrorLines(), 0U);
   ASSERT_THAT(switch_report.edits, SizeIs(3));
   EXPECT_EQ(switch_report.edits[0].function, "setVSReductionManagerClassPortInfo");
   EXPECT_EQ(switch_report.edits[0].text, "mad_buffer.RedirectGID = 0x0x...;");
@@ -117,7 +117,7 @@ TEST_F(VerificationTest, ReportsErrorLinesAndVerifiesTheRest) {
               ElementsAre("setNodeInfo", "setPortInfo", "setGMPCapability", "setSMPCapability",
                           "setArInfo", "setPrivateLftInfo", "setEnhancedCongestionInfo",
                           "setCongestionSwitchGeneralSettings"));
-  EXPECT_EQ(report.errorLines(), 8U);
+  EXPECT_EQ(report.ErrorLines(), 8U);
   EXPECT_EQ(report.edits[0].text, "#error \"Failed to get NodeInfo mad for the node=bare\"");
   EXPECT_THAT(DifferencesOf(report), IsEmpty());
   EXPECT_EQ(report.fields(), 0U);
