@@ -2,33 +2,28 @@
 #define FABSCAN_ATTRIBUTE_BLOCK_H
 
 #include <cstddef>
-#include <cstring>
 #include <iterator>
 #include <string_view>
 #include <utility>
 
 #include "source_writer.h"
 
-/// The statement pattern that every emitter writes in:
-///
-///     RECORD mad_buffer = {0};
-///     RECORD_unpack(&mad_buffer, reinterpret_cast<u_int8_t*>(ADDRESS));
-///
-///     mad_buffer.FIELD = 0x…;
-///
-///     RECORD_pack(&mad_buffer, reinterpret_cast<u_int8_t*>(ADDRESS));
-///
-/// An emitter has a `Target`, a table of `Field`s in the order of the generated text, and its own
-/// conditions. As everywhere here, what is written last is left without a line end.
+namespace fabscan::generator {
+
+/// The patterns that blocks are written in. An emitter has a `Target`, a table of `Field`s in the
+/// order of the generated text, and its own conditions. What is written last is left without a line
+/// end, as everywhere here.
 
 inline constexpr int kBodyIndent = 4;
 inline constexpr int kLoopIndent = 8;
 inline constexpr int kBranchIndent = 12;
 
-/// What a block unpacks and packs: the simulator's record type and the address of its storage.
+/// What a block unpacks and packs: the simulator's record type and the address of its storage; for
+/// attributes of ports also the loop over them.
 struct Target {
   std::string_view record;
   std::string_view address;
+  std::string_view loop = {};
 };
 
 /// One statement of a block: the text around the value, and where the value comes from.
@@ -45,78 +40,100 @@ struct Field {
     "mad_buffer." #member " = 0x", [](const record& r) -> u_int64_t { return r.member; } \
   }
 
-/// The one line of a body that has no block: what is wrong, at column 0.
-inline void WriteDiagnostic(SourceWriter& writer, std::string_view text) { writer.Text(text); }
-inline void WriteDiagnostic(SourceWriter& writer, std::string_view before, std::string_view name,
-                            std::string_view after = {}) {
-  writer.Text(before).Text(name).Text(after);
+// ---------- Values for the holes of templates ----------
+
+/// One of a target's texts.
+template <const Target& kTarget, std::string_view Target::*kText>
+struct TargetText {
+  static constexpr std::size_t kMostBytes = (kTarget.*kText).size();
+  static constexpr int kDepth = 0;
+  static constexpr bool kBeginsLines = false;
+
+  template <class Writer>
+  [[gnu::always_inline]] void Write(Writer& to, int /*indent*/) const {
+    constexpr std::string_view kWritten = kTarget.*kText;
+    to.Text(kWritten);
+  }
+};
+
+/// Each statement of a table on a line of its own. The table is known when this is compiled: every
+/// row becomes a few moves and a load from the record.
+template <const auto& kFields, class Record>
+class StatementLines {
+ public:
+  static constexpr std::size_t kMostBytes = [] {
+    std::size_t most = 0;
+    for (const auto& field : kFields) {
+      most += 1 + kWidestIndent + field.before.size() + kMostHexDigits + field.after.size();
+    }
+    return most;
+  }();
+  static constexpr int kDepth = 0;
+  static constexpr bool kBeginsLines = true;
+
+  explicit constexpr StatementLines(const Record& record) : record_(record) {}
+
+  template <class Writer>
+  [[gnu::always_inline]] void Write(Writer& to, int indent) const {
+    WriteRows(to, indent, std::make_index_sequence<std::size(kFields)>());
+  }
+
+ private:
+  template <class Writer, std::size_t... kRows>
+  [[gnu::always_inline]] void WriteRows(Writer& to, int indent,
+                                        std::index_sequence<kRows...> /*rows*/) const {
+    (to.Line(indent)
+         .Text(kFields[kRows].before)
+         .Hex(kFields[kRows].value(record_))
+         .Text(kFields[kRows].after),
+     ...);
+  }
+
+  const Record& record_;
+};
+
+template <const auto& kFields, class Record>
+constexpr StatementLines<kFields, Record> Statements(const Record& record) {
+  return StatementLines<kFields, Record>(record);
 }
 
-// What follows is written to a SourceWriter, or in one of its `AtOnce`: inlined there, it is a row
-// of moves to addresses that are kept in a register.
+// ---------- Blocks ----------
 
-/// Each statement of the table on a line of its own; the line before is ended first. The table is
-/// known when this is compiled: every row becomes a few moves and a load from the record.
-template <const auto& kFields, class Writer, class Record, std::size_t... kRows>
-[[gnu::always_inline]] inline void WriteRows(Writer& writer, int indent, const Record& record,
-                                             std::index_sequence<kRows...> /*rows*/) {
-  (writer.Line(indent)
-       .Text(kFields[kRows].before)
-       .Hex(kFields[kRows].value(record))
-       .Text(kFields[kRows].after),
-   ...);
-}
-template <const auto& kFields, class Writer, class Record>
-[[gnu::always_inline]] inline void WriteStatements(Writer& writer, int indent,
-                                                   const Record& record) {
-  WriteRows<kFields>(writer, indent, record, std::make_index_sequence<std::size(kFields)>());
-}
+inline constexpr Template kNodeBlock(R"(
+$record$ mad_buffer = {0};
+$record$_unpack(&mad_buffer, reinterpret_cast<u_int8_t*>($address$));
 
-template <class Writer>
-[[gnu::always_inline]] inline void WriteConversion(Writer& writer, int indent, const Target& target,
-                                                   std::string_view direction) {
-  writer.Indent(indent).Text(target.record).Text(direction);
-  writer.Text("(&mad_buffer, reinterpret_cast<u_int8_t*>(").Text(target.address).Text("));");
-}
+$statements$
 
-/// Declaration and unpack, both lines ended.
-template <class Writer>
-[[gnu::always_inline]] inline void WriteUnpack(Writer& writer, int indent, const Target& target) {
-  writer.Indent(indent).Text(target.record).Text(" mad_buffer = {0};").EndLine();
-  WriteConversion(writer, indent, target, "_unpack");
-  writer.EndLine();
-}
+$record$_pack(&mad_buffer, reinterpret_cast<u_int8_t*>($address$));)",
+                                     {"record", "address", "statements"});
 
-/// The pack line after an empty one.
-template <class Writer>
-[[gnu::always_inline]] inline void WritePack(Writer& writer, int indent, const Target& target) {
-  writer.EndLine().EndLine();
-  WriteConversion(writer, indent, target, "_pack");
-}
+inline constexpr Template kPortLoop(R"(
+$loop$
+    $record$ mad_buffer = {0};
+    $record$_unpack(&mad_buffer, reinterpret_cast<u_int8_t*>($address$));
 
-/// The block of a node-level attribute.
+    $values$
+
+    $record$_pack(&mad_buffer, reinterpret_cast<u_int8_t*>($address$));
+})",
+                                    {"loop", "record", "address", "values"});
+
+/// The block of a node's attribute.
 template <const Target& kTarget, const auto& kFields, class Record>
 void WriteNodeBlock(SourceWriter& writer, const Record& record) {
-  writer.AtOnce([&record](auto& to) {
-    WriteUnpack(to, kBodyIndent, kTarget);
-    WriteStatements<kFields>(to, kBodyIndent, record);
-    WritePack(to, kBodyIndent, kTarget);
-  });
+  writer.Emit<kNodeBlock>(kBodyIndent, TargetText<kTarget, &Target::record>(),
+                          TargetText<kTarget, &Target::address>(), Statements<kFields>(record));
 }
 
-/// The block of a port-level attribute: a loop over the simulated node's ports. `write_values` ends
-/// the line before each of its own.
-template <const Target& kTarget, class WriteValues>
-void WritePortLoop(SourceWriter& writer, std::string_view header, WriteValues write_values) {
-  writer.AtOnce([header](auto& to) {
-    to.Indent(kBodyIndent).Text(header).EndLine();
-    WriteUnpack(to, kLoopIndent, kTarget);
-  });
-  write_values();
-  writer.AtOnce([](auto& to) {
-    WritePack(to, kLoopIndent, kTarget);
-    to.Line(kBodyIndent).Text("}");
-  });
+/// The block of a port's attribute: a loop over the simulated node's ports, around `values`.
+template <const Target& kTarget, class Values>
+void WritePortLoop(SourceWriter& writer, const Values& values) {
+  writer.Emit<kPortLoop>(kBodyIndent, TargetText<kTarget, &Target::loop>(),
+                         TargetText<kTarget, &Target::record>(),
+                         TargetText<kTarget, &Target::address>(), values);
 }
+
+}  // namespace fabscan::generator
 
 #endif

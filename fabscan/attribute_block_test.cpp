@@ -6,7 +6,7 @@
 #include <sstream>
 #include <string>
 
-namespace fabscan {
+namespace fabscan::generator {
 namespace {
 
 struct Record {
@@ -18,7 +18,7 @@ struct Record {
 };
 
 constexpr Target kTarget = {"Record", "&m_node->record"};
-constexpr Target kPortTarget = {"Record", "&m_node->records[i]"};
+constexpr Target kPortTarget = {"Record", "&m_node->records[i]", "for (;;) {"};
 constexpr Field<Record> kSetters[] = {
     {"set_narrow(0x", [](const Record& r) -> u_int64_t { return r.narrow; }, ");"},
     {"set_widest(0x", [](const Record& r) -> u_int64_t { return r.widest; }, ");"},
@@ -38,15 +38,13 @@ std::string Written(Write write) {
   return out.str();
 }
 
-/// The statements as they are written one by one, which they must equal when written at once.
+/// The statements as they are written one by one, which they must equal when they are composed.
 template <const auto& kTable>
-std::string Statements(int indent, const Record& record) {
+std::string StatementText(int indent, const Record& record) {
+  const auto statements = Statements<kTable>(record);
   const std::string checked =
-      Written([&](SourceWriter& writer) { WriteStatements<kTable>(writer, indent, record); });
-  EXPECT_EQ(Written([&](SourceWriter& writer) {
-              writer.AtOnce([&](auto& to) { WriteStatements<kTable>(to, indent, record); });
-            }),
-            checked);
+      Written([&](SourceWriter& writer) { statements.Write(writer, indent); });
+  EXPECT_EQ(Written([&](SourceWriter& writer) { writer.Append(statements, indent); }), checked);
   return checked;
 }
 
@@ -69,16 +67,16 @@ TEST(AttributeBlock, OfANodeHasItsStatementsBetweenUnpackAndPack) {
 TEST(AttributeBlock, HoldsTheExtremesOfEveryWidth) {
   constexpr Record kZero = {};
   constexpr Record kAll = {0xff, 0xffff, 0xffffffff, 0xffffffffffffffff, {0xff, 0xff}};
-  EXPECT_EQ(Statements<kFields>(0, kZero), R"(
+  EXPECT_EQ(StatementText<kFields>(0, kZero), R"(
 mad_buffer.widest = 0x0;
 mad_buffer.narrow = 0x0;
 mad_buffer.list[1] = 0x0;
 mad_buffer.wide = 0x0;
 mad_buffer.middle = 0x0;)");
-  EXPECT_EQ(Statements<kSetters>(0, kZero), R"(
+  EXPECT_EQ(StatementText<kSetters>(0, kZero), R"(
 set_narrow(0x0);
 set_widest(0x0);)");
-  EXPECT_EQ(Statements<kFields>(1, kAll), R"(
+  EXPECT_EQ(StatementText<kFields>(1, kAll), R"(
  mad_buffer.widest = 0xffffffffffffffff;
  mad_buffer.narrow = 0xff;
  mad_buffer.list[1] = 0xff;
@@ -91,7 +89,7 @@ TEST(AttributeBlock, IndentsStatementsByAnyNumberOfBlanks) {
   for (const int indent : {std::numeric_limits<int>::min(), -1, 0, 15, 16, 17, 40'000}) {
     const std::string start =
         '\n' + std::string(indent > 0 ? static_cast<unsigned>(indent) : 0, ' ');
-    EXPECT_EQ(Statements<kFields>(indent, record),
+    EXPECT_EQ(StatementText<kFields>(indent, record),
               start + "mad_buffer.widest = 0x4;" + start + "mad_buffer.narrow = 0x1;" + start +
                   "mad_buffer.list[1] = 0x6;" + start + "mad_buffer.wide = 0x3;" + start +
                   "mad_buffer.middle = 0x2;")
@@ -115,10 +113,8 @@ TEST(AttributeBlock, StaysWholeWhereverTheWritersBufferEnds) {
 }
 
 TEST(AttributeBlock, OfAPortStandsInALoop) {
-  EXPECT_EQ(Written([&](SourceWriter& writer) {
-              WritePortLoop<kPortTarget>(writer, "for (;;) {",
-                                         [&] { writer.Line(kLoopIndent).Text("values"); });
-            }),
+  const auto lines = [](SourceWriter& writer, int indent) { writer.Line(indent).Text("values"); };
+  EXPECT_EQ(Written([&](SourceWriter& writer) { WritePortLoop<kPortTarget>(writer, lines); }),
             R"(    for (;;) {
         Record mad_buffer = {0};
         Record_unpack(&mad_buffer, reinterpret_cast<u_int8_t*>(&m_node->records[i]));
@@ -129,13 +125,5 @@ TEST(AttributeBlock, OfAPortStandsInALoop) {
     })");
 }
 
-TEST(AttributeBlock, ADiagnosticIsOneOpenLine) {
-  EXPECT_EQ(Written([](SourceWriter& writer) { WriteDiagnostic(writer, "// text"); }), "// text");
-  EXPECT_EQ(Written([](SourceWriter& writer) { WriteDiagnostic(writer, "#error \"", "S1"); }),
-            "#error \"S1");
-  EXPECT_EQ(Written([](SourceWriter& writer) { WriteDiagnostic(writer, "#error \"", "S1", "\""); }),
-            "#error \"S1\"");
-}
-
 }  // namespace
-}  // namespace fabscan
+}  // namespace fabscan::generator

@@ -3,6 +3,8 @@
 
 #include <sys/types.h>
 
+namespace fabscan::generator {
+
 /// The SMP capability bits that an attribute depends on, by their names in
 /// `SimInfoData::SMPCapMaskBits`.
 
@@ -13,5 +15,7 @@ inline constexpr u_int8_t kIsPortSLToPrivateLFTMapSupported = 12;
 inline constexpr u_int8_t kIsExtendedNodeInfoSupported = 13;
 inline constexpr u_int8_t kIsDCQCNSupported = 44;
 inline constexpr u_int8_t kIsWrenReductionManagementSupported = 55;
+
+}  // namespace fabscan::generator
 
 #endif

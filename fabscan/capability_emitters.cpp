@@ -1,16 +1,30 @@
 #include <cstddef>
-#include <string_view>
 
-#include "attribute_block.h"
+#include "body.h"
 #include "capability_names.h"
 #include "fabscan_sim_info_dump.h"
 
+namespace fabscan::generator {
 namespace {
 
-constexpr std::string_view kSMPHeader = "// ---------- SMP Caps ----------";
-constexpr std::string_view kGMPHeader = "// ---------- GMP Caps ----------";
 constexpr Target kSMP = {"GeneralInfoCapabilityMask", "&m_node->capMaskSMP"};
 constexpr Target kGMP = {"GeneralInfoCapabilityMask", "&m_node->capMaskGMP"};
+
+constexpr Template kSMPNames(R"(
+// ---------- SMP Caps ----------
+$names$
+
+)",
+                             {"names"});
+constexpr Template kGMPNames(R"(
+// ---------- GMP Caps ----------
+$names$
+
+)",
+                             {"names"});
+constexpr Template kName(R"(
+// $name$)",
+                         {"name"});
 
 constexpr Field<capability_mask_t> kWords[] = {
     {"mad_buffer.capability0 = 0x",
@@ -30,54 +44,56 @@ capability_mask_t ZeroedMask() {
 }
 
 /// The names of the bits that the module calls supported, then the block with all four words.
-template <const Target& kTarget, class IsSupported>
-void WriteMask(SourceWriter& writer, std::string_view header, const BitNames& names,
-               const capability_mask_t& mask, IsSupported is_supported) {
-  writer.Indent(kBodyIndent).Text(header);
-  for (std::size_t bit = 0; bit < names.count; ++bit) {
-    const PaddedText& name = names.names[bit];
-    if (name.c_str() == nullptr || !is_supported(static_cast<u_int8_t>(bit))) continue;
-    writer.AtOnce([&name](auto& to) { to.Line(kBodyIndent).Text("// ").Padded(name, 0); });
-  }
-  writer.EndLine().EndLine();
+template <const Template& kNames, const Target& kTarget, class IsSupported>
+void WriteMask(SourceWriter& writer, const BitNames& names, const capability_mask_t& mask,
+               const IsSupported& is_supported) {
+  writer.Emit<kNames>(kBodyIndent, [&](SourceWriter& to, int indent) {
+    for (std::size_t bit = 0; bit < names.count; ++bit) {
+      const std::string_view name = names.names[bit];
+      if (name.empty() || !is_supported(static_cast<u_int8_t>(bit))) continue;
+      to.EmitLines<kName>(indent, BitName{name});
+    }
+  });
   WriteNodeBlock<kTarget, kWords>(writer, mask);
 }
 
 }  // namespace
+}  // namespace fabscan::generator
+
+using namespace fabscan::generator;
 
 void SimInfoDumpCPP::GenerateSMPCapabilityMask(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
+  Body body(out, m_fabscan, node);
+  auto& capabilities = m_fabscan.capability_module;
   capability_mask_t mask = ZeroedMask();
-  const int status =
-      m_fabscan.capability_module.GetCapability(const_cast<IBNode*>(&node), false, mask);
+  const int status = capabilities.GetCapability(const_cast<IBNode*>(&node), false, mask);
   if (status != 0) {
-    WriteDiagnostic(writer, "#error \"Failed to get SMP capabilites for the node=", node.name,
-                    " with rc=");
-    writer.SignedDecimal(status).Text("\"");
+    body.Write("#error \"Failed to get SMP capabilites for the node=$ with rc=")
+        .SignedDecimal(status)
+        .Text("\"");
     return;
   }
-  WriteMask<kSMP>(writer, kSMPHeader, kSMPCapMaskNames, mask, [&](u_int8_t bit) {
-    return m_fabscan.capability_module.IsSupportedSMPCapability(&node, bit);
+  WriteMask<kSMPNames, kSMP>(body.writer(), kSMPCapMaskNames, mask, [&](u_int8_t bit) {
+    return capabilities.IsSupportedSMPCapability(&node, bit);
   });
 }
 
 void SimInfoDumpCPP::GenerateGMPCapabilityMask(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  if (node.isSpecialNode()) {
-    WriteDiagnostic(writer, "// The node=", node.name,
-                    " is special and it should not support GMP capabilities.");
+  Body body(out, m_fabscan, node);
+  if (body.Unless(IsNotSpecial,
+                  "// The node=$ is special and it should not support GMP capabilities.")) {
     return;
   }
+  auto& capabilities = m_fabscan.capability_module;
   capability_mask_t mask = ZeroedMask();
-  const int status =
-      m_fabscan.capability_module.GetCapability(const_cast<IBNode*>(&node), true, mask);
+  const int status = capabilities.GetCapability(const_cast<IBNode*>(&node), true, mask);
   if (status != 0) {
-    WriteDiagnostic(writer, "#error \"Failed to get GMP capabilites for the node=", node.name,
-                    " with rc=");
-    writer.SignedDecimal(status).Text("\"");
+    body.Write("#error \"Failed to get GMP capabilites for the node=$ with rc=")
+        .SignedDecimal(status)
+        .Text("\"");
     return;
   }
-  WriteMask<kGMP>(writer, kGMPHeader, kGMPCapMaskNames, mask, [&](u_int8_t bit) {
-    return m_fabscan.capability_module.IsSupportedGMPCapability(&node, bit);
+  WriteMask<kGMPNames, kGMP>(body.writer(), kGMPCapMaskNames, mask, [&](u_int8_t bit) {
+    return capabilities.IsSupportedGMPCapability(&node, bit);
   });
 }

@@ -4,12 +4,13 @@
 
 #include "fabscan_sim_info_dump.h"
 
+namespace fabscan::generator {
 namespace {
 
 // One name a bit, in the order of the bits.
 // clang-format off
 
-constexpr PaddedText kSMPCapMaskBits[] = {
+constexpr std::string_view kSMPCapMaskBits[] = {
     "IsPrivateLinearForwardingSupported",
     "IsAdaptiveRoutingSupported",
     "IsAdaptiveRoutingRev1Supported",
@@ -52,7 +53,7 @@ constexpr PaddedText kSMPCapMaskBits[] = {
     "IsQoSConfigLowPriorityVLGroupAllocBWSupported",
     "IsQoSConfigVLRateLimitSupported",
     "IsQoSConfigVLAllocBWSupported",
-    nullptr,
+    {},
     "IsCableInfoBankNumberSupported",
     "IsDCQCNSupported",
     "IsAdaptiveTimeoutSupported",
@@ -102,7 +103,7 @@ constexpr PaddedText kSMPCapMaskBits[] = {
     "IsLinkHealthFiltersSupported",
 };
 
-constexpr PaddedText kGMPCapMaskBits[] = {
+constexpr std::string_view kGMPCapMaskBits[] = {
     "IsPortPowerStateSupported",
     "IsDeviceSoftResetSupported",
     "IsExtGPIOPortAccessSupported",
@@ -154,8 +155,8 @@ constexpr PaddedText kGMPCapMaskBits[] = {
     "IsDualVSKeySupported",
 };
 
-constexpr PaddedText kPortInfoCapMaskBits[] = {
-    nullptr,
+constexpr std::string_view kPortInfoCapMaskBits[] = {
+    {},
     "IsSM",
     "IsNoticeSupported",
     "IsTrapSupported",
@@ -189,7 +190,7 @@ constexpr PaddedText kPortInfoCapMaskBits[] = {
     "IsHierarchyInfoSupported",
 };
 
-constexpr PaddedText kPortInfoCapMask2Bits[] = {
+constexpr std::string_view kPortInfoCapMask2Bits[] = {
     "IsSetNodeDescriptionSupported",
     "IsPortInfoExtendedSupported",
     "IsVirtualizationSupported",
@@ -203,21 +204,24 @@ constexpr PaddedText kPortInfoCapMask2Bits[] = {
     "IsLinkSpeedNDRSupported",
     "IsExtendedSpeeds2Supported",
     "IsLinkSpeedXDRSupported",
-    nullptr,
-    nullptr,
-    nullptr,
+    {},
+    {},
+    {},
 };
 
 // clang-format on
 
-template <std::size_t N>
-constexpr BitNames Names(const PaddedText (&names)[N]) {
-  return {names, N};
+template <std::size_t kCount>
+constexpr BitNames Names(const std::string_view (&names)[kCount]) {
+  for (const std::string_view name : names) {
+    if (name.size() > BitName::kMostBytes) throw "a name that is too long";  // does not compile
+  }
+  return {names, kCount};
 }
 
 std::vector<const char*> Strings(const BitNames& names) {
   std::vector<const char*> strings;
-  for (std::size_t bit = 0; bit < names.count; ++bit) strings.push_back(names.names[bit].c_str());
+  for (std::size_t bit = 0; bit < names.count; ++bit) strings.push_back(names.names[bit].data());
   return strings;
 }
 
@@ -228,7 +232,11 @@ constexpr BitNames kGMPCapMaskNames = Names(kGMPCapMaskBits);
 constexpr BitNames kPortInfoCapMaskNames = Names(kPortInfoCapMaskBits);
 constexpr BitNames kPortInfoCapMask2Names = Names(kPortInfoCapMask2Bits);
 
+}  // namespace fabscan::generator
+
 namespace SimInfoData {
+
+using namespace fabscan::generator;
 
 const std::vector<const char*> SMPCapMaskBits = Strings(kSMPCapMaskNames);
 const std::vector<const char*> GMPCapMaskBits = Strings(kGMPCapMaskNames);

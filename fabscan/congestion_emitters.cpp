@@ -1,8 +1,7 @@
-#include "attribute_block.h"
-#include "capability_bits.h"
+#include "body.h"
 #include "fabscan_sim_info_dump.h"
-#include "node_gates.h"
 
+namespace fabscan::generator {
 namespace {
 
 // clang-format off
@@ -25,56 +24,35 @@ constexpr Field<CC_CongestionSwitchGeneralSettings> kSwitchGeneralSettingsFields
 // clang-format on
 
 }  // namespace
+}  // namespace fabscan::generator
+
+using namespace fabscan::generator;
 
 // The quotes of the "Failed to get" lines stay open.
+// clang-format off
 
 void SimInfoDumpCPP::GenerateEnhancedCongestionInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  if (node.isSpecialNode()) {
-    WriteDiagnostic(writer, "// The node=", node.name,
-                    " is special and it should not support Enhanced Congestion Control");
-    return;
-  }
-  if (!m_fabscan.capability_module.IsSupportedSMPCapability(&node, kIsDCQCNSupported)) {
-    WriteDiagnostic(writer, "#error \"The node=", node.name,
-                    " does not support Enhanced Congestion Control\"");
-    return;
-  }
-  const CC_EnhancedCongestionInfo* record =
-      m_fabscan.fabric_extended_info.getCCEnhancedCongestionInfo(node.createIndex);
-  if (record == nullptr) {
-    WriteDiagnostic(
-        writer, "#error \"Failed to get CC_EnhancedCongestionInfo mad for the node=", node.name);
-    return;
-  }
-  WriteNodeBlock<kEnhancedCongestionInfo, kEnhancedCongestionInfoFields>(writer, *record);
+  Body(out, m_fabscan, node)
+      .Unless(IsNotSpecial,
+                        "// The node=$ is special and it should not support Enhanced Congestion Control")
+      .Unless(Supports<kIsDCQCNSupported>,
+                        "#error \"The node=$ does not support Enhanced Congestion Control\"")
+      .Block<kEnhancedCongestionInfo, kEnhancedCongestionInfoFields>(FABSCAN_STORED(getCCEnhancedCongestionInfo),
+                        "#error \"Failed to get CC_EnhancedCongestionInfo mad for the node=$");
 }
 
-void SimInfoDumpCPP::GenerateCongestionSwitchGeneralSettings(std::ostream& out,
-                                                             const IBNode& node) const {
-  SourceWriter writer(out);
-  if (DeclinesAsNotSwitch(writer, node)) return;
-  const CC_EnhancedCongestionInfo* info =
-      m_fabscan.fabric_extended_info.getCCEnhancedCongestionInfo(node.createIndex);
-  if (info == nullptr) {
-    WriteDiagnostic(writer,
-                    "#error \"Failed to get CC_EnhancedCongestionInfo mad for the node=", node.name,
-                    ". Cannot check supported version of Congestion Control attributes");
-    return;
-  }
-  // Version 1 alone does not count.
-  if (info->ver0 == 0) {
-    WriteDiagnostic(writer, "#error \"The node=", node.name,
-                    " does not support any version of Congestion Control attributes\"");
-    return;
-  }
-  const CC_CongestionSwitchGeneralSettings* record =
-      m_fabscan.fabric_extended_info.getCCSwitchGeneralSettings(node.createIndex);
-  if (record == nullptr) {
-    WriteDiagnostic(
-        writer,
-        "#error \"Failed to get CC_CongestionSwitchGeneralSettings mad for the node=", node.name);
-    return;
-  }
-  WriteNodeBlock<kSwitchGeneralSettings, kSwitchGeneralSettingsFields>(writer, *record);
+void SimInfoDumpCPP::GenerateCongestionSwitchGeneralSettings(std::ostream& out, const IBNode& node) const {
+  const CC_EnhancedCongestionInfo* info = nullptr;
+  const auto has_version_0 = [&info](Fabscan&, const IBNode&) { return info->ver0 != 0; };  // 1 does not count
+  Body(out, m_fabscan, node)
+      .Unless(IsSwitch, "// The node=$ is not a switch")
+      .Need(info, FABSCAN_STORED(getCCEnhancedCongestionInfo),
+                        "#error \"Failed to get CC_EnhancedCongestionInfo mad for the node=$. "
+                        "Cannot check supported version of Congestion Control attributes")
+      .Unless(has_version_0,
+                        "#error \"The node=$ does not support any version of Congestion Control attributes\"")
+      .Block<kSwitchGeneralSettings, kSwitchGeneralSettingsFields>(FABSCAN_STORED(getCCSwitchGeneralSettings),
+                        "#error \"Failed to get CC_CongestionSwitchGeneralSettings mad for the node=$");
 }
+
+// clang-format on

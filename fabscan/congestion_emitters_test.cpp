@@ -149,24 +149,6 @@ TEST(CongestionSwitchGeneralSettings, LeavesSettingsToTheSimulatedNode) {
     CC_CongestionSwitchGeneralSettings_pack(&mad_buffer, reinterpret_cast<u_int8_t*>(&m_node->congSWGeneralInfo));)");
 }
 
-TEST(CongestionSwitchGeneralSettings, AdapterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Adapter("H1");
-  fabric.Put<CC_EnhancedCongestionInfo>(node).ver0 = 1;
-  fabric.Put<CC_CongestionSwitchGeneralSettings>(node);
-  EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GenerateCongestionSwitchGeneralSettings, node),
-            R"(// The node=H1 is not a switch)");
-}
-
-TEST(CongestionSwitchGeneralSettings, RouterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Router("R1");
-  fabric.Put<CC_EnhancedCongestionInfo>(node).ver0 = 1;
-  fabric.Put<CC_CongestionSwitchGeneralSettings>(node);
-  EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GenerateCongestionSwitchGeneralSettings, node),
-            R"(// The node=R1 is not a switch)");
-}
-
 TEST(CongestionSwitchGeneralSettings, NeedsTheEnhancedCongestionInfo) {
   FabricBuilder fabric;
   IBNode& node = fabric.Switch("S1");

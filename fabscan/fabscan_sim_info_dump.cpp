@@ -6,14 +6,33 @@
 #include <fstream>
 #include <string_view>
 
-#include "gathering_buffer.h"
+#include "chunked_buffer.h"
 #include "generated_functions.h"
 #include "source_writer.h"
 
+namespace fabscan::generator {
 namespace {
 
-using fabscan::generator::GeneratedFunction;
-using fabscan::generator::kGeneratedFunctions;
+constexpr Template kNodeHeader(R"(
+
+// Node Type: $type$$special$, Node GUID: 0x$guid$, Ports: $ports$
+// Name: '$name$', Alt: '$alternative$
+)",
+                               {"type", "special", "guid", "ports", "name", "alternative"});
+
+constexpr Template kFunctionHead(R"(
+void $prefix$::$class$::$function$() {
+)",
+                                 {"prefix", "class", "function"});
+constexpr Template kNextFunction(R"(
+}
+
+void $prefix$::$class$::$function$() {
+)",
+                                 {"prefix", "class", "function"});
+constexpr Template kLastFunctionEnd(R"(
+}
+)");
 
 std::string LowerCased(std::string text) {
   for (char& c : text) c = static_cast<char>(std::tolower(static_cast<signed char>(c)));
@@ -41,18 +60,6 @@ void WriteHostLine(std::ostream& out) {
   SourceWriter(out).Text("// Host Name: ").Text(host).EndLine().EndLine();
 }
 
-void WriteNodeHeader(std::ostream& out, const IBNode& node) {
-  SourceWriter writer(out);
-  writer.EndLine().EndLine();
-  writer.Text("// Node Type: ").Text(TypeWord(node));
-  if (node.isSpecialNode()) writer.Text("(Special Node)");
-  writer.Text(", Node GUID: 0x").ZeroFilledHex(node.guid);
-  writer.Text(", Ports: ").Decimal(node.numPorts).EndLine();
-  // The quote is not closed after the alternative name.
-  writer.Text("// Name: '").Text(node.name);
-  writer.Text("', Alt: '").Text(node.getAlternativeName()).EndLine();
-}
-
 bool IsSelected(const IBNode* node, const std::set<uint64_t>& guids) {
   if (node == nullptr || !node->in_sub_fabric) return false;
   return guids.empty() || guids.count(node->guid) != 0;
@@ -60,20 +67,26 @@ bool IsSelected(const IBNode* node, const std::set<uint64_t>& guids) {
 
 void WriteNode(const SimInfoDumpCPP& dump, std::ostream& out, const std::string& prefix,
                const IBNode& node) {
-  WriteNodeHeader(out, node);
+  // The quote is not closed after the alternative name.
+  SourceWriter(out).EmitLines<kNodeHeader>(
+      0, TypeWord(node), node.isSpecialNode() ? "(Special Node)" : "", GuidValue{node.guid},
+      unsigned{node.numPorts}, node.name, node.getAlternativeName());
   const std::string node_class = dump.GetDumpedNodeType(node);
   for (const GeneratedFunction& function : kGeneratedFunctions) {
-    SourceWriter(out).AtOnce([&](auto& to) {
-      if (&function != kGeneratedFunctions) to.EndLine().Text("}").EndLine().EndLine();
-      to.Text("void ").Text(prefix).Text("::").Text(node_class).Text("::");
-      to.Text(function.name).Text("() {").EndLine();
-    });
+    if (&function == kGeneratedFunctions) {
+      SourceWriter(out).Emit<kFunctionHead>(0, prefix, node_class, function.name);
+    } else {
+      SourceWriter(out).EmitLines<kNextFunction>(0, prefix, node_class, function.name);
+    }
     (dump.*function.emitter)(out, node);
   }
-  SourceWriter(out).EndLine().Text("}").EndLine();
+  SourceWriter(out).EmitLines<kLastFunctionEnd>(0);
 }
 
 }  // namespace
+}  // namespace fabscan::generator
+
+using namespace fabscan::generator;
 
 int SimInfoDumpCPP::Generate(const std::string& prefix, const std::set<uint64_t>& guids) {
   const std::string name = LowerCased(prefix);
@@ -86,8 +99,8 @@ int SimInfoDumpCPP::Generate(const std::string& prefix, const std::set<uint64_t>
   PrintCopyright(file);
   IBFabric::WriteFileHeader(file, "//");
 
-  GatheringBuffer gathered(file);
-  std::ostream out(&gathered);
+  ChunkedBuffer chunks(file);
+  std::ostream out(&chunks);
   out.exceptions(file.exceptions());
   WriteHostLine(out);
   PrintIncludes(out, name);
@@ -97,7 +110,7 @@ int SimInfoDumpCPP::Generate(const std::string& prefix, const std::set<uint64_t>
     if (IsSelected(node, guids)) WriteNode(*this, out, prefix, *node);
   }
 
-  gathered.HandOver();
+  chunks.Flush();
   m_fabscan.CloseFile(file, "//");
   return 0;
 }

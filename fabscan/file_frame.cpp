@@ -28,6 +28,7 @@
       "any part of them. This notice stays with every copy and with every part of", "a copy."
 #endif
 
+namespace fabscan::generator {
 namespace {
 
 constexpr std::string_view kHolder = FABSCAN_LICENCE_HOLDER;
@@ -77,6 +78,9 @@ int CurrentYear() {
 }
 
 }  // namespace
+}  // namespace fabscan::generator
+
+using namespace fabscan::generator;
 
 void SimInfoDumpCPP::PrintCopyright(std::ostream& out) const {
   SourceWriter writer(out);

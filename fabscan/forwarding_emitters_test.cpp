@@ -114,24 +114,6 @@ TEST(PrivateLFTInfo, StopsTheBuildWithAnOpenQuoteWithoutARecord) {
             R"(#error "Failed to get PrivateLFTInfo mad for the node=S1)");
 }
 
-TEST(PrivateLFTInfo, AdapterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Adapter("H1");
-  fabric.Support(node, {0, 12});
-  fabric.Put<ib_private_lft_info>(node);
-  EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GeneratePrivateLFTInfo, node),
-            R"(// The node=H1 is not a switch)");
-}
-
-TEST(PrivateLFTInfo, RouterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Router("R1");
-  fabric.Support(node, {0, 12});
-  fabric.Put<ib_private_lft_info>(node);
-  EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GeneratePrivateLFTInfo, node),
-            R"(// The node=R1 is not a switch)");
-}
-
 TEST(ARInfo, AssignsTheTwentyThreeCapabilityFields) {
   FabricBuilder fabric;
   IBNode& node = fabric.Switch("S1");
@@ -232,24 +214,6 @@ TEST(ARInfo, StopsTheBuildWithAnOpenQuoteWithoutARecord) {
   fabric.Support(node, {2});
   EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GenerateARInfo, node),
             R"(#error "Failed to get VS ArInfo mad for the node=S1)");
-}
-
-TEST(ARInfo, AdapterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Adapter("H1");
-  fabric.Support(node, {2});
-  fabric.Put<adaptive_routing_info>(node);
-  EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GenerateARInfo, node),
-            R"(// The node=H1 is not a switch)");
-}
-
-TEST(ARInfo, RouterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Router("R1");
-  fabric.Support(node, {2});
-  fabric.Put<adaptive_routing_info>(node);
-  EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GenerateARInfo, node),
-            R"(// The node=R1 is not a switch)");
 }
 
 }  // namespace

@@ -1,8 +1,7 @@
-#include <string_view>
-
-#include "attribute_block.h"
+#include "body.h"
 #include "fabscan_sim_info_dump.h"
 
+namespace fabscan::generator {
 namespace {
 
 // clang-format off
@@ -56,44 +55,33 @@ constexpr Field<SWInfo_Block_Element> kSWInfoFields[] = {
 
 // clang-format on
 
-// The three differ in a blank.
-constexpr std::string_view kSpecialForFWAndHW =
-    " is special and it should not support VS General Info mad.";
-constexpr std::string_view kSpecialForSW =
-    " is special and it should not support VS GeneralInfo mad.";
-
-/// The node's GeneralInfo; null where a diagnostic was written in its place.
-const VendorSpec_GeneralInfo* GeneralInfoOrDiagnostic(SourceWriter& writer, Fabscan& fabscan,
-                                                      const IBNode& node,
-                                                      std::string_view special_text) {
-  if (node.isSpecialNode()) {
-    WriteDiagnostic(writer, "// The node=", node.name, special_text);
-    return nullptr;
-  }
-  const VendorSpec_GeneralInfo* record =
-      fabscan.fabric_extended_info.getVSGeneralInfo(node.createIndex);
-  if (record == nullptr) {
-    WriteDiagnostic(writer, "// Failed to get VS GeneralInfo mad for the node=", node.name);
-  }
-  return record;
-}
-
 }  // namespace
+}  // namespace fabscan::generator
+
+using namespace fabscan::generator;
+
+// The comments on special nodes differ in a blank.
+// clang-format off
 
 void SimInfoDumpCPP::GenerateFWInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  const auto* record = GeneralInfoOrDiagnostic(writer, m_fabscan, node, kSpecialForFWAndHW);
-  if (record != nullptr) WriteNodeBlock<kFWInfo, kFWInfoFields>(writer, record->FWInfo);
+  Body(out, m_fabscan, node)
+      .Unless(IsNotSpecial, "// The node=$ is special and it should not support VS General Info mad.")
+      .Block<kFWInfo, kFWInfoFields>(FABSCAN_STORED_PART(getVSGeneralInfo, FWInfo),
+                            "// Failed to get VS GeneralInfo mad for the node=$");
 }
 
 void SimInfoDumpCPP::GenerateHWInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  const auto* record = GeneralInfoOrDiagnostic(writer, m_fabscan, node, kSpecialForFWAndHW);
-  if (record != nullptr) WriteNodeBlock<kHWInfo, kHWInfoFields>(writer, record->HWInfo);
+  Body(out, m_fabscan, node)
+      .Unless(IsNotSpecial, "// The node=$ is special and it should not support VS General Info mad.")
+      .Block<kHWInfo, kHWInfoFields>(FABSCAN_STORED_PART(getVSGeneralInfo, HWInfo),
+                            "// Failed to get VS GeneralInfo mad for the node=$");
 }
 
 void SimInfoDumpCPP::GenerateSWInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  const auto* record = GeneralInfoOrDiagnostic(writer, m_fabscan, node, kSpecialForSW);
-  if (record != nullptr) WriteNodeBlock<kSWInfo, kSWInfoFields>(writer, record->SWInfo);
+  Body(out, m_fabscan, node)
+      .Unless(IsNotSpecial, "// The node=$ is special and it should not support VS GeneralInfo mad.")
+      .Block<kSWInfo, kSWInfoFields>(FABSCAN_STORED_PART(getVSGeneralInfo, SWInfo),
+                            "// Failed to get VS GeneralInfo mad for the node=$");
 }
+
+// clang-format on

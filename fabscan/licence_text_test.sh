@@ -61,7 +61,7 @@ int main() {
 }
 SOURCE
 compile -DFABSCAN_LICENCE_TEXT="\"$work/text.h\"" -c "$project/fabscan/file_frame.cpp" -o "$work/frame.o"
-compile "$work/main.cpp" "$work/frame.o" "$project"/fabscan/{source_writer,gathering_buffer}.cpp \
+compile "$work/main.cpp" "$work/frame.o" "$project"/fabscan/{source_writer,chunked_buffer}.cpp \
   -o "$work/print"
 "$work/print" >"$work/block"
 diff - "$work/block" <<BLOCK

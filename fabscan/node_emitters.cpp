@@ -1,8 +1,7 @@
-#include "attribute_block.h"
-#include "capability_bits.h"
+#include "body.h"
 #include "fabscan_sim_info_dump.h"
-#include "node_gates.h"
 
+namespace fabscan::generator {
 namespace {
 
 // What is dumped of each record, in the order of the generated text.
@@ -106,103 +105,71 @@ constexpr Field<adaptive_routing_info> kARInfoFields[] = {
 
 // clang-format on
 
+constexpr Template kResizePkeyTable(R"(
+
+m_node->resizePortPkeyTable(mad_buffer.PartitionCap);)");
+
 }  // namespace
+}  // namespace fabscan::generator
+
+using namespace fabscan::generator;
+
+// clang-format off
 
 void SimInfoDumpCPP::GenerateNodeInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  const SMP_NodeInfo* record = m_fabscan.fabric_extended_info.getSMPNodeInfo(node.createIndex);
-  if (record == nullptr) {
-    WriteDiagnostic(writer, "#error \"Failed to get NodeInfo mad for the node=", node.name, "\"");
-    return;
-  }
-  WriteNodeBlock<kNodeInfo, kNodeInfoFields>(writer, *record);
-  writer.EndLine();
-  writer.Line(kBodyIndent).Text("m_node->resizePortPkeyTable(mad_buffer.PartitionCap);");
+  Body(out, m_fabscan, node)
+      .Block<kNodeInfo, kNodeInfoFields>(FABSCAN_STORED(getSMPNodeInfo),
+                        "#error \"Failed to get NodeInfo mad for the node=$\"")
+      .Below<kResizePkeyTable>();
 }
 
 void SimInfoDumpCPP::GenerateSwitchInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  if (DeclinesAsNotSwitch(writer, node)) return;
-  const SMP_SwitchInfo* record = m_fabscan.fabric_extended_info.getSMPSwitchInfo(node.createIndex);
-  if (record == nullptr) {
-    WriteDiagnostic(writer, "// Failed to get SwitchInfo mad for the node=", node.name);
-    return;
-  }
-  WriteNodeBlock<kSwitchInfo, kSwitchInfoFields>(writer, *record);
+  Body(out, m_fabscan, node)
+      .Unless(IsSwitch, "// The node=$ is not a switch")
+      .Block<kSwitchInfo, kSwitchInfoFields>(FABSCAN_STORED(getSMPSwitchInfo),
+                        "// Failed to get SwitchInfo mad for the node=$");
 }
 
 void SimInfoDumpCPP::GenerateExtendedSwitchInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  if (DeclinesAsNotSwitch(writer, node)) return;
-  const SMP_ExtendedSwitchInfo* record =
-      m_fabscan.fabric_extended_info.getSMP_ExtendedSwitchInfo(node.createIndex);
-  if (record == nullptr) {
-    WriteDiagnostic(writer, "// Failed to get VS ExtendedSwitchInfo mad for the node=", node.name);
-    return;
-  }
-  WriteNodeBlock<kExtendedSwitchInfo, kExtendedSwitchInfoFields>(writer, *record);
+  Body(out, m_fabscan, node)
+      .Unless(IsSwitch, "// The node=$ is not a switch")
+      .Block<kExtendedSwitchInfo, kExtendedSwitchInfoFields>(FABSCAN_STORED(getSMP_ExtendedSwitchInfo),
+                        "// Failed to get VS ExtendedSwitchInfo mad for the node=$");
 }
 
 void SimInfoDumpCPP::GenerateRouterInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  if (node.type != IB_RTR_NODE) {
-    WriteDiagnostic(writer, "// The node=", node.name, " is not a router");
-    return;
-  }
-  const SMP_RouterInfo* record = m_fabscan.fabric_extended_info.getSMPRouterInfo(node.createIndex);
-  if (record == nullptr) {
-    WriteDiagnostic(writer, "// Failed to get RouterInfo mad for the node=", node.name);
-    return;
-  }
-  WriteNodeBlock<kRouterInfo, kRouterInfoFields>(writer, *record);
+  Body(out, m_fabscan, node)
+      .Unless(IsRouter, "// The node=$ is not a router")
+      .Block<kRouterInfo, kRouterInfoFields>(FABSCAN_STORED(getSMPRouterInfo),
+                        "// Failed to get RouterInfo mad for the node=$");
 }
 
 void SimInfoDumpCPP::GenerateExtendedNodeInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  if (!m_fabscan.capability_module.IsSupportedSMPCapability(&node, kIsExtendedNodeInfoSupported)) {
-    WriteDiagnostic(writer, "// The ExtendedNodeInfo mad is not supported on the node=", node.name);
-    return;
-  }
-  const ib_extended_node_info* record =
-      m_fabscan.fabric_extended_info.getSMPExtNodeInfo(node.createIndex);
-  if (record == nullptr) {
-    WriteDiagnostic(writer, "// Failed to get VS ExtendedNodeInfo mad for the node=", node.name);
-    return;
-  }
-  WriteNodeBlock<kExtendedNodeInfo, kExtendedNodeInfoFields>(writer, *record);
+  Body(out, m_fabscan, node)
+      .Unless(Supports<kIsExtendedNodeInfoSupported>,
+                        "// The ExtendedNodeInfo mad is not supported on the node=$")
+      .Block<kExtendedNodeInfo, kExtendedNodeInfoFields>(FABSCAN_STORED(getSMPExtNodeInfo),
+                        "// Failed to get VS ExtendedNodeInfo mad for the node=$");
 }
 
+// The quotes of the "Failed to get" lines below stay open.
+
 void SimInfoDumpCPP::GeneratePrivateLFTInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  if (DeclinesAsNotSwitch(writer, node)) return;
-  auto& capabilities = m_fabscan.capability_module;
-  if (!capabilities.IsSupportedSMPCapability(&node, kIsPrivateLinearForwardingSupported) ||
-      !capabilities.IsSupportedSMPCapability(&node, kIsPortSLToPrivateLFTMapSupported)) {
-    WriteDiagnostic(writer, "#error \"The node=", node.name, " does not support Private LFT\"");
-    return;
-  }
-  const ib_private_lft_info* record = m_fabscan.fabric_extended_info.getPLFTInfo(node.createIndex);
-  if (record == nullptr) {
-    // The quote stays open, unlike the one above.
-    WriteDiagnostic(writer, "#error \"Failed to get PrivateLFTInfo mad for the node=", node.name);
-    return;
-  }
-  WriteNodeBlock<kPrivateLFTInfo, kPrivateLFTInfoFields>(writer, *record);
+  Body(out, m_fabscan, node)
+      .Unless(IsSwitch, "// The node=$ is not a switch")
+      .Unless(Supports<kIsPrivateLinearForwardingSupported, kIsPortSLToPrivateLFTMapSupported>,
+                        "#error \"The node=$ does not support Private LFT\"")
+      .Block<kPrivateLFTInfo, kPrivateLFTInfoFields>(FABSCAN_STORED(getPLFTInfo),
+                        "#error \"Failed to get PrivateLFTInfo mad for the node=$");
 }
 
 void SimInfoDumpCPP::GenerateARInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  if (DeclinesAsNotSwitch(writer, node)) return;
-  if (!m_fabscan.capability_module.IsSupportedSMPCapability(&node,
-                                                            kIsAdaptiveRoutingRev1Supported)) {
-    WriteDiagnostic(writer, "#error \"The node=", node.name, " does not support AR\"");
-    return;
-  }
-  const adaptive_routing_info* record = m_fabscan.fabric_extended_info.getARInfo(node.createIndex);
-  if (record == nullptr) {
-    // The quote stays open, unlike the one above.
-    WriteDiagnostic(writer, "#error \"Failed to get VS ArInfo mad for the node=", node.name);
-    return;
-  }
-  WriteNodeBlock<kARInfo, kARInfoFields>(writer, *record);
+  Body(out, m_fabscan, node)
+      .Unless(IsSwitch, "// The node=$ is not a switch")
+      .Unless(Supports<kIsAdaptiveRoutingRev1Supported>,
+                        "#error \"The node=$ does not support AR\"")
+      .Block<kARInfo, kARInfoFields>(FABSCAN_STORED(getARInfo),
+                        "#error \"Failed to get VS ArInfo mad for the node=$");
 }
+
+// clang-format on

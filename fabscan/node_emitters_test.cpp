@@ -114,30 +114,6 @@ TEST(SwitchInfo, IsPassedOverWithoutARecord) {
             R"(// Failed to get SwitchInfo mad for the node=S1)");
 }
 
-TEST(SwitchInfo, AdapterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Adapter("H1");
-  fabric.Put<SMP_SwitchInfo>(node);
-  EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GenerateSwitchInfo, node),
-            R"(// The node=H1 is not a switch)");
-}
-
-TEST(SwitchInfo, RouterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Router("R1");
-  fabric.Put<SMP_SwitchInfo>(node);
-  EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GenerateSwitchInfo, node),
-            R"(// The node=R1 is not a switch)");
-}
-
-TEST(SwitchInfo, NodeOfUnknownTypeIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Node("U1", IB_UNKNOWN_NODE_TYPE);
-  fabric.Put<SMP_SwitchInfo>(node);
-  EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GenerateSwitchInfo, node),
-            R"(// The node=U1 is not a switch)");
-}
-
 TEST(ExtendedSwitchInfo, AssignsWhatTheSwitchCanDo) {
   FabricBuilder fabric;
   IBNode& node = fabric.Switch("S1");
@@ -157,30 +133,6 @@ TEST(ExtendedSwitchInfo, IsPassedOverWithoutARecord) {
   IBNode& node = fabric.Switch("S1");
   EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GenerateExtendedSwitchInfo, node),
             R"(// Failed to get VS ExtendedSwitchInfo mad for the node=S1)");
-}
-
-TEST(ExtendedSwitchInfo, AdapterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Adapter("H1");
-  fabric.Put<SMP_ExtendedSwitchInfo>(node);
-  EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GenerateExtendedSwitchInfo, node),
-            R"(// The node=H1 is not a switch)");
-}
-
-TEST(ExtendedSwitchInfo, RouterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Router("R1");
-  fabric.Put<SMP_ExtendedSwitchInfo>(node);
-  EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GenerateExtendedSwitchInfo, node),
-            R"(// The node=R1 is not a switch)");
-}
-
-TEST(ExtendedSwitchInfo, NodeOfUnknownTypeIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Node("U1", IB_UNKNOWN_NODE_TYPE);
-  fabric.Put<SMP_ExtendedSwitchInfo>(node);
-  EXPECT_EQ(fabric.Body(&SimInfoDumpCPP::GenerateExtendedSwitchInfo, node),
-            R"(// The node=U1 is not a switch)");
 }
 
 TEST(RouterInfo, AssignsWhatTheRouterCanDo) {

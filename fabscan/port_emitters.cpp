@@ -1,18 +1,16 @@
-#include <string_view>
-
-#include "attribute_block.h"
-#include "capability_bits.h"
+#include "body.h"
 #include "fabscan_sim_info_dump.h"
 #include "port_walk.h"
 
+namespace fabscan::generator {
 namespace {
 
 // What is dumped of each record, in the order of the generated text.
 // clang-format off
 
-constexpr Target kPortInfoExtended = {"SMP_PortInfoExtended", "&m_node->nodePortsInfoExt[i]"};
-constexpr std::string_view kPortInfoExtendedLoop =
-    "for (size_t i = 0; i < m_node->nodePortsInfoExt.size(); i++) {";
+constexpr Target kPortInfoExtended = {
+    "SMP_PortInfoExtended", "&m_node->nodePortsInfoExt[i]",
+    "for (size_t i = 0; i < m_node->nodePortsInfoExt.size(); i++) {"};
 constexpr Field<SMP_PortInfoExtended> kPortInfoExtendedFields[] = {
     FABSCAN_FIELD(SMP_PortInfoExtended, CapMsk),
     FABSCAN_FIELD(SMP_PortInfoExtended, FECModeActive),
@@ -22,9 +20,9 @@ constexpr Field<SMP_PortInfoExtended> kPortInfoExtendedFields[] = {
     FABSCAN_FIELD(SMP_PortInfoExtended, NDRFECModeSupported),
 };
 
-constexpr Target kExtendedPortInfo = {"SMP_TarnExtPortInfo", "&m_node->nodeExtPortsInfo[i]"};
-constexpr std::string_view kExtendedPortInfoLoop =
-    "for (size_t i = 0; i < m_node->nodeExtPortsInfo.size(); i++) {";
+constexpr Target kExtendedPortInfo = {
+    "SMP_TarnExtPortInfo", "&m_node->nodeExtPortsInfo[i]",
+    "for (size_t i = 0; i < m_node->nodeExtPortsInfo.size(); i++) {"};
 constexpr Field<SMP_TarnExtPortInfo> kExtendedPortInfoFields[] = {
     FABSCAN_FIELD(SMP_TarnExtPortInfo, LinkSpeedSupported),
     FABSCAN_FIELD(SMP_TarnExtPortInfo, CapabilityMask),
@@ -53,20 +51,20 @@ template <class Marked>
 void WriteExtendedPortInfo(SourceWriter& writer, const SMP_TarnExtPortInfo* regular,
                            const Marked& special) {
   if (regular == nullptr) {
-    WriteDiagnostic(writer, "// Failed to dump ExtendedPortInfo MAD. Null pointer is provided.");
+    writer.Text("// Failed to dump ExtendedPortInfo MAD. Null pointer is provided.");
     return;
   }
-  const auto write_branch = [&](unsigned, const SMP_TarnExtPortInfo* record) {
-    writer.AtOnce([record](auto& to) {
-      WriteStatements<kExtendedPortInfoFields>(to, kBranchIndent, *record);
-    });
+  const auto branch = [](unsigned, const SMP_TarnExtPortInfo* record) {
+    return Statements<kExtendedPortInfoFields>(*record);
   };
-  WritePortLoop<kExtendedPortInfo>(writer, kExtendedPortInfoLoop, [&] {
-    WritePortSwitch(writer, kLoopIndent, special, write_branch, [&] { write_branch(0, regular); });
-  });
+  WritePortLoop<kExtendedPortInfo>(
+      writer, PortSwitch(special, branch, Statements<kExtendedPortInfoFields>(*regular)));
 }
 
 }  // namespace
+}  // namespace fabscan::generator
+
+using namespace fabscan::generator;
 
 void SimInfoDumpCPP::GeneratePortInfoExtended(std::ostream& out, const IBNode& node) const {
   const SMP_PortInfoExtended* info = nullptr;
@@ -81,25 +79,22 @@ void SimInfoDumpCPP::GeneratePortInfoExtended(std::ostream& out,
                                               const SMP_PortInfoExtended* info) const {
   SourceWriter writer(out);
   if (info == nullptr) {
-    WriteDiagnostic(writer, "// Failed to dump PortInfoExtended MAD. Null pointer is provided.");
+    writer.Text("// Failed to dump PortInfoExtended MAD. Null pointer is provided.");
     return;
   }
-  WritePortLoop<kPortInfoExtended>(writer, kPortInfoExtendedLoop, [&] {
-    writer.AtOnce(
-        [info](auto& to) { WriteStatements<kPortInfoExtendedFields>(to, kLoopIndent, *info); });
-  });
+  WritePortLoop<kPortInfoExtended>(writer, Statements<kPortInfoExtendedFields>(*info));
 }
 
 void SimInfoDumpCPP::GenerateExtendedPortInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  if (!m_fabscan.capability_module.IsSupportedSMPCapability(&node, kIsExtendedPortInfoSupported)) {
-    WriteDiagnostic(writer, "// The ExtendedPortInfo mad is not supported on the node=", node.name);
+  Body body(out, m_fabscan, node);
+  if (body.Unless(Supports<kIsExtendedPortInfoSupported>,
+                  "// The ExtendedPortInfo mad is not supported on the node=$")) {
     return;
   }
   const auto groups = GroupPorts<const SMP_TarnExtPortInfo*>(node, [&](const IBPort& port) {
     return m_fabscan.fabric_extended_info.getSMPTarnExtPortInfo(port.createIndex);
   });
-  WriteExtendedPortInfo(writer, groups.regular, groups.marked);
+  WriteExtendedPortInfo(body.writer(), groups.regular, groups.marked);
 }
 
 void SimInfoDumpCPP::GenerateExtendedPortInfo(
@@ -112,7 +107,5 @@ void SimInfoDumpCPP::GenerateExtendedPortInfo(
 void SimInfoDumpCPP::GenerateExtendedPortInfo(std::ostream& out, int indent,
                                               const SMP_TarnExtPortInfo* info) const {
   SourceWriter writer(out);
-  if (info == nullptr) return;
-  writer.AtOnce(
-      [indent, info](auto& to) { WriteStatements<kExtendedPortInfoFields>(to, indent, *info); });
+  if (info != nullptr) writer.Append(Statements<kExtendedPortInfoFields>(*info), indent);
 }

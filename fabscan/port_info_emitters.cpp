@@ -1,19 +1,16 @@
 #include <cstddef>
 #include <string_view>
 
-#include "attribute_block.h"
+#include "body.h"
 #include "capability_names.h"
 #include "fabscan_sim_info_dump.h"
 #include "port_walk.h"
 
+namespace fabscan::generator {
 namespace {
 
-constexpr Target kPortInfo = {"SMP_PortInfo", "&m_node->nodePortsInfo[i]"};
-constexpr std::string_view kPortInfoLoop =
-    "for (size_t i = 0; i < m_node->nodePortsInfo.size(); i++) {";
-
-/// Of the names of capability bits, so that the values stand in a column.
-constexpr std::size_t kNameWidth = 46;
+constexpr Target kPortInfo = {"SMP_PortInfo", "&m_node->nodePortsInfo[i]",
+                              "for (size_t i = 0; i < m_node->nodePortsInfo.size(); i++) {"};
 
 /// The port's mask without IsSM: a simulated port never claims to be a subnet manager.
 u_int32_t CapMskWithoutSM(const SMP_PortInfo& info) {
@@ -36,71 +33,106 @@ constexpr Field<SMP_PortInfo> kSpeedsAndMTU[] = {
 
 // clang-format on
 
-void WriteCapabilityNames(SourceWriter& writer, int indent, u_int32_t mask, bool is_cap_mask2) {
-  const BitNames& names = is_cap_mask2 ? kPortInfoCapMask2Names : kPortInfoCapMaskNames;
-  writer.Line(indent).Text("// ---------- CapMask").Text(is_cap_mask2 ? "2" : "");
-  for (std::size_t bit = 0; bit < names.count; ++bit) {
-    const PaddedText& name = names.names[bit];
-    if (name.c_str() == nullptr || ((mask >> (bit % 32)) & 1U) == 0) continue;
-    writer.AtOnce([indent, &name](auto& to) {
-      to.Line(indent).Text("// ").Padded(name, kNameWidth).Text(" = 1");
-    });
-  }
+constexpr Template kMasks(R"(
+$capMsk$
+$capMsk2$
+)",
+                          {"capMsk", "capMsk2"});
+constexpr Template kNamedMasks(R"(
+$names$
+$capMsk$
+
+$names2$
+$capMsk2$
+)",
+                               {"names", "capMsk", "names2", "capMsk2"});
+constexpr Template kLinkWidth(R"(
+$linkWidth$
+)",
+                              {"linkWidth"});
+
+constexpr Template kNamesTitle(R"(
+// ---------- CapMask$2$)",
+                               {"2"});
+constexpr Template kName(R"(
+// $name$$blanks$ = 1)",
+                         {"name", "blanks"});
+
+constexpr Template kSwitchPorts(R"(
+if (!i) {
+    $port0$
+$special$
+} else {
+    $regular$
+})",
+                                {"port0", "special", "regular"});
+constexpr Template kSpecialPort(R"(
+} else if (i == $port$) {
+    $values$)",
+                                {"port", "values"});
+
+/// Comment lines that name the set bits of a mask, with the values in a column.
+auto CapabilityNames(u_int32_t mask, bool is_cap_mask2) {
+  return [=](SourceWriter& writer, int indent) {
+    // As wide as the column.
+    constexpr std::string_view kBlanks = "                                              ";
+    const BitNames& names = is_cap_mask2 ? kPortInfoCapMask2Names : kPortInfoCapMaskNames;
+    writer.EmitLines<kNamesTitle>(indent, is_cap_mask2 ? "2" : "");
+    for (std::size_t bit = 0; bit < names.count; ++bit) {
+      const std::string_view name = names.names[bit];
+      if (name.empty() || ((mask >> (bit % 32)) & 1U) == 0) continue;
+      writer.EmitLines<kName>(indent, BitName{name}, BitName{kBlanks.substr(name.size())});
+    }
+  };
 }
 
 /// The values of one branch. An empty line follows each mask and the link width.
-void WriteValues(SourceWriter& writer, const SMP_PortInfo& info, int indent, bool with_cap_names,
-                 bool with_link_width) {
-  if (with_cap_names) WriteCapabilityNames(writer, indent, CapMskWithoutSM(info), false);
-  writer.AtOnce([indent, &info](auto& to) { WriteStatements<kCapMsk>(to, indent, info); });
-  if (with_cap_names) {
-    writer.EndLine();
-    WriteCapabilityNames(writer, indent, info.CapMsk2, true);
-  }
-  writer.AtOnce([indent, with_link_width, &info](auto& to) {
-    WriteStatements<kCapMsk2>(to, indent, info);
-    to.EndLine();
-    if (with_link_width) {
-      WriteStatements<kLinkWidthSup>(to, indent, info);
-      to.EndLine();
+auto PortValues(const SMP_PortInfo& info, bool with_cap_names, bool with_link_width) {
+  return [&info, with_cap_names, with_link_width](SourceWriter& writer, int indent) {
+    const auto cap_msk = Statements<kCapMsk>(info);
+    const auto cap_msk2 = Statements<kCapMsk2>(info);
+    if (with_cap_names) {
+      writer.EmitLines<kNamedMasks>(indent, CapabilityNames(CapMskWithoutSM(info), false), cap_msk,
+                                    CapabilityNames(info.CapMsk2, true), cap_msk2);
+    } else {
+      writer.EmitLines<kMasks>(indent, cap_msk, cap_msk2);
     }
-    WriteStatements<kSpeedsAndMTU>(to, indent, info);
-  });
+    if (with_link_width) writer.EmitLines<kLinkWidth>(indent, Statements<kLinkWidthSup>(info));
+    writer.Append(Statements<kSpeedsAndMTU>(info), indent);
+  };
 }
 
 template <class Marked>
 void WriteSwitchLoop(SourceWriter& writer, const IBNode& node, const SMP_PortInfo* port0,
                      const SMP_PortInfo* regular, const Marked& special) {
   if (port0 == nullptr || regular == nullptr) {
-    WriteDiagnostic(
-        writer,
+    writer.Text(
         "#error \"Failed to dump PortInfo MAD. Zero and a regular ports must be provided.\"");
     return;
   }
-  WritePortLoop<kPortInfo>(writer, kPortInfoLoop, [&] {
-    writer.Line(kLoopIndent).Text("if (!i) {");
-    WriteValues(writer, *port0, kBranchIndent, true, true);
+  const auto special_ports = [&special](SourceWriter& to, int indent) {
     for (const auto& [number, info] : special) {
       if (info == nullptr) continue;
-      writer.Line(kLoopIndent).Text("} else if (i == ").Decimal(number).Text(") {");
-      WriteValues(writer, *info, kBranchIndent, false, true);
+      to.EmitLines<kSpecialPort>(indent, unsigned{number}, PortValues(*info, false, true));
     }
-    writer.Line(kLoopIndent).Text("} else {");
-    WriteValues(writer, *regular, kBranchIndent, false, !node.isOpalSwitch());
-    writer.Line(kLoopIndent).Text("}");
-  });
+  };
+  WritePortLoop<kPortInfo>(writer,
+                           Filled<kSwitchPorts>(PortValues(*port0, true, true), special_ports,
+                                                PortValues(*regular, false, !node.isOpalSwitch())));
 }
 
 void WriteAdapterLoop(SourceWriter& writer, const SMP_PortInfo* regular) {
   if (regular == nullptr) {
-    WriteDiagnostic(writer, "#error \"Failed to dump PortInfo MAD. Null pointer is provided.\"");
+    writer.Text("#error \"Failed to dump PortInfo MAD. Null pointer is provided.\"");
     return;
   }
-  WritePortLoop<kPortInfo>(writer, kPortInfoLoop,
-                           [&] { WriteValues(writer, *regular, kLoopIndent, true, true); });
+  WritePortLoop<kPortInfo>(writer, PortValues(*regular, true, true));
 }
 
 }  // namespace
+}  // namespace fabscan::generator
+
+using namespace fabscan::generator;
 
 void SimInfoDumpCPP::GeneratePortInfo(std::ostream& out, const IBNode& node) const {
   SourceWriter writer(out);
@@ -131,7 +163,7 @@ void SimInfoDumpCPP::GeneratePortInfoSW(
 void SimInfoDumpCPP::GeneratePortInfoSW(std::ostream& out, const SMP_PortInfo* info, int indent,
                                         bool withCapNames, bool withLinkWidthSup) const {
   SourceWriter writer(out);
-  if (info != nullptr) WriteValues(writer, *info, indent, withCapNames, withLinkWidthSup);
+  if (info != nullptr) PortValues(*info, withCapNames, withLinkWidthSup)(writer, indent);
 }
 
 void SimInfoDumpCPP::GeneratePortInfoCA(std::ostream& out, const SMP_PortInfo* regular) const {
@@ -142,5 +174,5 @@ void SimInfoDumpCPP::GeneratePortInfoCA(std::ostream& out, const SMP_PortInfo* r
 void SimInfoDumpCPP::PrintCapabilityMask(int indent, std::ostream& out, u_int32_t mask,
                                          bool isCapMask2) const {
   SourceWriter writer(out);
-  WriteCapabilityNames(writer, indent, mask, isCapMask2);
+  CapabilityNames(mask, isCapMask2)(writer, indent);
 }

@@ -3,12 +3,14 @@
 
 #include <infiniband/fabscan/fabscan.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <type_traits>
-#include <utility>
 
 #include "attribute_block.h"
+
+namespace fabscan::generator {
 
 /// The port walk and the grouping rule that the port emitters share: FNM, FNM1 and special ports
 /// are told apart; every other port takes the values of the lowest-numbered regular port that has
@@ -51,62 +53,43 @@ class ActivePorts {
   const IBNode& node_;
 };
 
-/// An ordered map from small numbers, without heap: what a map of records is to a caller of the
-/// generator, inside it.
-template <class Number, class Value, std::size_t Size>
-class NumberedMap {
+/// An ordered map from small numbers, without heap: what a std::map of records is to a caller of
+/// the generator, inside it. `kCapacity`: the most numbers.
+template <class Number, class Value, std::size_t kCapacity>
+class SmallMap {
  public:
-  void Set(std::size_t number, const Value& value) {
-    slots_[number].value = value;
-    present_[number / kWordBits] |= u_int64_t{1} << (number % kWordBits);
-  }
-  bool empty() const { return NextFrom(0) == Size; }
-
-  class Iterator {
-   public:
-    Iterator(const NumberedMap& map, std::size_t number) : map_(map), number_(number) {}
-    std::pair<Number, const Value&> operator*() const {
-      return {static_cast<Number>(number_), map_.slots_[number_].value};
-    }
-    Iterator& operator++() {
-      number_ = map_.NextFrom(number_ + 1);
-      return *this;
-    }
-    bool operator!=(const Iterator& other) const { return number_ != other.number_; }
-
-   private:
-    const NumberedMap& map_;
-    std::size_t number_;
-  };
-
-  Iterator begin() const { return {*this, NextFrom(0)}; }
-  Iterator end() const { return {*this, Size}; }
-
- private:
-  static constexpr std::size_t kWordBits = 64;
-
-  // Nothing is made in a slot before it is set: a map of 256 maps would be a long way to go.
-  union Slot {
-    Slot() {}
+  struct Entry {
+    Number number;
     Value value;
   };
-  static_assert(std::is_trivially_copyable_v<Value>);
 
-  /// The first number there is from this one on; `Size` where there is none.
-  std::size_t NextFrom(std::size_t number) const {
-    std::size_t word = number / kWordBits;
-    if (word >= kWords) return Size;
-    u_int64_t bits = present_[word] >> (number % kWordBits) << (number % kWordBits);
-    while (bits == 0) {
-      if (++word == kWords) return Size;
-      bits = present_[word];
-    }
-    return word * kWordBits + static_cast<std::size_t>(__builtin_ctzll(bits));
+  SmallMap() = default;
+  SmallMap(const SmallMap& other) : size_(other.size_) {
+    std::copy(other.begin(), other.end(), entries_.begin());
   }
+  SmallMap& operator=(const SmallMap& other) {
+    size_ = other.size_;
+    std::copy(other.begin(), other.end(), entries_.begin());
+    return *this;
+  }
+  ~SmallMap() = default;
 
-  static constexpr std::size_t kWords = (Size + kWordBits - 1) / kWordBits;
-  u_int64_t present_[kWords] = {};
-  std::array<Slot, Size> slots_;
+  void Set(Number number, const Value& value) {
+    Entry* at = entries_.data() + size_;
+    while (at != begin() && number <= at[-1].number) --at;
+    if (at == end() || at->number != number) {
+      std::copy_backward(at, entries_.data() + size_, entries_.data() + size_ + 1);
+      ++size_;
+    }
+    *at = {number, value};
+  }
+  bool empty() const { return size_ == 0; }
+  const Entry* begin() const { return entries_.data(); }
+  const Entry* end() const { return entries_.data() + size_; }
+
+ private:
+  std::size_t size_ = 0;
+  std::array<Entry, kCapacity> entries_;  // the first `size_` of them are set
 };
 
 template <class Record>
@@ -118,26 +101,13 @@ bool IsEmpty(const Map& map) {
   return map.empty();
 }
 
-/// Has the record on its way from memory by the time that it is written.
-template <class Record>
-void FetchAhead(const Record* record) {
-  constexpr std::size_t kCacheLine = 64;
-  for (std::size_t at = 0; at < sizeof(Record); at += kCacheLine) {
-    __builtin_prefetch(reinterpret_cast<const char*>(record) + at);
-  }
-}
-template <class Map>
-void FetchAhead(const Map& map) {
-  for (const auto& entry : map) FetchAhead(entry.second);
-}
-
 /// The ports of one node that have a value, as they are told apart. A value is a record, or a map
 /// of records.
 template <class Value>
 struct PortGroups {
   u_int8_t regular_port = 0;
   Value regular{};
-  NumberedMap<u_int8_t, Value, 256> marked;
+  SmallMap<u_int8_t, Value, 256> marked;
 };
 
 /// `value_of(port)` gives a port's value; a port whose value is empty is left out.
@@ -149,35 +119,43 @@ PortGroups<Value> GroupPorts(const IBNode& node, ValueOf value_of) {
     if (IsEmpty(value)) continue;
     if (port.isFNMPort() || port.isFNM1Port() || port.isSpecialPort()) {
       groups.marked.Set(port.num, value);
-      FetchAhead(value);
     } else if (IsEmpty(groups.regular)) {
       groups.regular_port = port.num;
       groups.regular = value;
-      FetchAhead(value);
     }
   }
   return groups;
 }
 
-/// The dispatch on the port index. `write_branch(number, value)` writes what a marked port has;
-/// `write_default()` what all others have. Both end the line before each of their own.
-template <class Marked, class WriteBranch, class WriteDefault>
-void WritePortSwitch(SourceWriter& writer, int case_indent, const Marked& marked,
-                     WriteBranch write_branch, WriteDefault write_default) {
-  writer.AtOnce([](auto& to) { to.Line(kLoopIndent).Text("switch (i) {"); });
-  for (const auto& [number, value] : marked) {
-    if constexpr (std::is_pointer_v<std::decay_t<decltype(value)>>) {
-      if (value == nullptr) continue;
+inline constexpr Template kPortSwitch(R"(
+switch (i) {
+$cases$
+default:
+    $default$
+})",
+                                      {"cases", "default"});
+
+inline constexpr Template kPortCase(R"(
+case $port$:
+    $values$
+    break;)",
+                                    {"port", "values"});
+
+/// A switch on the port index, with `kCase` for each marked port that has a value.
+/// `branch(number, value)` gives the lines of one; `default_branch` are those of all other ports.
+template <const Template& kCase = kPortCase, class Marked, class Branch, class Default>
+auto PortSwitch(const Marked& marked, const Branch& branch, const Default& default_branch) {
+  const auto cases = [&marked, &branch](SourceWriter& writer, int indent) {
+    for (const auto& [number, value] : marked) {
+      if constexpr (std::is_pointer_v<std::decay_t<decltype(value)>>) {
+        if (value == nullptr) continue;
+      }
+      writer.EmitLines<kCase>(indent, unsigned{number}, branch(number, value));
     }
-    writer.AtOnce([case_indent, port = unsigned{number}](auto& to) {
-      to.Line(case_indent).Text("case ").Decimal(port).Text(":");
-    });
-    write_branch(number, value);
-    writer.AtOnce([](auto& to) { to.Line(kBranchIndent).Text("break;"); });
-  }
-  writer.AtOnce([](auto& to) { to.Line(kLoopIndent).Text("default:"); });
-  write_default();
-  writer.AtOnce([](auto& to) { to.Line(kLoopIndent).Text("}"); });
+  };
+  return Filled<kPortSwitch>(cases, default_branch);
 }
+
+}  // namespace fabscan::generator
 
 #endif

@@ -266,22 +266,6 @@ TEST(PushReductionCounters, StopTheBuildWithoutANormalOrASpecialPort) {
   EXPECT_EQ(fabric.Body(kGeneratePushCounters, node), kNoDefault);
 }
 
-TEST(PushReductionCounters, AdapterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Adapter("H1");
-  fabric.Support(node, {55});
-  fabric.Put<IB_ClassPortInfo>(node);
-  EXPECT_EQ(fabric.Body(kGeneratePushCounters, node), "// The node=H1 is not a switch");
-}
-
-TEST(PushReductionCounters, RouterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Router("R1");
-  fabric.Support(node, {55});
-  fabric.Put<IB_ClassPortInfo>(node);
-  EXPECT_EQ(fabric.Body(kGeneratePushCounters, node), "// The node=R1 is not a switch");
-}
-
 TEST(PushReductionCounters, SwitchWithoutReductionManagementIsNothingUnusual) {
   FabricBuilder fabric;
   IBNode& node = fabric.Switch("S1", 1);

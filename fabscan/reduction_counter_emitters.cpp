@@ -1,8 +1,8 @@
-#include "attribute_block.h"
 #include "fabscan_sim_info_dump.h"
 #include "port_walk.h"
-#include "reduction_gates.h"
+#include "reduction_body.h"
 
+namespace fabscan::generator {
 namespace {
 
 constexpr unsigned kCounterSets = 8;
@@ -10,8 +10,6 @@ constexpr unsigned kCounterSets = 8;
 // The monitor configuration without which a port has no counters to dump, by its selector.
 constexpr u_int8_t kReductionMonitors = 0;
 constexpr u_int8_t kPushReductionMonitors = 1;
-
-constexpr std::string_view kSpecialPortMissing = ". Special port data is not provided.\"";
 
 // ---------- Reduction counters ----------
 
@@ -44,41 +42,52 @@ constexpr Field<WrenReductionCounters> kCounterFields[] = {
 
 // clang-format on
 
-constexpr Target kCounters = {"WrenReductionCounters", "&ctr"};
+/// Fetches a copy of the simulator's counter set, overwrites its counters, and stores it. The
+/// buffer has a shorter type name than the record; simulators declare it so.
+constexpr Template kCounterSet(R"(
+{
+WrenReductCounters mad_buffer = {0};
+const ib_wren_reduction_counters_t *p_ctr = m_node->getWrenReductionCounters($port$, $index$, lean_pipe);
+if (p_ctr) {
+    ib_wren_reduction_counters_t ctr = *p_ctr;
+    WrenReductionCounters_unpack(&mad_buffer, reinterpret_cast<u_int8_t*>(&ctr));
+
+    $counters$
+
+    WrenReductionCounters_pack(&mad_buffer, reinterpret_cast<u_int8_t*>(&ctr));
+
+    m_node->setWrenReductionCounters($port$, $index$, lean_pipe, &ctr);
+}
+})",
+                               {"port", "index", "counters"});
+
+/// The loop stops before the last port; simulators rely on that. The body begins with an empty
+/// line.
+constexpr Template kCounterLoop(R"(
+const u_int8_t lean_pipe = 0x0F;
+for (phys_port_t i = 1; i < m_node->numPorts; i++) {
+    $switch$
+})",
+                                {"switch"});
+
+/// Deeper than elsewhere.
+constexpr Template kCounterCase(R"(
+    case $port$:
+    $counters$
+    break;)",
+                                {"port", "counters"});
 
 /// The counter sets of one port, by index.
-using CounterSets = NumberedMap<u_int32_t, const WrenReductionCounters*, kCounterSets>;
-
-/// Fetches a copy of the simulator's counter set, overwrites its counters, and stores it.
-void WriteCounterSet(SourceWriter& writer, int indent, unsigned port, unsigned index,
-                     const WrenReductionCounters& record) {
-  const int inner = indent + 4;
-  writer.AtOnce([=, &record](auto& to) {
-    to.Line(indent).Text("{");
-    // A shorter type name than the record's; simulators declare it so.
-    to.Line(indent).Text("WrenReductCounters mad_buffer = {0};");
-    to.Line(indent).Text(
-        "const ib_wren_reduction_counters_t *p_ctr = m_node->getWrenReductionCounters(");
-    to.Decimal(port).Text(", ").Decimal(index).Text(", lean_pipe);");
-    to.Line(indent).Text("if (p_ctr) {");
-    to.Line(inner).Text("ib_wren_reduction_counters_t ctr = *p_ctr;").EndLine();
-    WriteConversion(to, inner, kCounters, "_unpack");
-    to.EndLine();
-    WriteStatements<kCounterFields>(to, inner, record);
-    WritePack(to, inner, kCounters);
-    to.EndLine();
-    to.Line(inner).Text("m_node->setWrenReductionCounters(");
-    to.Decimal(port).Text(", ").Decimal(index).Text(", lean_pipe, &ctr);");
-    to.Line(indent).Text("}");
-    to.Line(indent).Text("}");
-  });
-}
+using CounterSets = SmallMap<u_int32_t, const WrenReductionCounters*, kCounterSets>;
 
 template <class Sets>
-void WriteCounterSets(SourceWriter& writer, int indent, unsigned port, const Sets& sets) {
-  for (const auto& [index, record] : sets) {
-    if (record != nullptr) WriteCounterSet(writer, indent, port, index, *record);
-  }
+auto CounterLines(unsigned port, const Sets& sets) {
+  return [port, &sets](SourceWriter& writer, int indent) {
+    for (const auto& [index, record] : sets) {
+      if (record == nullptr) continue;
+      writer.EmitLines<kCounterSet>(indent, port, index, Statements<kCounterFields>(*record));
+    }
+  };
 }
 
 /// `normal_sets` is null when no normal port has counters. The default branch names the normal port
@@ -86,23 +95,22 @@ void WriteCounterSets(SourceWriter& writer, int indent, unsigned port, const Set
 template <class Sets, class Marked>
 void WriteCounterLoop(SourceWriter& writer, unsigned normal_port, const Sets* normal_sets,
                       const Marked& special_ports) {
-  constexpr std::string_view kFailed = "#error \"Failed to dump WrenReductionCountersInfo MAD";
   if (normal_sets == nullptr) {
-    WriteDiagnostic(writer, kFailed, ". Normal port data is not provided.\"");
+    writer.Text(
+        "#error \"Failed to dump WrenReductionCountersInfo MAD. Normal port data is not "
+        "provided.\"");
     return;
   }
   if (special_ports.empty()) {
-    WriteDiagnostic(writer, kFailed, kSpecialPortMissing);
+    writer.Text(
+        "#error \"Failed to dump WrenReductionCountersInfo MAD. Special port data is not "
+        "provided.\"");
     return;
   }
-  // The body begins with an empty line, and its case lines stand deeper than elsewhere.
-  writer.Line(kBodyIndent).Text("const u_int8_t lean_pipe = 0x0F;");
-  writer.Line(kBodyIndent).Text(kReductionPortLoop);
-  WritePortSwitch(
-      writer, kBranchIndent, special_ports,
-      [&](unsigned port, const auto& sets) { WriteCounterSets(writer, kBranchIndent, port, sets); },
-      [&] { WriteCounterSets(writer, kBranchIndent, normal_port, *normal_sets); });
-  writer.Line(kBodyIndent).Text("}");
+  const auto branch = [](unsigned port, const auto& sets) { return CounterLines(port, sets); };
+  writer.EmitLines<kCounterLoop>(
+      kBodyIndent,
+      PortSwitch<kCounterCase>(special_ports, branch, CounterLines(normal_port, *normal_sets)));
 }
 
 // ---------- Push reduction counters ----------
@@ -137,55 +145,62 @@ constexpr Field<WrenPushReductionCounters> kPushCounterSetters[] = {
 
 // clang-format on
 
-// Packed after the push counters, where no such record is declared: kept as it is.
-constexpr Target kUndeclaredPack = {"SMP_TarnExtPortInfo", "&m_node->nodeExtPortsInfo[i]"};
-
 /// The same through a view with a setter for each counter. Both calls name the record's own port
 /// and MLID; the second is the pull counters' setter, which takes the view as well.
-void WritePushCounters(SourceWriter& writer, int indent, const WrenPushReductionCounters& record) {
-  const int inner = indent + 4;
-  writer.AtOnce([=, &record](auto& to) {
-    to.Line(indent).Text("WrenPushReductionCounters mad_buffer = {0};");
-    to.Line(indent).Text(
-        "const WrenPushReductionCounters_view_t *p_ctr = m_node->getWrenPushReductionCounters(");
-    to.Decimal(record.port_select).Text(", ").Decimal(record.mlid).Text(");");
-    to.Line(indent).Text("if (p_ctr) {");
-    to.Line(inner).Text("WrenPushReductionCounters_view_t wrapper = *p_ctr;");
-    WriteStatements<kPushCounterSetters>(to, inner, record);
-    to.EndLine();
-    to.Line(inner).Text("m_node->setWrenReductionCounters(");
-    to.Decimal(record.port_select).Text(", ").Decimal(record.mlid).Text(", &wrapper);");
-    to.Line(indent).Text("}");
-  });
+constexpr Template kPushCounters(R"(
+WrenPushReductionCounters mad_buffer = {0};
+const WrenPushReductionCounters_view_t *p_ctr = m_node->getWrenPushReductionCounters($port$, $mlid$);
+if (p_ctr) {
+    WrenPushReductionCounters_view_t wrapper = *p_ctr;
+    $setters$
+
+    m_node->setWrenReductionCounters($port$, $mlid$, &wrapper);
+})",
+                                 {"port", "mlid", "setters"});
+
+/// Ends with the pack of a record that is not declared there.
+constexpr Template kPushCounterLoop(R"(
+for (phys_port_t i = 1; i < m_node->numPorts; i++) {
+    $switch$
+
+    SMP_TarnExtPortInfo_pack(&mad_buffer, reinterpret_cast<u_int8_t*>(&m_node->nodeExtPortsInfo[i]));
+})",
+                                    {"switch"});
+
+auto PushCounterLines(const WrenPushReductionCounters& record) {
+  return Filled<kPushCounters>(unsigned{record.port_select}, unsigned{record.mlid},
+                               Statements<kPushCounterSetters>(record));
 }
 
 template <class Marked>
 void WritePushCounterLoop(SourceWriter& writer, const WrenPushReductionCounters* default_record,
                           const Marked& special_records) {
-  constexpr std::string_view kFailed = "#error \"Failed to dump WrenPushReductionCountersInfo MAD";
   if (default_record == nullptr) {
-    WriteDiagnostic(writer, kFailed, ". Null pointer is provided.\"");
+    writer.Text(
+        "#error \"Failed to dump WrenPushReductionCountersInfo MAD. Null pointer is provided.\"");
     return;
   }
   if (special_records.empty()) {
-    WriteDiagnostic(writer, kFailed, kSpecialPortMissing);
+    writer.Text(
+        "#error \"Failed to dump WrenPushReductionCountersInfo MAD. Special port data is not "
+        "provided.\"");
     return;
   }
-  const auto write_branch = [&](unsigned, const WrenPushReductionCounters* record) {
-    WritePushCounters(writer, kBranchIndent, *record);
+  const auto branch = [](unsigned, const WrenPushReductionCounters* record) {
+    return PushCounterLines(*record);
   };
-  writer.Indent(kBodyIndent).Text(kReductionPortLoop);
-  WritePortSwitch(writer, kLoopIndent, special_records, write_branch,
-                  [&] { write_branch(0, default_record); });
-  WritePack(writer, kLoopIndent, kUndeclaredPack);
-  writer.Line(kBodyIndent).Text("}");
+  writer.Emit<kPushCounterLoop>(
+      kBodyIndent, PortSwitch(special_records, branch, PushCounterLines(*default_record)));
 }
 
 }  // namespace
+}  // namespace fabscan::generator
+
+using namespace fabscan::generator;
 
 void SimInfoDumpCPP::GenerateWrenReductionCounters(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  if (DeclinesReductionPorts(writer, m_fabscan, node)) return;
+  ReductionPortBody body(out, m_fabscan, node);
+  if (body) return;
   auto& store = m_fabscan.fabric_extended_info;
   const auto groups = GroupPorts<CounterSets>(node, [&](const IBPort& port) {
     CounterSets sets;
@@ -200,7 +215,7 @@ void SimInfoDumpCPP::GenerateWrenReductionCounters(std::ostream& out, const IBNo
     return sets;
   });
   const CounterSets* normal = groups.regular.empty() ? nullptr : &groups.regular;
-  WriteCounterLoop(writer, groups.regular_port, normal, groups.marked);
+  WriteCounterLoop(body.writer(), groups.regular_port, normal, groups.marked);
 }
 
 void SimInfoDumpCPP::GenerateWrenReductionCounters(
@@ -218,20 +233,19 @@ void SimInfoDumpCPP::GenerateWrenReductionCounters(
     std::ostream& out, int indent, uint8_t port,
     const std::map<uint32_t, const WrenReductionCounters*>& counterSets) const {
   SourceWriter writer(out);
-  WriteCounterSets(writer, indent, port, counterSets);
+  CounterLines(port, counterSets)(writer, indent);
 }
 
 void SimInfoDumpCPP::GenerateWrenReductionCounters(std::ostream& out, int indent,
                                                    const WrenReductionCounters* record) const {
   SourceWriter writer(out);
-  if (record == nullptr) return;
-  writer.AtOnce([=](auto& to) { WriteStatements<kCounterFields>(to, indent, *record); });
+  if (record != nullptr) writer.Append(Statements<kCounterFields>(*record), indent);
 }
 
 void SimInfoDumpCPP::GenerateWrenPushReductionCounters(std::ostream& out,
                                                        const IBNode& node) const {
-  SourceWriter writer(out);
-  if (DeclinesReductionPorts(writer, m_fabscan, node)) return;
+  ReductionPortBody body(out, m_fabscan, node);
+  if (body) return;
   auto& store = m_fabscan.fabric_extended_info;
   const auto groups = GroupPorts<const WrenPushReductionCounters*>(
       node, [&](const IBPort& port) -> const WrenPushReductionCounters* {
@@ -239,7 +253,7 @@ void SimInfoDumpCPP::GenerateWrenPushReductionCounters(std::ostream& out,
             store.getWrenReductionConfigureMLIDMonitors(port.createIndex, kPushReductionMonitors);
         return monitors == nullptr ? nullptr : store.getWrenPushReductionCounters(port.createIndex);
       });
-  WritePushCounterLoop(writer, groups.regular, groups.marked);
+  WritePushCounterLoop(body.writer(), groups.regular, groups.marked);
 }
 
 void SimInfoDumpCPP::GenerateWrenPushReductionCounters(
@@ -252,5 +266,5 @@ void SimInfoDumpCPP::GenerateWrenPushReductionCounters(
 void SimInfoDumpCPP::GenerateWrenPushReductionCounters(
     std::ostream& out, int indent, const WrenPushReductionCounters* record) const {
   SourceWriter writer(out);
-  if (record != nullptr) WritePushCounters(writer, indent, *record);
+  if (record != nullptr) writer.Append(PushCounterLines(*record), indent);
 }

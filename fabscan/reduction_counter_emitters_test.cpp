@@ -307,22 +307,6 @@ TEST(ReductionCounters, StopTheBuildWithoutANormalOrASpecialPort) {
   EXPECT_EQ(fabric.Body(kGenerateCounters, node), kNoNormalPort);
 }
 
-TEST(ReductionCounters, AdapterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Adapter("H1");
-  fabric.Support(node, {55});
-  fabric.Put<IB_ClassPortInfo>(node);
-  EXPECT_EQ(fabric.Body(kGenerateCounters, node), "// The node=H1 is not a switch");
-}
-
-TEST(ReductionCounters, RouterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Router("R1");
-  fabric.Support(node, {55});
-  fabric.Put<IB_ClassPortInfo>(node);
-  EXPECT_EQ(fabric.Body(kGenerateCounters, node), "// The node=R1 is not a switch");
-}
-
 TEST(ReductionCounters, SwitchWithoutReductionManagementIsNothingUnusual) {
   FabricBuilder fabric;
   IBNode& node = fabric.Switch("S1", 1);

@@ -1,10 +1,10 @@
 #include <cstdint>
 
-#include "attribute_block.h"
 #include "fabscan_sim_info_dump.h"
 #include "port_walk.h"
-#include "reduction_gates.h"
+#include "reduction_body.h"
 
+namespace fabscan::generator {
 namespace {
 
 // clang-format off
@@ -36,76 +36,66 @@ constexpr Field<WrenReductionInfo> kReductionInfoFields[] = {
     FABSCAN_FIELD(WrenReductionInfo, reduction_fdb_cap),
 };
 
-constexpr Target kReductionPortInfo = {"WrenReductionPortInfo", "&m_node->wrenReductionPortInfo[i]"};
+constexpr Target kReductionPortInfo = {
+    "WrenReductionPortInfo", "&m_node->wrenReductionPortInfo[i]",
+    "for (phys_port_t i = 1; i < m_node->numPorts; i++) {"};  // stops before the last port
 constexpr Field<WrenReductionPortInfo> kReductionPortCapabilityMask =
     FABSCAN_FIELD(WrenReductionPortInfo, capability_mask);
 
 // clang-format on
 
-/// Reaches the file at once, port by port.
-void WriteReductionPortInfo(SourceWriter& writer, int indent, const WrenReductionPortInfo& record) {
-  writer.EndLineAndFlush();
-  writer.AtOnce([indent, &record](auto& to) {
-    const auto& field = kReductionPortCapabilityMask;
-    to.Indent(indent).Text(field.before).Hex(field.value(record)).Text(field.after);
-  });
+/// The statement of one branch. Everything before it reaches the file at once, port by port.
+auto CapabilityMask(const WrenReductionPortInfo& record) {
+  return [&record](SourceWriter& writer, int indent) {
+    constexpr const auto& kField = kReductionPortCapabilityMask;
+    writer.EndLine().Flush();
+    writer.Indent(indent).Text(kField.before).Hex(kField.value(record)).Text(kField.after);
+  };
 }
 
 template <class Marked>
 void WriteReductionPortLoop(SourceWriter& writer, const WrenReductionPortInfo* default_record,
                             const Marked& special_records) {
   if (default_record == nullptr) {
-    WriteDiagnostic(
-        writer, "#error \"Failed to dump WrenReductionPortInfo MAD. Null pointer is provided.\"");
+    writer.Text("#error \"Failed to dump WrenReductionPortInfo MAD. Null pointer is provided.\"");
     return;
   }
-  const auto write_branch = [&](unsigned, const WrenReductionPortInfo* record) {
-    WriteReductionPortInfo(writer, kBranchIndent, *record);
+  const auto branch = [](unsigned, const WrenReductionPortInfo* record) {
+    return CapabilityMask(*record);
   };
-  WritePortLoop<kReductionPortInfo>(writer, kReductionPortLoop, [&] {
-    WritePortSwitch(writer, kLoopIndent, special_records, write_branch,
-                    [&] { write_branch(0, default_record); });
-  });
+  WritePortLoop<kReductionPortInfo>(
+      writer, PortSwitch(special_records, branch, CapabilityMask(*default_record)));
 }
 
 }  // namespace
+}  // namespace fabscan::generator
 
-void SimInfoDumpCPP::GenerateVSReductionManagerClassPortInfo(std::ostream& out,
-                                                             const IBNode& node) const {
-  SourceWriter writer(out);
-  if (DeclinesReduction(writer, m_fabscan, node)) return;
-  const IB_ClassPortInfo* record =
-      m_fabscan.fabric_extended_info.getWrenClassPortInfo(node.createIndex);
-  if (record == nullptr) {
-    // The quote stays open.
-    WriteDiagnostic(writer,
-                    "#error \"Failed to get VS IB_ClassPortInfo mad for the node=", node.name);
-    return;
-  }
-  WriteNodeBlock<kClassPortInfo, kClassPortInfoFields>(writer, *record);
+using namespace fabscan::generator;
+
+// The quotes of the "Failed to get" lines stay open.
+// clang-format off
+
+void SimInfoDumpCPP::GenerateVSReductionManagerClassPortInfo(std::ostream& out, const IBNode& node) const {
+  ReductionBody(out, m_fabscan, node)
+      .Block<kClassPortInfo, kClassPortInfoFields>(FABSCAN_STORED(getWrenClassPortInfo),
+                        "#error \"Failed to get VS IB_ClassPortInfo mad for the node=$");
 }
 
 void SimInfoDumpCPP::GenerateWrenReductionInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  if (DeclinesReduction(writer, m_fabscan, node)) return;
-  const WrenReductionInfo* record =
-      m_fabscan.fabric_extended_info.getWrenReductionInfo(node.createIndex);
-  if (record == nullptr) {
-    // The quote stays open.
-    WriteDiagnostic(writer,
-                    "#error \"Failed to get WrenReductionInfo mad for the node=", node.name);
-    return;
-  }
-  WriteNodeBlock<kReductionInfo, kReductionInfoFields>(writer, *record);
+  ReductionBody(out, m_fabscan, node)
+      .Block<kReductionInfo, kReductionInfoFields>(FABSCAN_STORED(getWrenReductionInfo),
+                        "#error \"Failed to get WrenReductionInfo mad for the node=$");
 }
 
+// clang-format on
+
 void SimInfoDumpCPP::GenerateWrenReductionPortInfo(std::ostream& out, const IBNode& node) const {
-  SourceWriter writer(out);
-  if (DeclinesReductionPorts(writer, m_fabscan, node)) return;
+  ReductionPortBody body(out, m_fabscan, node);
+  if (body) return;
   const auto groups = GroupPorts<const WrenReductionPortInfo*>(node, [&](const IBPort& port) {
     return m_fabscan.fabric_extended_info.getWrenReductionPortInfo(port.createIndex);
   });
-  WriteReductionPortLoop(writer, groups.regular, groups.marked);
+  WriteReductionPortLoop(body.writer(), groups.regular, groups.marked);
 }
 
 void SimInfoDumpCPP::GenerateWrenReductionPortInfo(
@@ -118,5 +108,5 @@ void SimInfoDumpCPP::GenerateWrenReductionPortInfo(
 void SimInfoDumpCPP::GenerateWrenReductionPortInfo(std::ostream& out, int indent,
                                                    const WrenReductionPortInfo* record) const {
   SourceWriter writer(out);
-  if (record != nullptr) WriteReductionPortInfo(writer, indent, *record);
+  if (record != nullptr) CapabilityMask (*record)(writer, indent);
 }

@@ -73,22 +73,6 @@ TEST(ReductionManagerClassPortInfo, StopsTheBuildWithAnOpenQuoteWithoutARecord) 
             "#error \"Failed to get VS IB_ClassPortInfo mad for the node=S1");
 }
 
-TEST(ReductionManagerClassPortInfo, AdapterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Adapter("H1");
-  fabric.Support(node, {55});
-  fabric.Put<IB_ClassPortInfo>(node);
-  EXPECT_EQ(fabric.Body(kGenerateClassPortInfo, node), "// The node=H1 is not a switch");
-}
-
-TEST(ReductionManagerClassPortInfo, RouterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Router("R1");
-  fabric.Support(node, {55});
-  fabric.Put<IB_ClassPortInfo>(node);
-  EXPECT_EQ(fabric.Body(kGenerateClassPortInfo, node), "// The node=R1 is not a switch");
-}
-
 TEST(ReductionManagerClassPortInfo, SwitchWithoutReductionManagementIsNothingUnusual) {
   FabricBuilder fabric;
   IBNode& node = fabric.Switch("S1", 1);
@@ -123,22 +107,6 @@ TEST(ReductionInfo, StopsTheBuildWithAnOpenQuoteWithoutARecord) {
   fabric.Support(node, {55});
   EXPECT_EQ(fabric.Body(kGenerateReductionInfo, node),
             "#error \"Failed to get WrenReductionInfo mad for the node=S1");
-}
-
-TEST(ReductionInfo, AdapterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Adapter("H1");
-  fabric.Support(node, {55});
-  fabric.Put<WrenReductionInfo>(node);
-  EXPECT_EQ(fabric.Body(kGenerateReductionInfo, node), "// The node=H1 is not a switch");
-}
-
-TEST(ReductionInfo, RouterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Router("R1");
-  fabric.Support(node, {55});
-  fabric.Put<WrenReductionInfo>(node);
-  EXPECT_EQ(fabric.Body(kGenerateReductionInfo, node), "// The node=R1 is not a switch");
 }
 
 TEST(ReductionInfo, SwitchWithoutReductionManagementIsNothingUnusual) {
@@ -247,22 +215,6 @@ TEST(ReductionPortInfo, TakesAnyShapeOfThePortVector) {
   EXPECT_EQ(fabric.Body(kGenerateReductionPortInfo, node), kNoDefault);
   node.Ports.assign(256, nullptr);
   EXPECT_EQ(fabric.Body(kGenerateReductionPortInfo, node), kNoDefault);
-}
-
-TEST(ReductionPortInfo, AdapterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Adapter("H1");
-  fabric.Support(node, {55});
-  fabric.Put<IB_ClassPortInfo>(node);
-  EXPECT_EQ(fabric.Body(kGenerateReductionPortInfo, node), "// The node=H1 is not a switch");
-}
-
-TEST(ReductionPortInfo, RouterIsNotASwitch) {
-  FabricBuilder fabric;
-  IBNode& node = fabric.Router("R1");
-  fabric.Support(node, {55});
-  fabric.Put<IB_ClassPortInfo>(node);
-  EXPECT_EQ(fabric.Body(kGenerateReductionPortInfo, node), "// The node=R1 is not a switch");
 }
 
 TEST(ReductionPortInfo, SwitchWithoutReductionManagementIsNothingUnusual) {

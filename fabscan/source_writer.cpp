@@ -3,20 +3,22 @@
 #include <exception>
 #include <typeinfo>
 
-void SourceWriter::UseOwnRoom() {
-  next_ = own_room_;
-  end_ = own_room_ + kCapacity;
+namespace fabscan::generator {
+
+void SourceWriter::UseOwnBuffer() {
+  next_ = own_buffer_;
+  end_ = own_buffer_ + kCapacity;
   exceptions_before_ = std::uncaught_exceptions();
 }
 
 void SourceWriter::Finish() {
   if (std::uncaught_exceptions() == exceptions_before_) {
-    HandOver();
+    FlushBuffer();
     return;
   }
   // An emitter is being left by an exception: what it wrote so far is kept, quietly.
   try {
-    if (out_.rdbuf() != nullptr) out_.rdbuf()->sputn(own_room_, next_ - own_room_);
+    if (out_.rdbuf() != nullptr) out_.rdbuf()->sputn(own_buffer_, next_ - own_buffer_);
   } catch (...) {  // NOLINT(bugprone-empty-catch): the first exception is the one to report
   }
 }
@@ -31,12 +33,12 @@ bool SourceWriter::FindLineEnd() {
 }
 
 SourceWriter& SourceWriter::LongText(std::string_view text) {
-  while (text.size() > Room()) {
-    const std::size_t part = Room();
+  while (text.size() > Available()) {
+    const std::size_t part = Available();
     std::memcpy(next_, text.data(), part);
     next_ += part;
     text.remove_prefix(part);
-    HandOver();
+    FlushBuffer();
   }
   return Text(text);
 }
@@ -45,29 +47,31 @@ SourceWriter& SourceWriter::LongIndent(int blanks) {
   constexpr int kPart = static_cast<int>(kMostAtOnce);
   for (; blanks > kPart; blanks -= kPart) Indent(kPart);
   if (blanks <= 0) return *this;
-  MakeRoom(kPart);
+  Reserve(kPart);
   return Indent(blanks);
 }
 
-void SourceWriter::HandOver() {
-  if (gathering_ != nullptr) {
-    HandOverGathered();
+void SourceWriter::FlushBuffer() {
+  if (chunked_ != nullptr) {
+    FlushChunk();
     return;
   }
-  const std::streamsize size = next_ - own_room_;
-  next_ = own_room_;
-  if (size > 0) out_.write(own_room_, size);
+  const std::streamsize size = next_ - own_buffer_;
+  next_ = own_buffer_;
+  if (size > 0) out_.write(own_buffer_, size);
 }
 
-void SourceWriter::HandOverGathered() {
-  gathering_->Advance(next_);
+void SourceWriter::FlushChunk() {
+  chunked_->Advance(next_);
   bool written = false;
   try {
-    written = gathering_->HandOverFullPiece();
+    written = chunked_->FlushFullChunk();
   } catch (...) {
-    Borrow();
+    UseChunk();
     throw;
   }
-  Borrow();
+  UseChunk();
   if (!written) out_.setstate(std::ios::badbit);
 }
+
+}  // namespace fabscan::generator

@@ -10,7 +10,7 @@
 #include <streambuf>
 #include <string>
 
-namespace fabscan {
+namespace fabscan::generator {
 namespace {
 
 /// What `write(writer)` writes.
@@ -57,7 +57,7 @@ TEST(SourceWriter, WritesEveryDigitInEveryPlace) {
       std::string all(16, '0');
       all[15 - place] = "0123456789abcdef"[digit];
       const u_int64_t value = u_int64_t{digit} << (4 * place);
-      EXPECT_EQ(Written([&](SourceWriter& writer) { writer.ZeroFilledHex(value); }), all);
+      EXPECT_EQ(Written([&](SourceWriter& writer) { writer.Append(GuidValue{value}, 0); }), all);
       const std::string bare = digit == 0 ? "0" : all.substr(15 - place);
       EXPECT_EQ(Written([&](SourceWriter& writer) { writer.Hex(value); }), bare);
     }
@@ -98,33 +98,31 @@ TEST(SourceWriter, IndentsByNothingWhereTheNumberIsNegative) {
   }
 }
 
-// The functions that write unchecked write what the checked ones do.
-TEST(SourceWriter, WritesTheSameAtOnce) {
-  static constexpr PaddedText kName("Name");
-  const auto write_all = [](auto& to) {
+/// A value with a bound, which uses everything that both kinds of writers have.
+struct Everything {
+  static constexpr std::size_t kMostBytes = 300;
+  static constexpr int kDepth = 16;
+  static constexpr bool kBeginsLines = false;
+
+  template <class Writer>
+  void Write(Writer& to, int /*indent*/) const {
     to.Text("text").Text({}).Line(0).Indent(1).Hex(0).Line(16).Hex(kMost).Text(" ");
     to.Decimal(0).Text(" ").Decimal(9).Text(" ").Decimal(10).Text(" ").Decimal(99).Text(" ");
     to.Decimal(100).Text(" ").Decimal(4294967295U).EndLine();
-    to.Padded(kName, 0).Text("|").Padded(kName, 4).Text("|").Padded(kName, 5).Text("|");
-    to.Padded(kName, PaddedText::kMost).Text("|");
-  };
+  }
+};
+
+// The functions that write unchecked write what the checked ones do.
+TEST(SourceWriter, WritesTheSameCheckedAndUnchecked) {
   const std::string expected =
-      "text\n 0\n" + std::string(16, ' ') + "ffffffffffffffff 0 9 10 99 100 4294967295\n" +
-      "Name|Name|Name |Name" + std::string(PaddedText::kMost - 4, ' ') + "|";
-  EXPECT_EQ(Written([&](SourceWriter& writer) { write_all(writer); }), expected);
-  EXPECT_EQ(Written([&](SourceWriter& writer) { writer.AtOnce(write_all); }), expected);
+      "text\n 0\n" + std::string(16, ' ') + "ffffffffffffffff 0 9 10 99 100 4294967295\n";
+  const Everything everything;
+  EXPECT_EQ(Written([&](SourceWriter& writer) { everything.Write(writer, 0); }), expected);
+  EXPECT_EQ(Written([&](SourceWriter& writer) { writer.Append(everything, 0); }), expected);
 }
 
-TEST(SourceWriter, WritesMoreAtOnceThanThereIsRoomFor) {
-  const std::string text(SourceWriter::kCapacity + 1, 'x');
-  EXPECT_EQ(Written([&](SourceWriter& writer) {
-              writer.Text("a").AtOnce([&](auto& to) { to.Text(text).Line(1).Text(text); });
-            }),
-            'a' + text + "\n " + text);
-}
-
-/// Takes the pieces that a writer hands over, and notes the longest.
-class Pieces : public std::stringbuf {
+/// Keeps the length of the longest chunk that it gets.
+class Chunks : public std::stringbuf {
  public:
   std::streamsize longest = 0;
 
@@ -135,48 +133,42 @@ class Pieces : public std::stringbuf {
   }
 };
 
-/// A writer, and bytes behind its room that are not its own.
+/// A writer, and bytes behind its buffer that are not its own.
 struct Guarded {
   explicit Guarded(std::ostream& out) : writer(out) { guard.fill('#'); }
   SourceWriter writer;
   std::array<char, 64> guard;
 };
 
-/// What `write` writes, and has written at once, stays within the writer's room, however little of
-/// it is left.
+/// What `write` writes stays within the writer's buffer, however little of it is left.
 template <class Write>
-void ExpectWithinRoom(Write write) {
+void ExpectWithinBuffer(Write write) {
   const std::string expected = Written([&](SourceWriter& writer) { write(writer); });
-  for (std::size_t room = 0; room <= 80; ++room) {
-    for (const bool at_once : {false, true}) {
-      const std::string before(SourceWriter::kCapacity - room, 'a');
-      Pieces pieces;
-      std::ostream out(&pieces);
-      {
-        Guarded guarded(out);
-        guarded.writer.Text(before);
-        at_once ? static_cast<void>(guarded.writer.AtOnce(write)) : write(guarded.writer);
-        EXPECT_EQ(std::count(guarded.guard.begin(), guarded.guard.end(), '#'), 64) << room;
-      }
-      EXPECT_LE(pieces.longest, std::streamsize{SourceWriter::kCapacity}) << room;
-      EXPECT_EQ(pieces.str(), before + expected) << room;
+  for (std::size_t left = 0; left <= 400; ++left) {
+    const std::string before(SourceWriter::kCapacity - left, 'a');
+    Chunks chunks;
+    std::ostream out(&chunks);
+    {
+      Guarded guarded(out);
+      guarded.writer.Text(before);
+      write(guarded.writer);
+      EXPECT_EQ(std::count(guarded.guard.begin(), guarded.guard.end(), '#'), 64) << left;
     }
+    EXPECT_LE(chunks.longest, std::streamsize{SourceWriter::kCapacity}) << left;
+    EXPECT_EQ(chunks.str(), before + expected) << left;
   }
 }
 
-TEST(SourceWriter, StaysWithinItsRoom) {
-  static constexpr PaddedText kName("Name");
-  ExpectWithinRoom([](auto& to) { to.Text("text"); });
-  ExpectWithinRoom([](auto& to) { to.Padded(kName, 0); });
-  ExpectWithinRoom([](auto& to) { to.Padded(kName, PaddedText::kMost); });
-  ExpectWithinRoom([](auto& to) { to.Indent(1); });
-  ExpectWithinRoom([](auto& to) { to.Indent(16); });
-  ExpectWithinRoom([](auto& to) { to.Hex(0); });
-  ExpectWithinRoom([](auto& to) { to.Hex(kMost); });
-  ExpectWithinRoom([](auto& to) { to.Decimal(4294967295U); });
-  ExpectWithinRoom([](auto& to) { to.EndLine(); });
-  ExpectWithinRoom([](auto& to) { to.Line(4); });
-  ExpectWithinRoom([](auto& to) { to.Text("a").Line(1).Hex(kMost).Decimal(100).EndLine(); });
+TEST(SourceWriter, StaysWithinItsBuffer) {
+  ExpectWithinBuffer([](SourceWriter& to) { to.Text("text"); });
+  ExpectWithinBuffer([](SourceWriter& to) { to.Indent(1); });
+  ExpectWithinBuffer([](SourceWriter& to) { to.Indent(16); });
+  ExpectWithinBuffer([](SourceWriter& to) { to.Hex(0); });
+  ExpectWithinBuffer([](SourceWriter& to) { to.Hex(kMost); });
+  ExpectWithinBuffer([](SourceWriter& to) { to.Decimal(4294967295U); });
+  ExpectWithinBuffer([](SourceWriter& to) { to.EndLine(); });
+  ExpectWithinBuffer([](SourceWriter& to) { to.Line(4); });
+  ExpectWithinBuffer([](SourceWriter& to) { to.Append(Everything(), 0); });
 }
 
 TEST(SourceWriter, TakesTextsOfAnyLengthAtAnyPlace) {
@@ -212,12 +204,12 @@ TEST(SourceWriter, WritesManyNumbersPastItsCapacity) {
   EXPECT_EQ(written, expected);
 }
 
-TEST(SourceWriter, HandsOverInOrderWithItsFlushes) {
+TEST(SourceWriter, FlushesInOrder) {
   std::ostringstream out;
   SourceWriter writer(out);
   writer.Text("a");
   EXPECT_EQ(out.str(), "");
-  writer.EndLineAndFlush();
+  writer.EndLine().Flush();
   EXPECT_EQ(out.str(), "a\n");
   writer.Text("b");
   EXPECT_EQ(out.str(), "a\n");
@@ -292,31 +284,31 @@ TEST(SourceWriter, WritesNothingTwiceAfterItsStreamHasThrown) {
   FailingOnce buffer;
   std::ostream out(&buffer);
   out.exceptions(std::ios::badbit);
-  EXPECT_THROW(SourceWriter(out).Text("a").EndLineAndFlush(), std::ios::failure);
+  EXPECT_THROW(SourceWriter(out).Text("a").Flush(), std::ios::failure);
   EXPECT_EQ(buffer.taken, "");
 }
 
-TEST(SourceWriter, WritesNothingTwiceAfterItsGatheringStreamHasThrown) {
+TEST(SourceWriter, WritesNothingTwiceAfterItsChunkedStreamHasThrown) {
   FailingOnce buffer;
   std::ostream file(&buffer);
-  GatheringBuffer gathered(file);
-  std::ostream out(&gathered);
+  ChunkedBuffer chunks(file);
+  std::ostream out(&chunks);
   out.exceptions(std::ios::badbit);
   EXPECT_THROW(SourceWriter(out).Text(std::string(2'000'000, 'a')), std::ios::failure);
   file.clear();
-  EXPECT_TRUE(gathered.HandOver());
-  // What lay beyond the piece that was lost.
-  EXPECT_EQ(buffer.taken, std::string(GatheringBuffer::kSlack, 'a'));
+  EXPECT_TRUE(chunks.Flush());
+  // What exceeded the chunk that was lost.
+  EXPECT_EQ(buffer.taken, std::string(ChunkedBuffer::kSlack, 'a'));
 }
 
-TEST(SourceWriter, PassesOnWhatTheFileBehindAGatheringStreamThrows) {
+TEST(SourceWriter, PassesOnWhatTheFileBehindAChunkedStreamThrows) {
   struct : std::streambuf {
     std::streamsize xsputn(const char* /*text*/, std::streamsize /*size*/) override { throw 7; }
   } throwing;
   std::ostream file(&throwing);
   file.exceptions(std::ios::badbit);
-  GatheringBuffer gathered(file);
-  std::ostream out(&gathered);
+  ChunkedBuffer chunks(file);
+  std::ostream out(&chunks);
   EXPECT_THROW(SourceWriter(out).Text(std::string(2'000'000, 'a')), int);
 }
 
@@ -340,4 +332,4 @@ TEST(SourceWriter, PassesOnWhatItsStreamThrowsInTheEnd) {
 }
 
 }  // namespace
-}  // namespace fabscan
+}  // namespace fabscan::generator

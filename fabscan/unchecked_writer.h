@@ -3,14 +3,12 @@
 
 #include <sys/types.h>
 
-#include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
 
-/// What `SourceWriter::AtOnce` writes with: the parts of a SourceWriter, inlined wherever they are
-/// used, so that a text known to the compiler becomes a few moves of constant size.
+namespace fabscan::generator {
 
 /// Writes the digits of `value`, lower-case and without leading zeros, and returns their end. All
 /// of `kMostHexDigits` bytes may be overwritten. All digits at a time, one in each byte.
@@ -44,36 +42,12 @@ inline char* PutDecimal(char* at, unsigned value) {
   return at;
 }
 
-/// A text with blanks behind it, so that copying it takes a constant number of bytes.
-class PaddedText {
- public:
-  static constexpr std::size_t kMost = 56;
-
-  /// Null for a row without text. Too long a text does not compile.
-  constexpr PaddedText(const char* text) : c_str_(text) {  // NOLINT(google-explicit-constructor)
-    for (char& c : text_) c = ' ';
-    if (text == nullptr) return;
-    for (; text[size_] != '\0'; ++size_) text_[size_] = text[size_];
-  }
-
-  constexpr const char* c_str() const { return c_str_; }
-
-  /// The text, then blanks up to `width`, which is at most `kMost`.
-  char* Put(char* at, std::size_t width) const {
-    std::memcpy(at, text_, kMost);
-    return at + std::max<std::size_t>(size_, width);
-  }
-
- private:
-  const char* c_str_;
-  char text_[kMost] = {};
-  unsigned char size_ = 0;
-};
-
-/// An indent is made of this many blanks, of which those beyond it are written over.
+/// The most that an UncheckedWriter indents; so many blanks are written for each indent.
 inline constexpr int kWidestIndent = 16;
 
-/// Into room that was made before.
+/// Appends to memory that was reserved before. Its functions are those of a SourceWriter, inlined
+/// wherever they are used, so that a text known to the compiler becomes a few moves of constant
+/// size.
 class UncheckedWriter {
  public:
   UncheckedWriter(char* at, char line_end) : at_(at), line_end_(line_end) {}
@@ -81,10 +55,6 @@ class UncheckedWriter {
   [[gnu::always_inline]] UncheckedWriter& Text(std::string_view text) {
     if (!text.empty()) std::memcpy(at_, text.data(), text.size());
     at_ += text.size();
-    return *this;
-  }
-  [[gnu::always_inline]] UncheckedWriter& Padded(const PaddedText& text, std::size_t width) {
-    at_ = text.Put(at_, width);
     return *this;
   }
   [[gnu::always_inline]] UncheckedWriter& Indent(int blanks) {
@@ -113,32 +83,6 @@ class UncheckedWriter {
   char line_end_;
 };
 
-/// Adds up what an UncheckedWriter may write to; far too much where it does not know how to write.
-class RoomMeter {
- public:
-  static constexpr std::size_t kNoRoom = std::size_t{1} << 32U;
-
-  [[gnu::always_inline]] RoomMeter& Text(std::string_view text) { return Add(text.size()); }
-  [[gnu::always_inline]] RoomMeter& Padded(const PaddedText& /*text*/, std::size_t /*width*/) {
-    return Add(PaddedText::kMost);
-  }
-  [[gnu::always_inline]] RoomMeter& Indent(int blanks) {
-    return Add(blanks >= 0 && blanks <= kWidestIndent ? kWidestIndent : kNoRoom);
-  }
-  [[gnu::always_inline]] RoomMeter& Hex(u_int64_t /*value*/) { return Add(kMostHexDigits); }
-  [[gnu::always_inline]] RoomMeter& Decimal(unsigned /*value*/) { return Add(kMostDecimalDigits); }
-  [[gnu::always_inline]] RoomMeter& EndLine() { return Add(1); }
-  [[gnu::always_inline]] RoomMeter& Line(int indent) { return EndLine().Indent(indent); }
-
-  std::size_t Size() const { return size_; }
-
- private:
-  [[gnu::always_inline]] RoomMeter& Add(std::size_t size) {
-    size_ += size;
-    return *this;
-  }
-
-  std::size_t size_ = 0;
-};
+}  // namespace fabscan::generator
 
 #endif

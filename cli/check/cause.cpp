@@ -142,7 +142,7 @@ MaybeCause PortRecordCause(const Fabscan& fabscan, const IBNode& node, const Nee
   bool has_monitor = needed.monitor == NeededRecord::kNoMonitor;
   const std::string* reason = nullptr;
   const std::string* monitor_reason = nullptr;
-  for (const IBPort& port : ActivePorts(node)) {
+  for (const IBPort& port : generator::ActivePorts(node)) {
     if (!any && IsMarked(port) != marked) continue;
     has_port = true;
     if (needed.monitor != NeededRecord::kNoMonitor) {

@@ -12,6 +12,7 @@ namespace {
 using Of = AttributeOf;
 using Mask = GatingMask;
 using On = RecordOwner;
+using namespace generator;  // the bits
 
 // clang-format off
 

@@ -1,25 +1,26 @@
-#include "gathering_buffer.h"
+#include "chunked_buffer.h"
 
 #include <algorithm>
 #include <cstring>
 
-GatheringBuffer::GatheringBuffer(std::ostream& file) : file_(file), buffer_(new char[kRoom]) {
-  // A first piece that ends with a page lets all others begin with one.
+namespace fabscan::generator {
+
+ChunkedBuffer::ChunkedBuffer(std::ostream& file) : file_(file), buffer_(new char[kCapacity]) {
+  // The first chunk ends at a page of the file, so that all others begin with one.
   const std::streamoff begun = file.tellp();
-  setp(buffer_.get(), buffer_.get() + kPiece - (begun > 0 ? begun % kPage : 0));
+  setp(buffer_.get(), buffer_.get() + kChunk - (begun > 0 ? begun % kPage : 0));
 }
 
-GatheringBuffer::~GatheringBuffer() {
-  // Left early, by an exception: what was written stays, and the first exception is the one to
-  // report. Otherwise nothing is pending any more.
+ChunkedBuffer::~ChunkedBuffer() {
+  // Something is left only if an exception is on its way, and that one is to be reported.
   try {
-    HandOver();
+    Flush();
   } catch (...) {  // NOLINT(bugprone-empty-catch)
   }
 }
 
-GatheringBuffer::int_type GatheringBuffer::overflow(int_type next) {
-  if (!HandOverFullPiece()) return traits_type::eof();
+ChunkedBuffer::int_type ChunkedBuffer::overflow(int_type next) {
+  if (!FlushFullChunk()) return traits_type::eof();
   if (!traits_type::eq_int_type(next, traits_type::eof())) {
     *pptr() = traits_type::to_char_type(next);
     pbump(1);
@@ -27,10 +28,10 @@ GatheringBuffer::int_type GatheringBuffer::overflow(int_type next) {
   return traits_type::not_eof(next);
 }
 
-std::streamsize GatheringBuffer::xsputn(const char* text, std::streamsize size) {
+std::streamsize ChunkedBuffer::xsputn(const char* text, std::streamsize size) {
   std::streamsize done = 0;
   while (done < size) {
-    if (!HandOverFullPiece()) break;
+    if (!FlushFullChunk()) break;
     const std::streamsize part = std::min<std::streamsize>(size - done, epptr() - pptr());
     std::memcpy(pptr(), text + done, static_cast<std::size_t>(part));
     pbump(static_cast<int>(part));
@@ -39,21 +40,23 @@ std::streamsize GatheringBuffer::xsputn(const char* text, std::streamsize size) 
   return done;
 }
 
-bool GatheringBuffer::HandOver() {
+bool ChunkedBuffer::Flush() {
   Write(pptr() - pbase());
   return file_.good();
 }
 
-bool GatheringBuffer::HandOverFullPiece() {
+bool ChunkedBuffer::FlushFullChunk() {
   if (pptr() < epptr()) return true;
   Write(epptr() - pbase());
   return file_.good();
 }
 
-void GatheringBuffer::Write(std::streamsize size) {
+void ChunkedBuffer::Write(std::streamsize size) {
   const std::streamsize rest = pptr() - pbase() - size;
-  setp(buffer_.get(), buffer_.get() + kPiece);
+  setp(buffer_.get(), buffer_.get() + kChunk);
   if (size > 0) file_.write(buffer_.get(), size);
   std::memmove(buffer_.get(), buffer_.get() + size, static_cast<std::size_t>(rest));
   pbump(static_cast<int>(rest));
 }
+
+}  // namespace fabscan::generator
