@@ -18,7 +18,7 @@ IBNode& IBFabric::makeNode(std::string_view device_name, u_int64_t guid, IBNodeT
   }
   IBNode& node = nodes_.emplace_back(fabscan::HarmlessName(device_name), guid, type, num_ports,
                                      static_cast<u_int32_t>(nodes_.size()));
-  if (!EnterName(node)) {
+  if (!enterName(node)) {
     const std::string name = node.name;
     nodes_.pop_back();
     throw std::invalid_argument("node name in use: " + name);
@@ -27,7 +27,7 @@ IBNode& IBFabric::makeNode(std::string_view device_name, u_int64_t guid, IBNodeT
   return node;
 }
 
-bool IBFabric::EnterName(IBNode& node) {
+bool IBFabric::enterName(IBNode& node) {
   // Nodes are often created in the order of their names.
   const auto last = NodeByName.end();
   if (spare_names_.empty()) return NodeByName.try_emplace(last, node.name, &node)->second == &node;
