@@ -129,9 +129,8 @@ TEST(ReaderErrors, Records) {
        "the "
        "generated file needs; add it, or omit the record and give the reason under \"absent\""},
       {port(R"("WrenReductionPortInfo":{"capability_mask":1,"capability_mask":1})"),
-       "f:2: ports[0].attributes.WrenReductionPortInfo: the field \"capability_mask\" stands "
-       "twice; "
-       "keep one"},
+       "f:2: ports[0].attributes.WrenReductionPortInfo: duplicate field "
+       "\"capability_mask\"; keep one"},
       {node(R"("IB_ClassPortInfo":{"RedirectGID":[1]})"),
        "f:2: attributes.IB_ClassPortInfo.RedirectGID: the list has 1 elements; give 2"},
       {node(R"("IB_ClassPortInfo":{"RedirectGID":[1,2,3]})"),
@@ -153,8 +152,8 @@ TEST(ReaderErrors, Records) {
        "f:2: ports[0].attributes.WrenReductionConfigureMLIDMonitors[0]: monitor selector 2 is "
        "unknown; use 0 (reduction counters) or 1 (push reduction counters)"},
       {port(R"("WrenReductionConfigureMLIDMonitors":[1,1])"),
-       "f:2: ports[0].attributes.WrenReductionConfigureMLIDMonitors[1]: monitor selector 1 stands "
-       "twice; keep one"},
+       "f:2: ports[0].attributes.WrenReductionConfigureMLIDMonitors[1]: duplicate monitor "
+       "selector 1; keep one"},
   });
 }
 

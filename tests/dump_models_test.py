@@ -173,8 +173,8 @@ class OnePerModel(CommandTest):
     def test_no_node(self):
         self.assert_fails(self.run_command("dump", "-", "--prefix", "P", "--one-per-model",
                                            input=snapshot()),
-                          "standard input: no node to write: none is in the sub-fabric; choose "
-                          "another snapshot")
+                          "standard input: no node to write: none is in the sub-fabric; use a "
+                          "different snapshot")
         self.assertEqual(self.entries(), [])
 
 

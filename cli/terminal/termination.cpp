@@ -5,9 +5,11 @@
 
 #include <atomic>
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
 #include <exception>
 #include <mutex>
+#include <new>
 #include <thread>
 #include <utility>
 
@@ -22,9 +24,11 @@ struct Cleanups {
   std::list<std::function<void()>> actions;
 };
 
-/// Never destroyed: the signal thread may use it until the process ends.
+/// Never destroyed: the signal thread may use it until the program ends. Not on the heap, so that
+/// it exists when memory has run out.
 Cleanups& TheCleanups() {
-  static auto& cleanups = *new Cleanups;
+  alignas(Cleanups) static std::byte storage[sizeof(Cleanups)];
+  static auto& cleanups = *new (storage) Cleanups;
   return cleanups;
 }
 

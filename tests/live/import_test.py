@@ -6,7 +6,7 @@ import nets
 from simulated_fabric import LiveTestCase, tool
 
 NOT_SCANNED = {"SMP_PortInfo": "a discovery cache contains only the ports that the scan traversed"}
-NOT_STORED = {"SMP_PortInfoExtended": "a discovery cache does not hold it"}
+NOT_STORED = {"SMP_PortInfoExtended": "a discovery cache does not contain it"}
 
 
 class ImportTest(LiveTestCase):

@@ -39,7 +39,7 @@ class IncompleteTest(LiveTestCase):
         self.assertEqual(done.stderr,
                          "fabscan: warning: switch 2 (0x5a1e0c0000200100) lacks the linked peer (it "
                          f"answers now: discover again) of port 2\n{PARTLY}1 of 3 nodes lack "
-                         "something\n")
+                         "attributes\n")
 
     def test_reports_a_peer_beyond_the_longest_route(self):
         fabric = self.serve(nets.chain(70), "H-5a1e0c0000100000")
@@ -48,7 +48,7 @@ class IncompleteTest(LiveTestCase):
         self.assertEqual(done.stderr,
                          "fabscan: warning: switch 63 (0x5a1e0c0000203e00) lacks the linked peer "
                          f"(too many hops away for a query) of port 2\n{PARTLY}1 of 64 nodes lack "
-                         "something\n")
+                         "attributes\n")
 
     def test_records_that_a_query_could_not_be_sent(self):
         done = self.discover(self.fabric, expect=3, FABSCAN_FAKE_OFFER="1",
@@ -67,8 +67,8 @@ class IncompleteTest(LiveTestCase):
     def test_warns_when_the_local_port_has_no_link(self):
         self.fabric.command(f'Unlink "{nets.HERE}"')
         done = self.discover(self.fabric, expect=3)
-        self.assertEqual(done.stderr, "fabscan: warning: only this host's adapter was found; has "
-                                      "ibsim0 port 1 a link?\n")
+        self.assertEqual(done.stderr, "fabscan: warning: only this host's adapter was found; does "
+                                      "ibsim0 port 1 have a link?\n")
         self.assertEqual(len(self.fabric.snapshot().nodes), 1)
 
     def test_records_timeouts_and_refusals_as_absent(self):
