@@ -102,7 +102,6 @@ TEST(SourceWriter, IndentsByNothingWhereTheNumberIsNegative) {
 struct Everything {
   static constexpr std::size_t kMostBytes = 300;
   static constexpr int kDepth = 16;
-  static constexpr bool kBeginsLines = false;
 
   template <class Writer>
   void Write(Writer& to, int /*indent*/) const {
