@@ -14,11 +14,11 @@ root=$clone-root
 remove_bare_root_at_exit "$root"
 echo "bare: a root of $suite"
 make_bare_root "$suite" "$root" "$cache"
-cp -rd "$clone" "$root/root/fabscan"
+cp -rd "$clone" "$root/srv/fabscan" # which other users can read
 for task; do
   echo "bare: ./run $task"
   start=$SECONDS
-  in_bare_root "$root" sh -c "cd /root/fabscan && exec ./run $task" ||
+  in_bare_root "$root" sh -c "cd /srv/fabscan && exec ./run $task" ||
     bare_root_fail "on $suite, ./run $task failed"
   echo "bare: ./run $task is done on $suite, in $(((SECONDS - start) / 60)) min $(((SECONDS - start) % 60)) s"
 done
