@@ -58,6 +58,7 @@ class JoinedNumbers {
 
 /// Replaces identifying values, in the fields whose rows mark them.
 void Anonymise(const RecordTable& table, void* record, const KeyedMapping& mapping) {
+  if (!table.identifies) return;
   std::map<Identity, JoinedNumbers> joined;
   ForEachNumber(table, [&](const Number& number) {
     const Identity identity = number.row.identity;

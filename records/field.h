@@ -79,6 +79,7 @@ struct RecordTable {
   std::size_t size;       // of the record, in bytes
   std::size_t numbers;    // in the whole record, nested ones included
   u_int64_t dumped_rows;  // bit r: row r is dumped
+  bool identifies;        // a field, or one within it, identifies the device
   std::size_t index;      // in EveryRecord; its size for a record within others
 
   constexpr const FieldRow* begin() const { return rows; }

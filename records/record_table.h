@@ -73,6 +73,15 @@ constexpr u_int64_t DumpedRows(const FieldRow (&rows)[N]) {
 }
 
 template <std::size_t N>
+constexpr bool IdentifyDevice(const FieldRow (&rows)[N]) {
+  for (const FieldRow& row : rows) {
+    if (row.identity != Identity::kNone) return true;
+    if (row.nested != nullptr && row.nested->identifies) return true;
+  }
+  return false;
+}
+
+template <std::size_t N>
 constexpr bool InDeclaredOrder(const FieldRow (&rows)[N]) {
   for (std::size_t i = 1; i < N; ++i) {
     if (rows[i].offset < rows[i - 1].offset + rows[i - 1].size * rows[i - 1].count) return false;
@@ -175,6 +184,7 @@ struct TableOf {
                                      sizeof(Record),
                                      CountNumbers(kRows),
                                      DumpedRows(kRows),
+                                     IdentifyDevice(kRows),
                                      IndexIn<Record>(EveryRecord{})};
 };
 
