@@ -6,6 +6,8 @@
 #include <sstream>
 #include <string>
 
+#include "testing/written.h"
+
 namespace fabscan::generator {
 namespace {
 
@@ -27,16 +29,6 @@ constexpr Field<Record> kFields[] = {
     FABSCAN_FIELD(Record, widest), FABSCAN_FIELD(Record, narrow), FABSCAN_FIELD(Record, list[1]),
     FABSCAN_FIELD(Record, wide),   FABSCAN_FIELD(Record, middle),
 };
-
-template <class Write>
-std::string Written(Write write) {
-  std::ostringstream out;
-  {
-    SourceWriter writer(out);
-    write(writer);
-  }
-  return out.str();
-}
 
 /// The statements as they are written one by one, which they must equal when they are composed.
 template <const auto& kTable>

@@ -10,19 +10,10 @@
 #include <streambuf>
 #include <string>
 
+#include "testing/written.h"
+
 namespace fabscan::generator {
 namespace {
-
-/// What `write(writer)` writes.
-template <class Write>
-std::string Written(Write write) {
-  std::ostringstream out;
-  {
-    SourceWriter writer(out);
-    write(writer);
-  }
-  return out.str();
-}
 
 constexpr u_int64_t kMost = std::numeric_limits<u_int64_t>::max();
 

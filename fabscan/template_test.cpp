@@ -7,19 +7,10 @@
 #include <string>
 
 #include "source_writer.h"
+#include "testing/written.h"
 
 namespace fabscan::generator {
 namespace {
-
-template <class Write>
-std::string Written(Write write) {
-  std::ostringstream out;
-  {
-    SourceWriter writer(out);
-    write(writer);
-  }
-  return out.str();
-}
 
 constexpr Template kPlain(R"(
 one
