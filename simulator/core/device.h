@@ -24,8 +24,7 @@
     void setAll() { SIMULATOR_EACH(SIMULATOR_CALL_SETTER) }       \
   }
 
-namespace fabscan {
-namespace simulator {
+namespace fabscan::simulator {
 
 /// A device of one type that sets the attributes of a node. The node must outlive it.
 class Device {
@@ -36,7 +35,6 @@ class Device {
   Node* m_node;
 };
 
-}  // namespace simulator
-}  // namespace fabscan
+}  // namespace fabscan::simulator
 
 #endif

@@ -10,8 +10,7 @@
 
 #include "attributes.h"
 
-namespace fabscan {
-namespace simulator {
+namespace fabscan::simulator {
 
 /// One simulated node with all of its attributes, packed as they are on the wire. The members have
 /// the names that generated files use.
@@ -91,7 +90,6 @@ class Node {
   std::map<PushCountersKey, WrenPushReductionCounters_view_t> push_counters_;
 };
 
-}  // namespace simulator
-}  // namespace fabscan
+}  // namespace fabscan::simulator
 
 #endif

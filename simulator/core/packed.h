@@ -4,8 +4,7 @@
 #include "records/all_records.h"
 #include "records/wire.h"
 
-namespace fabscan {
-namespace simulator {
+namespace fabscan::simulator {
 
 /// A node's storage for one attribute, as it is on the wire.
 template <class Record>
@@ -14,7 +13,6 @@ struct Packed {
   u_int8_t bytes[PackedBytes(TableOf<Record>::value)] = {};
 };
 
-}  // namespace simulator
-}  // namespace fabscan
+}  // namespace fabscan::simulator
 
 #endif

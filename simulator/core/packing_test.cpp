@@ -1,8 +1,7 @@
 #include <gmock/gmock.h>
 #include <infiniband/fabscan/fabscan_fabric.h>
 
-namespace fabscan {
-namespace simulator {
+namespace fabscan::simulator {
 namespace {
 
 using ::testing::ElementsAreArray;
@@ -100,5 +99,4 @@ TEST(Packing, PortInfoExtendedAlternatesSupportedAndEnabledModes) {
 }
 
 }  // namespace
-}  // namespace simulator
-}  // namespace fabscan
+}  // namespace fabscan::simulator

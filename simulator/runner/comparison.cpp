@@ -5,8 +5,7 @@
 
 #include "storages.h"
 
-namespace fabscan {
-namespace simulator {
+namespace fabscan::simulator {
 
 namespace {
 
@@ -127,5 +126,4 @@ void Compare(Node& before, Node& after, const Assignments& assigned, Differences
   ComparePkeyTables(before, after, assigned, differences);
 }
 
-}  // namespace simulator
-}  // namespace fabscan
+}  // namespace fabscan::simulator

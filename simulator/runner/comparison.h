@@ -7,8 +7,7 @@
 #include "../core/node.h"
 #include "expectations.h"
 
-namespace fabscan {
-namespace simulator {
+namespace fabscan::simulator {
 
 /// A difference: storage, field and description.
 using Differences = std::map<std::string, std::string>;
@@ -17,7 +16,6 @@ using Differences = std::map<std::string, std::string>;
 /// change from `before`.
 void Compare(Node& before, Node& after, const Assignments& assigned, Differences& differences);
 
-}  // namespace simulator
-}  // namespace fabscan
+}  // namespace fabscan::simulator
 
 #endif

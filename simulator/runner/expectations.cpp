@@ -3,8 +3,7 @@
 #include <sstream>
 #include <stdexcept>
 
-namespace fabscan {
-namespace simulator {
+namespace fabscan::simulator {
 
 std::vector<UnitExpectations> ReadExpectations(std::istream& in) {
   std::vector<UnitExpectations> units;
@@ -43,5 +42,4 @@ std::vector<UnitExpectations> ReadExpectations(std::istream& in) {
   return units;
 }
 
-}  // namespace simulator
-}  // namespace fabscan
+}  // namespace fabscan::simulator

@@ -9,8 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace fabscan {
-namespace simulator {
+namespace fabscan::simulator {
 
 /// Storage -> field -> expected value.
 using Assignments = std::map<std::string, std::map<std::string, u_int64_t>>;
@@ -35,7 +34,6 @@ struct UnitExpectations {
 /// Throws std::runtime_error, with the line, for anything else.
 std::vector<UnitExpectations> ReadExpectations(std::istream& in);
 
-}  // namespace simulator
-}  // namespace fabscan
+}  // namespace fabscan::simulator
 
 #endif

@@ -20,8 +20,7 @@
 #include "storages.h"
 #include "unit.h"
 
-namespace fabscan {
-namespace simulator {
+namespace fabscan::simulator {
 
 namespace {
 
@@ -119,8 +118,7 @@ int Main(const char* path) {
 
 }  // namespace
 
-}  // namespace simulator
-}  // namespace fabscan
+}  // namespace fabscan::simulator
 
 int main(int argc, char** argv) {
   if (argc != 2) {

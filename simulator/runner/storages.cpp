@@ -1,7 +1,6 @@
 #include "storages.h"
 
-namespace fabscan {
-namespace simulator {
+namespace fabscan::simulator {
 
 namespace {
 
@@ -48,5 +47,4 @@ std::vector<Storage> StoragesOf(Node& node) {
   return std::move(all.storages);
 }
 
-}  // namespace simulator
-}  // namespace fabscan
+}  // namespace fabscan::simulator

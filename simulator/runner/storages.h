@@ -6,8 +6,7 @@
 
 #include "../core/node.h"
 
-namespace fabscan {
-namespace simulator {
+namespace fabscan::simulator {
 
 /// One packed attribute of a node, for any record type.
 struct Storage {
@@ -21,7 +20,6 @@ struct Storage {
 /// set is added to it.
 std::vector<Storage> StoragesOf(Node& node);
 
-}  // namespace simulator
-}  // namespace fabscan
+}  // namespace fabscan::simulator
 
 #endif

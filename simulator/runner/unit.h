@@ -7,8 +7,7 @@
 
 #include "../core/device.h"
 
-namespace fabscan {
-namespace simulator {
+namespace fabscan::simulator {
 
 // NOLINTNEXTLINE(bugprone-macro-parentheses): one more term of the sum
 #define RUNNER_COUNT_SETTER(record, member, function) +1
@@ -36,8 +35,7 @@ struct AddUnit {
   explicit AddUnit(const Unit& unit) { Units().push_back(&unit); }
 };
 
-}  // namespace simulator
-}  // namespace fabscan
+}  // namespace fabscan::simulator
 
 #define RUNNER_SETTER(record, member, function) \
   fabscan::simulator::Setter{                   \
