@@ -31,11 +31,11 @@ void Generate(Fabscan& fabscan, const std::string& prefix, const std::set<u_int6
   throw CommandError(fmt::format("{}{}; free some space, or write elsewhere", output_name, cause));
 }
 
-/// The number of bytes written to the file; 0 if unknown.
-std::size_t KilobytesOf(const std::string& path) {
+/// The size of the file in bytes; 0 if unknown.
+std::size_t SizeOf(const std::string& path) {
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(path, error);
-  return error ? 0 : static_cast<std::size_t>(size / 1000);
+  return error ? 0 : static_cast<std::size_t>(size);
 }
 
 /// Counts the functions of these nodes.
@@ -89,9 +89,9 @@ DumpedFile WriteDumpFile(Fabscan& fabscan, const std::string& prefix,
   if (progress == nullptr) {
     generate();
   } else {
-    const auto done = [&generated] { return KilobytesOf(generated); };
-    progress->Watch("kB generated", 0, done, generate);
-    progress->Show("kB generated", done(), 0);
+    const auto done = [&generated] { return SizeOf(generated); };
+    progress->Watch("generating", 0, done, generate, Unit::kBytes);
+    progress->Show("generating", done(), 0, Unit::kBytes);
   }
   DumpedFile file{Summarise(fabscan, SelectedNodes(fabscan.discovered_fabric, guids), progress),
                   {}};

@@ -185,12 +185,13 @@ void Progress::Show(std::string_view what, std::size_t done, std::size_t total, 
 }
 
 void Progress::Watch(std::string_view what, std::size_t total,
-                     const std::function<std::size_t()>& done, const std::function<void()>& task) {
-  Show(what, 0, total);
+                     const std::function<std::size_t()>& done, const std::function<void()>& task,
+                     Unit unit) {
+  Show(what, 0, total, unit);
   if (terminal_ == nullptr) {
     task();
   } else {
-    const PeriodicTimer timer(kPause, [&] { Show(what, done(), total); });
+    const PeriodicTimer timer(kPause, [&] { Show(what, done(), total, unit); });
     task();
   }
 }

@@ -41,7 +41,7 @@ class Progress {
   /// Runs `task`, which does not report progress, and shows `done()` meanwhile. `done` is called
   /// from another thread, and only on a terminal.
   void Watch(std::string_view what, std::size_t total, const std::function<std::size_t()>& done,
-             const std::function<void()>& task);
+             const std::function<void()>& task, Unit unit = Unit::kItems);
   /// The same, with only the elapsed time.
   void Watch(std::string_view what, const std::function<void()>& task);
   /// A callback for operations that report their progress. This object must outlive it.
