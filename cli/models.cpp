@@ -35,13 +35,13 @@ struct ModelsOptions {
 
 std::size_t NodesOf(const std::vector<NamedModel>& list) {
   std::size_t nodes = 0;
-  for (const NamedModel& listed : list) nodes += listed.model.nodes;
+  for (const NamedModel& named : list) nodes += named.model.nodes;
   return nodes;
 }
 
-std::string DumpLine(const std::string& snapshot, const NamedModel& listed) {
-  return fmt::format("fabscan dump {} --prefix {} --guid {}", ShellWord(snapshot), listed.prefix,
-                     GuidText(listed.model.representative->guid));
+std::string DumpLine(const std::string& snapshot, const NamedModel& named) {
+  return fmt::format("fabscan dump {} --prefix {} --guid {}", ShellWord(snapshot), named.prefix,
+                     GuidText(named.model.representative->guid));
 }
 
 /// `5 of 21`: the number of collected attributes, and of those that the node can have.
@@ -69,10 +69,10 @@ void PrintText(const Fabscan& fabscan, const ModelsOptions& options,
                  {"collected", true},
                  {"representative"},
                  {"", false, Narrow::kCut}});
-    for (const NamedModel& listed : list) {
-      const DeviceModel& model = listed.model;
+    for (const NamedModel& named : list) {
+      const DeviceModel& model = named.model;
       const DeviceModelKey& key = model.key;
-      table.AddRow({listed.prefix, std::to_string(model.nodes), KindText(key.type, key.special),
+      table.AddRow({named.prefix, std::to_string(model.nodes), KindText(key.type, key.special),
                     IdText(key.vendor_id, 6), IdText(key.device_id, 4), IdText(key.revision, 1),
                     OrDash(PsidText(key)), OrDash(FirmwareText(key)),
                     CollectedText(fabscan, *model.representative),
@@ -96,8 +96,8 @@ void PrintJson(const Fabscan& fabscan, const ModelsOptions& options,
   json.Count("nodes", NodesOf(list));
   json.Count("outsideSubFabric", nodes_outside);
   json.BeginObjects("models");
-  for (const NamedModel& listed : list) {
-    const DeviceModel& model = listed.model;
+  for (const NamedModel& named : list) {
+    const DeviceModel& model = named.model;
     json.BeginObject();
     json.Count("nodes", model.nodes);
     json.Count("records", model.records);
@@ -119,8 +119,8 @@ void PrintJson(const Fabscan& fabscan, const ModelsOptions& options,
     json.Text("firmware", FirmwareText(model.key));
     json.Text("name", model.representative->name);
     json.Guid("guid", model.representative->guid);
-    json.Text("prefix", listed.prefix);
-    json.Text("dump", DumpLine(options.snapshot, listed));
+    json.Text("prefix", named.prefix);
+    json.Text("dump", DumpLine(options.snapshot, named));
     json.EndObject();
   }
   json.EndArray();

@@ -58,7 +58,7 @@ void WriteFunction(JsonResult& json, const CheckResult& result, const CheckedFun
   json.Text("mark", RowOf(function.mark).word);
   const Cause* cause = result.cause(function.cause);
   if (cause != nullptr) WriteCause(json, *cause);
-  // If there is no text of the generator, as for manual edits, the cause is the reason.
+  // Manual edits have no text of the generator: there, the cause is the reason.
   const std::string_view words = result.reason(function.reason);
   if (cause != nullptr) json.Text("reason", words.empty() ? cause->text : words);
   json.EndObject();

@@ -28,8 +28,8 @@ ExitStatus DumpModels(const DumpOptions& options) {
   const std::filesystem::path output_dir(options.output_dir);
   std::vector<std::string> paths;
   paths.reserve(list.size());
-  for (const NamedModel& listed : list) {
-    paths.push_back(output_dir / GeneratedFileName(listed.prefix));
+  for (const NamedModel& named : list) {
+    paths.push_back(output_dir / GeneratedFileName(named.prefix));
   }
   const std::vector<std::unique_ptr<StagedOutput>> outputs =
       StagedOutput::Several(paths, options.force);

@@ -29,7 +29,7 @@ std::string FilesText(const char* head, const std::vector<ModelFile>& files, Var
                {"", false, Narrow::kCut}});
   std::size_t nodes = 0;
   for (const ModelFile& file : files) {
-    const DeviceModel& model = file.listed.model;
+    const DeviceModel& model = file.named.model;
     const DumpSummary& summary = file.dumped.summary;
     nodes += model.nodes;
     table.AddRow(

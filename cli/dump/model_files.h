@@ -12,7 +12,7 @@ namespace fabscan {
 
 /// The generated file of one device model.
 struct ModelFile {
-  NamedModel listed;
+  NamedModel named;
   std::string path;  // of the file, or of the directory that it is in
   DumpedFile dumped;
 };
