@@ -5,8 +5,8 @@
 // in which the Nth call fails, counted from 1 at the start of main. The answer is the run's status
 // as from waitpid(2), and 1 if there was such a call, else 0.
 //
-//   FAULT_CALL     write, fsync, rename, read, open, mkdtemp or malloc; equivalent calls (writev,
-//                  syncfs, renameat2, calloc, ...) count too. For write, only calls that write to
+//   FAULT_CALL     write, fsync, rename, read, open or malloc; equivalent calls (writev, syncfs,
+//                  renameat2, calloc, ...) count too. For write, only calls that write to
 //                  files; for open, only calls that open for writing.
 //   FAULT_KIND     an errno number; "signal N"; "remove DIRECTORY", then continue; "short" (half of
 //                  the bytes, then ENOSPC)
@@ -193,11 +193,6 @@ int renameat2(int from_folder, const char* from, int to_folder, const char* to,
               unsigned flags) noexcept {
   static auto* const next = Next("renameat2", &renameat2);
   return Meet("rename") == Outcome::kFails ? -1 : next(from_folder, from, to_folder, to, flags);
-}
-
-char* mkdtemp(char* name) noexcept {
-  static auto* const next = Next("mkdtemp", &mkdtemp);
-  return Meet("mkdtemp") == Outcome::kFails ? nullptr : next(name);
 }
 
 int open(const char* path, int flags, ...) {
