@@ -43,7 +43,7 @@ std::string MakeCache(const FabricShape& shape) {
     FillPort(CacheBuilder::AddPort(node, 1), numbers);
   }
 
-  // Adapters take the first ports of the switches, in turn; the others join neighbouring switches.
+  // Adapters use the first ports of all switches; the other ports join neighbouring switches.
   const auto switch_port = [&](std::size_t number, std::size_t of) -> CacheBuilder::Port& {
     return builder.nodes()[of % shape.switches].ports[number];
   };

@@ -33,8 +33,8 @@ using fabscan::StatementList;
 constexpr char kPrefix[] = "Bench";
 constexpr char kGeneratedName[] = "bench_generated.cpp";
 
-/// In a file system that is in memory, so that large files do not meet the kernel writing others to
-/// the disk; in the working folder where there is none.
+/// In a file system in memory, so that the kernel does not write other files to the disk meanwhile;
+/// without one, in the current directory.
 const std::filesystem::path& FolderInMemory() {
   static const char kShared[] = "/dev/shm";
   static const fabscan::TemporaryFolder folder(
@@ -152,7 +152,7 @@ void Streams(benchmark::State& state) {
   });
 }
 
-/// The same with fmt, into a buffer that is handed over in large pieces.
+/// The same with fmt, into a buffer that is flushed in large chunks.
 void Formatted(benchmark::State& state) {
   const auto& statements = SubjectOf(static_cast<unsigned>(state.range(0))).Statements();
   Measure(state, [&](Subject&, const std::filesystem::path& path) {

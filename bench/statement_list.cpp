@@ -9,8 +9,8 @@ namespace fabscan {
 
 namespace {
 
-/// Where the digits of the line's first hexadecimal value stand; empty where there is none, or
-/// where it would not be written again as it is.
+/// The digits of the line's first hexadecimal value; empty without one, or if formatting the value
+/// would give different digits.
 std::string_view DigitsIn(std::string_view line, std::uint64_t& value) {
   constexpr std::string_view kPrefix = "0x";
   const std::size_t prefix = line.find(kPrefix);

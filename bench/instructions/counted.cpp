@@ -1,5 +1,5 @@
-// counted WHAT: does one thing on a made fabric in the working folder, and has callgrind count the
-// instructions of that alone. Without an argument, lists what there is.
+// counted WHAT: runs one operation on a synthetic fabric in the current directory; callgrind counts
+// only its instructions. Without an argument, lists the operations.
 
 #include <valgrind/callgrind.h>
 
