@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <iostream>
+#include <map>
 #include <optional>
 #include <set>
 #include <utility>
@@ -139,14 +140,20 @@ void StagedOutput::Commit() {
 
 void StagedOutput::CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& outputs) {
   std::set<std::string> directories;
+  std::map<dev_t, std::string> file_systems;  // by number, a directory on each
   for (const auto& output : outputs) {
     output->Finish();
-    if (!output->is_stream_) directories.insert(DirectoryOf(output->target_));
+    if (output->is_stream_) continue;
+    const std::string directory = DirectoryOf(output->target_);
+    struct stat status {};
+    if (directories.insert(directory).second && ::stat(directory.c_str(), &status) == 0) {
+      file_systems.emplace(status.st_dev, directory);
+    }
   }
   Progress progress;
   // Synchronising all files together is much faster than one by one.
-  progress.Watch("syncing files to disk", [&directories] {
-    for (const std::string& directory : directories) {
+  progress.Watch("syncing files to disk", [&file_systems] {
+    for (const auto& [device, directory] : file_systems) {
       const int error_number = SynchroniseFileSystem(directory);
       if (error_number != 0) Fail(directory, "write", error_number);
     }
