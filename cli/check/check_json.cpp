@@ -45,7 +45,7 @@ void WriteNext(JsonResult& json, const CheckReport& report) {
   for (const NextStep& step : report.next) {
     json.BeginObject();
     json.Text("text", step.text);
-    if (!step.command.empty()) json.Text("command", step.command);
+    json.Text("command", step.command);
     json.EndObject();
   }
   json.EndArray();

@@ -57,8 +57,7 @@ std::vector<NextStep> NextSteps(const CheckResult& result, const std::vector<Cau
 std::string NextText(const std::vector<NextStep>& steps, const Terminal& terminal) {
   std::string text;
   for (const NextStep& step : steps) {
-    text += Paragraph("next: " + step.text, terminal);
-    if (!step.command.empty()) text += "  " + step.command + '\n';
+    text += Paragraph("next: " + step.text, terminal) + "  " + step.command + '\n';
   }
   return text;
 }
