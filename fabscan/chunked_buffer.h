@@ -48,7 +48,7 @@ class ChunkedBuffer final : public std::streambuf {
 
  private:
   static constexpr std::streamoff kPage = 4096;
-  static constexpr std::streamoff kChunk = 256 * kPage;
+  static constexpr std::streamoff kChunk = 64 * kPage;
   static constexpr std::streamoff kCapacity = kChunk + static_cast<std::streamoff>(kSlack);
 
   /// Writes the first `size` bytes, and keeps the rest.

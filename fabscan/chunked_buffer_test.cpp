@@ -18,7 +18,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 constexpr std::size_t kPage = 4096;
-constexpr std::size_t kChunk = 256 * kPage;
+constexpr std::size_t kChunk = 64 * kPage;
 
 /// A file that notes the sizes of the chunks that reach it. Takes `room` bytes, then fails, or
 /// throws when it was told to.

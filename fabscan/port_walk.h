@@ -96,13 +96,13 @@ template <class Record>
 bool IsEmpty(const Record* record) {
   return record == nullptr;
 }
-template <class Map>
-bool IsEmpty(const Map& map) {
-  return map.empty();
+template <class Record, std::size_t kRecords>
+bool IsEmpty(const std::array<const Record*, kRecords>& records) {
+  return std::all_of(records.begin(), records.end(), IsEmpty<Record>);
 }
 
-/// The ports of one node that have a value, as they are told apart. A value is a record, or a map
-/// of records.
+/// The ports of one node that have a value, as they are told apart. A value is a record, or a fixed
+/// number of them, of which some may be null.
 template <class Value>
 struct PortGroups {
   u_int8_t regular_port = 0;

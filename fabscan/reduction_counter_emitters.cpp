@@ -1,3 +1,6 @@
+#include <array>
+#include <map>
+
 #include "fabscan_sim_info_dump.h"
 #include "port_walk.h"
 #include "reduction_body.h"
@@ -77,16 +80,26 @@ constexpr Template kCounterCase(R"(
     break;)",
                                 {"port", "counters"});
 
-/// The counter sets of one port, by index.
-using CounterSets = SmallMap<u_int32_t, const WrenReductionCounters*, kCounterSets>;
+/// The counter sets of one port, by index; null where there is none.
+using CounterSets = std::array<const WrenReductionCounters*, kCounterSets>;
 
-template <class Sets>
-auto CounterLines(unsigned port, const Sets& sets) {
+void WriteCounterSet(SourceWriter& writer, int indent, unsigned port, unsigned index,
+                     const WrenReductionCounters* record) {
+  if (record == nullptr) return;
+  writer.EmitLines<kCounterSet>(indent, port, index, Statements<kCounterFields>(*record));
+}
+
+auto CounterLines(unsigned port, const CounterSets& sets) {
   return [port, &sets](SourceWriter& writer, int indent) {
-    for (const auto& [index, record] : sets) {
-      if (record == nullptr) continue;
-      writer.EmitLines<kCounterSet>(indent, port, index, Statements<kCounterFields>(*record));
+    for (unsigned index = 0; index < kCounterSets; ++index) {
+      WriteCounterSet(writer, indent, port, index, sets[index]);
     }
+  };
+}
+
+auto CounterLines(unsigned port, const std::map<uint32_t, const WrenReductionCounters*>& sets) {
+  return [port, &sets](SourceWriter& writer, int indent) {
+    for (const auto& [index, record] : sets) WriteCounterSet(writer, indent, port, index, record);
   };
 }
 
@@ -203,18 +216,17 @@ void SimInfoDumpCPP::GenerateWrenReductionCounters(std::ostream& out, const IBNo
   if (body) return;
   auto& store = m_fabscan.fabric_extended_info;
   const auto groups = GroupPorts<CounterSets>(node, [&](const IBPort& port) {
-    CounterSets sets;
+    CounterSets sets = {};
     if (store.getWrenReductionConfigureMLIDMonitors(port.createIndex, kReductionMonitors) ==
         nullptr) {
       return sets;
     }
     for (unsigned index = 0; index < kCounterSets; ++index) {
-      const WrenReductionCounters* record = store.getWrenReductionCounters(port.createIndex, index);
-      if (record != nullptr) sets.Set(index, record);
+      sets[index] = store.getWrenReductionCounters(port.createIndex, index);
     }
     return sets;
   });
-  const CounterSets* normal = groups.regular.empty() ? nullptr : &groups.regular;
+  const CounterSets* normal = IsEmpty(groups.regular) ? nullptr : &groups.regular;
   WriteCounterLoop(body.writer(), groups.regular_port, normal, groups.marked);
 }
 
