@@ -19,28 +19,20 @@
 #include "bench/fabric_maker.h"
 #include "bench/processor_time.h"
 #include "bench/ratio_table.h"
-#include "bench/scratch_folder.h"
+#include "bench/scratch_directory.h"
 #include "bench/statement_list.h"
 #include "bench/whole_file.h"
 #include "fabscan/fabscan_sim_info_dump.h"
 
 namespace {
 
+using fabscan::DirectoryInMemory;
 using fabscan::FabricShape;
-using fabscan::ScratchFolder;
+using fabscan::ScratchDirectory;
 using fabscan::StatementList;
 
 constexpr char kPrefix[] = "Bench";
 constexpr char kGeneratedName[] = "bench_generated.cpp";
-
-/// In a file system in memory, so that the kernel does not write other files to the disk meanwhile;
-/// without one, in the current directory.
-const std::filesystem::path& FolderInMemory() {
-  static const char kShared[] = "/dev/shm";
-  static const fabscan::TemporaryFolder folder(
-      std::filesystem::is_directory(kShared) ? kShared : std::filesystem::current_path());
-  return folder.path();
-}
 
 /// A made fabric, and what is generated from it.
 class Subject {
@@ -49,13 +41,13 @@ class Subject {
     FabricShape shape;
     shape.switches = switches;
     fabscan::MakeFabric(shape, fabscan_);
-    Generate(ScratchFolder());
-    size_ = std::filesystem::file_size(ScratchFolder() / kGeneratedName);
-    std::filesystem::remove(ScratchFolder() / kGeneratedName);
+    Generate(ScratchDirectory());
+    size_ = std::filesystem::file_size(ScratchDirectory() / kGeneratedName);
+    std::filesystem::remove(ScratchDirectory() / kGeneratedName);
   }
 
-  void Generate(const std::filesystem::path& folder) {
-    fabscan_.setOutputFolder(folder.string());
+  void Generate(const std::filesystem::path& directory) {
+    fabscan_.setOutputFolder(directory.string());
     if (SimInfoDumpCPP(fabscan_).Generate(kPrefix, {}) != 0) std::abort();
   }
 
@@ -63,10 +55,10 @@ class Subject {
 
   const std::string& Text() {
     if (!text_.empty()) return text_;
-    Generate(ScratchFolder());
-    std::ifstream file(ScratchFolder() / kGeneratedName, std::ios::binary);
+    Generate(ScratchDirectory());
+    std::ifstream file(ScratchDirectory() / kGeneratedName, std::ios::binary);
     text_.assign(std::istreambuf_iterator<char>(file), {});
-    std::filesystem::remove(ScratchFolder() / kGeneratedName);
+    std::filesystem::remove(ScratchDirectory() / kGeneratedName);
     return text_;
   }
 
@@ -94,9 +86,9 @@ Subject& SubjectOf(unsigned switches) {
 /// somewhere else, as in a virtual machine, they may take longer than all the rest.
 template <class Write>
 void Measure(benchmark::State& state, Write write,
-             const std::filesystem::path& folder = ScratchFolder()) {
+             const std::filesystem::path& directory = ScratchDirectory()) {
   Subject& subject = SubjectOf(static_cast<unsigned>(state.range(0)));
-  const std::filesystem::path path = folder / kGeneratedName;
+  const std::filesystem::path path = directory / kGeneratedName;
   fabscan::ProcessorTime processor_time;
   write(subject, path);
   std::filesystem::remove(path);
@@ -129,7 +121,7 @@ void GenerateInMemory(benchmark::State& state) {
       [](Subject& subject, const std::filesystem::path& path) {
         subject.Generate(path.parent_path());
       },
-      FolderInMemory());
+      DirectoryInMemory());
 }
 
 void Write(benchmark::State& state) {

@@ -11,7 +11,7 @@
 #include "bench/cache_maker.h"
 #include "bench/processor_time.h"
 #include "bench/ratio_table.h"
-#include "bench/scratch_folder.h"
+#include "bench/scratch_directory.h"
 #include "bench/whole_file.h"
 #include "discovery/cache_file.h"
 #include "discovery/fabric_builder.h"
@@ -39,8 +39,8 @@ struct Subject {
     snapshot = out.str();
   }
 
-  const std::string cache = fabscan::ScratchFolder() / "fabric.cache";
-  const std::string output = fabscan::ScratchFolder() / "fabric.jsonl";
+  const std::string cache = fabscan::ScratchDirectory() / "fabric.cache";
+  const std::string output = fabscan::ScratchDirectory() / "fabric.jsonl";
   std::size_t cache_size = 0;
   std::string snapshot;
 };

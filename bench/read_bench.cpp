@@ -17,7 +17,7 @@
 #include "bench/fabric_maker.h"
 #include "bench/processor_time.h"
 #include "bench/ratio_table.h"
-#include "bench/scratch_folder.h"
+#include "bench/scratch_directory.h"
 #include "fabscan/fabscan_sim_info_dump.h"
 #include "snapshot/byte_source.h"
 #include "snapshot/line_reader.h"
@@ -31,7 +31,7 @@ constexpr unsigned kAdapters = 19500;
 /// The snapshot that is read.
 const std::filesystem::path& Snapshot() {
   static const std::filesystem::path snapshot = [] {
-    std::filesystem::path path = fabscan::ScratchFolder() / "fabric.jsonl";
+    std::filesystem::path path = fabscan::ScratchDirectory() / "fabric.jsonl";
     Fabscan fabscan;
     fabscan::FabricShape shape;
     shape.switches = kSwitches;
