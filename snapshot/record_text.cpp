@@ -121,9 +121,10 @@ char* PutRecordText(const RecordTable& table, char* at, const void* record) {
 
 namespace {
 
-/// Each parses one token at `at`; returns its end, or null if it does not match.
+/// Each parses one token at `at`; returns its end, or null if it does not match. Of so many calls
+/// the compiler would inline none by itself.
 template <std::size_t kSize>
-const char* TakeDecimal(const char* at, u_int64_t& number) {
+[[gnu::always_inline]] inline const char* TakeDecimal(const char* at, u_int64_t& number) {
   constexpr u_int64_t kLargest = ~u_int64_t{0} >> (64 - 8 * kSize);
   constexpr std::size_t kMostDigits = 10;
   const auto digit = [&at](std::size_t i) { return static_cast<unsigned>(at[i]) - '0'; };
