@@ -123,7 +123,7 @@ void ReadAndWrite(benchmark::State& state) {
   Measure(state, [](const Subject& subject) { subject.ReadAndWrite(); });
 }
 
-constexpr int kRepetitions = 5;
+constexpr int kRepetitions = 9;
 
 BENCHMARK(DumpCommand)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();
 BENCHMARK(ReadAndWrite)->Iterations(1)->Repetitions(kRepetitions)->UseRealTime();
