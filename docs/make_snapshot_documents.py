@@ -60,17 +60,22 @@ def absent(records):
 def schema(tables):
     text, flag = {"type": "string"}, {"type": "boolean"}
     name = {"anyOf": [text, strict({"escaped": text}, ["escaped"])]}
+    extra = {"type": "object"}
+    peer = strict({"guid": number(64), "port": number(8)}, ["guid", "port"])
     mask = {"type": "array", "items": number(32), "minItems": 4, "maxItems": 4}
     port = strict(
         {
             "num": number(8),
             "state": {"enum": ["ACTIVE", "ARM", "INIT", "DOWN", "UNKNOWN"]},
+            "portGuid": number(64),
+            "peer": peer,
             "inSubFabric": flag,
             "fnm": flag,
             "fnm1": flag,
             "special": flag,
             "attributes": attributes(tables["port"]),
             "absent": absent(tables["port"]),
+            "extra": extra,
         },
         ["num", "state"],
     )
@@ -81,6 +86,7 @@ def schema(tables):
             "type": {"enum": ["SW", "RTR", "CA", "UNKNOWN"]},
             "numPorts": number(8),
             "alternativeName": name,
+            "description": name,
             "inSubFabric": flag,
             "specialNode": {"enum": ["AN", "ROUTER", "ETH_GATEWAY"]},
             "opalSwitch": flag,
@@ -88,12 +94,14 @@ def schema(tables):
             "gmpCapabilityMask": mask,
             "attributes": attributes(tables["node"]),
             "absent": absent(tables["node"]),
+            "extra": extra,
             "ports": {"type": "array", "items": {"$ref": "#/$defs/port"}},
         },
         ["name", "guid", "type", "numPorts"],
     )
     header = strict(
-        {"fabscan_snapshot": {"const": 1}, "source": text, "created": text}, ["fabscan_snapshot"]
+        {"fabscan_snapshot": {"enum": [1, 2]}, "source": text, "created": text, "extra": extra},
+        ["fabscan_snapshot"],
     )
     end = strict({"end": {"const": True}, "nodes": number(64)}, ["end", "nodes"])
     numbers = {f"number{bits}": number_definition(bits) for bits in (8, 16, 32, 64)}

@@ -11,6 +11,10 @@ void IBNode::setAlternativeName(std::string_view device_name) {
   alternative_name_ = fabscan::HarmlessName(device_name);
 }
 
+void IBNode::setDescription(std::string_view reported) {
+  description_ = fabscan::HarmlessName(reported);
+}
+
 IBNode& IBFabric::makeNode(std::string_view device_name, u_int64_t guid, IBNodeType type,
                            phys_port_t num_ports) {
   if (place_by_guid_.Find(guid) != place_by_guid_.kNone) {
@@ -59,6 +63,16 @@ void IBFabric::clear() {
   place_by_guid_.Clear();
   ports_.clear();
   nodes_.clear();
+  extra_of_nodes_.clear();
+  extra_of_ports_.clear();
+}
+
+void IBFabric::setExtra(const IBNode& node, std::string json) {
+  extra_of_nodes_[node.createIndex] = std::move(json);
+}
+
+void IBFabric::setExtra(const IBPort& port, std::string json) {
+  extra_of_ports_[port.createIndex] = std::move(json);
 }
 
 IBNode* IBFabric::getNodeByGuid(u_int64_t guid) const {

@@ -84,7 +84,65 @@ std::string ResolveEscapes(json::raw_json_string raw, std::size_t raw_size) {
   return text;
 }
 
+void AppendText(json::raw_json_string raw, std::string& text) {
+  static_cast<void>(Unescaped(raw));  // throws for an escape that does not exist
+  const char* end = raw.raw();
+  while (*end != '"') end += *end == '\\' ? 2 : 1;
+  text.append(1, '"').append(raw.raw(), end).append(1, '"');
+}
+
+void AppendJson(json::value value, std::string& text);
+
+void AppendMembers(json::object object, std::string& text) {
+  text += '{';
+  for (auto item : object) {
+    json::field field = Take(std::move(item));
+    if (text.back() != '{') text += ',';
+    AppendText(field.key(), text);
+    text += ':';
+    AppendJson(field.value(), text);
+  }
+  text += '}';
+}
+
+void AppendElements(json::array array, std::string& text) {
+  text += '[';
+  for (auto item : array) {
+    if (text.back() != '[') text += ',';
+    AppendJson(Take(item), text);
+  }
+  text += ']';
+}
+
+/// Without blanks. Reads all of the value, because simdjson checks only what is read.
+void AppendJson(json::value value, std::string& text) {
+  switch (Take(value.type())) {
+    case json::json_type::object:
+      return AppendMembers(Take(value.get_object()), text);
+    case json::json_type::array:
+      return AppendElements(Take(value.get_array()), text);
+    case json::json_type::string:
+      return AppendText(Take(value.get_raw_json_string()), text);
+    case json::json_type::number:
+      text += Token(value);
+      static_cast<void>(Take(value.get_double()));
+      return;
+    case json::json_type::boolean:
+      text += Take(value.get_bool()) ? "true" : "false";
+      return;
+    case json::json_type::null:
+      if (!value.is_null()) throw simdjson::simdjson_error(simdjson::N_ATOM_ERROR);
+      text += "null";
+  }
+}
+
 }  // namespace
+
+std::string TakeExtra(json::value value) {
+  std::string text;
+  AppendMembers(TakeObject(value), text);
+  return text;
+}
 
 std::string Unescaped(json::raw_json_string raw) {
   // The parser has seen the closing quote already.

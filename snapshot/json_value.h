@@ -86,6 +86,9 @@ std::string TakeText(json::value value);
 /// A name as reported by the device: text, or `{"escaped": text}`, in which %XX is a byte.
 std::string TakeName(json::value value);
 
+/// An object of any content, as text without blanks.
+std::string TakeExtra(json::value value);
+
 /// Throws Malformed for a `value` that is not a number of `bits` bits. Does not return.
 [[noreturn]] void RefuseNumber(json::value value, unsigned bits);
 /// The digits of the token `"0x..."`; empty for any other token.

@@ -102,6 +102,11 @@ void JsonWriter::String(std::string_view text) {
   Append("\"");
 }
 
+void JsonWriter::Raw(std::string_view json) {
+  AtOnce([](JsonPiece& to) { to.Begin(); });
+  Append(json);
+}
+
 void JsonWriter::Append(std::string_view text) {
   while (!text.empty()) {
     if (size_ >= kPieceBytes) WritePiece();

@@ -46,6 +46,8 @@ class JsonWriter {
   }
   /// Bytes that are not UTF-8 are replaced by U+FFFD.
   void String(std::string_view text);
+  /// A value that is JSON text already.
+  void Raw(std::string_view json);
   void EndLine() {
     AtOnce([](JsonPiece& to) { to.EndLine(); });
   }

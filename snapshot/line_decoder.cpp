@@ -9,8 +9,9 @@ namespace fabscan {
 
 namespace {
 
-enum HeaderKey : std::size_t { kVersion, kSource, kCreated };
-constexpr std::array<std::string_view, 3> kHeaderKeys = {"fabscan_snapshot", "source", "created"};
+enum HeaderKey : std::size_t { kVersion, kSource, kCreated, kHeaderExtra };
+constexpr std::array<std::string_view, 4> kHeaderKeys = {"fabscan_snapshot", "source", "created",
+                                                         "extra"};
 
 // A node's keys in the order in which they are written; then those that tell the other lines.
 enum NodeKey : std::size_t {
@@ -19,6 +20,7 @@ enum NodeKey : std::size_t {
   kType,
   kNumPorts,
   kAlternativeName,
+  kDescription,
   kNodeInSubFabric,
   kSpecialNode,
   kOpalSwitch,
@@ -26,33 +28,65 @@ enum NodeKey : std::size_t {
   kGmpMask,
   kNodeAttributes,
   kNodeAbsent,
+  kNodeExtra,
   kPorts,
   kSecondHeader,
   kLastLine,
   kLastLineCount,
 };
-constexpr std::array<std::string_view, 16> kNodeKeys = {
-    "name",        "guid",        "type",       "numPorts",          "alternativeName",
-    "inSubFabric", "specialNode", "opalSwitch", "smpCapabilityMask", "gmpCapabilityMask",
-    "attributes",  "absent",      "ports",      "fabscan_snapshot",  "end",
-    "nodes"};
+constexpr std::array<std::string_view, 18> kNodeKeys = {"name",
+                                                        "guid",
+                                                        "type",
+                                                        "numPorts",
+                                                        "alternativeName",
+                                                        "description",
+                                                        "inSubFabric",
+                                                        "specialNode",
+                                                        "opalSwitch",
+                                                        "smpCapabilityMask",
+                                                        "gmpCapabilityMask",
+                                                        "attributes",
+                                                        "absent",
+                                                        "extra",
+                                                        "ports",
+                                                        "fabscan_snapshot",
+                                                        "end",
+                                                        "nodes"};
 constexpr u_int64_t kIdentityKeys = 0xF;
 
 enum PortKey : std::size_t {
   kNum,
   kState,
+  kPortGuid,
+  kPeer,
   kPortInSubFabric,
   kFnm,
   kFnm1,
   kSpecial,
   kPortAttributes,
   kPortAbsent,
+  kPortExtra,
 };
-constexpr std::array<std::string_view, 8> kPortKeys = {"num",  "state",   "inSubFabric", "fnm",
-                                                       "fnm1", "special", "attributes",  "absent"};
+constexpr std::array<std::string_view, 11> kPortKeys = {
+    "num",  "state",   "portGuid",   "peer",   "inSubFabric", "fnm",
+    "fnm1", "special", "attributes", "absent", "extra"};
+
+enum PeerKey : std::size_t { kPeerGuid, kPeerPort };
+constexpr std::array<std::string_view, 2> kPeerKeys = {"guid", "port"};
 
 enum EndKey : std::size_t { kIsEnd, kNodeCount };
 constexpr std::array<std::string_view, 2> kEndKeys = {"end", "nodes"};
+
+constexpr u_int64_t Keys(std::initializer_list<std::size_t> keys) {
+  u_int64_t bits = 0;
+  for (const std::size_t key : keys) bits |= u_int64_t{1} << key;
+  return bits;
+}
+
+// The keys that version 1 does not have.
+constexpr u_int64_t kNewHeaderKeys = Keys({kHeaderExtra});
+constexpr u_int64_t kNewNodeKeys = Keys({kDescription, kNodeExtra});
+constexpr u_int64_t kNewPortKeys = Keys({kPortGuid, kPeer, kPortExtra});
 
 /// Throws where one of the keys of `wanted` (bit i: key i) was not seen.
 template <class List>
@@ -94,19 +128,46 @@ SnapshotHeader LineDecoder::DecodeHeader(json::document& line) {
     json::field field = Take(std::move(item));
     const std::size_t key = known.Find(field);
     path_.Enter(kHeaderKeys[key]);
-    if (key == kVersion) {
-      const u_int64_t version = TakeNumber(field.value(), 64);
-      if (version != kSnapshotVersion) {
-        throw Malformed("version " + std::to_string(version) +
-                        " is not supported; expected version " + std::to_string(kSnapshotVersion));
-      }
-    } else {
-      (key == kSource ? header.source : header.created) = TakeText(field.value());
+    switch (key) {
+      case kVersion:
+        version_ = TakeNumber(field.value(), 64);
+        CheckVersion();
+        break;
+      case kSource:
+        header.source = TakeText(field.value());
+        break;
+      case kCreated:
+        header.created = TakeText(field.value());
+        break;
+      default:
+        header.extra = TakeExtra(field.value());
     }
     path_.Leave();
   }
+  RefuseNewKeys(known, kNewHeaderKeys, kHeaderKeys);
   RequireEndOfLine(line);
   return header;
+}
+
+void LineDecoder::CheckVersion() const {
+  const std::string newest = std::to_string(kSnapshotVersion);
+  if (version_ > kSnapshotVersion) {
+    throw Malformed("version " + std::to_string(version_) +
+                    " is newer than this program, which reads versions 1 to " + newest +
+                    "; use a newer one");
+  }
+  if (version_ == 0) throw Malformed("there is no version 0; the versions are 1 to " + newest);
+}
+
+template <class List>
+void LineDecoder::RefuseNewKeys(const KnownKeys<List>& known, u_int64_t new_keys,
+                                const List& keys) {
+  if (version_ != 1) return;
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    if (((new_keys >> i) & 1U) == 0 || !known.Has(i)) continue;
+    path_.Enter(keys[i]);
+    throw Malformed("version 1 does not have this key; set \"fabscan_snapshot\" to 2");
+  }
 }
 
 bool LineDecoder::DecodeNodeOrEnd(json::document& line) {
@@ -186,6 +247,9 @@ void LineDecoder::DecodeNode(json::document& line, IBNode& node) {
       case kAlternativeName:
         node.setAlternativeName(TakeName(field.value()));
         break;
+      case kDescription:
+        node.setDescription(TakeName(field.value()));
+        break;
       case kNodeInSubFabric:
         node.in_sub_fabric = TakeBool(field.value());
         break;
@@ -205,6 +269,9 @@ void LineDecoder::DecodeNode(json::document& line, IBNode& node) {
       case kNodeAbsent:
         attributes.DecodeAbsent(field.value());
         break;
+      case kNodeExtra:
+        fabric_.setExtra(node, TakeExtra(field.value()));
+        break;
       case kPorts:
         DecodePorts(field.value(), node);
         break;
@@ -217,6 +284,7 @@ void LineDecoder::DecodeNode(json::document& line, IBNode& node) {
     }
     path_.Leave();
   }
+  RefuseNewKeys(known, kNewNodeKeys, kNodeKeys);
   attributes.CheckAbsent();
   RequireEndOfLine(line);
 }
@@ -287,6 +355,12 @@ void LineDecoder::DecodePort(json::object object, IBNode& node) {
       case kState:
         port.port_state = TakeWord(field.value(), kPortStateWords);
         break;
+      case kPortGuid:
+        port.guid = TakeNumber(field.value(), 64);
+        break;
+      case kPeer:
+        port.setRemotePort(DecodeRemotePort(field.value()));
+        break;
       case kPortInSubFabric:
         port.setInSubFabric(TakeBool(field.value()));
         break;
@@ -305,13 +379,35 @@ void LineDecoder::DecodePort(json::object object, IBNode& node) {
       case kPortAbsent:
         attributes.DecodeAbsent(field.value());
         break;
+      case kPortExtra:
+        fabric_.setExtra(port, TakeExtra(field.value()));
+        break;
       default:
         break;  // taken already
     }
     path_.Leave();
   }
-  RequireKeys(known, 1U << kState, kPortKeys);
+  RequireKeys(known, Keys({kState}), kPortKeys);
+  RefuseNewKeys(known, kNewPortKeys, kPortKeys);
   attributes.CheckAbsent();
+}
+
+RemotePort LineDecoder::DecodeRemotePort(json::value value) {
+  RemotePort remote = {};
+  KnownKeys known(kPeerKeys, "key");
+  for (auto item : TakeObject(value)) {
+    json::field field = Take(std::move(item));
+    const std::size_t key = known.Find(field);
+    path_.Enter(kPeerKeys[key]);
+    if (key == kPeerGuid) {
+      remote.node_guid = TakeNumber(field.value(), 64);
+    } else {
+      remote.number = static_cast<phys_port_t>(TakeNumber(field.value(), 8));
+    }
+    path_.Leave();
+  }
+  RequireKeys(known, Keys({kPeerGuid, kPeerPort}), kPeerKeys);
+  return remote;
 }
 
 void LineDecoder::DecodeEnd(json::document& line) {
@@ -332,7 +428,7 @@ void LineDecoder::DecodeEnd(json::document& line) {
     }
     path_.Leave();
   }
-  RequireKeys(known, (1U << kIsEnd) | (1U << kNodeCount), kEndKeys);
+  RequireKeys(known, Keys({kIsEnd, kNodeCount}), kEndKeys);
   RequireEndOfLine(line);
 }
 

@@ -6,12 +6,13 @@
 #include <set>
 
 #include "snapshot/json_value.h"
+#include "snapshot/known_keys.h"
 #include "snapshot/snapshot.h"
 
 namespace fabscan {
 
 inline constexpr char kNoSnapshot[] =
-    "not a snapshot: line 1 must be the header, {\"fabscan_snapshot\": 1, ...}";
+    "not a snapshot: line 1 must be the header, {\"fabscan_snapshot\": 2, ...}";
 
 /// Takes one line of a snapshot after another into a model and its store. All operations throw
 /// Malformed and simdjson::simdjson_error; `path` then tells where.
@@ -38,6 +39,10 @@ class LineDecoder {
     phys_port_t num_ports = 0;
   };
 
+  void CheckVersion() const;
+  /// Throws for one of `new_keys` (bit i: key i) in a file of version 1.
+  template <class List>
+  void RefuseNewKeys(const KnownKeys<List>& known, u_int64_t new_keys, const List& keys);
   /// False where the line is the last one.
   bool FindIdentity(json::document& line, Identity& identity);
   IBNode& MakeNode(const Identity& identity);
@@ -46,12 +51,14 @@ class LineDecoder {
   void DecodePorts(json::value value, IBNode& node);
   void DecodePort(json::object port, IBNode& node);
   IBPort& MakePort(json::object& port, IBNode& node);
+  RemotePort DecodeRemotePort(json::value value);
   void DecodeEnd(json::document& line);
 
   IBFabric& fabric_;
   TesselExtendedInfo& store_;
   CapabilityModule& capabilities_;
   const SnapshotReadOptions& options_;
+  u_int64_t version_ = 0;
   KeyPath path_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <simdjson.h>
 
+#include "model/links.h"
 #include "snapshot/line_decoder.h"
 
 namespace fabscan {
@@ -36,7 +37,11 @@ class SnapshotReader {
  public:
   SnapshotReader(ByteSource& source, const std::string& name, Fabscan& fabscan,
                  const SnapshotReadOptions& options, std::size_t chunk)
-      : lines_(source, options.max_line_bytes, chunk), name_(name), decoder_(fabscan, options) {}
+      : lines_(source, options.max_line_bytes, chunk),
+        name_(name),
+        fabric_(fabscan.discovered_fabric),
+        guids_(options.guids),
+        decoder_(fabscan, options) {}
 
   SnapshotHeader Read() {
     const std::optional<Line> first = Next();
@@ -53,6 +58,7 @@ class SnapshotReader {
           "the file is truncated: its last line, {\"end\": true, \"nodes\": N}, is missing; use "
           "the complete file");
     }
+    CheckLinks();
     return header;
   }
 
@@ -63,6 +69,16 @@ class SnapshotReader {
     } catch (const SourceError& error) {
       Fail(error.what());
     }
+  }
+
+  void CheckLinks() const {
+    const auto fault = FindLinkContradiction(fabric_, [this](const IBNode& node) {
+      return guids_ == nullptr || guids_->count(node.guid) != 0;
+    });
+    if (!fault) return;
+    // Each node has a line; the first line is the header.
+    FailInLine(fault->node->createIndex + std::size_t{2},
+               "port " + std::to_string(fault->port->num) + ": peer: " + fault->text);
   }
 
   template <class Decode>
@@ -90,12 +106,15 @@ class SnapshotReader {
     Fail(path.empty() ? problem : path + ": " + problem);
   }
 
-  [[noreturn]] void Fail(const std::string& problem) const {
-    throw SnapshotError(name_ + ":" + std::to_string(lines_.number()) + ": " + problem);
+  [[noreturn]] void Fail(const std::string& problem) const { FailInLine(lines_.number(), problem); }
+  [[noreturn]] void FailInLine(std::size_t line, const std::string& problem) const {
+    throw SnapshotError(name_ + ":" + std::to_string(line) + ": " + problem);
   }
 
   LineReader lines_;
   const std::string& name_;
+  const IBFabric& fabric_;
+  const std::set<u_int64_t>* const guids_;
   LineDecoder decoder_;
   simdjson::ondemand::parser parser_;
 };

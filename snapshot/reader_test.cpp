@@ -216,7 +216,7 @@ TEST(ReaderErrors, NodesAndPorts) {
 TEST(ReaderErrors, Lines) {
   const std::string node = NodeLine("") + '\n';
   const std::string no_snapshot =
-      "f:1: not a snapshot: line 1 must be the header, {\"fabscan_snapshot\": 1, "
+      "f:1: not a snapshot: line 1 must be the header, {\"fabscan_snapshot\": 2, "
       "...}";
   const std::string not_json =
       "not JSON: brackets, commas or colons are missing or too many; correct them";
@@ -228,12 +228,13 @@ TEST(ReaderErrors, Lines) {
        "ELF\x02\xFF",
        no_snapshot},
       {"[1]\n", no_snapshot},
-      {"{\"fabscan_snapshot\":1,\"sauce\":\"s\"}\n",
+      {"{\"fabscan_snapshot\":2,\"sauce\":\"s\"}\n",
        "f:1: unknown key \"sauce\"; did you mean \"source\"?"},
-      {"{\"fabscan_snapshot\":1,\"fabscan_snapshot\":1}\n",
+      {"{\"fabscan_snapshot\":2,\"fabscan_snapshot\":1}\n",
        "f:1: duplicate key \"fabscan_snapshot\"; keep one"},
-      {"{\"fabscan_snapshot\":2}\n",
-       "f:1: fabscan_snapshot: version 2 is not supported; expected version 1"},
+      {"{\"fabscan_snapshot\":3}\n",
+       "f:1: fabscan_snapshot: version 3 is newer than this program, which reads versions 1 to 2; "
+       "use a newer one"},
       {kHeaderLine + std::string(kHeaderLine) + EndLine(0),
        "f:2: a second header; a snapshot has one, in its first line"},
       {kHeaderLine + node,

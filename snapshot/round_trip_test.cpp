@@ -27,6 +27,92 @@ TEST(RoundTrip, GivesTheSameBytesForTheBundledSnapshots) {
   }
 }
 
+/// A snapshot that a release wrote, which no change may touch.
+std::string FrozenText(const char* name) {
+  return ExampleText((std::string("../snapshot/testing/") + name).c_str());
+}
+
+TEST(Versions, Version1IsReadAsItAlwaysWas) {
+  const std::string text = FrozenText("version_1.jsonl");
+  const std::string header = "{\"fabscan_snapshot\":1";
+  ASSERT_EQ(text.compare(0, header.size(), header), 0);
+  EXPECT_EQ(Rewritten(text), "{\"fabscan_snapshot\":2" + text.substr(header.size()));
+
+  Fabscan fabscan;
+  ReadText(text, fabscan);
+  const IBNode* leaf = fabscan.discovered_fabric.getNodeByGuid(0x5a1e0c0000000200);
+  ASSERT_NE(leaf, nullptr);
+  EXPECT_EQ(leaf->name, "leaf-01/U1");
+  EXPECT_EQ(leaf->numPorts, 4);
+  EXPECT_FALSE(leaf->getDescription());
+  const IBPort* port = leaf->getPort(2);
+  ASSERT_NE(port, nullptr);
+  EXPECT_EQ(port->port_state, IB_PORT_STATE_ACTIVE);
+  EXPECT_EQ(port->guid, 0U);
+  EXPECT_FALSE(port->getRemotePort());
+}
+
+TEST(Versions, Version2IsReadAsItAlwaysWas) {
+  const std::string text = FrozenText("version_2.jsonl");
+  EXPECT_EQ(Rewritten(text), text);
+
+  Fabscan fabscan;
+  ReadText(text, fabscan);
+  const IBNode* leaf = fabscan.discovered_fabric.getNodeByGuid(0x5a1e0c0000000200);
+  ASSERT_NE(leaf, nullptr);
+  EXPECT_EQ(leaf->getDescription(), "leaf-01/U1");
+  EXPECT_EQ(leaf->getPort(3)->getRemotePort(), (RemotePort{0x5a1e0c0000000600, 1}));
+  const IBNode* host = fabscan.discovered_fabric.getNodeByGuid(0x5a1e0c0000000600);
+  ASSERT_NE(host, nullptr);
+  EXPECT_EQ(host->getPort(1)->guid, 0x5a1e0c0000000601);
+}
+
+TEST(Versions, Version2HasLinksPortGuidsDescriptionsAndExtraObjects) {
+  const std::string text =
+      "{\"fabscan_snapshot\":2,\"extra\":{\"by\":\"us\"}}\n"
+      R"({"name":"S","guid":"0x0000000000000001","type":"SW","numPorts":2,"description":"S one",)"
+      R"("extra":{"rack":[7,{"u":1.50}]},"ports":[{"num":0,"state":"UNKNOWN"},)"
+      R"({"num":1,"state":"ACTIVE","peer":{"guid":"0x0000000000000002","port":1}},)"
+      R"({"num":2,"state":"ACTIVE","peer":{"guid":"0x00000000000000ff","port":36},)"
+      R"("extra":{"cable":"\u0041"}}]})"
+      "\n"
+      R"({"name":"H","guid":"0x0000000000000002","type":"CA","numPorts":1,"description":"",)"
+      R"("ports":[{"num":1,"state":"ACTIVE","portGuid":"0x0000000000000003",)"
+      R"("peer":{"guid":"0x0000000000000001","port":1}}]})"
+      "\n{\"end\":true,\"nodes\":2}\n";
+  EXPECT_EQ(Rewritten(text), text);
+
+  Fabscan fabscan;
+  EXPECT_EQ(ReadText(text, fabscan).extra, R"({"by":"us"})");
+  const IBFabric& fabric = fabscan.discovered_fabric;
+  const IBNode& leaf = fabric.nodes()[0];
+  const IBNode& host = fabric.nodes()[1];
+  EXPECT_EQ(leaf.getDescription(), "S one");
+  EXPECT_EQ(host.getDescription(), "");
+  EXPECT_EQ(fabric.extraOf(leaf), R"({"rack":[7,{"u":1.50}]})");
+  EXPECT_EQ(fabric.extraOf(host), "");
+  EXPECT_EQ(fabric.extraOf(*leaf.getPort(2)), R"({"cable":"\u0041"})");
+  EXPECT_EQ(leaf.getPort(1)->getRemotePort(), (RemotePort{2, 1}));
+  EXPECT_EQ(leaf.getPort(2)->getRemotePort(), (RemotePort{0xff, 36}));
+  EXPECT_EQ(host.getPort(1)->getRemotePort(), (RemotePort{1, 1}));
+  EXPECT_EQ(host.getPort(1)->guid, 3U);
+  EXPECT_FALSE(leaf.getPort(0)->getRemotePort());
+}
+
+TEST(Versions, OnlyChosenNodesAreCheckedForLinks) {
+  const std::string text =
+      std::string(kHeaderLine) +
+      R"({"name":"S","guid":1,"type":"SW","numPorts":2,"ports":[{"num":1,"state":"ARM","peer":{"guid":2,"port":1}}]})"
+      "\n"
+      R"({"name":"T","guid":2,"type":"SW","numPorts":2,"ports":[{"num":1,"state":"ARM","peer":{"guid":1,"port":1}}]})"
+      "\n" +
+      EndLine(2);
+  const std::set<u_int64_t> guids = {1};
+  SnapshotReadOptions options;
+  options.guids = &guids;
+  EXPECT_EQ(ReadError(text, options), "");
+}
+
 TEST(RoundTrip, DoesNotDependOnHowManyBytesAReadGives) {
   const std::string text = ExampleText("demo.fabscan.jsonl");
   for (const std::size_t chunk : {1U, 2U, 3U, 7U, 63U, 64U, 65U, 1000U, 4096U}) {
@@ -42,7 +128,7 @@ TEST(RoundTrip, TakesKeysInAnyOrderBlanksAndNumbersOfEitherForm) {
       R"( "num" : 2, "fnm1":true}], "type":"SW", "numPorts":"0x2", "guid":17, "na\u006de":"S\u0031"})"
       "\r\n{\"nodes\":1,\"end\":true}";
   EXPECT_EQ(Rewritten(loose),
-            "{\"fabscan_snapshot\":1,\"source\":\"hand\"}\n"
+            "{\"fabscan_snapshot\":2,\"source\":\"hand\"}\n"
             R"({"name":"S1","guid":"0x0000000000000011","type":"SW","numPorts":2,)"
             R"("ports":[{"num":2,"state":"ARM","fnm1":true,"attributes":{"WrenReductionPortInfo":)"
             R"({"capability_mask":4294967295,"push_error1_cnt_type":255}}}]})"

@@ -12,13 +12,14 @@
 
 namespace fabscan {
 
-/// The version of the written format, and the newest that can be read.
-inline constexpr int kSnapshotVersion = 1;
+/// The version of the written format, and the newest that can be read. All older ones can be read.
+inline constexpr int kSnapshotVersion = 2;
 
 /// The free text in the first line of a snapshot.
 struct SnapshotHeader {
   std::string source;   // where the fabric came from
   std::string created;  // when; optional
+  std::string extra;    // a JSON object that nothing here uses; optional
 };
 
 /// A snapshot that cannot be read. `what()` is one line: file, line, key if any, and the

@@ -76,6 +76,7 @@ class NodeWriter {
  public:
   NodeWriter(JsonWriter& json, const Fabscan& fabscan)
       : json_(json),
+        fabric_(fabscan.discovered_fabric),
         store_(fabscan.fabric_extended_info),
         capabilities_(fabscan.capability_module) {}
 
@@ -90,6 +91,7 @@ class NodeWriter {
     if (!node.getAlternativeName().empty()) {
       WriteName("alternativeName", node.getAlternativeName());
     }
+    if (node.getDescription()) WriteName("description", *node.getDescription());
     json_.AtOnce([&](JsonPiece& to) {
       PutWhereNot(to, true, "inSubFabric", node.in_sub_fabric);
       if (node.isSpecialNode()) {
@@ -101,6 +103,7 @@ class NodeWriter {
       PutAttributes(to, node);
     });
     WriteAbsent(node, absent_of_nodes_);
+    WriteExtra(node);
     WritePorts(node);
     json_.AtOnce([](JsonPiece& to) { to.EndObject().EndLine(); });
   }
@@ -122,6 +125,8 @@ class NodeWriter {
       to.BeginObject();
       to.Key("num").Number(port.num);
       to.Key("state").Word(WordFor(kPortStateWords, port.port_state));
+      if (port.guid != 0) to.Key("portGuid").Hex(port.guid, 16);
+      if (const auto remote = port.getRemotePort()) PutRemotePort(to, *remote);
       PutWhereNot(to, true, "inSubFabric", port.getInSubFabric());
       PutWhereNot(to, false, "fnm", port.isFNMPort());
       PutWhereNot(to, false, "fnm1", port.isFNM1Port());
@@ -129,7 +134,23 @@ class NodeWriter {
       PutAttributes(to, port);
     });
     WriteAbsent(port, absent_of_ports_);
+    WriteExtra(port);
     json_.EndObject();
+  }
+
+  static void PutRemotePort(JsonPiece& to, const RemotePort& remote) {
+    to.Key("peer").BeginObject();
+    to.Key("guid").Hex(remote.node_guid, 16);
+    to.Key("port").Number(remote.number);
+    to.EndObject();
+  }
+
+  template <class Owner>
+  void WriteExtra(const Owner& owner) {
+    const std::string& extra = fabric_.extraOf(owner);
+    if (extra.empty()) return;
+    json_.Key("extra");
+    json_.Raw(extra);
   }
 
   void PutAttributes(JsonPiece& to, const IBNode& node) const {
@@ -225,6 +246,7 @@ class NodeWriter {
   }
 
   JsonWriter& json_;
+  const IBFabric& fabric_;
   const TesselExtendedInfo& store_;
   const CapabilityModule& capabilities_;
   AbsentRecords<IBNode> absent_of_nodes_;
@@ -239,6 +261,10 @@ SnapshotWriter::SnapshotWriter(std::ostream& out, const SnapshotHeader& header) 
   json_.Number(kSnapshotVersion);
   WriteText("source", header.source);
   WriteText("created", header.created);
+  if (!header.extra.empty()) {
+    json_.Key("extra");
+    json_.Raw(header.extra);
+  }
   json_.EndObject();
   json_.EndLine();
 }

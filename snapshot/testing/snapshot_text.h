@@ -10,7 +10,7 @@ namespace fabscan {
 
 // For tests: snapshots as text.
 
-inline constexpr char kHeaderLine[] = "{\"fabscan_snapshot\":1}\n";
+inline constexpr char kHeaderLine[] = "{\"fabscan_snapshot\":2}\n";
 
 inline std::string EndLine(std::size_t nodes) {
   return "{\"end\":true,\"nodes\":" + std::to_string(nodes) + "}\n";

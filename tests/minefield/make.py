@@ -11,7 +11,7 @@ import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
 
-HEADER = '{"fabscan_snapshot":1}\n'
+HEADER = '{"fabscan_snapshot":2}\n'
 WHOLE = '"name":"S1","guid":"0x1","type":"SW","numPorts":4'
 
 
@@ -30,6 +30,20 @@ def node(more="", whole=WHOLE):
 
 def port(more="", num="1", state='"ARM"'):
     return node(',"ports":[{"num":%s,"state":%s%s}]' % (num, state, more))
+
+
+def version_1(text):
+    return text.replace(HEADER, '{"fabscan_snapshot":1}\n')
+
+
+def two(first="", second="", more=""):
+    """Two switches with port 1 each, and more of the two ports."""
+    line = '{"name":"S%d","guid":"0x%d","type":"SW","numPorts":4,"ports":[{"num":1,"state":"ARM"%s}]}'
+    return file(line % (1, 1, first), line % (2, 2, second), *([more] if more else []))
+
+
+def peer(guid, number):
+    return ',"peer":{"guid":"0x%x","port":%d}' % (guid, number)
 
 
 def attribute(records):
@@ -81,7 +95,9 @@ YES = {
     "carriage_returns": node().replace("\n", "\r\n"),
     "blanks_between_tokens": node().replace(":", " : ").replace(",", " ,\t"),
     "trailing_blanks": node().replace("}\n", "} \t\n"),
-    "header_source_and_created": '{"created":"1970","fabscan_snapshot":1,"source":"a"}\n' + end(0),
+    "header_source_and_created": '{"created":"1970","fabscan_snapshot":2,"source":"a"}\n' + end(0),
+    "header_version_1": version_1(node()),
+    "header_extra": HEADER.replace("}", ',"extra":{"a":[1,-2.5e3,true,null,"\\u0041",{}]}}') + end(0),
     "header_version_in_hexadecimal": '{"fabscan_snapshot":"0x1"}\n' + end(0),
     "end_keys_swapped": HEADER + '{"nodes":0,"end":true}\n',
     "node_keys_in_any_order": file('{"numPorts":4,"type":"SW","guid":"0x1","name":"S1"}'),
@@ -108,6 +124,17 @@ YES = {
     "every_port_state": node(',"ports":[%s]' % ",".join(
         '{"num":%d,"state":"%s"}' % pair
         for pair in enumerate(("UNKNOWN", "DOWN", "INIT", "ARM", "ACTIVE")))),
+    "link": two(peer(2, 1), peer(1, 1)),
+    "link_to_another_fabric": two(peer(0x7, 200)),
+    "link_from_a_switch_to_itself": node(',"ports":[{"num":1,"state":"ARM"%s},{"num":2,"state":"ARM"%s}]'
+                                         % (peer(1, 2), peer(1, 1))),
+    "link_to_a_port_that_is_not_there": two(peer(2, 2)),
+    "port_guid": adapter(',"ports":[{"num":1,"state":"ARM","portGuid":"0x2"}]'),
+    "description": node(',"description":"S1 \\u00e9"'),
+    "description_escaped": node(',"description":{"escaped":"S1 %FF"}'),
+    "description_empty": node(',"description":""'),
+    "extra_of_a_node": node(',"extra": { "b" : [ ] , "a" : "x y" }'),
+    "extra_of_a_port": port(',"extra":{"note":"\\"\\\\"}'),
     "ports_empty": node(',"ports":[]'),
     "ports_255": file('{"name":"S1","guid":1,"type":"SW","numPorts":255,"ports":[%s]}' % ",".join(
         '{"num":%d,"state":"ARM"}' % n for n in range(256))),
@@ -130,7 +157,7 @@ YES = {
 
 # ---------- Refused files, and the messages ----------
 
-NO_SNAPSHOT = '1: not a snapshot: line 1 must be the header, {"fabscan_snapshot": 1, ...}'
+NO_SNAPSHOT = '1: not a snapshot: line 1 must be the header, {"fabscan_snapshot": 2, ...}'
 CUT = ('the file is truncated: its last line, {"end": true, "nodes": N}, is missing; use the '
        'complete file')
 BRACKETS = "not JSON: brackets, commas or colons are missing or too many; correct them"
@@ -148,6 +175,7 @@ BOOLEAN = "must be true or false, not "
 OBJECT = "must be an object, {...}, not "
 NODES_RECORD = "it is a node's; move it to the node"
 PORTS_RECORD = "it is a port's; move it to the port"
+VERSION_1 = 'version 1 does not have this key; set "fabscan_snapshot" to 2'
 BOTH = 'the record is also under "attributes"; keep one of the two'
 NEEDED = (', which the generated file needs; add it, or omit the record and give the reason under '
           '"absent"')
@@ -178,9 +206,14 @@ NO = {
     "header_unclosed": ('{"fabscan_snapshot":1\n', NO_SNAPSHOT),
     "header_list": ("[1]\n", NO_SNAPSHOT),
     "header_version_0": ('{"fabscan_snapshot":0}\n' + end(0),
-                         "1: fabscan_snapshot: version 0 is not supported; expected version 1"),
-    "header_version_2": ('{"fabscan_snapshot":2}\n' + end(0),
-                         "1: fabscan_snapshot: version 2 is not supported; expected version 1"),
+                         "1: fabscan_snapshot: there is no version 0; the versions are 1 to 2"),
+    "header_version_3": ('{"fabscan_snapshot":3}\n' + end(0),
+                         "1: fabscan_snapshot: version 3 is newer than this program, which reads "
+                         "versions 1 to 2; use a newer one"),
+    "header_extra_of_version_1": ('{"fabscan_snapshot":1,"extra":{}}\n' + end(0),
+                                  "1: extra: " + VERSION_1),
+    "header_extra_text": ('{"fabscan_snapshot":2,"extra":"x"}\n' + end(0),
+                          "1: extra: " + OBJECT + "text"),
     "header_version_text": ('{"fabscan_snapshot":"one"}\n' + end(0),
                             '1: fabscan_snapshot: ' + NUMBER + 'the text "one"'),
     "header_twice": (HEADER + node(), "2: a second header; a snapshot has one, in its first line"),
@@ -320,6 +353,44 @@ NO = {
                            '2: ports[0].state: "UP" is not one of "ACTIVE", "ARM", "INIT", "DOWN" '
                            'or "UNKNOWN"'),
     "port_fnm_text": (port(',"fnm":"yes"'), "2: ports[0].fnm: " + BOOLEAN + "text"),
+    # Links
+    "link_of_version_1": (version_1(two(peer(2, 1), peer(1, 1))), "2: ports[0].peer: " + VERSION_1),
+    "link_without_port": (port(',"peer":{"guid":2}'), "2: ports[0].peer: " + missing_key("port")),
+    "link_without_guid": (port(',"peer":{"port":2}'), "2: ports[0].peer: " + missing_key("guid")),
+    "link_key_unknown": (port(',"peer":{"guid":2,"num":2}'),
+                         '2: ports[0].peer: unknown key "num"; remove it'),
+    "link_number": (port(',"peer":2'), "2: ports[0].peer: " + OBJECT + "a number"),
+    "link_port_256": (port(',"peer":{"guid":2,"port":256}'),
+                      "2: ports[0].peer.port: 256 does not fit the field's 8 bits; give 0 to 255"),
+    "link_twice": (port(peer(2, 1) + peer(2, 1)), "2: ports[0]: " + twice("key", "peer")),
+    "link_to_itself": (port(peer(1, 1)),
+                       "2: port 1: peer: the port is its own peer; correct or remove it"),
+    "link_to_port_0": (two(peer(2, 0)),
+                       "2: port 1: peer: a link does not end at port 0; correct the number"),
+    "link_of_port_0": (port(peer(2, 1), num="0"),
+                       "2: port 0: peer: port 0 of a switch has no link; remove it"),
+    "link_above_num_ports": (two(peer(2, 5)),
+                             '2: port 1: peer: "S2" has 4 ports, not a port 5; correct one of the '
+                             'two'),
+    "link_of_one_end": (two("", peer(1, 1)),
+                        '3: port 1: peer: port 1 of "S1" has no peer; add this port there, or '
+                        'remove the peer here'),
+    "link_to_a_port_with_another": (two(peer(2, 1), peer(7, 9)),
+                                    '2: port 1: peer: port 1 of "S2" has another peer, port 9 of '
+                                    '0x0000000000000007; correct one of the two'),
+    "link_to_another_fabric_twice": (two(peer(7, 9), peer(7, 9)),
+                                     "3: port 1: peer: port 9 of 0x0000000000000007 is the peer of "
+                                     "another port too; correct one of the two"),
+    "port_guid_of_version_1": (version_1(port(',"portGuid":1')),
+                               "2: ports[0].portGuid: " + VERSION_1),
+    "description_of_version_1": (version_1(node(',"description":"S1"')),
+                                 "2: description: " + VERSION_1),
+    "description_number": (node(',"description":1'), "2: description: must be text, not a number"),
+    "extra_list": (node(',"extra":[]'), "2: extra: " + OBJECT + "a list"),
+    "extra_twice": (node(',"extra":{},"extra":{}'), "2: " + twice("key", "extra")),
+    "extra_with_a_wrong_atom": (node(',"extra":{"a":nul}'), "2: extra: " + BRACKETS),
+    "extra_with_a_wrong_number": (node(',"extra":{"a":[01]}'), "2: extra: " + MALFORMED_NUMBER),
+    "extra_with_a_wrong_escape": (node(',"extra":{"a":"\\q"}'), "2: extra: " + ESCAPE),
     # Records
     "record_unknown": (attribute('"SMP_NodeInf":{}'),
                        '2: attributes: unknown record "SMP_NodeInf"; did you mean "SMP_NodeInfo"?'),

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <deque>
 #include <map>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -42,6 +43,17 @@ enum IBSpecialPortType : u_int8_t {
   IB_NOT_SPECIAL_PORT = 255,
 };
 
+/// The port at the other end of a link. Its node may be outside the fabric.
+struct RemotePort {
+  u_int64_t node_guid;
+  phys_port_t number;
+
+  bool operator==(const RemotePort& other) const {
+    return node_guid == other.node_guid && number == other.number;
+  }
+  bool operator!=(const RemotePort& other) const { return !(*this == other); }
+};
+
 class IBPort {
  public:
   IBPort(phys_port_t number, u_int32_t create_index) : num(number), createIndex(create_index) {}
@@ -53,10 +65,21 @@ class IBPort {
   /// A port that serves a special node rather than a link of the fabric.
   bool isSpecialPort() const { return special_; }
 
+  /// Nothing if the port has no link, or the link is not known.
+  std::optional<RemotePort> getRemotePort() const {
+    if (!has_remote_port_) return std::nullopt;
+    return RemotePort{remote_guid_, remote_number_};
+  }
+
   void setInSubFabric(bool value) { in_sub_fabric_ = value; }
   void setFNMPort(bool value) { fnm_ = value; }
   void setFNM1Port(bool value) { fnm1_ = value; }
   void setSpecialPort(bool value) { special_ = value; }
+  void setRemotePort(const std::optional<RemotePort>& remote) {
+    has_remote_port_ = remote.has_value();
+    remote_guid_ = remote ? remote->node_guid : 0;
+    remote_number_ = remote ? remote->number : phys_port_t{0};
+  }
 
   IBPortState port_state = IB_UNKNOWN_PORT_STATE;
   phys_port_t num;
@@ -66,9 +89,16 @@ class IBPort {
   bool fnm_ = false;
   bool fnm1_ = false;
   bool special_ = false;
+  bool has_remote_port_ = false;
+  phys_port_t remote_number_ = 0;
 
  public:
   const u_int32_t createIndex;
+  /// 0 if not known. All ports of a switch have the GUID of its port 0.
+  u_int64_t guid = 0;
+
+ private:
+  u_int64_t remote_guid_ = 0;
 };
 
 class IBNode {
@@ -86,6 +116,8 @@ class IBNode {
   IBSpecialPortType getSpecialNodeType() const { return special_type_; }
   /// A second name of the node, harmless like `name`; may be empty.
   const std::string& getAlternativeName() const { return alternative_name_; }
+  /// The NodeDescription as reported, harmless like `name`; nothing if it was not read.
+  const std::optional<std::string>& getDescription() const { return description_; }
   /// A switch of the family that does not report a link width on regular ports.
   bool isOpalSwitch() const { return opal_switch_; }
 
@@ -98,6 +130,7 @@ class IBNode {
   void setSpecialNodeType(IBSpecialPortType value) { special_type_ = value; }
   /// Sets the name as reported by the device; makes it harmless.
   void setAlternativeName(std::string_view device_name);
+  void setDescription(std::string_view reported);
   void setOpalSwitch(bool value) { opal_switch_ = value; }
 
   const std::string name;
@@ -112,6 +145,7 @@ class IBNode {
   bool opal_switch_ = false;
   IBSpecialPortType special_type_ = IB_NOT_SPECIAL_PORT;
   std::string alternative_name_;
+  std::optional<std::string> description_;
 };
 
 class IBFabric {
@@ -140,6 +174,12 @@ class IBFabric {
   const std::deque<IBNode>& nodes() const { return nodes_; }
   std::deque<IBNode>& nodes() { return nodes_; }
 
+  /// A JSON object that a snapshot contains and nothing here uses; empty if there is none.
+  const std::string& extraOf(const IBNode& node) const { return textOf(extra_of_nodes_, node); }
+  const std::string& extraOf(const IBPort& port) const { return textOf(extra_of_ports_, port); }
+  void setExtra(const IBNode& node, std::string json);
+  void setExtra(const IBPort& port, std::string json);
+
   /// Writes the name and version of this program, each line prefixed by `comment_prefix`.
   static void WriteFileHeader(std::ostream& out, const char* comment_prefix);
 
@@ -147,6 +187,15 @@ class IBFabric {
   std::map<std::string, IBNode*> NodeByName;
 
  private:
+  using Texts = std::map<u_int32_t, std::string>;  // by creation index
+
+  template <class Owner>
+  static const std::string& textOf(const Texts& texts, const Owner& owner) {
+    static const std::string none;
+    const auto found = texts.find(owner.createIndex);
+    return found == texts.end() ? none : found->second;
+  }
+
   /// Returns false if another node has the name.
   bool enterName(IBNode& node);
 
@@ -154,6 +203,8 @@ class IBFabric {
   std::deque<IBNode> nodes_;
   std::deque<IBPort> ports_;
   fabscan::PlaceIndex<u_int64_t> place_by_guid_;
+  Texts extra_of_nodes_;
+  Texts extra_of_ports_;
 };
 
 #endif
