@@ -19,9 +19,10 @@ using Progress = std::function<void(std::size_t done, std::size_t total)>;
 /// Appends up to `count` bytes of `file` as they arrive: an announced size is not trusted before
 /// the bytes are read.
 void Append(std::FILE* file, u_int64_t count, FileBytes& bytes, const Progress& progress) {
-  const u_int64_t total = bytes.size() + count;
+  u_int64_t total = bytes.size() + count;
   struct stat status = {};
-  if (fstat(fileno(file), &status) == 0 && static_cast<u_int64_t>(status.st_size) + 1 >= total) {
+  if (fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode)) {
+    total = std::min(total, static_cast<u_int64_t>(status.st_size) + 1);
     bytes.Reserve(total);
   }
   constexpr u_int64_t kPiece = u_int64_t{1} << 18U;
@@ -45,8 +46,9 @@ FileBytes LoadCache(std::FILE* file, const Progress& progress) {
         "FILE'");
   }
   CacheCursor cursor(bytes.view());
-  // One more byte, to detect a file that is longer than announced.
-  Append(file, CacheFileBytes(TakeCacheHeader(cursor)) - kCacheHeaderBytes + 1, bytes, progress);
+  // One more byte, to detect a file that is longer than it can be.
+  Append(file, MostCacheFileBytes(TakeCacheHeader(cursor)) - kCacheHeaderBytes + 1, bytes,
+         progress);
   return bytes;
 }
 

@@ -42,4 +42,9 @@ u_int64_t CacheFileBytes(const CacheHeader& header) {
          u_int64_t{header.ports} * (kCachePortKeyBytes + kCachePortBytes);
 }
 
+u_int64_t MostCacheFileBytes(const CacheHeader& header) {
+  constexpr std::size_t kMostPorts = 255;
+  return CacheFileBytes(header) + u_int64_t{header.nodes} * kMostPorts * kCachePortKeyBytes;
+}
+
 }  // namespace fabscan

@@ -27,8 +27,10 @@ bool IsTopologyText(std::string_view bytes);
 /// Throws CacheError if this is not a discovery cache, or has another byte order or version.
 CacheHeader TakeCacheHeader(CacheCursor& cursor);
 
-/// The size of a file with this header, in bytes.
+/// The size in bytes of a file with this header, if its nodes name the stored ports and no other.
 u_int64_t CacheFileBytes(const CacheHeader& header);
+/// The size if every node names 255 further ports.
+u_int64_t MostCacheFileBytes(const CacheHeader& header);
 
 }  // namespace fabscan
 

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <bitset>
 #include <cstring>
+#include <map>
+#include <string>
 #include <utility>
 
 #include "discovery/cache_cursor.h"
@@ -117,7 +119,6 @@ class CacheReader {
       : findings_(findings),
         bytes_(findings.bytes_.view()),
         header_(header),
-        first_port_(bytes_.size() - header.ports * kCachePortBytes),
         nodes_(header.nodes),
         ports_(header.nodes),
         taken_(header.ports) {}
@@ -127,14 +128,18 @@ class CacheReader {
     findings_.ports_of_nodes_.reserve(header_.ports);
     CacheCursor cursor(bytes_, kCacheHeaderBytes);
     for (u_int32_t i = 0; i < header_.nodes; ++i) ReadNode(i, cursor);
-    if (cursor.offset() != first_port_) {
-      FailAt(cursor.offset(), "the nodes have more or fewer ports than the header announces");
+    first_port_ = cursor.offset();
+    if (named_ports_ < header_.ports) {
+      FailAt(first_port_, "the nodes have fewer ports than the header announces");
     }
+    CheckSize(first_port_ + u_int64_t{header_.ports} * kCachePortBytes);
     for (u_int32_t i = 0; i < header_.ports; ++i) ReadPort(i);
-    for (u_int32_t i = 0; i < header_.ports; ++i) CheckPeer(i);
     for (CacheFindings::CachedNode& node : findings_.nodes_) ClaimPorts(node);
     for (u_int32_t i = 0; i < header_.ports; ++i) {
       if (!taken_[i]) FailAt(OffsetOf(i), "no node of the file has this port");
+    }
+    for (CacheFindings::CachedPort& port : findings_.ports_of_nodes_) {
+      if (port.is_stored) FindPeer(port);
     }
   }
 
@@ -151,6 +156,16 @@ class CacheReader {
       FailAt(offset, "a second node with GUID " + GuidText(entry.Guid()));
     }
     cursor.TakeBytes(entry.Stored() * kCachePortKeyBytes);
+    named_ports_ += entry.Stored();
+  }
+
+  void CheckSize(u_int64_t expected) const {
+    if (bytes_.size() < expected) {
+      FailAt(bytes_.size(), fmt::format("the file ends too early; expected {} bytes", expected));
+    }
+    if (bytes_.size() > expected) {
+      FailAt(expected, "the file is longer than its header announces");
+    }
   }
 
   static void Agree(std::size_t offset, const char* what, u_int64_t node_says,
@@ -175,12 +190,37 @@ class CacheReader {
   std::size_t OffsetOf(u_int32_t port) const { return first_port_ + port * kCachePortBytes; }
   PortEntry PortAt(u_int32_t port) const { return PortEntry(bytes_.data() + OffsetOf(port)); }
 
-  void CheckPeer(u_int32_t place) const {
-    const PortEntry port = PortAt(place);
-    if (port.HasPeer() == 0 || ports_.Find(port.Peer()) != ports_.kNone) return;
-    FailAt(OffsetOf(place),
-           fmt::format("the port's peer, port {} with port GUID {}, is not in the file",
-                       port.Peer().number, GuidText(port.Peer().guid)));
+  /// Checks that the port's peer names this port, and sets the link. A peer that is not stored gets
+  /// its link from here, if a node names it.
+  void FindPeer(CacheFindings::CachedPort& port) {
+    const PortEntry entry(bytes_.data() + port.offset);
+    if (entry.HasPeer() == 0) return;
+    const PortKey key = entry.Peer();
+    if (entry.Key().number == 0 || key.number == 0) {
+      FailAt(port.offset, "port 0 of a switch has a link");
+    }
+    const u_int32_t place = ports_.Find(key);
+    if (place != ports_.kNone) {
+      const PortEntry peer = PortAt(place);
+      if (key == entry.Key()) FailAt(port.offset, "the port is its own peer");
+      if (peer.HasPeer() == 0 || !(peer.Peer() == entry.Key())) {
+        FailAt(port.offset,
+               fmt::format("the port's peer, {}, has another peer or none", Text(key)));
+      }
+      return port.SetPeer(peer.NodeGuid(), key.number);
+    }
+    const u_int32_t named = not_stored_.Find(key);
+    if (named == not_stored_.kNone) return;
+    CacheFindings::CachedPort& peer = findings_.ports_of_nodes_[named];
+    if (peer.peer_number != 0) {
+      FailAt(port.offset, fmt::format("{} is the peer of another port too", Text(key)));
+    }
+    port.SetPeer(node_of_not_stored_.at(named), key.number);
+    peer.SetPeer(entry.NodeGuid(), entry.Key().number);
+  }
+
+  static std::string Text(const PortKey& key) {
+    return fmt::format("port {} with port GUID {}", key.number, GuidText(key.guid));
   }
 
   /// The position of the port with this key. Ports are mostly in the order in which the nodes name
@@ -202,41 +242,56 @@ class CacheReader {
     std::bitset<256> seen;
     const u_int64_t guid = entry.Guid();
     for (unsigned i = entry.Stored(); i > 0; --i) {
+      const std::size_t offset = cursor.offset();
       const PortKey key = TakeKey(cursor);
       const u_int32_t place = PlaceOf(key);
-      if (place == ports_.kNone || PortAt(place).NodeGuid() != guid) {
-        FailAt(node.offset, fmt::format("the node's port {} with port GUID {} is not in the file",
-                                        key.number, GuidText(key.guid)));
+      if (place != ports_.kNone && PortAt(place).NodeGuid() != guid) {
+        FailAt(node.offset, fmt::format("{} is of another node", Text(key)));
       }
       if (key.number < entry.FirstPort() || key.number > entry.PortCount() || seen[key.number]) {
         FailAt(node.offset,
                fmt::format("the node has an impossible or duplicate port {}", key.number));
       }
       seen.set(key.number);
-      taken_[place] = true;
-      findings_.ports_of_nodes_.push_back(OffsetOf(place));
+      if (place == ports_.kNone) {
+        AddNotStored(node, key, offset);
+      } else {
+        taken_[place] = true;
+        findings_.ports_of_nodes_.push_back({OffsetOf(place)});
+      }
     }
+  }
+
+  void AddNotStored(const CacheFindings::CachedNode& node, const PortKey& key, std::size_t offset) {
+    const auto named = static_cast<u_int32_t>(findings_.ports_of_nodes_.size());
+    if (!not_stored_.Insert(key, named)) {
+      FailAt(node.offset, fmt::format("{} is of another node", Text(key)));
+    }
+    node_of_not_stored_[named] = node.guid;
+    findings_.ports_of_nodes_.push_back({offset, 0, 0, false});
   }
 
   CacheFindings& findings_;
   std::string_view bytes_;
   CacheHeader header_;
-  std::size_t first_port_;  // its offset
+  std::size_t first_port_ = 0;   // its offset
+  std::size_t named_ports_ = 0;  // by nodes
   PlaceIndex<u_int64_t> nodes_;
   PortIndex ports_;
   std::vector<bool> taken_;  // a node has this port
+  // Ports that nodes name, and that are not stored: places among the ports of nodes, and their
+  // nodes.
+  PlaceIndex<PortKey> not_stored_;
+  std::map<u_int32_t, u_int64_t> node_of_not_stored_;
   u_int32_t last_place_ = 0;
 };
 
 CacheFindings::CacheFindings(FileBytes bytes) : bytes_(std::move(bytes)) {
   CacheCursor cursor(bytes_.view());
   const CacheHeader header = TakeCacheHeader(cursor);
-  const u_int64_t expected = CacheFileBytes(header);
-  if (bytes_.size() < expected) {
-    FailAt(bytes_.size(), fmt::format("the file ends too early; expected {} bytes", expected));
-  }
-  if (bytes_.size() > expected) {
-    FailAt(expected, "the file is longer than its header announces");
+  const u_int64_t at_least = CacheFileBytes(header);
+  if (bytes_.size() < at_least) {
+    FailAt(bytes_.size(), fmt::format("the file ends too early; expected {} bytes", at_least));
   }
   CacheReader(*this, header).Read();
 }
@@ -259,20 +314,27 @@ const NodeFindings& CacheFindings::Node(std::size_t place, NodeFindings& room) c
   room.ports.resize(entry.PortCount() + 1U - first);
   for (std::size_t i = 0; i < room.ports.size(); ++i) {
     room.ports[i].number = static_cast<u_int8_t>(first + i);
+    room.ports[i].guid = 0;
     room.ports[i].scanned = false;
-    room.ports[i].has_peer = false;
+    room.ports[i].peer.reset();
+    room.ports[i].peer_failure = {};
+    entry.IsSwitch() ? room.ports[i].info.SetFailed(kNotInCache)
+                     : room.ports[i].info.SetNotAsked(kNotScanned);
   }
-  const std::size_t* const offsets = ports_of_nodes_.data() + nodes_[place].first_port;
+  const CachedPort* const named = ports_of_nodes_.data() + nodes_[place].first_port;
   for (std::size_t i = 0; i < entry.Stored(); ++i) {
-    const PortEntry stored(bytes_.view().data() + offsets[i]);
-    PortFindings& port = room.ports[stored.Key().number - first];
+    const PortEntry stored(bytes_.view().data() + named[i].offset);
+    const PortKey key = stored.Key();
+    PortFindings& port = room.ports[key.number - first];
+    port.guid = key.guid;
+    port.peer = named[i].peer();
+    port.scanned = named[i].is_stored;
+    if (!port.scanned) {
+      port.info.SetFailed(kNotInCache);
+      continue;
+    }
     port.info.SetRead(stored.Info());
-    port.scanned = true;
-    port.has_peer = stored.HasPeer() != 0;
-  }
-  for (PortFindings& port : room.ports) {
-    if (port.scanned) continue;
-    entry.IsSwitch() ? port.info.SetFailed(kNotInCache) : port.info.SetNotAsked(kNotScanned);
+    if (stored.HasPeer() != 0 && !port.peer) port.peer_failure = kNotInCache;
   }
   const PortInfoExtendedOffer offer(room);
   for (PortFindings& port : room.ports) {

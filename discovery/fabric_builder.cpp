@@ -30,7 +30,6 @@ class NodeBuilder {
   void Build(const NodeFindings& findings, std::string_view name) {
     missing_.clear();
     missing_of_ports_.clear();
-    second_speeds_ = false;
 
     const SMP_NodeInfo info = Decode<SMP_NodeInfo>(findings.node_info);
     IBNode& node = fabscan_.discovered_fabric.makeNode(name, findings.guid,
@@ -41,13 +40,13 @@ class NodeBuilder {
 
     const std::string_view description = DescriptionText(BytesOf(findings.description.payload));
     if (description != name) node.setAlternativeName(description);
+    if (findings.description.read()) node.setDescription(description);
     if (Take(findings.description)) missing_.push_back(BecauseOf("NodeDescription"));
 
     if (node.type == IB_RTR_NODE)
       store().setAbsent(node, TableOf<SMP_RouterInfo>::value.name, kRouterInfoReason);
     if (node.type == IB_SW_NODE) AddSwitchInfo(node, findings.switch_info);
     for (const PortFindings& port : findings.ports) AddPort(node, port);
-    NoteSecondSpeeds();
     for (const auto& [what, ports] : missing_of_ports_) {
       missing_.push_back(fmt::format("{} of port{} {}", what, ports.size() == 1 ? "" : "s",
                                      fmt::join(ports, ", ")));
@@ -90,6 +89,8 @@ class NodeBuilder {
   void AddPort(IBNode& node, const PortFindings& findings) {
     IBPort& port = fabscan_.discovered_fabric.makePort(node, findings.number);
     ++report_.ports;
+    if (node.type != IB_SW_NODE) port.guid = findings.guid;
+    port.setRemotePort(findings.peer);
     if (Take(findings.info)) Miss(findings.number, BecauseOf("PortInfo"));
     if (findings.info.read()) {
       AddPortInfo(node, port, findings);
@@ -121,10 +122,9 @@ class NodeBuilder {
     const SMP_PortInfo info = Decode<SMP_PortInfo>(findings.info.payload);
     port.port_state = PortStateOf(info.PortState);
     store().put(port, info);
-    second_speeds_ = second_speeds_ || HasSecondExtendedSpeeds(info);
 
     const bool external = port.num != 0 || node.type != IB_SW_NODE;
-    if (!external || !findings.scanned || findings.has_peer || !IsLinked(info)) return;
+    if (!external || !findings.scanned || findings.peer || !IsLinked(info)) return;
     reason_ = findings.peer_failure;
     Miss(port.num, reason_.empty() ? "the linked peer" : BecauseOf("the linked peer"));
   }
@@ -134,20 +134,12 @@ class NodeBuilder {
     missing_of_ports_[what].push_back(port_number);
   }
 
-  void NoteSecondSpeeds() {
-    if (!second_speeds_) return;
-    missing_.push_back(
-        "the second set of extended speeds (LinkSpeedExtSup2, LinkSpeedExtEnabled2 and "
-        "LinkSpeedExtActive2): the public libraries cannot read it, so it is 0 here");
-  }
-
   Fabscan& fabscan_;
   DiscoveryReport& report_;
 
   // State of the node that is being built.
   std::vector<std::string> missing_;
   std::map<std::string, std::vector<unsigned>> missing_of_ports_;
-  bool second_speeds_ = false;
   std::string_view reason_;
 
   const IBPort* alike_ = nullptr;  // lacks only PortInfoExtended,

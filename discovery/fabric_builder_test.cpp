@@ -164,7 +164,7 @@ TEST(FabricBuilder, ReportsALinkedPortWithoutAPeer) {
   findings.nodes = {Switch(0x10)};
   NodeFindings& node = findings.nodes.front();
   for (PortFindings& port : node.ports) SetLinked(port);  // port 0 has no link to lack
-  node.ports[1].has_peer = true;
+  node.ports[1].peer = RemotePort{0x20, 1};
   node.ports[2].peer_failure = "timed out";
   Fabscan fabscan;
   EXPECT_THAT(BuildFabric(findings, fabscan).gaps,
@@ -178,18 +178,6 @@ TEST(FabricBuilder, ExpectsNoPeerOfAPortThatTheScanDidNotTraverse) {
   findings.nodes.front().ports[2].scanned = false;
   Fabscan fabscan;
   EXPECT_TRUE(BuildFabric(findings, fabscan).complete());
-}
-
-TEST(FabricBuilder, ReportsThatTheSecondExtendedSpeedsCannotBeRead) {
-  FabricFindings findings;
-  findings.nodes = {Switch(0x10)};
-  Payload& port_0 = findings.nodes.front().ports[0].info.payload;
-  WriteBits(port_0, kCapMskBit, 32, kHasCapMsk2);
-  WriteBits(port_0, kCapMsk2Bit, 16, 1U << 11U);
-  Fabscan fabscan;
-  const DiscoveryReport report = BuildFabric(findings, fabscan);
-  ASSERT_EQ(report.gaps.size(), 1U);
-  EXPECT_THAT(report.gaps.front(), ::testing::HasSubstr("the second set of extended speeds"));
 }
 
 TEST(FabricBuilder, RecordsThatRouterInfoIsNotRequested) {

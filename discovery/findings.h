@@ -1,10 +1,12 @@
 #ifndef FABSCAN_DISCOVERY_FINDINGS_H
 #define FABSCAN_DISCOVERY_FINDINGS_H
 
+#include <infiniband/tessel/Fabric.h>
 #include <sys/types.h>
 
 #include <cstddef>
 #include <cstring>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -47,12 +49,13 @@ struct Answer {
 
 struct PortFindings {
   u_int8_t number = 0;
+  u_int64_t guid = 0;  // 0 if not known
   Answer info;
   Answer extended;
   /// The scan traversed this port, so it is known whether the port has a peer. The scan does not
   /// reach adapter ports that are unconnected or connected to another fabric.
   bool scanned = false;
-  bool has_peer = false;
+  std::optional<RemotePort> peer;
   /// Why the peer of a linked port is not known; may be empty. Static lifetime, as for `Answer`.
   std::string_view peer_failure;
 };

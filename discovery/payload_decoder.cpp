@@ -6,7 +6,6 @@ namespace {
 
 constexpr u_int32_t kCapabilityMask2Supported = 1U << 15U;  // of CapMsk
 constexpr u_int32_t kPortInfoExtendedSupported = 1U << 1U;  // of CapMsk2
-constexpr u_int32_t kExtendedSpeeds2Supported = 1U << 11U;  // of CapMsk2
 constexpr u_int8_t kLinkUp = 5;                             // of PortPhysicalState
 
 constexpr Place PlaceOf(const RecordTable& table, std::string_view name) {
@@ -30,10 +29,6 @@ std::string_view DescriptionText(std::string_view payload) {
 bool HasPortInfoExtended(const Payload& port_info) {
   return HasCapability2(ReadBits(port_info.data(), kCapMsk), ReadBits(port_info.data(), kCapMsk2),
                         kPortInfoExtendedSupported);
-}
-
-bool HasSecondExtendedSpeeds(const SMP_PortInfo& info) {
-  return HasCapability2(info.CapMsk, info.CapMsk2, kExtendedSpeeds2Supported);
 }
 
 bool IsLinked(const SMP_PortInfo& info) { return info.PortPhysicalState == kLinkUp; }

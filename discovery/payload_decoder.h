@@ -30,9 +30,7 @@ void DecodeFields(const Payload& payload, Record& record, std::index_sequence<kR
 }
 
 /// The record of the attribute that a device answered with this payload: the rows in `records/` say
-/// where its fields are. Fields whose place is not public stay 0, such as `LinkSpeedExtSup2` of
-/// PortInfo; a port that uses it reports it, see `HasSecondExtendedSpeeds`. No record has a field
-/// for the management key of PortInfo.
+/// where its fields are. No record has a field for the management key of PortInfo.
 template <class Record>
 Record Decode(const Payload& payload) {
   Record record = {};
@@ -46,8 +44,6 @@ std::string_view DescriptionText(std::string_view payload);
 
 /// The device says in this PortInfo that the port answers PortInfoExtended.
 bool HasPortInfoExtended(const Payload& port_info);
-/// Whether the device reports the second set of extended speeds for this port.
-bool HasSecondExtendedSpeeds(const SMP_PortInfo& info);
 /// The physical link is up.
 bool IsLinked(const SMP_PortInfo& info);
 

@@ -80,8 +80,7 @@ TEST(PayloadDecoder, FillsEveryFieldThatHasAPlace) {
   ones.fill(0xff);
   EXPECT_THAT(Zeroes(Decode<SMP_NodeInfo>(ones)), IsEmpty());
   EXPECT_THAT(Zeroes(Decode<SMP_SwitchInfo>(ones)), IsEmpty());
-  EXPECT_THAT(Zeroes(Decode<SMP_PortInfo>(ones)),
-              ElementsAre("LinkSpeedExtActive2", "LinkSpeedExtSup2", "LinkSpeedExtEnabled2"));
+  EXPECT_THAT(Zeroes(Decode<SMP_PortInfo>(ones)), IsEmpty());
   EXPECT_THAT(Zeroes(Decode<SMP_PortInfoExtended>(ones)), IsEmpty());
 }
 
@@ -105,10 +104,22 @@ TEST(PayloadDecoder, BelievesTheSecondCapabilityMaskOnlyWhereTheFirstAnnouncesIt
   Payload payload = {};
   WriteBits(payload, 480, 16, 1U << 1U | 1U << 11U);
   EXPECT_FALSE(HasPortInfoExtended(payload));
-  EXPECT_FALSE(HasSecondExtendedSpeeds(Decode<SMP_PortInfo>(payload)));
   WriteBits(payload, 160, 32, 1U << 15U);
   EXPECT_TRUE(HasPortInfoExtended(payload));
-  EXPECT_TRUE(HasSecondExtendedSpeeds(Decode<SMP_PortInfo>(payload)));
+}
+
+TEST(PayloadDecoder, ReadsTheSecondSetOfExtendedSpeeds) {
+  Payload payload = {};
+  payload[56] = 0x7f;  // its first bit is reserved
+  const auto info = Decode<SMP_PortInfo>(payload);
+  EXPECT_EQ(info.LinkSpeedExtActive2, 3);
+  EXPECT_EQ(info.LinkSpeedExtSup2, 3);
+  EXPECT_EQ(info.LinkSpeedExtEnabled2, 7);
+  payload[56] = 0x2a;  // 01 01 010
+  const auto xdr = Decode<SMP_PortInfo>(payload);
+  EXPECT_EQ(xdr.LinkSpeedExtActive2, 1);
+  EXPECT_EQ(xdr.LinkSpeedExtSup2, 1);
+  EXPECT_EQ(xdr.LinkSpeedExtEnabled2, 2);
 }
 
 TEST(PayloadDecoder, HasNoWordForNumbersThatAreReserved) {

@@ -97,15 +97,19 @@ void Agree(std::vector<Node>& nodes) {
   }
 }
 
-/// Removes links to ports that are not in the file.
+/// Removes links of which the other port does not name this one.
 void DropDeadLinks(std::vector<Node>& nodes) {
-  std::set<PortKey> known;
+  std::map<PortKey, PortKey> peers;
   for (const Node& node : nodes) {
-    for (const Port& port : node.ports) known.insert({port.guid, port.number});
+    for (const Port& port : node.ports) {
+      if (port.has_peer) peers[{port.guid, port.number}] = {port.peer_guid, port.peer_number};
+    }
   }
   for (Node& node : nodes) {
     for (Port& port : node.ports) {
-      if (known.count({port.peer_guid, port.peer_number}) == 0) port.has_peer = false;
+      const auto back = peers.find({port.peer_guid, port.peer_number});
+      const PortKey own = {port.guid, port.number};
+      port.has_peer = port.has_peer && back != peers.end() && back->second == own;
     }
   }
 }

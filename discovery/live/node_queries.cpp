@@ -48,7 +48,7 @@ class NodeQueries {
 
   static bool LacksPeer(IBNodeType type, const PortFindings& port) {
     const bool external = port.number != 0 || type != IB_SW_NODE;
-    return external && port.scanned && !port.has_peer && port.info.read() &&
+    return external && port.scanned && !port.peer && port.info.read() &&
            IsLinked(Decode<SMP_PortInfo>(port.info.payload));
   }
 

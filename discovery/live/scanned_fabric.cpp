@@ -28,7 +28,10 @@ PortFindings FindingsOf(const ibnd_node_t& node, int number) {
   if (port == nullptr) return findings;
   findings.info = Answer::Read(PayloadOf(port->info));
   findings.scanned = true;
-  findings.has_peer = port->remoteport != nullptr;
+  findings.guid = port->guid;
+  if (const ibnd_port_t* peer = port->remoteport; peer != nullptr && peer->node != nullptr) {
+    findings.peer = RemotePort{peer->node->guid, static_cast<u_int8_t>(peer->portnum)};
+  }
   return findings;
 }
 

@@ -65,7 +65,9 @@ void CacheBuilder::Link(Port& one, Port& other) {
 
 std::string CacheBuilder::Bytes() const {
   std::size_t port_count = 0;
-  for (const Node& node : nodes_) port_count += node.ports.size();
+  for (const Node& node : nodes_) {
+    for (const Port& port : node.ports) port_count += port.is_stored ? 1 : 0;
+  }
 
   std::string bytes;
   Put(bytes, 0x8fe7832b, 4);
@@ -92,6 +94,7 @@ std::string CacheBuilder::Bytes() const {
   }
   for (const Node& node : nodes_) {
     for (const Port& port : node.ports) {
+      if (!port.is_stored) continue;
       Put(bytes, port.guid, 8);
       Put(bytes, port.number, 1);
       Put(bytes, 0, 4);

@@ -26,6 +26,7 @@ class CacheBuilder {
     u_int64_t peer_guid = 0;
     u_int8_t peer_number = 0;
     bool has_peer = false;
+    bool is_stored = true;  // otherwise only named, as if its query had failed
   };
   struct Node {
     u_int64_t guid;
