@@ -17,7 +17,6 @@ void FillPort(CacheBuilder::Port& port, Numbers& numbers) {
   port.info = numbers.Fill<Payload>();
   WriteBits(port.info, 160 + 31 - 15, 1, 1);  // CapMsk: there is a second mask
   WriteBits(port.info, 480 + 15 - 1, 1, 1);   // CapMsk2: PortInfoExtended
-  WriteBits(port.info, 480 + 15 - 11, 1, 0);  // CapMsk2: no second set of extended speeds
   WriteBits(port.info, 260, 4, IB_PORT_STATE_DOWN);
   WriteBits(port.info, 264, 4, 2);  // polling
 }

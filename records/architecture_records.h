@@ -13,9 +13,7 @@
 // libibmad 44 swaps the halves of the words that hold the HDR and NDR modes of PortInfoExtended;
 // its HDR mode overlaps its EDR mode. They alternate, as in the rows below.
 //
-// Layout::kOurs: these bits are reserved in the published layout. The simulator puts the second set
-// of extended speeds there, where the tools that know it expect it; discovery ignores it. The whole
-// byte is LinkSpeedExtSup2, which generated files assign.
+// libibmad knows the second set of extended speeds of PortInfo from rdma-core 49 on.
 
 namespace fabscan {
 
@@ -108,9 +106,9 @@ SMP(SMP_PortInfo) = {
     KEPT(  OverrunErrors,                       428,  4),
     KEPT(  MaxCreditHint,                       432, 16),
     KEPT(  LinkRoundTripLatency,                456, 24),
-    KEPT(  LinkSpeedExtActive2,                 504,  3, Layout::kOurs),
-    DUMPED(LinkSpeedExtSup2,                    448,  8, Layout::kOurs),
-    KEPT(  LinkSpeedExtEnabled2,                416,  3, Layout::kOurs),
+    KEPT(  LinkSpeedExtActive2,                 449,  2),
+    DUMPED(LinkSpeedExtSup2,                    451,  2),
+    KEPT(  LinkSpeedExtEnabled2,                453,  3),
     KEPT(  LinkSpeedExtActive,                  496,  4),
     DUMPED(LinkSpeedExtSup,                     500,  4),
     KEPT(  LinkSpeedExtEnabled,                 507,  5),

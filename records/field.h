@@ -21,12 +21,6 @@ struct Place {
   constexpr unsigned end() const { return first_bit + bits; }
 };
 
-/// Who defines the position of a field.
-enum class Layout : u_int8_t {
-  kPublished,  // the architecture
-  kOurs,       // only our simulator
-};
-
 /// How a value identifies the device that reported it. If a value has several numbers, they are
 /// consecutive in the record, the most significant first.
 enum class Identity : u_int8_t { kNone, kGuid, kGidHalf, kMacAddress, kQueueKey };
@@ -53,7 +47,6 @@ struct FieldRow {
   std::size_t count;   // elements; 1 if the field is not an array
   bool is_array;
   bool dumped;  // the generator writes it, or something within it
-  Layout layout;
   Identity identity;
   Place place;
   const RecordTable* nested;  // the element's own fields; null for numbers
@@ -61,7 +54,7 @@ struct FieldRow {
   constexpr unsigned bits() const { return static_cast<unsigned>(8 * size); }
   constexpr u_int64_t largest() const { return ~u_int64_t{0} >> (64 - bits()); }
   /// Whether the architecture defines the position of the field in the attribute.
-  constexpr bool published() const { return place.bits != 0 && layout == Layout::kPublished; }
+  constexpr bool published() const { return place.bits != 0; }
 
   const void* element(const void* record, std::size_t index) const {
     return static_cast<const char*>(record) + offset + index * size;

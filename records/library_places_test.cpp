@@ -129,15 +129,10 @@ TEST(LibraryPlaces, SwitchInfo) {
   CompareWithLibrary(TableOf<SMP_SwitchInfo>::value, kSwitchInfo, {});
 }
 
+// The library of rdma-core 44 does not know the second set of extended speeds.
 TEST(LibraryPlaces, PortInfo) {
   CompareWithLibrary(TableOf<SMP_PortInfo>::value, kPortInfo,
                      {"LinkSpeedExtActive2", "LinkSpeedExtSup2", "LinkSpeedExtEnabled2"});
-}
-
-TEST(LibraryPlaces, OnlyOurPlacesAreUnknownToTheLibrary) {
-  for (const FieldRow& row : TableOf<SMP_PortInfo>::value) {
-    EXPECT_EQ(row.published(), kPortInfo.count(std::string(row.name)) != 0) << row.name;
-  }
 }
 
 // The library swaps the halves of the words with the HDR and NDR modes; the test below shows it.

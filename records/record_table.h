@@ -26,8 +26,7 @@ inline constexpr std::size_t kAnyLength = 0;
 
 template <class Declared>
 constexpr FieldRow MakeRow(std::string_view name, std::size_t offset, bool dumped,
-                           unsigned first_bit, unsigned bits, Identity identity = Identity::kNone,
-                           Layout layout = Layout::kPublished) {
+                           unsigned first_bit, unsigned bits, Identity identity = Identity::kNone) {
   using Element = std::remove_extent_t<Declared>;
   const RecordTable* nested = nullptr;
   if constexpr (std::is_class_v<Element>) {
@@ -36,22 +35,9 @@ constexpr FieldRow MakeRow(std::string_view name, std::size_t offset, bool dumpe
     static_assert(std::is_unsigned_v<Element> && !std::is_same_v<Element, bool>);
   }
   constexpr bool kArray = std::is_array_v<Declared>;
-  return {name,
-          offset,
-          sizeof(Element),
-          kArray ? std::extent_v<Declared> : 1,
-          kArray,
-          dumped,
-          layout,
-          identity,
-          {first_bit, bits},
+  return {name,   offset, sizeof(Element), kArray ? std::extent_v<Declared> : 1,
+          kArray, dumped, identity,        {first_bit, bits},
           nested};
-}
-
-template <class Declared>
-constexpr FieldRow MakeRow(std::string_view name, std::size_t offset, bool dumped,
-                           unsigned first_bit, unsigned bits, Layout layout) {
-  return MakeRow<Declared>(name, offset, dumped, first_bit, bits, Identity::kNone, layout);
 }
 
 // ---------- Requirements for every table, checked at compile time ----------
@@ -201,7 +187,7 @@ struct TableOf {
     static constexpr std::size_t kDataBytes = data_bytes; \
     static constexpr FieldRow kRows[]
 
-/// One row: `FABSCAN_ROW(member, dumped, first_bit, bits)`, then an Identity or a Layout if needed.
+/// One row: `FABSCAN_ROW(member, dumped, first_bit, bits)`, then an Identity if needed.
 #define FABSCAN_ROW(member, dumped, ...) \
   MakeRow<decltype(Record::member)>(#member, offsetof(Record, member), dumped, __VA_ARGS__)
 // NOLINTEND(bugprone-macro-parentheses)
