@@ -106,7 +106,7 @@ ExitStatus AnonymiseSnapshot(const AnonymiseOptions& options, bool has_key) {
     throw CommandError(fmt::format("{}: two nodes would become one ({}); use a different key",
                                    InputName(options.snapshot), error.what()));
   }
-  WriteFabric(output, anonymised, {kSource, ""});
+  WriteFabric(output, anonymised, {kSource, "", ""});
   std::ostream& out = IsStandardOutput(options.output.path) ? std::cerr : std::cout;
   out << ReportText(options, anonymised.discovered_fabric, has_key || !options.key_file.empty());
   output.Commit();

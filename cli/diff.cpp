@@ -20,7 +20,9 @@
 #include "cli/terminal/progress.h"
 #include "cli/terminal/terminal.h"
 #include "fabrics/fabric_differences.h"
+#include "fabrics/link_differences.h"
 #include "model/guid_text.h"
+#include "model/links.h"
 
 namespace fabscan {
 
@@ -42,6 +44,7 @@ struct DiffOptions {
 };
 
 struct DiffCounts {
+  std::size_t links = 0;
   std::size_t differences = 0;
   std::size_t nodes = 0;  // in both snapshots, with differences
   std::size_t only_first = 0;
@@ -90,10 +93,37 @@ std::string ValueText(const Difference& difference, const DifferingValue& value)
   return "nothing";
 }
 
+/// `leaf-01/U1[3]`
+std::string EndText(const LinkEnd& end) { return PortText(end.name, end.port); }
+
 class TextReport {
  public:
   TextReport(const DiffOptions& options, const Terminal& terminal)
       : options_(options), terminal_(terminal) {}
+
+  void Add(const LinkDifference& link) {
+    ++counts_.links;
+    switch (link.change) {
+      case LinkDifference::Change::kMoved:
+        std::cout << "link moved: " << EndText(link.end) << " from "
+                  << Removed(EndText(link.before)) << " to " << Added(EndText(link.after)) << '\n';
+        break;
+      case LinkDifference::Change::kLost:
+        std::cout << "link lost: " << Removed(EndText(link.end) + " to " + EndText(link.before))
+                  << '\n';
+        break;
+      case LinkDifference::Change::kAdded:
+        std::cout << "link added: " << Added(EndText(link.end) + " to " + EndText(link.after))
+                  << '\n';
+    }
+  }
+
+  void OmitLinks(const std::string& path) const {
+    std::cout << Paragraph(
+        fmt::format("links are not compared: {} contains none, though ports are up",
+                    InputName(path)),
+        terminal_);
+  }
 
   void Add(const Difference& difference) {
     const bool is_new = difference.node != node_;
@@ -108,10 +138,16 @@ class TextReport {
     std::cout << "  " << PlaceText(difference) << ": " << Values(difference) << '\n';
   }
 
+  void BeginDifferences() const {}
+
   bool Finish() {
-    if (counts_.differences == 0) return true;
-    const std::string summary =
-        fmt::format("{}: {}", Counted(counts_.differences, "difference"), WhereText());
+    if (counts_.differences + counts_.links == 0) return true;
+    std::string summary;
+    if (counts_.links != 0) summary = Counted(counts_.links, "link");
+    if (counts_.differences != 0) {
+      summary += fmt::format("{}{}: {}", summary.empty() ? "" : ", ",
+                             Counted(counts_.differences, "difference"), WhereText());
+    }
     std::cout << '\n' << Paragraph(summary, terminal_);
     return false;
   }
@@ -158,6 +194,26 @@ class JsonReport {
   explicit JsonReport(const DiffOptions& options) {
     json_.Text("first", options.first);
     json_.Text("second", options.second);
+    json_.BeginObjects("links");
+  }
+
+  void Add(const LinkDifference& link) {
+    same_ = false;
+    json_.BeginObject();
+    json_.Text("change", link.change == LinkDifference::Change::kMoved  ? "moved"
+                         : link.change == LinkDifference::Change::kLost ? "lost"
+                                                                        : "added");
+    AddEnd("end", link.end);
+    if (link.change != LinkDifference::Change::kAdded) AddEnd("first", link.before);
+    if (link.change != LinkDifference::Change::kLost) AddEnd("second", link.after);
+    json_.EndObject();
+  }
+
+  void OmitLinks(const std::string& /*path*/) { are_links_compared_ = false; }
+
+  void BeginDifferences() {
+    json_.EndArray();
+    json_.Truth("linksCompared", are_links_compared_);
     json_.BeginObjects("differences");
   }
 
@@ -187,6 +243,15 @@ class JsonReport {
   }
 
  private:
+  void AddEnd(std::string_view key, const LinkEnd& end) {
+    json_.Key(key);
+    json_.BeginObject();
+    json_.Text("name", end.name);
+    json_.Guid("guid", end.guid);
+    json_.Count("port", end.port);
+    json_.EndObject();
+  }
+
   void AddValue(std::string_view key, const DifferingValue& value) {
     if (const bool* truth = std::get_if<bool>(&value)) json_.Truth(key, *truth);
     if (const u_int64_t* number = std::get_if<u_int64_t>(&value)) json_.Count(key, *number);
@@ -195,7 +260,21 @@ class JsonReport {
 
   JsonResult json_;
   bool same_ = true;
+  bool are_links_compared_ = true;
 };
+
+/// Links come first: a cable that was moved explains much of the rest.
+template <class Report>
+void CompareLinks(const DiffOptions& options, const IBFabric& first, const IBFabric& second,
+                  Report& report) {
+  const bool in_first = KnowsLinks(first);
+  const bool in_second = KnowsLinks(second);
+  if (!in_first && !in_second) return;
+  if (!in_first || !in_second) return report.OmitLinks(in_first ? options.second : options.first);
+  for (const LinkDifference& link : LinkDifferences(first, second, options.by_name)) {
+    report.Add(link);
+  }
+}
 
 IgnoredFields IgnoredOrRefuse(const DiffOptions& options) {
   try {
@@ -215,6 +294,10 @@ ExitStatus Compare(const DiffOptions& options) {
   // On a terminal the differences themselves show the progress.
   if (::isatty(STDOUT_FILENO) != 1) comparison.progress = progress.Callback("nodes compared");
   const auto tell = [&](auto& report) {
+    if (!comparison.ignored.Has("peer")) {
+      CompareLinks(options, first.discovered_fabric, second.discovered_fabric, report);
+    }
+    report.BeginDifferences();
     ForEachDifference(first, second, comparison, [&](const Difference& d) { report.Add(d); });
     return report.Finish() ? kSame : kDifferent;
   };

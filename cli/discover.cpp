@@ -43,7 +43,7 @@ ExitStatus Discover(const DiscoverOptions& options) {
 
   Fabscan fabscan;
   const DiscoveryReport report = BuildFabric(found.fabric, fabscan);
-  WriteFabric(output, fabscan, {"fabscan discover, " + found.where, CurrentTime()});
+  WriteFabric(output, fabscan, {"fabscan discover, " + found.where, CurrentTime(), ""});
   ExitStatus status = Tell(report, output.path());
   if (report.nodes == 1) {
     PrintWarning(

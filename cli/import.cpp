@@ -39,7 +39,7 @@ ExitStatus Import(const ImportOptions& options) {
   StagedOutput output(options.output.path, options.output.force);
   const CacheFindings findings = ReadFindings(options.cache);
   DiscoveryReport report;
-  WriteFabric(output, {"fabscan import of a discovery cache", ""}, [&](SnapshotWriter& writer) {
+  WriteFabric(output, {"fabscan import of a discovery cache", "", ""}, [&](SnapshotWriter& writer) {
     Progress progress;
     const auto show = [&](std::size_t nodes) {
       progress.Show("nodes written", nodes, findings.NodeCount());

@@ -79,6 +79,9 @@ class Copy {
     IBNode& copy = to_.discovered_fabric.makeNode(
         mapping_.Name(OriginalName(node.name)), mapping_.Guid(node.guid), node.type, node.numPorts);
     copy.setAlternativeName(mapping_.Name(OriginalName(node.getAlternativeName())));
+    if (node.getDescription()) {
+      copy.setDescription(mapping_.Name(OriginalName(*node.getDescription())));
+    }
     copy.in_sub_fabric = node.in_sub_fabric;
     copy.setSpecialNodeType(node.getSpecialNodeType());
     copy.setOpalSwitch(node.isOpalSwitch());
@@ -96,6 +99,10 @@ class Copy {
   void AddPort(const IBPort& port, IBNode& node) {
     IBPort& copy = to_.discovered_fabric.makePort(node, port.num);
     copy.port_state = port.port_state;
+    if (port.guid != 0) copy.guid = mapping_.Guid(port.guid);
+    if (const auto remote = port.getRemotePort()) {
+      copy.setRemotePort(RemotePort{mapping_.Guid(remote->node_guid), remote->number});
+    }
     copy.setInSubFabric(port.getInSubFabric());
     copy.setFNMPort(port.isFNMPort());
     copy.setFNM1Port(port.isFNM1Port());

@@ -12,8 +12,8 @@ namespace fabscan {
 inline constexpr char kWithheldReason[] = "withheld";
 
 /// Fills the empty `to` with a copy of `from` with other names, GUIDs, GID prefixes, MAC addresses
-/// and queue keys. `keep_reasons` keeps the reasons of absence, which are free text. Throws
-/// std::invalid_argument if two nodes get the same name or GUID.
+/// and queue keys, and without `extra` objects. `keep_reasons` keeps the reasons of absence, which
+/// are free text. Throws std::invalid_argument if two nodes get the same name or GUID.
 void AnonymiseFabric(const Fabscan& from, const KeyedMapping& mapping, bool keep_reasons,
                      Fabscan& to, const NodeProgress& progress = {});
 

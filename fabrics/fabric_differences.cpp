@@ -17,6 +17,14 @@ DifferingValue TextOrNothing(const std::string& text) {
   return text.empty() ? DifferingValue() : text;
 }
 
+DifferingValue TextOrNothing(const std::optional<std::string>& text) {
+  return text ? DifferingValue(*text) : DifferingValue();
+}
+
+DifferingValue GuidOrNothing(u_int64_t guid) {
+  return guid == 0 ? DifferingValue() : GuidText(guid);
+}
+
 template <class Words, class Value>
 DifferingValue WordValue(const Words& words, Value value) {
   return std::string(WordFor(words, value));
@@ -91,6 +99,8 @@ class Comparison {
     CompareKey("numPorts", u_int64_t{first.numPorts}, u_int64_t{second.numPorts});
     CompareKey("alternativeName", TextOrNothing(first.getAlternativeName()),
                TextOrNothing(second.getAlternativeName()));
+    CompareKey("description", TextOrNothing(first.getDescription()),
+               TextOrNothing(second.getDescription()));
     CompareKey("inSubFabric", first.in_sub_fabric, second.in_sub_fabric);
     CompareKey("specialNode", SpecialWord(first), SpecialWord(second));
     CompareKey("opalSwitch", first.isOpalSwitch(), second.isOpalSwitch());
@@ -98,6 +108,8 @@ class Comparison {
                  second_.capability_module.find(second, false));
     CompareMasks("gmpCapabilityMask", first_.capability_module.find(first, true),
                  second_.capability_module.find(second, true));
+    CompareKey("extra", TextOrNothing(first_.discovered_fabric.extraOf(first)),
+               TextOrNothing(second_.discovered_fabric.extraOf(second)));
     CompareKinds(kNodeRecords, first, second);
     CompareReasons(first, second);
     for (unsigned number = 0; number <= 255; ++number) {
@@ -129,10 +141,13 @@ class Comparison {
     }
     CompareKey("state", WordValue(kPortStateWords, first->port_state),
                WordValue(kPortStateWords, second->port_state));
+    CompareKey("portGuid", GuidOrNothing(first->guid), GuidOrNothing(second->guid));
     CompareKey("inSubFabric", first->getInSubFabric(), second->getInSubFabric());
     CompareKey("fnm", first->isFNMPort(), second->isFNMPort());
     CompareKey("fnm1", first->isFNM1Port(), second->isFNM1Port());
     CompareKey("special", first->isSpecialPort(), second->isSpecialPort());
+    CompareKey("extra", TextOrNothing(first_.discovered_fabric.extraOf(*first)),
+               TextOrNothing(second_.discovered_fabric.extraOf(*second)));
     CompareKinds(kPortRecords, *first, *second);
     const TesselExtendedInfo& in_first = first_.fabric_extended_info;
     const TesselExtendedInfo& in_second = second_.fabric_extended_info;

@@ -15,7 +15,8 @@ namespace {
 constexpr std::string_view kKeys[] = {
     "name",  "alternativeName", "guid",       "type", "numPorts",          "inSubFabric",
     "state", "specialNode",     "opalSwitch", "fnm",  "smpCapabilityMask", "gmpCapabilityMask",
-    "fnm1",  "special",         "absent",
+    "fnm1",  "special",         "absent",     "peer", "portGuid",          "description",
+    "extra",
 };
 
 void AddFields(std::set<std::string, std::less<>>& to, const RecordTable& table,

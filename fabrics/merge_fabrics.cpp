@@ -3,10 +3,13 @@
 #include <fmt/format.h>
 
 #include <cstring>
+#include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "model/guid_text.h"
 #include "model/harmless_name.h"
+#include "model/links.h"
 #include "model/words.h"
 #include "records/record_kinds.h"
 
@@ -22,6 +25,13 @@ std::string ValueText(IBPortState state) { return std::string(WordFor(kPortState
 std::string ValueText(IBSpecialPortType type) {
   return std::string(WordFor(kSpecialNodeWords, type));
 }
+
+std::string ValueText(const std::optional<RemotePort>& remote) {
+  return remote ? fmt::format("port {} of {}", remote->number, GuidText(remote->node_guid))
+                : "none";
+}
+std::string ValueText(const std::optional<std::string>& text) { return text.value_or("nothing"); }
+std::string ValueText(const std::string& text) { return text; }
 
 /// Merges values, and counts conflicts.
 class ValueMerger {
@@ -134,6 +144,10 @@ class FabricMerger {
       Report(at_least + result_.added_nodes++, 0);
       MergeNode(nullptr, &node);
     }
+    if (const auto fault = FindLinkContradiction(to_.discovered_fabric)) {
+      throw std::invalid_argument(fmt::format("the link of port {} of {}: {}", fault->port->num,
+                                              fault->node->name, fault->text));
+    }
     return result_;
   }
 
@@ -151,6 +165,10 @@ class FabricMerger {
     const IBNodeType type = values_.Join("type", first.type, second.type, IB_UNKNOWN_NODE_TYPE);
     const phys_port_t ports = values_.JoinSaid("numPorts", first.numPorts, second.numPorts);
     IBNode& node = MakeNode(first, type, ports, base == nullptr);
+    const auto description =
+        values_.Join("description", first.getDescription(), second.getDescription(), {});
+    if (description) node.setDescription(OriginalName(*description));
+    MergeExtra(base, extra, node);
     node.in_sub_fabric = first.in_sub_fabric && second.in_sub_fabric;
     node.setOpalSwitch(first.isOpalSwitch() || second.isOpalSwitch());
     node.setSpecialNodeType(values_.Join("specialNode", first.getSpecialNodeType(),
@@ -188,6 +206,9 @@ class FabricMerger {
     const IBPort& second = extra != nullptr ? *extra : *base;
     port.port_state =
         values_.Join("state", first.port_state, second.port_state, IB_UNKNOWN_PORT_STATE);
+    port.guid = values_.Join("portGuid", first.guid, second.guid, u_int64_t{0});
+    port.setRemotePort(values_.Join("peer", first.getRemotePort(), second.getRemotePort(), {}));
+    MergeExtra(base, extra, port);
     port.setInSubFabric(first.getInSubFabric() && second.getInSubFabric());
     port.setFNMPort(first.isFNMPort() || second.isFNMPort());
     port.setFNM1Port(first.isFNM1Port() || second.isFNM1Port());
@@ -206,6 +227,15 @@ class FabricMerger {
       if (!in_base) ++result_.added_records;
       to_.fabric_extended_info.putMonitors(port, selector);
     }
+  }
+
+  template <class Owner>
+  void MergeExtra(const Owner* base, const Owner* extra, const Owner& owner) {
+    const std::string none;
+    const std::string& text =
+        values_.Join("extra", base == nullptr ? none : base_.discovered_fabric.extraOf(*base),
+                     extra == nullptr ? none : extra_.discovered_fabric.extraOf(*extra), none);
+    if (!text.empty()) to_.discovered_fabric.setExtra(owner, text);
   }
 
   static const void* CountersOf(const Fabscan& from, const IBPort* port, u_int32_t index) {

@@ -16,7 +16,8 @@ REPLACED = {
     "attributes.VendorSpec_GeneralInfo.HWInfo.manufacturing_base_mac_0_31",
     "attributes.IB_ClassPortInfo.RedirectGID", "attributes.IB_ClassPortInfo.TrapGID",
     "attributes.IB_ClassPortInfo.RedirectQKey", "attributes.IB_ClassPortInfo.TrapQKey",
-    "ports.attributes.SMP_PortInfo.GIDPrefix", "ports.absent",
+    "ports.attributes.SMP_PortInfo.GIDPrefix", "ports.absent", "description", "ports.portGuid",
+    "ports.peer.guid",
 }
 
 
@@ -78,12 +79,12 @@ class Anonymise(CommandTest):
         self.assertNotIn("5a1e0c0000", text)
 
     def test_the_header_is_replaced(self):
-        lines = [{"fabscan_snapshot": 1, "source": "our cluster", "created": "today"}, switch(),
+        lines = [{"fabscan_snapshot": 2, "source": "our cluster", "created": "today"}, switch(),
                  {"end": True, "nodes": 1}]
         path = self.put("in.jsonl", "".join(json.dumps(line) + "\n" for line in lines))
         self.anonymise(source=path)
         self.assertEqual((self.folder / "out.jsonl").read_text().splitlines()[0],
-                         '{"fabscan_snapshot":1,"source":"anonymised"}')
+                         '{"fabscan_snapshot":2,"source":"anonymised"}')
 
     def test_consistent(self):
         info = {name: 0 for name in "NumPorts NodeType ClassVersion BaseVersion DeviceID "
@@ -144,7 +145,7 @@ class Anonymise(CommandTest):
             "            of nodes\n"
             "  the key was random and is not stored; use --key-file for repeatable replacements\n")
         run = self.run_command("anonymise", path, "--output", "-", "--key", "k")
-        self.assertTrue(run.stdout.startswith('{"fabscan_snapshot":1'))
+        self.assertTrue(run.stdout.startswith('{"fabscan_snapshot":2'))
         self.assertTrue(run.stderr.startswith("standard output: 1 node, 0 ports\n"))
         self.assertNotIn("gone", run.stderr)
 

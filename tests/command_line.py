@@ -34,7 +34,7 @@ def switch(name="S1", guid="0x1", **more):
 
 def snapshot(*nodes):
     """The text of a snapshot."""
-    lines = [{"fabscan_snapshot": 1}, *nodes, {"end": True, "nodes": len(nodes)}]
+    lines = [{"fabscan_snapshot": 2}, *nodes, {"end": True, "nodes": len(nodes)}]
     return "".join(json.dumps(line) + "\n" for line in lines)
 
 

@@ -72,6 +72,8 @@ class Diff(CommandTest):
     def test_by_name(self):
         def change(nodes):
             nodes[0x5a1e0c0000000500]["guid"] = "0x77"
+            nodes[0x5a1e0c0000000200]["ports"][4]["peer"]["guid"] = "0x77"
+            nodes[0x5a1e0c0000000b00]["ports"][0]["peer"]["guid"] = "0x77"
 
         other = self.changed(change)
         run = self.diff(other)
@@ -85,6 +87,57 @@ class Diff(CommandTest):
             "\n"
             "1 difference: in 1 node\n")
         self.assertEqual(self.diff(other, "--by-name", "--ignore", "guid").returncode, SAME)
+
+    def test_links_come_first(self):
+        def change(nodes):
+            # The cable of compute-001 is now in a port of leaf-02 that was free.
+            leaf, other_leaf = nodes[0x5a1e0c0000000200], nodes[0x5a1e0c0000000300]
+            del leaf["ports"][3]["peer"]
+            del other_leaf["ports"][2]["peer"]
+            other_leaf["ports"][2]["peer"] = {"guid": "0x5a1e0c0000000600", "port": 1}
+            nodes[0x5a1e0c0000000600]["ports"][0]["peer"] = {"guid": "0x5a1e0c0000000300", "port": 2}
+            del nodes[0x5a1e0c0000000800]["ports"][0]["peer"]
+            leaf["ports"][1]["peer"] = {"guid": "0x99", "port": 5}
+            leaf["ports"][2]["state"] = "DOWN"
+
+        other = self.changed(change)
+        run = self.diff(other)
+        self.assertEqual(run.returncode, DIFFERENT)
+        self.assertEqual(
+            run.stdout,
+            "link moved: compute-001 HCA-1[1] from leaf-01/U1[3] to leaf-02/U1[2]\n"
+            "link lost: leaf-02/U1[2] to unidentified-01[1]\n"
+            "link added: leaf-01/U1[1] to 0x0000000000000099[5]\n"
+            "leaf-01/U1 (0x5a1e0c0000000200)\n"
+            "  port 2 state: ACTIVE -> DOWN\n"
+            "\n"
+            "3 links, 1 difference: in 1 node\n")
+        run = self.diff(other, "--ignore", "state")
+        self.assertTrue(run.stdout.endswith("\n\n3 links\n"), run.stdout)
+        run = self.diff(other, "--ignore", "state", "--ignore", "peer")
+        self.assertEqual((run.returncode, run.stdout), (SAME, ""))
+        links = json.loads(self.diff(other, "--json").stdout)["links"]
+        host = {"name": "compute-001 HCA-1", "guid": "0x5a1e0c0000000600", "port": 1}
+        leaf = {"name": "leaf-01/U1", "guid": "0x5a1e0c0000000200"}
+        other_leaf = {"name": "leaf-02/U1", "guid": "0x5a1e0c0000000300", "port": 2}
+        self.assertEqual(links, [
+            {"change": "moved", "end": host, "first": {**leaf, "port": 3}, "second": other_leaf},
+            {"change": "lost", "end": other_leaf,
+             "first": {"name": "unidentified-01", "guid": "0x5a1e0c0000000800", "port": 1}},
+            {"change": "added", "end": {**leaf, "port": 1},
+             "second": {"name": "0x0000000000000099", "guid": "0x0000000000000099", "port": 5}}])
+
+    def test_a_snapshot_without_links(self):
+        def change(nodes):
+            for node in nodes.values():
+                for port in node.get("ports", ()):
+                    port.pop("peer", None)
+
+        other = self.changed(change)
+        run = self.diff(other)
+        self.assertEqual((run.returncode, run.stdout),
+                         (SAME, "links are not compared: b.jsonl contains none, though ports are up\n"))
+        self.assertEqual(json.loads(self.diff(other, "--json").stdout)["linksCompared"], False)
 
     def test_json(self):
         def change(nodes):
@@ -102,6 +155,7 @@ class Diff(CommandTest):
         self.assertEqual(
             json.loads(run.stdout),
             {"fabscan_report": 1, "first": "a.jsonl", "second": "b.jsonl", "same": False,
+             "links": [], "linksCompared": True,
              "differences": [
                  {**leaf, "field": "inSubFabric", "first": True, "second": False},
                  {**leaf, "record": "SMP_NodeInfo", "field": "NodeGUID",

@@ -15,10 +15,11 @@ GUEST = "0x5a1e0c0000000900"  # outside the sub-fabric
 SUMMARY = """\
 partial.jsonl: 2 nodes (1 SW, 1 CA), 4 ports
 source: an invented fabric of which some records were not collected
+links: 1
 
 type  GUID                LID  active  abcdefghijklmn opqrstu  node
 CA    0x5a1e0c0000000200   33     0/1  +   .  -. ..+. +++....  compute-117 HCA-1
-SW    0x5a1e0c0000000100    1     2/2  ++ ..--.....+. ~~~....  leaf-07/U1
+SW    0x5a1e0c0000000100    1     1/2  ++ ..--.....+. ~~~....  leaf-07/U1
 
   +  collected
   -  absent for a recorded reason
@@ -65,7 +66,7 @@ vendor            0x5a1e0c
 device            0x5a50
 revision          0xa1
 SMP capabilities  0x00253655 0x00121000 0x00000008 0x00000000
-active ports      2/2
+active ports      1/2
 
 attribute
 SMP_NodeInfo                        collected
@@ -82,10 +83,10 @@ WrenReductionInfo                   not collected
 smpCapabilityMask                   collected
 gmpCapabilityMask                   not collected
 
-port  state   LID  opqrstu
-   0  ACTIVE    1  +......
-   1  ACTIVE    -  -......
-   2  ACTIVE    1  +++....  fnm
+port  state   LID  width  speed  opqrstu  remote port
+   0  ACTIVE    1                +......
+   1  INIT      -                -......  compute-117 HCA-1[1]
+   2  ACTIVE    1  1x     EDR    +++....                        fnm
 
   +  collected
   -  absent for a recorded reason
@@ -315,7 +316,7 @@ class Show(CommandTest):
         self.assertEqual((run.returncode, run.stderr), (DONE, ""))
         self.assertIn("notes             outside the sub-fabric\n", run.stdout)
         run = self.run_command("show", DEMO)
-        self.assertEqual(run.stdout.splitlines()[2], "outside the sub-fabric: lab-guest-01 HCA-1")
+        self.assertEqual(run.stdout.splitlines()[3], "outside the sub-fabric: lab-guest-01 HCA-1")
 
     def test_json(self):
         result = json.loads(self.run_command("show", PARTIAL, "--guid", LEAF, "--json").stdout)
@@ -324,7 +325,8 @@ class Show(CommandTest):
             "snapshot": str(PARTIAL),
             "source": "an invented fabric of which some records were not collected",
             "nodes": [{
-                "name": "leaf-07/U1", "guid": LEAF, "type": "SW", "inSubFabric": True,
+                "name": "leaf-07/U1", "guid": LEAF, "type": "SW",
+                "description": "leaf-07/U1", "inSubFabric": True,
                 "opalSwitch": False, "numPorts": 2,
                 "vendorID": 0x5a1e0c, "deviceID": 0x5a50, "revision": 0xa1,
                 "collected": {"SMP_NodeInfo": 1, "SMP_SwitchInfo": 1, "smpCapabilityMask": 1},
@@ -334,8 +336,10 @@ class Show(CommandTest):
                     {"num": 0, "state": "ACTIVE", "lid": 1, "inSubFabric": True, "fnm": False,
                      "fnm1": False, "special": False, "collected": {"SMP_PortInfo": 1},
                      "absent": {}},
-                    {"num": 1, "state": "ACTIVE", "inSubFabric": True, "fnm": False,
+                    {"num": 1, "state": "INIT", "inSubFabric": True, "fnm": False,
                      "fnm1": False, "special": False, "collected": {},
+                     "peer": {"guid": "0x5a1e0c0000000200", "port": 1,
+                              "name": "compute-117 HCA-1"},
                      "absent": {"SMP_PortInfo": "timed out"}},
                     {"num": 2, "state": "ACTIVE", "lid": 1, "inSubFabric": True, "fnm": True,
                      "fnm1": False, "special": False,
@@ -376,7 +380,7 @@ class Show(CommandTest):
     def test_hostile_text_stays_text(self):
         evil = "a\x1b[31m\nb"
         text = snapshot(switch(evil, absent={"SMP_NodeInfo": evil}))
-        text = text.replace('"fabscan_snapshot": 1', '"fabscan_snapshot": 1, "source": "x\\u001b[2J"')
+        text = text.replace('"fabscan_snapshot": 2', '"fabscan_snapshot": 1, "source": "x\\u001b[2J"')
         for arguments in ((), ("--guid", "1")):
             run = self.run_command("show", "-", *arguments, input=text)
             self.assertNotIn("\x1b", run.stdout)

@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 
+#include "model/guid_text.h"
 #include "model/harmless_name.h"
 #include "model/words.h"
 
@@ -15,6 +17,18 @@ std::string KindText(IBNodeType type, IBSpecialPortType special) {
     text += fmt::format(" ({})", WordFor(kSpecialNodeWords, special));
   }
   return text;
+}
+
+std::string PortText(std::string_view node_name, unsigned port) {
+  return fmt::format("{}[{}]", node_name, port);
+}
+
+std::string RemotePortText(const IBFabric& fabric, const IBPort& port) {
+  const std::optional<RemotePort> remote = port.getRemotePort();
+  if (!remote) return {};
+  const IBNode* node = fabric.getNodeByGuid(remote->node_guid);
+  if (node != nullptr) return PortText(node->name, remote->number);
+  return PortText(GuidText(remote->node_guid), remote->number) + " outside";
 }
 
 std::string IdText(u_int64_t id, int digits) {

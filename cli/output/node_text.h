@@ -12,6 +12,11 @@ namespace fabscan {
 /// `CA`, or `CA (AN)` for a special node.
 std::string KindText(IBNodeType type, IBSpecialPortType special);
 
+/// A port at the end of a link: `leaf-02/U1[3]`.
+std::string PortText(std::string_view node_name, unsigned port);
+/// The other end of the port's link, by GUID if its node is outside the fabric; empty without one.
+std::string RemotePortText(const IBFabric& fabric, const IBPort& port);
+
 /// Hexadecimal with at least `digits` digits; a dash for 0, which means not collected.
 std::string IdText(u_int64_t id, int digits);
 

@@ -1,9 +1,11 @@
+#include <optional>
 #include <string>
 
 #include "cli/output/json_result.h"
 #include "cli/show/attribute_counts.h"
 #include "cli/show/show_report.h"
 #include "fabrics/device_models.h"
+#include "fabrics/link_rate.h"
 #include "model/words.h"
 
 namespace fabscan {
@@ -39,6 +41,23 @@ void WriteModel(JsonResult& json, const Fabscan& fabscan, const IBNode& node) {
   if (!firmware.empty()) json.Text("firmware", firmware);
 }
 
+void WriteLink(JsonResult& json, const IBFabric& fabric, const IBPort& port,
+               const SMP_PortInfo* info) {
+  if (port.guid != 0) json.Guid("portGuid", port.guid);
+  const std::optional<RemotePort> remote = port.getRemotePort();
+  if (!remote) return;
+  json.Key("peer");
+  json.BeginObject();
+  json.Guid("guid", remote->node_guid);
+  json.Count("port", remote->number);
+  if (const IBNode* node = fabric.getNodeByGuid(remote->node_guid)) json.Text("name", node->name);
+  json.EndObject();
+  if (info == nullptr) return;
+  const LinkRate rate = LinkRateOf(*info);
+  if (!rate.width.empty()) json.Text("width", rate.width);
+  if (!rate.speed.empty()) json.Text("speed", rate.speed);
+}
+
 }  // namespace
 
 void ShowJson(const ShownSnapshot& shown) {
@@ -58,6 +77,7 @@ void ShowJson(const ShownSnapshot& shown) {
     if (!node->getAlternativeName().empty()) {
       json.Text("alternativeName", node->getAlternativeName());
     }
+    if (node->getDescription()) json.Text("description", *node->getDescription());
     json.Truth("inSubFabric", node->in_sub_fabric);
     json.Truth("opalSwitch", node->isOpalSwitch());
     json.Count("numPorts", node->numPorts);
@@ -71,6 +91,7 @@ void ShowJson(const ShownSnapshot& shown) {
       const SMP_PortInfo* info =
           shown.fabscan.fabric_extended_info.getSMPPortInfo(port->createIndex);
       if (info != nullptr) json.Count("lid", info->LID);
+      WriteLink(json, shown.fabscan.discovered_fabric, *port, info);
       json.Truth("inSubFabric", port->getInSubFabric());
       json.Truth("fnm", port->isFNMPort());
       json.Truth("fnm1", port->isFNM1Port());

@@ -14,7 +14,9 @@
 #include "cli/selection/guid_options.h"
 #include "cli/show/attribute_counts.h"
 #include "fabrics/device_models.h"
+#include "fabrics/link_rate.h"
 #include "model/harmless_name.h"
+#include "model/links.h"
 #include "model/words.h"
 
 namespace fabscan {
@@ -25,6 +27,13 @@ namespace {
 std::string LidText(const Fabscan& fabscan, const IBPort& port) {
   const SMP_PortInfo* info = fabscan.fabric_extended_info.getSMPPortInfo(port.createIndex);
   return info == nullptr ? "-" : std::to_string(info->LID);
+}
+
+/// The width and speed of the port's link; nothing if it is down, or PortInfo was not collected.
+LinkRate RateOf(const Fabscan& fabscan, const IBPort& port) {
+  const SMP_PortInfo* info = fabscan.fabric_extended_info.getSMPPortInfo(port.createIndex);
+  const bool is_up = port.num != 0 && port.port_state > IB_PORT_STATE_DOWN;
+  return info == nullptr || !is_up ? LinkRate() : LinkRateOf(*info);
 }
 
 /// A switch has the LID of its port 0; each port of other nodes has its own.
@@ -57,6 +66,23 @@ std::string TypeCounts(const std::vector<const IBNode*>& nodes) {
     if (count != 0) text += fmt::format("{}{} {}", text.empty() ? "" : ", ", count, word.text);
   }
   return text.empty() ? text : " (" + text + ")";
+}
+
+/// `links: 12, 2 of them to ports outside the snapshot`
+std::string LinksText(const IBFabric& fabric) {
+  std::size_t ends = 0;
+  std::size_t outside = 0;
+  for (const IBNode& node : fabric.nodes()) {
+    for (const IBPort* port : node.Ports) {
+      if (port == nullptr || !port->getRemotePort()) continue;
+      ++(RemotePortIn(fabric, *port) == nullptr ? outside : ends);
+    }
+  }
+  if (!KnowsLinks(fabric)) return "links: none collected";
+  if (ends + outside == 0) return {};
+  std::string text = fmt::format("links: {}", ends / 2 + outside);
+  if (outside != 0) text += fmt::format(", {} of them to ports outside the snapshot", outside);
+  return text;
 }
 
 using Rows = std::vector<std::vector<Sign>>;
@@ -156,6 +182,8 @@ std::string ShowHead(const ShownSnapshot& shown, const Terminal& terminal) {
   };
   add("source", shown.header.source);
   add("created", shown.header.created);
+  const std::string links = LinksText(fabric);
+  if (!links.empty()) text += Paragraph(links, terminal);
   std::vector<const IBNode*> outside;
   std::copy_if(shown.nodes.begin(), shown.nodes.end(), std::back_inserter(outside),
                [](const IBNode* node) { return !node->in_sub_fabric; });
@@ -227,16 +255,21 @@ std::string ShowNode(const Fabscan& fabscan, const IBNode& node, const Terminal&
   Table table({{"port", true},
                {"state"},
                {"LID", true},
+               {"width"},
+               {"speed"},
                {AttributeCounts::PortLetters()},
+               {"remote port"},
                {"", false, Narrow::kWrap}});
   for (const IBPort* port : ports) {
     const Style style = port->port_state == IB_PORT_STATE_ACTIVE ? Style::kGood
                         : port->port_state == IB_PORT_STATE_DOWN ? Style::kQuiet
                                                                  : Style::kWarning;
+    const LinkRate rate = RateOf(fabscan, *port);
     table.AddRow({std::to_string(port->num),
                   Cell(std::string(WordFor(kPortStateWords, port->port_state)), style),
-                  LidText(fabscan, *port), SignCell(counts.AddPort(CollectedOf(fabscan, *port))),
-                  NotesText(*port)});
+                  LidText(fabscan, *port), std::string(rate.width), std::string(rate.speed),
+                  SignCell(counts.AddPort(CollectedOf(fabscan, *port))),
+                  RemotePortText(fabscan.discovered_fabric, *port), NotesText(*port)});
   }
   return text + '\n' + table.text(terminal) + '\n' + counts.Legend(terminal) +
          counts.Reasons(terminal);

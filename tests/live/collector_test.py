@@ -29,7 +29,7 @@ def rows():
 
 
 def lines_of(node):
-    lines = [{"fabscan_snapshot": 1}, node, {"end": True, "nodes": 1}]
+    lines = [{"fabscan_snapshot": 2}, node, {"end": True, "nodes": 1}]
     return "".join(json.dumps(line) + "\n" for line in lines)
 
 
