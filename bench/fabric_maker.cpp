@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "bench/numbers.h"
 
@@ -14,7 +15,8 @@ namespace {
 constexpr std::uint64_t kFirstSwitchGuid = 0x5a1e0c0300a00000;
 constexpr std::uint64_t kFirstAdapterGuid = 0x5a1e0c0300d00000;
 constexpr unsigned kMarkedPorts = 3;  // the last ports of a switch: FNM, FNM1, special
-constexpr unsigned kSpinesPerLeaf = 2;
+constexpr unsigned kLeavesPerSpine = 2;
+constexpr unsigned kAdapterPorts = 2;
 
 constexpr capability_mask_t kEverything = {{~0U, ~0U, ~0U, ~0U}};
 
@@ -27,7 +29,7 @@ class Maker {
         numbers_(shape.seed) {}
 
   void Make() {
-    const unsigned leaves = shape_.switches - shape_.switches / (kSpinesPerLeaf + 1);
+    const unsigned leaves = shape_.switches - shape_.switches / (kLeavesPerSpine + 1);
     for (unsigned i = 0; i < shape_.switches; ++i) {
       const bool leaf = i < leaves;
       const unsigned number = leaf ? i : i - leaves;
@@ -36,6 +38,8 @@ class Maker {
     for (unsigned i = 0; i < shape_.adapters; ++i) {
       AddAdapter(fmt::format("node{:06} HCA-1", i), kFirstAdapterGuid + i);
     }
+    LinkSwitches(leaves);
+    LinkAdapters(leaves);
   }
 
  private:
@@ -51,6 +55,7 @@ class Maker {
   IBNode& AddNode(const std::string& name, std::uint64_t guid, IBNodeType type, unsigned ports) {
     IBNode& node =
         fabscan_.discovered_fabric.makeNode(name, guid, type, static_cast<phys_port_t>(ports));
+    node.setDescription(name);
     fabscan_.capability_module.put(node, false, kEverything);
     fabscan_.capability_module.put(node, true, kEverything);
     PutNode<SMP_NodeInfo>(node);
@@ -105,9 +110,43 @@ class Maker {
   }
 
   void AddAdapter(const std::string& name, std::uint64_t guid) {
-    constexpr unsigned kAdapterPorts = 2;
     IBNode& node = AddNode(name, guid, IB_CA_NODE, kAdapterPorts);
-    for (unsigned number = 1; number <= kAdapterPorts; ++number) AddPort(node, number);
+    for (unsigned number = 1; number <= kAdapterPorts; ++number) {
+      AddPort(node, number).guid = guid + (u_int64_t{number} << 24U);
+    }
+  }
+
+  /// Each spine to as many leaves as it has ports, at the upper half of their ports.
+  void LinkSwitches(unsigned leaves) {
+    std::vector<unsigned> free(leaves, shape_.ports);
+    unsigned leaf = 0;
+    for (unsigned spine = leaves; spine < shape_.switches; ++spine) {
+      for (unsigned number = 1; number <= shape_.ports; ++number, leaf = (leaf + 1) % leaves) {
+        if (free[leaf] > shape_.ports / 2) Link(spine, number, leaf, free[leaf]--);
+      }
+    }
+  }
+
+  /// Both ports of each adapter to one leaf, at the lower half of its ports, as long as there are
+  /// free ones.
+  void LinkAdapters(unsigned leaves) {
+    if (leaves == 0) return;
+    for (unsigned i = 0; i < shape_.adapters; ++i) {
+      for (unsigned number = 1; number <= kAdapterPorts; ++number) {
+        const unsigned port = i / leaves * kAdapterPorts + number;
+        if (port <= shape_.ports / 2) Link(shape_.switches + i, number, i % leaves, port);
+      }
+    }
+  }
+
+  /// Nodes by the index of their creation.
+  void Link(unsigned one, unsigned port, unsigned other, unsigned other_port) {
+    IBNode& node = fabscan_.discovered_fabric.nodes()[one];
+    IBNode& other_node = fabscan_.discovered_fabric.nodes()[other];
+    const auto number = static_cast<phys_port_t>(port);
+    const auto other_number = static_cast<phys_port_t>(other_port);
+    node.getPort(number)->setRemotePort(RemotePort{other_node.guid, other_number});
+    other_node.getPort(other_number)->setRemotePort(RemotePort{node.guid, number});
   }
 
   const FabricShape& shape_;

@@ -22,7 +22,7 @@ namespace {
 constexpr fabscan::FabricShape kShape = {1600, 64, 23400, 1};  // 25,000 nodes
 
 void ImportCache(const std::string& cache, std::ostream& out) {
-  fabscan::SnapshotWriter writer(out, {"a discovery cache", ""});
+  fabscan::SnapshotWriter writer(out, {"a discovery cache", "", ""});
   fabscan::BuildFabricInParts(fabscan::ReadCacheFile(cache), fabscan::kPortsOfAPart,
                               [&](const Fabscan& part) { writer.Write(part); });
   writer.Finish();

@@ -37,7 +37,7 @@ int main(int argc, char** argv) {
   } else {
     Fabscan fabscan;
     fabscan::MakeFabric(shape, fabscan);
-    fabscan::WriteSnapshot(out, fabscan, {source, ""});
+    fabscan::WriteSnapshot(out, fabscan, {source, "", ""});
   }
   out.flush();
   if (out) return 0;

@@ -1,6 +1,7 @@
 #include "examples/example_fabric.h"
 
 #include "examples/node_values.h"
+#include "fabrics/link_rate.h"
 
 namespace fabscan {
 
@@ -32,6 +33,7 @@ IBNode& ExampleFabric::Node(const char* name, IBNodeType type, phys_port_t ports
                             const DeviceModel& model) {
   const u_int64_t number = fabscan_.discovered_fabric.nodeCount() + 1;
   IBNode& node = BareNode(name, kGuidBase + (number << 8U), type, ports, model);
+  node.setDescription(name);
   store().put(node, MakeNodeInfo(model, node));
   AddSmpMask(node, BasicSmpMask());
   return node;
@@ -75,6 +77,7 @@ IBPort& ExampleFabric::Port(IBNode& node, phys_port_t number, PortKind kind, IBP
                             IBSpecialPortType special_type) {
   IBPort& port = fabscan_.discovered_fabric.makePort(node, number);
   port.port_state = state;
+  if (node.type != IB_SW_NODE) port.guid = node.guid + number;
   port.setFNMPort(kind == PortKind::kFnm);
   port.setFNM1Port(kind == PortKind::kFnm1);
   port.setSpecialPort(kind == PortKind::kSpecial);
@@ -92,6 +95,39 @@ IBPort& ExampleFabric::Port(IBNode& node, phys_port_t number, PortKind kind, IBP
   store().put(port, MakePortInfoExtended(model));
   store().put(port, MakeExtendedPortInfo(model, special_type));
   return port;
+}
+
+void ExampleFabric::Link(const char* node, phys_port_t port, const char* other,
+                         phys_port_t other_port) {
+  const auto& nodes = fabscan_.discovered_fabric.NodeByName;
+  const IBNode& one = *nodes.at(node);
+  const IBNode& two = *nodes.at(other);
+  IBPort& end = *one.getPort(port);
+  IBPort& other_end = *two.getPort(other_port);
+  end.setRemotePort(RemotePort{two.guid, other_port});
+  other_end.setRemotePort(RemotePort{one.guid, port});
+  Negotiate(end, other_end);
+}
+
+void ExampleFabric::Negotiate(const IBPort& one, const IBPort& other) {
+  for (const IBPort* port : {&one, &other}) {
+    if (store().getSMPPortInfo(port->createIndex) == nullptr) return;
+  }
+  auto& info = store().put<SMP_PortInfo>(one);
+  auto& other_info = store().put<SMP_PortInfo>(other);
+  const bool is_slower = LinkRateOf(info).gbps() < LinkRateOf(other_info).gbps();
+  const SMP_PortInfo& slower = is_slower ? info : other_info;
+  SMP_PortInfo& faster = is_slower ? other_info : info;
+  faster.LinkWidthActive = slower.LinkWidthActive;
+  faster.LinkSpeedActive = slower.LinkSpeedActive;
+  faster.LinkSpeedExtActive = slower.LinkSpeedExtActive;
+  faster.LinkSpeedExtActive2 = slower.LinkSpeedExtActive2;
+}
+
+void ExampleFabric::LinkOutside(const char* node, phys_port_t port, phys_port_t other_port) {
+  constexpr u_int64_t kOutside = kGuidBase + 0x7700;
+  fabscan_.discovered_fabric.NodeByName.at(node)->getPort(port)->setRemotePort(
+      RemotePort{kOutside, other_port});
 }
 
 IBPort& ExampleFabric::BarePort(IBNode& node, phys_port_t number) {

@@ -45,10 +45,17 @@ class ExampleFabric {
   IBPort& Port(IBNode& node, phys_port_t number, PortKind kind = PortKind::kRegular,
                IBPortState state = IB_PORT_STATE_ACTIVE,
                IBSpecialPortType special_type = IB_NOT_SPECIAL_PORT);
+  /// A cable between two ports.
+  void Link(const char* node, phys_port_t port, const char* other, phys_port_t other_port);
+  /// A cable to a port of a switch that is not in the snapshot.
+  void LinkOutside(const char* node, phys_port_t port, phys_port_t other_port);
   /// A port with only the record that the InfiniBand architecture does not define.
   IBPort& BarePort(IBNode& node, phys_port_t number);
 
  private:
+  /// Both ports use the width and speed of the slower one.
+  void Negotiate(const IBPort& one, const IBPort& other);
+
   Fabscan fabscan_;
   const u_int16_t manager_lid_;
   const DeviceModel* model_ = nullptr;

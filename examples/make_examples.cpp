@@ -125,6 +125,21 @@ void MakeSpecialNodes(ExampleFabric& fabric) {
   fabric.Port(gateway, 1);
 }
 
+void LinkNodes(ExampleFabric& fabric) {
+  fabric.Link("spine-01/U1", 1, "leaf-01/U1", 2);
+  fabric.LinkOutside("spine-01/U1", 2, 11);
+  fabric.Link("spine-01/U1", 3, "lab-guest-01 HCA-1", 1);
+  fabric.Link("spine-01/U1", 5, "spine-01 Aggregation Node", 1);
+  fabric.LinkOutside("spine-01/U1", 6, 12);
+  fabric.Link("spine-01/U1", 7, "leaf-02/U1", 3);
+  fabric.Link("spine-01/U1", 8, "mgmt-switch-01/U1", 1);
+  fabric.Link("leaf-01/U1", 3, "compute-001 HCA-1", 1);
+  fabric.Link("leaf-01/U1", 4, "router-01", 1);
+  fabric.Link("leaf-02/U1", 1, "compute-002 HCA-1", 2);
+  fabric.Link("leaf-02/U1", 2, "unidentified-01", 1);
+  fabric.Link("router-01", 2, "gateway-01", 1);
+}
+
 // ---------- A discovery with incomplete answers ----------
 
 void MakePartial(ExampleFabric& fabric) {
@@ -135,7 +150,7 @@ void MakePartial(ExampleFabric& fabric) {
   fabric.store().setAbsent(leaf, "ib_private_lft_info", "status 0x000c");
   fabric.Port(leaf, 0);
   const IBPort& silent = fabric.fabscan().discovered_fabric.makePort(leaf, 1);
-  leaf.getPort(1)->port_state = IB_PORT_STATE_ACTIVE;
+  leaf.getPort(1)->port_state = IB_PORT_STATE_INIT;
   fabric.store().setAbsent(silent, "SMP_PortInfo", "timed out");
   fabric.Port(leaf, 2, PortKind::kFnm);
 
@@ -143,6 +158,7 @@ void MakePartial(ExampleFabric& fabric) {
   fabric.store().setAbsent(host, "VendorSpec_GeneralInfo",
                            "not asked: two consecutive queries of this node timed out");
   fabric.Port(host, 1, PortKind::kRegular, IB_PORT_STATE_INIT);
+  fabric.Link("leaf-07/U1", 1, "compute-117 HCA-1", 1);
 }
 
 // ---------- What a discovery of the fabric of `./run demo-live` cannot read ----------
@@ -156,7 +172,7 @@ void MakeExtra(ExampleFabric& fabric) {
 
 void Write(const std::string& path, ExampleFabric& fabric, const char* source) {
   std::ofstream out(path, std::ios::binary);
-  WriteSnapshot(out, fabric.fabscan(), {source, ""});
+  WriteSnapshot(out, fabric.fabscan(), {source, "", ""});
   if (!out.flush()) throw std::runtime_error("cannot write " + path);
 }
 
@@ -168,6 +184,7 @@ void MakeExamples(const std::string& directory) {
   MakeOtherSwitches(demo);
   MakeEndNodes(demo);
   MakeSpecialNodes(demo);
+  LinkNodes(demo);
   Write(directory + "/demo.fabscan.jsonl", demo,
         "an invented fabric with every kind of node and every attribute");
 
