@@ -158,7 +158,7 @@ ExpectedFunction ReductionInfo(const RuleContext& context) {
 
 }  // namespace
 
-const Rule kNodeRules[] = {
+const std::initializer_list<Rule> kNodeRules = {
     {"setNodeInfo", NodeInfo},
     {"setGMPCapability", GmpCapability},
     {"setSMPCapability", SmpCapability},

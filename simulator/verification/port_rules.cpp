@@ -180,7 +180,7 @@ ExpectedFunction PushReductionCounters(const RuleContext& context) {
 
 }  // namespace
 
-const Rule kPortRules[] = {
+const std::initializer_list<Rule> kPortRules = {
     {"setPortInfo", PortInfo},
     {"setPortInfoExtended", PortInfoExtended},
     {"setExtendedPortInfo", ExtendedPortInfo},

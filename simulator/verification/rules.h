@@ -3,6 +3,7 @@
 
 #include <infiniband/fabscan/fabscan.h>
 
+#include <initializer_list>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -114,8 +115,8 @@ struct Rule {
   ExpectedFunction (*expected)(const RuleContext& context);
 };
 
-extern const Rule kNodeRules[16];
-extern const Rule kPortRules[6];
+extern const std::initializer_list<Rule> kNodeRules;
+extern const std::initializer_list<Rule> kPortRules;
 
 }  // namespace fabscan
 
