@@ -13,7 +13,7 @@ namespace fabscan {
 struct FieldForm {
   std::string_view record;
   std::string_view field;
-  bool hexadecimal = false;
+  bool hexadecimal = false;  // numbers that identify a device are so without a row
   std::string (*meaning)(u_int64_t value) = nullptr;    // null: the number needs no explanation
   const std::vector<const char*>* bit_names = nullptr;  // for a mask with named bits
 };

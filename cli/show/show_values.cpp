@@ -23,7 +23,8 @@ std::vector<Column> ColumnsOf(const std::string& title) {
 }
 
 std::string NumberText(u_int64_t value, const FieldRow& row, const FieldForm& form) {
-  return form.hexadecimal ? fmt::format("0x{:0{}x}", value, 2 * row.size) : std::to_string(value);
+  const bool hexadecimal = form.hexadecimal || row.identity != Identity::kNone;
+  return hexadecimal ? fmt::format("0x{:0{}x}", value, 2 * row.size) : std::to_string(value);
 }
 
 template <class IsSet>
