@@ -78,7 +78,7 @@ class AttributesTest(unittest.TestCase):
 
     def test_detects_an_incomplete_addition(self):
         for places, old, new, name in (
-            (RECORDS, "WrenReductionInfo>;", "WrenReductionInfo, Power>;", "Power"),
+            (RECORDS, ">;", ", Power>;", "Power"),
             (FUNCTIONS, '    {"setNodeInfo", ', '    {"setPower", &x},\n    {"setNodeInfo", ',
              "setPower"),
         ):

@@ -51,6 +51,14 @@ capability_mask_t MaskWithout(const std::set<int>& bits) {
   return mask;
 }
 
+/// The requirement of the function, which must have one.
+const Requirement& RequirementOf(const FunctionBody& body) {
+  static const Requirement kNone{};
+  const Requirement* requirement = FindRequirement(body.function->name);
+  EXPECT_NE(requirement, nullptr) << body.function->name;
+  return requirement != nullptr ? *requirement : kNone;
+}
+
 /// Nodes with different contents in one fabric, and what the generator writes for each.
 class Generated {
  public:
@@ -88,7 +96,7 @@ class Generated {
     }
   }
   std::optional<Cause> Unmet(const IBNode& node, const FunctionBody& body) const {
-    return UnmetRequirement(fabscan_, node, *FindRequirement(body.function->name));
+    return UnmetRequirement(fabscan_, node, RequirementOf(body));
   }
 
  private:
@@ -156,7 +164,7 @@ TEST(RequirementsTest, RowsNameTheNodesThatHaveTheAttribute) {
   }
   const auto visit = [&](const Contents& contents, const IBNode&, const FunctionBody& body) {
     bool expected = false;
-    switch (FindRequirement(body.function->name)->nodes) {
+    switch (RequirementOf(body).nodes) {
       case AttributeOf::kAllNodes:
         expected = true;
         break;
@@ -190,7 +198,7 @@ TEST(RequirementsTest, EachBitGatesTheFunctionsThatNameIt) {
   const auto visit = [&](const Contents& contents, const IBNode& node, const FunctionBody& body) {
     const std::optional<Cause> cause = generated.Unmet(node, body);
     if (cause && cause->code == CauseCode::kNodeType) return;
-    const Requirement& row = *FindRequirement(body.function->name);
+    const Requirement& row = RequirementOf(body);
     const bool smp = !contents.clear_smp.empty();
     const int bit = smp ? *contents.clear_smp.begin() : *contents.clear_gmp.begin();
     const bool gates = row.mask == (smp ? GatingMask::kSMP : GatingMask::kGMP) &&
@@ -229,7 +237,7 @@ TEST(RequirementsTest, EachMaskAndRecordIsNeededByTheFunctionsThatNameIt) {
     const std::optional<Cause> cause = generated.Unmet(node, body);
     if (cause && cause->code == CauseCode::kNodeType) return;
     const std::string& name = *contents.without.begin();
-    const bool names_it = NamesIn(*FindRequirement(body.function->name)).count(name) != 0;
+    const bool names_it = NamesIn(RequirementOf(body)).count(name) != 0;
     EXPECT_EQ(IsBlock(body), !names_it) << body.function->name << ' ' << name;
     if (!names_it) return;
     needed.insert(name);

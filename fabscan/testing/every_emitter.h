@@ -17,10 +17,7 @@ class FullFabric : public FabricBuilder {
     for (const IBNode* node : {&switch_, &router_}) {
       Support(*node, {0, 2, 9, 12, 13, 44, 55});
       fabscan.capability_module.put(*node, true, {{0xffffffff, 0, 0, 0}});
-      Fill<SMP_NodeInfo, SMP_SwitchInfo, SMP_RouterInfo, SMP_ExtendedSwitchInfo,
-           ib_extended_node_info, ib_private_lft_info, adaptive_routing_info,
-           VendorSpec_GeneralInfo, CC_EnhancedCongestionInfo, CC_CongestionSwitchGeneralSettings,
-           IB_ClassPortInfo, WrenReductionInfo>(*node);
+      Fill(NodeRecords{}, *node);
       for (const IBPort* port : node->Ports) {
         if (port != nullptr) FillPort(*port);
       }
@@ -43,12 +40,11 @@ class FullFabric : public FabricBuilder {
     std::memset(&record, 0x77, sizeof record);
   }
   template <class... Records, class Owner>
-  void Fill(const Owner& owner) {
+  void Fill(RecordList<Records...>, const Owner& owner) {
     (FillRecord(Put<Records>(owner)), ...);
   }
   void FillPort(const IBPort& port) {
-    Fill<SMP_PortInfo, SMP_PortInfoExtended, SMP_TarnExtPortInfo, WrenReductionPortInfo,
-         WrenPushReductionCounters>(port);
+    Fill(PortRecords{}, port);
     auto& store = fabscan.fabric_extended_info;
     store.putMonitors(port, 0);
     store.putMonitors(port, 1);
