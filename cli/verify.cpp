@@ -3,9 +3,11 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <atomic>
+#include <exception>
 #include <iostream>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -57,21 +59,35 @@ class Run {
     Progress progress;
     progress.Watch(
         "nodes verified", verified_.size(), [this] { return done_.load(); },
-        [&] {
-          std::vector<std::thread> threads;
-          const std::size_t count = std::min<std::size_t>(jobs, verified_.size());
-          for (std::size_t i = 0; i < count; ++i) threads.emplace_back([this] { work(); });
-          for (std::thread& thread : threads) thread.join();
-        });
+        [&] { WorkOnThreads(std::min<std::size_t>(jobs, verified_.size())); });
+    if (failure_) std::rethrow_exception(failure_);
     progress.Show("nodes verified", done_, verified_.size());
     return verified_;
   }
 
  private:
-  void work() {
-    for (std::size_t i = next_++; i < verified_.size(); i = next_++) {
-      VerifyNode(verified_[i]);
-      ++done_;
+  /// On `count` threads with this one, or on fewer if the system does not start as many.
+  void WorkOnThreads(std::size_t count) {
+    std::vector<std::thread> threads;
+    threads.reserve(count);
+    try {
+      while (threads.size() + 1 < count) threads.emplace_back([this] { work(); });
+    } catch (const std::exception&) {  // continue with the threads that were started
+    }
+    work();
+    for (std::thread& thread : threads) thread.join();
+  }
+
+  void work() noexcept {
+    try {
+      for (std::size_t i = next_++; i < verified_.size(); i = next_++) {
+        VerifyNode(verified_[i]);
+        ++done_;
+      }
+    } catch (...) {
+      const std::lock_guard lock(mutex_);
+      if (!failure_) failure_ = std::current_exception();
+      next_ = verified_.size();
     }
   }
 
@@ -83,6 +99,8 @@ class Run {
     } catch (const VerificationError& error) {
       verified.failure = error.what();
       verified.failure_details = error.details();
+    } catch (const std::bad_alloc&) {
+      throw;
     } catch (const std::exception& error) {
       verified.failure = error.what();
     }
@@ -98,7 +116,8 @@ class Run {
   std::vector<VerifiedNode> verified_;
   std::atomic<std::size_t> next_{0};
   std::atomic<std::size_t> done_{0};
-  std::mutex mutex_;  // of the generator
+  std::mutex mutex_;            // of the generator and of `failure_`
+  std::exception_ptr failure_;  // the first that ended a thread
 };
 
 Workspace MakeWorkspace(const VerifyDirectory& directory, const Compiler& compiler) {

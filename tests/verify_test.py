@@ -6,8 +6,11 @@ Arguments: the command's path, then the compilers that every verification is don
 import json
 import os
 import re
+import signal
 import stat
+import subprocess
 import sys
+import time
 import unittest
 
 import command_line
@@ -160,6 +163,56 @@ class Verify(CommandTest):
                                env={**os.environ, "TMPDIR": str(temporary)})
         self.assertEqual(run.returncode, DONE)
         self.assertEqual(self.entries("temporary"), [])
+
+
+class Signals(CommandTest):
+    """A signal ends the command within a second, whatever it waits for."""
+
+    def setUp(self):
+        super().setUp()
+        self.temporary = self.folder / "temporary"
+        self.temporary.mkdir()
+        self.started = self.folder / "started"
+
+    def compiler(self, script):
+        path = self.put("compiler", f"#!/bin/sh\n{script}\n")
+        path.chmod(0o755)
+        return path
+
+    def assert_ends(self, *arguments, started=None):
+        """`started` appears when the command has begun to wait."""
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            with self.subTest(arguments=arguments, signal=number):
+                process = subprocess.Popen(
+                    [command_line._command, "verify", *map(str, arguments)], cwd=self.folder,
+                    stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                    env={**os.environ, "TMPDIR": str(self.temporary)})
+                end = time.monotonic() + 60
+                while not started() and time.monotonic() < end:
+                    time.sleep(0.01)
+                self.assertTrue(started())
+                process.send_signal(number)
+                self.assertEqual(process.wait(1), -number)
+                for stream in (process.stdin, process.stdout, process.stderr):
+                    stream.close()
+                self.assertEqual(self.entries("temporary"), [])
+                self.started.unlink(missing_ok=True)
+
+    def test_while_it_waits_for_its_snapshot(self):
+        os.mkfifo(self.folder / "fifo")
+        for name in ("fifo", "-"):
+            self.assert_ends(name, started=lambda: self.entries("temporary") != [])
+
+    def test_while_the_compiler_hangs(self):
+        for script in ("sleep 100", "sleep 100 & sleep 100",
+                       "trap '' INT TERM HUP; while :; do sleep 0.1; done"):
+            compiler = self.compiler(f": > '{self.started}'; {script}")
+            self.assert_ends(DEMO, "--compiler", compiler, started=self.started.exists)
+
+    def test_while_the_compiler_writes(self):
+        compiler = self.compiler(f": > '{self.started}'; cd \"$TMPDIR\"/*; "
+                                 "while :; do i=$((i+1)); : > file$i; done")
+        self.assert_ends(DEMO, "--compiler", compiler, started=self.started.exists)
 
 
 class Scaffold(CommandTest):

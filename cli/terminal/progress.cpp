@@ -159,7 +159,10 @@ Progress::Progress() {
 }
 
 Progress::~Progress() {
-  Finish();
+  try {
+    Finish();
+  } catch (const std::exception&) {  // the line of the last step is lost
+  }
   if (terminal_ != nullptr) static_cast<void>(std::fclose(terminal_));
 }
 

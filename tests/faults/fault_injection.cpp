@@ -5,8 +5,8 @@
 // in which the Nth call fails, counted from 1 at the start of main. The answer is the run's status
 // as from waitpid(2), and 1 if there was such a call, else 0.
 //
-//   FAULT_CALL     write, fsync, rename, read, open or malloc; equivalent calls (writev, syncfs,
-//                  renameat2, calloc, ...) count too. For write, only calls that write to
+//   FAULT_CALL     write, fsync, rename, read, open, malloc or thread; equivalent calls (writev,
+//                  syncfs, renameat2, calloc, ...) count too. For write, only calls that write to
 //                  files; for open, only calls that open for writing.
 //   FAULT_KIND     an errno number; "signal N"; "remove DIRECTORY", then continue; "short" (half of
 //                  the bytes, then ENOSPC)
@@ -14,6 +14,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <pthread.h>
 #include <stdlib.h>
 #include <sys/mman.h>
 #include <sys/uio.h>
@@ -130,6 +131,7 @@ int MainWithFaults(int argc, char** argv, char** environment) {
   if (shared == MAP_FAILED) ::_exit(1);
   reached = static_cast<bool*>(shared);
   ForkForEachRun();
+  ::unsetenv("LD_PRELOAD");  // programs that it starts run as usual
   in_main = true;
   return real_main(argc, argv, environment);
 }
@@ -210,6 +212,12 @@ FILE* fopen64(const char* path, const char* mode) {
   static auto* const next = Next("fopen64", &fopen64);
   const bool writes = std::strpbrk(mode, "wa+") != nullptr;
   return writes && Meet("open") == Outcome::kFails ? nullptr : next(path, mode);
+}
+
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*routine)(void*),
+                   void* argument) noexcept {
+  static auto* const next = Next("pthread_create", &pthread_create);
+  return Meet("thread") == Outcome::kFails ? errno : next(thread, attributes, routine, argument);
 }
 
 void* malloc(size_t size) noexcept {

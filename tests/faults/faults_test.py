@@ -375,6 +375,31 @@ class OnePerModel(FaultTest):
                     self.files_in_place(run)
 
 
+class Threads(FaultTest):
+    """A thread that cannot be started is done without."""
+
+    def test_verify_runs_on_fewer_threads(self):
+        nodes = [dict(switch(f"S{i}", f"0x{i}")) for i in range(1, 4)]
+        self.put("three", snapshot(*nodes))
+        (self.folder / "temporary").mkdir()
+        guids = [word for i in range(1, 4) for word in ("--guid", f"0x{i}")]
+        self.command = ("verify", "three", *guids, "--jobs", "3")
+        expected = self.run_command(*self.command)
+        self.assertEqual(expected.returncode, INCOMPLETE, expected.stderr)
+        settings = {"FAULT_CALL": "thread", "FAULT_KIND": str(errno.EAGAIN),
+                    "TMPDIR": str(self.folder / "temporary")}
+        for onwards in ({}, {"FAULT_ONWARDS": "1"}):
+            faulty = FaultyCommand(self.command, self.folder, **settings, **onwards)
+            self.addCleanup(faulty.close)
+            # One for signals, and two besides the first.
+            for at, reached in ((1, True), (2, True), (3, True), (4, False)):
+                run, was_reached = faulty.run(at)
+                self.assertEqual(was_reached, reached, at)
+                self.assertEqual((run.returncode, run.stdout, run.stderr),
+                                 (expected.returncode, expected.stdout, expected.stderr))
+                self.assertEqual(self.entries("temporary"), [])
+
+
 class OutOfMemory(OneFileTest):
     """One allocation fails, or it and all later ones, for every allocation of a small run. Allocations
     before main are skipped: the loader and the libraries end the program when those fail."""
