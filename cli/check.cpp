@@ -87,8 +87,9 @@ ExitStatus Check(const CheckOptions& options) {
     const Terminal terminal = StandardOutput();
     std::cout << (options.summary ? SummaryText(report, terminal) : CheckText(report, terminal));
   }
+  const ExitStatus status = result.Builds() ? kDone : kIncomplete;
   if (output) output->Commit();
-  return result.Builds() ? kDone : kIncomplete;
+  return status;
 }
 
 }  // namespace

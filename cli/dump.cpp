@@ -19,6 +19,7 @@
 #include "cli/files/read_limits.h"
 #include "cli/files/staged_output.h"
 #include "cli/files/standard_streams.h"
+#include "cli/output/report.h"
 #include "cli/selection/selected_nodes.h"
 #include "cli/terminal/progress.h"
 
@@ -67,12 +68,11 @@ ExitStatus Dump(const DumpOptions& options) {
   output.Finish();
   Report(file, output.path(), options.variant,
          guids.empty() ? NodesOutside(fabscan.discovered_fabric) : 0);
+  const std::string warning = CompileWarning(
+      OutputName(output.path()) + " does not compile as written", file.summary.faults(), options);
   output.Commit();
-  if (options.variant == Variant::kExact) {
-    WarnOfFaults(OutputName(output.path()) + " does not compile as written", file.summary.faults(),
-                 options);
-  }
-  return kDone;
+  PrintMessage(warning);
+  return options.strict && !warning.empty() ? kIncomplete : kDone;
 }
 
 }  // namespace

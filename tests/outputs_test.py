@@ -65,25 +65,6 @@ class ClosedPipe(Outputs):
         run = self.run_into_closed_pipe("diff", DEMO, PARTIAL, sigpipe=signal.SIG_IGN)
         self.assertEqual((run.returncode, run.stderr), (WRONG_USAGE, message))
 
-    def test_earlier_files_are_kept(self):
-        cases = {
-            "old_generated.cpp": ["dump", DEMO, "--prefix", "old", "--guid", ADAPTER],
-            "old.h": ["scaffold", "--prefix", "old"],
-            "old.jsonl": ["merge", DEMO, DEMO, "--output", "old.jsonl"],
-            "shared.jsonl": ["anonymise", DEMO, "--output", "shared.jsonl"],
-            "old.html": ["check", DEMO, "--html", "old.html"],
-            "models_hca_1021_generated.cpp": ["dump", DEMO, "--prefix", "Models",
-                                              "--one-per-model"],
-        }
-        for name, arguments in cases.items():
-            with self.subTest(arguments=arguments):
-                self.put(name, "earlier\n")
-                run = self.run_into_closed_pipe(*arguments, "--force")
-                self.assertEqual(run.returncode, ENDED_BY_SIGPIPE, run.stderr)
-                self.assertEqual(self.entries(), [name])
-                self.assertEqual((self.folder / name).read_text(), "earlier\n")
-                (self.folder / name).unlink()
-
     def test_the_reader_of_a_named_pipe_ends(self):
         """The pipe is not standard output."""
         ours, its = os.pipe()
@@ -116,31 +97,6 @@ class FailingWrites(Outputs):
     def test_an_output_on_a_full_device(self):
         self.assert_fails(self.run_command("merge", DEMO, DEMO, "--output", "/dev/full"),
                           f"/dev/full: cannot write: {FULL}")
-
-    def test_earlier_files_are_kept(self):
-        self.put("old_generated.cpp", "earlier\n")
-        with open("/dev/full", "w") as full:
-            run = self.run_command("dump", DEMO, "--prefix", "old", "--guid", ADAPTER, "--force",
-                                   stdout=full)
-        self.assert_fails(run, f"standard output: cannot write: {FULL}")
-        self.assertEqual((self.folder / "old_generated.cpp").read_text(), "earlier\n")
-        self.assertEqual(self.entries(), ["old_generated.cpp"])
-
-    def test_standard_error_need_not_be_writable(self):
-        """Messages are lost, and the result is the same."""
-        arguments = ("merge", DEMO, DEMO, "--verbose", "--force", "--output", "out.jsonl")
-        with open("/dev/full", "w") as full:
-            run = subprocess.run([command_line._command, *map(str, arguments)], stderr=full,
-                                 stdout=subprocess.PIPE, cwd=self.folder, timeout=60, check=False)
-        self.assertEqual(run.returncode, DONE)
-        run = self.run_into_closed_pipe(*arguments, stream="stderr")
-        self.assertEqual(run.returncode, DONE)
-        expected = (self.folder / "out.jsonl").read_text()
-        run = subprocess.run(f"'{command_line._command}' merge '{DEMO}' '{DEMO}' --verbose --force "
-                             "--output out.jsonl 2>&-", shell=True, cwd=self.folder,
-                             stdout=subprocess.PIPE, timeout=60, check=False)
-        self.assertEqual(run.returncode, DONE)
-        self.assertEqual((self.folder / "out.jsonl").read_text(), expected)
 
     def test_messages_are_not_written_to_a_file_opened_as_standard_error(self):
         run = subprocess.run(f"'{command_line._command}' dump '{DEMO}' --prefix All --verbose 2>&-",

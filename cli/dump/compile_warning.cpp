@@ -7,14 +7,13 @@
 
 namespace fabscan {
 
-void WarnOfFaults(const std::string& what, const CompileFaults& faults,
-                  const DumpOptions& options) {
-  if (!faults.any()) return;
+std::string CompileWarning(const std::string& what, const CompileFaults& faults,
+                           const DumpOptions& options) {
+  if (!faults.any() || options.variant != Variant::kExact) return {};
   const std::string warning =
       fmt::format("{}: {}; next: {}", what, faults.text(),
                   ScaffoldLine(options.snapshot, options.prefix, options.nodes.Words()));
-  if (options.strict) throw CommandError(warning, kIncomplete);
-  PrintWarning(warning);
+  return options.strict ? ErrorLine(warning) : WarningLine(warning);
 }
 
 }  // namespace fabscan

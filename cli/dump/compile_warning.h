@@ -8,10 +8,10 @@
 
 namespace fabscan {
 
-/// Warns that `what`, such as "x.cpp does not compile as written", with the faults and the next
-/// command. With --strict it throws CommandError (kIncomplete) instead. Does nothing without
-/// faults.
-void WarnOfFaults(const std::string& what, const CompileFaults& faults, const DumpOptions& options);
+/// The line that says that `what`, such as "x.cpp does not compile as written", with the faults and
+/// the next command: a warning, or an error with --strict. Empty without faults.
+std::string CompileWarning(const std::string& what, const CompileFaults& faults,
+                           const DumpOptions& options);
 
 }  // namespace fabscan
 

@@ -14,6 +14,7 @@
 #include "cli/dump/edit_report.h"
 #include "cli/dump/model_files.h"
 #include "cli/dump/model_names.h"
+#include "cli/output/report.h"
 #include "cli/selection/selected_nodes.h"
 #include "cli/terminal/progress.h"
 
@@ -47,11 +48,10 @@ ExitStatus DumpModels(const DumpOptions& options) {
   std::cout << FilesText("file", files, options.variant, StandardOutput())
             << LeftOutText(guids.empty() ? NodesOutside(fabscan.discovered_fabric) : 0)
             << EditsText(EditsOf(files), StandardOutput());
+  const std::string warning = CompileWarning(FaultyText(files), FaultsOf(files), options);
   StagedOutput::CommitAll(outputs);
-  if (options.variant == Variant::kExact) {
-    WarnOfFaults(FaultyText(files), FaultsOf(files), options);
-  }
-  return kDone;
+  PrintMessage(warning);
+  return options.strict && !warning.empty() ? kIncomplete : kDone;
 }
 
 }  // namespace fabscan

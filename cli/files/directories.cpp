@@ -12,14 +12,23 @@
 
 namespace fabscan {
 
+NewDirectories::NewDirectories() : cleanup_([this] { remove(); }) {}
+
 NewDirectories::~NewDirectories() {
+  const TerminationDeferred deferred;
+  remove();
+}
+
+void NewDirectories::remove() noexcept {
   for (auto path = created_.rbegin(); path != created_.rend(); ++path) ::rmdir(path->c_str());
+  created_.clear();
 }
 
 void NewDirectories::Make(const std::string& path) {
   std::filesystem::path partial;
   for (const std::filesystem::path& name : std::filesystem::path(path)) {
     partial /= name;
+    const TerminationDeferred deferred;
     created_.reserve(created_.size() + 1);  // nothing may throw after the directory is created
     std::string created = partial.string();
     if (::mkdir(created.c_str(), 0777) == 0) {

@@ -4,13 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "cli/terminal/termination.h"
+
 namespace fabscan {
 
-/// Directories that are created for output files. The destructor removes the created ones that are
-/// empty, unless `Keep` was called.
+/// Directories that are created for output files. The destructor removes those that are empty; so
+/// does the program when a signal ends it.
 class NewDirectories {
  public:
-  NewDirectories() = default;
+  NewDirectories();
   ~NewDirectories();
   NewDirectories(const NewDirectories&) = delete;
   NewDirectories& operator=(const NewDirectories&) = delete;
@@ -18,10 +20,12 @@ class NewDirectories {
   /// Creates the directory and its parents if missing; an empty path is the current directory.
   /// Throws CommandError with path and cause.
   void Make(const std::string& path);
-  void Keep() { created_.clear(); }
 
  private:
+  void remove() noexcept;
+
   std::vector<std::string> created_;  // parents first
+  CleanupAtTermination cleanup_;
 };
 
 }  // namespace fabscan

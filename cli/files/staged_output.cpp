@@ -18,6 +18,7 @@
 #include "cli/output/closed_pipe.h"
 #include "cli/output/report.h"
 #include "cli/terminal/progress.h"
+#include "cli/terminal/termination.h"
 
 namespace fabscan {
 
@@ -132,10 +133,14 @@ void StagedOutput::Commit() {
       if (error_number != 0) Fail(path_, "write", error_number);
     });
   }
+  PrepareMove();
+  const std::string directory = DirectoryOf(target_);
   RequireStandardOutput();
-  MoveIntoPlace();
+  FinishDespiteSignals();
+  const int error_number = MoveIntoPlace();
+  if (error_number != 0) throw CommandError(MoveErrorText(error_number));
   // The file is already in place: ignore file systems that cannot synchronise directories.
-  Synchronise(DirectoryOf(target_));
+  Synchronise(directory);
 }
 
 void StagedOutput::CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& outputs) {
@@ -150,45 +155,52 @@ void StagedOutput::CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& o
       file_systems.emplace(status.st_dev, directory);
     }
   }
-  Progress progress;
-  // Synchronising all files together is much faster than one by one.
-  progress.Watch("syncing files to disk", [&file_systems] {
-    for (const auto& [device, directory] : file_systems) {
-      const int error_number = SynchroniseFileSystem(directory);
-      if (error_number != 0) Fail(directory, "write", error_number);
-    }
-  });
-  RequireStandardOutput();
-  constexpr char kWhat[] = "files moved into place";
-  for (std::size_t moved = 0; moved < outputs.size(); ++moved) {
-    progress.Show(kWhat, moved, outputs.size());
-    if (outputs[moved]->is_stream_) continue;
-    try {
-      outputs[moved]->MoveIntoPlace();
-    } catch (const CommandError& error) {
-      throw CommandError(
-          fmt::format("{}; {} of {} files are in place", error.what(), moved, outputs.size()));
-    }
+  {
+    Progress progress;
+    // Synchronising all files together is much faster than one by one.
+    progress.Watch("syncing files to disk", [&file_systems] {
+      for (const auto& [device, directory] : file_systems) {
+        const int error_number = SynchroniseFileSystem(directory);
+        if (error_number != 0) Fail(directory, "write", error_number);
+      }
+    });
   }
-  progress.Show(kWhat, outputs.size(), outputs.size());
+  for (const auto& output : outputs) output->PrepareMove();
+  RequireStandardOutput();
+  FinishDespiteSignals();
+  std::size_t moved = 0;
+  for (const auto& output : outputs) {
+    const int error_number = output->MoveIntoPlace();
+    if (error_number != 0) {
+      std::string text = fmt::format("{}; {} of {} files are in place",
+                                     output->MoveErrorText(error_number), moved, outputs.size());
+      for (std::size_t i = 0; i < moved; ++i) text += (i == 0 ? ": " : ", ") + outputs[i]->path_;
+      throw CommandError(text);
+    }
+    ++moved;
+  }
   for (const std::string& directory : directories) Synchronise(directory);
 }
 
-void StagedOutput::MoveIntoPlace() {
-  if (force_) {
-    RefuseTarget();  // it may have become a directory
-    int error_number = CopyMode(StagedPath(), target_);
-    if (error_number == 0) error_number = staged_.Replace(target_);
-    if (error_number != 0) Fail(path_, "replace", error_number);
-    return directories_->Keep();
+/// What can fail before anything is moved.
+void StagedOutput::PrepareMove() {
+  if (is_stream_ || !force_) return;
+  RefuseTarget();  // it may have become a directory
+  const int error_number = CopyMode(StagedPath(), target_);
+  if (error_number != 0) throw CommandError(MoveErrorText(error_number));
+}
+
+/// Returns 0 or errno. Allocates nothing, so that only the system can refuse it.
+int StagedOutput::MoveIntoPlace() {
+  if (is_stream_) return 0;
+  return force_ ? staged_.Replace(target_) : staged_.MoveTo(target_);
+}
+
+std::string StagedOutput::MoveErrorText(int error_number) const {
+  if (!force_ && error_number == EEXIST) {
+    return fmt::format("{}: cannot create: {}; {}", path_, CauseText(EEXIST), kAdviseForce);
   }
-  const int error_number = staged_.MoveTo(target_);
-  if (error_number == EEXIST) {
-    throw CommandError(
-        fmt::format("{}: cannot create: {}; {}", path_, CauseText(EEXIST), kAdviseForce));
-  }
-  if (error_number != 0) Fail(path_, "create", error_number);
-  directories_->Keep();
+  return WriteErrorText(path_, force_ ? "replace" : "create", error_number);
 }
 
 }  // namespace fabscan

@@ -55,11 +55,12 @@ class StagedOutput {
   /// Ends writing, as `Commit` does too. Call it before reporting what was written.
   void Finish();
   /// Finishes, synchronises the file to disk, flushes standard output, and moves the file into
-  /// place. Print results before this call: if printing fails, the earlier file is kept. Without
+  /// place. Print results before this call: if printing fails, the earlier file is kept. Prepare
+  /// what follows it: a command that fails afterwards has replaced the earlier file. Without
   /// `force`, a file that was created in the meantime is kept, and this is an error.
   void Commit();
-  /// Commits all outputs one by one, after all are on disk. If one fails, the ones before it are in
-  /// place, and the message gives their number.
+  /// Commits all outputs, after all are on disk. If one cannot be moved, the ones before it are in
+  /// place, and the message names them.
   static void CommitAll(const std::vector<std::unique_ptr<StagedOutput>>& outputs);
 
  private:
@@ -67,7 +68,9 @@ class StagedOutput {
 
   bool OpenStream();
   void RefuseTarget() const;
-  void MoveIntoPlace();
+  void PrepareMove();
+  int MoveIntoPlace();
+  std::string MoveErrorText(int error_number) const;
 
   std::string path_;
   std::string target_;  // `path_`, with a symbolic link followed

@@ -31,8 +31,11 @@ int FlushStandardOutput() noexcept {
   return error_number != 0 ? error_number : EIO;
 }
 
-void PrintLine(std::string_view kind, std::string_view message) {
-  const std::string line = fmt::format("fabscan: {}: {}\n", kind, WithoutControls(message));
+std::string Line(std::string_view kind, std::string_view message) {
+  return fmt::format("fabscan: {}: {}\n", kind, WithoutControls(message));
+}
+
+void PrintLine(const std::string& line) {
   // Results come before messages if both have the same destination.
   static_cast<void>(FlushStandardOutput());
   PrintMessage(line);
@@ -44,8 +47,11 @@ void PrintMessage(std::string_view text) noexcept {
   static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
 }
 
-void PrintError(std::string_view message) { PrintLine("error", message); }
-void PrintWarning(std::string_view message) { PrintLine("warning", message); }
+std::string ErrorLine(std::string_view message) { return Line("error", message); }
+std::string WarningLine(std::string_view message) { return Line("warning", message); }
+
+void PrintError(std::string_view message) { PrintLine(ErrorLine(message)); }
+void PrintWarning(std::string_view message) { PrintLine(WarningLine(message)); }
 
 void PrintOutOfMemory() noexcept {
   static_cast<void>(FlushStandardOutput());

@@ -14,6 +14,9 @@ void PrintMessage(std::string_view text) noexcept;
 void PrintError(std::string_view message);
 /// The same with `fabscan: warning: `.
 void PrintWarning(std::string_view message);
+/// The lines that these print.
+std::string ErrorLine(std::string_view message);
+std::string WarningLine(std::string_view message);
 /// Prints the error line for lack of memory, without allocating.
 void PrintOutOfMemory() noexcept;
 

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
@@ -36,6 +37,9 @@ enum class Interrupt { kTerminates, kIsNoted, kReceived };
 std::atomic<Interrupt> interrupt{Interrupt::kTerminates};
 
 std::atomic<bool> terminating{false};
+bool finishing = false;  // protected by the mutex of the cleanups
+constexpr std::chrono::seconds kTimeToFinish(1);
+constexpr std::chrono::milliseconds kPause(1);
 thread_local int deferrals = 0;
 
 /// Keeps the mutex locked, so that nothing starts that would need clean-up.
@@ -48,9 +52,20 @@ void CleanUpForGood() {
   }
 }
 
+/// Waits for the program to end by itself if it is about to.
+void LetFinish() {
+  std::unique_lock lock(TheCleanups().mutex);
+  if (!finishing) return;
+  terminating = false;
+  lock.unlock();
+  std::this_thread::sleep_for(kTimeToFinish);
+  terminating = true;
+}
+
 /// Ends the program by the signal's default action, so that the caller sees the signal.
 [[noreturn]] void Terminate(int signal_number) {
   terminating = true;
+  LetFinish();
   CleanUpForGood();
   static_cast<void>(std::signal(signal_number, SIG_DFL));
   sigset_t one;
@@ -81,6 +96,7 @@ bool IsIgnored(int signal_number) {
 }  // namespace
 
 void WatchTerminationSignals() {
+  finishing = false;
   // A library that panics calls exit, which does not run destructors of objects on the stack.
   static_cast<void>(std::atexit(CleanUpForGood));
   sigset_t signals;
@@ -118,7 +134,12 @@ TerminationDeferred::~TerminationDeferred() {
   TheCleanups().mutex.unlock();
   // A signal that arrived meanwhile ends the program here, not later.
   if (--deferrals != 0) return;
-  while (terminating) ::pause();
+  while (terminating) std::this_thread::sleep_for(kPause);
+}
+
+void FinishDespiteSignals() {
+  const TerminationDeferred deferred;
+  finishing = true;
 }
 
 InterruptRequest::InterruptRequest() { interrupt = Interrupt::kIsNoted; }

@@ -35,6 +35,10 @@ class TerminationDeferred {
   TerminationDeferred& operator=(const TerminationDeferred&) = delete;
 };
 
+/// From here on a signal no longer ends the program, which is about to end by itself: call it when
+/// results are put in place. A signal gives the program one second for the rest.
+void FinishDespiteSignals();
+
 /// While this object exists, the first Ctrl-C does not end the program but is recorded. A second
 /// one ends it. Only one such object may exist.
 class InterruptRequest {

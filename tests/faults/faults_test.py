@@ -10,6 +10,7 @@ import errno
 import fcntl
 import os
 import pathlib
+import re
 import signal
 import socket
 import subprocess
@@ -18,6 +19,7 @@ import sys
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
 
 import command_line
+from earlier_files_test import ADAPTER, COMMANDS, DEMO, comparable, files_below
 from command_line import DONE, EXAMPLES, FAILED, INCOMPLETE, WRONG_USAGE, CommandTest, main, snapshot, switch
 
 PARTIAL = EXAMPLES / "partial.fabscan.jsonl"
@@ -201,9 +203,11 @@ class Faults(OneFileTest):
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
             for call in ("read", "write", "fsync", "rename"):
                 for run in self.every_call(call, f"signal {int(number)}"):
-                    self.assertEqual(run.returncode, -number, run.fault)
                     self.assert_nothing_else()
-                    self.assertIn(self.output(), (EARLIER.splitlines(), self.whole))
+                    if run.returncode == -number:
+                        self.assertEqual(self.output(), EARLIER.splitlines(), run.fault)
+                    else:  # too late
+                        self.assert_done(run)
 
     def test_a_kill_leaves_one_temporary_file(self):
         for call in ("read", "write", "fsync", "rename"):
@@ -297,9 +301,9 @@ class Compressed(FaultTest):
     def test_a_signal_at_any_call(self):
         for call in ("read", "write", "fsync", "rename"):
             for run in self.every_call(call, f"signal {int(signal.SIGTERM)}"):
-                self.assertEqual(run.returncode, -signal.SIGTERM, run.fault)
                 self.assertEqual(self.entries("out"), [self.new.name], run.fault)
-                self.assertIn(self.new.read_bytes(), (EARLIER.encode(), self.whole), run.fault)
+                expected = {-signal.SIGTERM: EARLIER.encode(), DONE: self.whole}
+                self.assertEqual(self.new.read_bytes(), expected[run.returncode], run.fault)
 
     def test_one_allocation_fails(self):
         for run in self.every_call("malloc", errno.ENOMEM):
@@ -309,7 +313,7 @@ class Compressed(FaultTest):
                 continue
             self.assert_one_error(run)
             self.assertIn("memory", run.stderr, run.fault)
-            self.assertIn(self.new.read_bytes(), (EARLIER.encode(), self.whole), run.fault)
+            self.assertEqual(self.new.read_bytes(), EARLIER.encode(), run.fault)
 
 
 class OnePerModel(FaultTest):
@@ -371,8 +375,100 @@ class OnePerModel(FaultTest):
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
             for call in ("read", "write", "fsync", "rename"):
                 for run in self.every_call(call, f"signal {int(number)}"):
-                    self.assertEqual(run.returncode, -number, run.fault)
-                    self.files_in_place(run)
+                    expected = {-number: 0, DONE: 2}
+                    self.assertEqual(self.files_in_place(run), expected[run.returncode], run.fault)
+
+
+class EveryCommand(FaultTest):
+    """Each command that writes, with a fault in each of its calls: a run that fails or is ended
+    leaves what was there; any other writes all files."""
+
+    commands = {
+        name: tuple({DEMO: PARTIAL, ADAPTER: "0x5a1e0c0000000100"}.get(word, word)
+                    for word in command)
+        for name, command in COMMANDS.items()}
+
+    def files(self, command):
+        """The files of an undisturbed run, and its exit status."""
+        self.begin({})
+        run = self.run_command(*command)
+        self.assertIn(run.returncode, (DONE, INCOMPLETE), run.stderr)
+        return run.returncode, files_below(self.folder / "out")
+
+    def begin(self, files):
+        """The directory has earlier files with these names; without any, it is absent."""
+        subprocess.run(["rm", "-rf", self.folder / "out"], check=True)
+        for name, text in files.items():
+            path = self.folder / "out" / name
+            if text is not None:
+                path.parent.mkdir(parents=True, exist_ok=True)
+                path.write_text(EARLIER)
+        return files_below(self.folder)
+
+    def every_run(self, calls, kind):
+        """Every run of each command in which such a call meets the fault."""
+        for name, command in self.commands.items():
+            status, files = self.files(command)
+            for arguments, earlier in ((command, {}), ((*command, "--force"), files)):
+                for call in calls:
+                    for at in range(1, 10_000):
+                        before = self.begin(earlier)
+                        run = self.faulty_run(arguments, call, at, kind)
+                        if run is None:
+                            break
+                        run.fault = f"{name}: {run.fault}"
+                        yield run, status, before, files
+
+    def assert_whole(self, files):
+        self.assertEqual(comparable(files_below(self.folder / "out")), comparable(files))
+
+    def test_a_call_fails(self):
+        for call, number in (("write", errno.ENOSPC), ("open", errno.EROFS), ("read", errno.EIO),
+                             ("fsync", errno.EIO), ("thread", errno.EAGAIN)):
+            for run, status, before, files in self.every_run([call], number):
+                if run.returncode == FAILED:
+                    self.assertEqual(files_below(self.folder), before, run.fault)
+                else:
+                    self.assertEqual(run.returncode, status, run.fault)
+                    self.assert_whole(files)
+
+    def test_a_file_cannot_be_moved(self):
+        for run, _, before, files in self.every_run(["rename"], errno.EACCES):
+            self.assertEqual(run.returncode, FAILED, run.fault)
+            after = files_below(self.folder)
+            changed = sorted(name for name, text in after.items()
+                             if text is not None and before.get(name) != text)
+            told = re.search(r" files are in place(?:: (.*))?\n\Z", run.stderr)
+            self.assertEqual(sorted(told[1].split(", ") if told and told[1] else []), changed)
+            for name in changed:
+                self.assertEqual(comparable(after)[name],
+                                 comparable(files)[name.removeprefix("out/")], run.fault)
+
+    def test_a_signal_at_any_call(self):
+        """Either it ends the command, or it is too late: the files are in place."""
+        for run, status, before, files in self.every_run(
+                ("open", "read", "write", "fsync", "rename"), f"signal {int(signal.SIGTERM)}"):
+            if run.returncode == -signal.SIGTERM:
+                self.assertEqual(files_below(self.folder), before, run.fault)
+            else:
+                self.assertEqual(run.returncode, status, run.fault)
+                self.assert_whole(files)
+
+    def test_a_kill_at_any_call(self):
+        """Each file is the earlier one or complete; temporary files and new directories may stay."""
+        for run, _, before, files in self.every_run(
+                ("open", "read", "write", "fsync", "rename"), f"signal {int(signal.SIGKILL)}"):
+            self.assertEqual(run.returncode, -signal.SIGKILL, run.fault)
+            after = comparable(files_below(self.folder))
+            for name, text in before.items():
+                if text is not None:
+                    self.assertIn(after.get(name), (text, comparable(files)[name[4:]]), run.fault)
+            for name in set(after) - set(before):
+                if re.fullmatch(r"(.*/)?\.fabscan-\d+-\d+", name):
+                    continue
+                self.assertIn(name, ["out", *(f"out/{file}" for file in files)], run.fault)
+                if name != "out":
+                    self.assertEqual(after[name], comparable(files)[name[4:]], run.fault)
 
 
 class Threads(FaultTest):
@@ -425,9 +521,8 @@ class OutOfMemory(OneFileTest):
 
     def check_dump(self, **more):
         for run in self.every_allocation(**more):
-            # The report can fail too, after the file was moved into place.
-            allowed = [self.whole] + [EARLIER.splitlines()] * (run.returncode != DONE)
-            self.assertIn(self.output(), allowed, run.fault)
+            expected = self.whole if run.returncode == DONE else EARLIER.splitlines()
+            self.assertEqual(self.output(), expected, run.fault)
             self.assert_nothing_else()
 
     def test_one_allocation_fails(self):
@@ -458,6 +553,7 @@ class OutOfMemory(OneFileTest):
                                              done=INCOMPLETE if path == "page" else DONE):
                 self.assertEqual(set(self.entries()) - allowed, set(), run.fault)
                 text = output.read_text()
+                self.assertEqual(text == EARLIER, run.returncode == FAILED, run.fault)
                 self.assertTrue(text == EARLIER or text.endswith(("</html>\n", "}\n")), run.fault)
                 output.write_text(EARLIER)
             output.unlink()
@@ -484,6 +580,8 @@ class OutOfMemory(OneFileTest):
                 self.assertEqual((name in earlier, texts[name]), (True, EARLIER), run.fault)
             if run.returncode == DONE:
                 self.assertEqual(whole, files, run.fault)
+            else:
+                self.assertTrue(as_before, run.fault)
             seen.add((run.returncode, as_before))
             for name in files:
                 (folder / name).unlink(missing_ok=True)
@@ -502,10 +600,13 @@ class OutOfMemory(OneFileTest):
         self.assertEqual(self.run_command(*command).returncode, DONE)
         new = self.folder / "new"
         whole = new.read_text()
+        new.write_text(EARLIER)
         for run in self.every_allocation(command=command):
             self.assertEqual(set(self.entries()) - {"new", "out", "small"}, set(),
                              run.fault)
-            self.assertEqual(new.read_text(), whole, run.fault)
+            self.assertEqual(new.read_text(), whole if run.returncode == DONE else EARLIER,
+                             run.fault)
+            new.write_text(EARLIER)
 
 
 if __name__ == "__main__":

@@ -1,5 +1,8 @@
 """`fabscan discover` with complete fabrics."""
 
+import os
+import shutil
+import signal
 import unittest
 
 import nets
@@ -67,6 +70,26 @@ class DiscoverTest(LiveTestCase):
         first = fabric.snapshot().lines
         self.discover(fabric, "--force", "--outstanding", "8")
         self.assertEqual(fabric.snapshot().lines, first)
+
+    def test_an_earlier_snapshot_is_kept(self):
+        """Standard output cannot be written."""
+        fabric = self.serve(nets.two_switches(), nets.HERE)
+        for arguments, earlier in (((), None), (("--force",), "earlier\n")):
+            path = fabric.folder / "fabric.jsonl"
+            if earlier is not None:
+                path.write_text(earlier)
+            with open("/dev/full", "w") as full:
+                done = self.discover(fabric, *arguments, "--verbose", expect=1, stdout=full)
+            self.assertEqual(done.stderr.splitlines()[-1],
+                             "fabscan: error: standard output: cannot write: No space left on "
+                             "device; free some space, or write elsewhere")
+            ours, its = os.pipe()
+            os.close(ours)
+            self.discover(fabric, *arguments, expect=-signal.SIGPIPE, stdout=its)
+            os.close(its)
+            for left in fabric.folder.glob("sys-*"):  # by the simulator's client, without an exit
+                shutil.rmtree(left)
+            self.assertEqual(path.read_text() if path.exists() else None, earlier)
 
     def test_reads_from_the_given_port(self):
         fabric = self.serve(nets.two_switches(), nets.THERE)

@@ -84,9 +84,10 @@ class SimulatedFabric:
                "LD_PRELOAD": f"{FAKE_ANSWERS}:{umad2sim()}"}
         return {**os.environ, **own, **{name: str(value) for name, value in more.items()}}
 
-    def run(self, *arguments, seconds=RUN_SECONDS, **more):
+    def run(self, *arguments, seconds=RUN_SECONDS, stdout=None, **more):
         return subprocess.run([str(a) for a in arguments], cwd=self.folder, timeout=seconds,
-                              env=self.environment(**more), capture_output=True, text=True,
+                              env=self.environment(**more), text=True, stderr=subprocess.PIPE,
+                              stdout=subprocess.PIPE if stdout is None else stdout,
                               stdin=subprocess.DEVNULL, errors="replace")
 
     def fabscan(self, *arguments, **more):
@@ -146,5 +147,5 @@ class LiveTestCase(unittest.TestCase):
     def discover(self, fabric, *arguments, expect=0, output="fabric.jsonl", **more):
         done = fabric.fabscan("discover", "--output", output, "--timeout-ms", "100",
                               "--retries", "1", *arguments, **more)
-        self.assertEqual(done.returncode, expect, done.stdout + done.stderr)
+        self.assertEqual(done.returncode, expect, f"{done.stdout}{done.stderr}")
         return done
