@@ -3,21 +3,18 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cerrno>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <string>
 
 #include "cli/command.h"
+#include "cli/files/option_file.h"
 #include "cli/files/read_limits.h"
 #include "cli/files/read_snapshot.h"
 #include "cli/files/snapshot_output.h"
 #include "cli/files/standard_streams.h"
 #include "cli/output/counted.h"
-#include "cli/output/report.h"
 #include "cli/terminal/progress.h"
 #include "cli/terminal/terminal.h"
 #include "fabrics/anonymised_fabric.h"
@@ -40,13 +37,8 @@ struct AnonymiseOptions {
 constexpr char kSource[] = "anonymised";
 
 std::string ReadKeyFile(const std::string& path) {
-  errno = 0;
-  std::ifstream file(path, std::ios::binary);
-  std::string key{std::istreambuf_iterator<char>(file), {}};
-  if (!file.is_open() || file.bad()) {
-    throw CommandError(fmt::format("{}: cannot read the key: {}; check --key-file", path,
-                                   CauseText(errno != 0 ? errno : EIO)));
-  }
+  constexpr std::size_t kMaxBytes = std::size_t{1} << 20U;
+  std::string key = ReadOptionFile({path, "the key", "--key-file", kMaxBytes});
   key.erase(key.find_last_not_of("\r\n") + 1);
   if (key.empty()) {
     throw CommandError(fmt::format("{}: contains no key; write one line of text", path),

@@ -71,8 +71,9 @@ ExitStatus Check(const CheckOptions& options) {
     output = std::make_unique<StagedOutput>(options.html, options.force);
   }
   Fabscan fabscan;
-  const std::set<u_int64_t> guids =
-      options.nodes.Read(options.snapshot, fabscan, options.reading, {"check"}).guids;
+  const SelectedSnapshot selected =
+      options.nodes.Read(options.snapshot, fabscan, options.reading, {"check"});
+  const std::set<u_int64_t>& guids = selected.guids;
   CheckResult result(fabscan);
   CheckPage page;
   Generate(fabscan, guids, result, output ? &page : nullptr);
@@ -87,7 +88,7 @@ ExitStatus Check(const CheckOptions& options) {
     const Terminal terminal = StandardOutput();
     std::cout << (options.summary ? SummaryText(report, terminal) : CheckText(report, terminal));
   }
-  const ExitStatus status = result.Builds() ? kDone : kIncomplete;
+  const ExitStatus status = result.Builds() && !selected.unmatched ? kDone : kIncomplete;
   if (output) output->Commit();
   return status;
 }
@@ -112,7 +113,7 @@ std::function<ExitStatus()> AddCheck(CLI::App& app) {
   app.footer(
       "Reports what one generated file of the nodes would contain: which functions are blocks, why "
       "the others are not, and what to do next. Exit status: 0 if the file would build, 3 if "
-      "not.\n"
+      "not, or if a selected node is missing.\n"
       "Examples: what is missing for one switch\n"
       "  fabscan check fabric.jsonl --guid 0x5a1e0c0000000200\n"
       "A large fabric in a few lines\n"

@@ -58,8 +58,9 @@ ExitStatus Dump(const DumpOptions& options) {
   StagedOutput output(OutputPath(options), options.force);
 
   Fabscan fabscan;
-  const std::set<u_int64_t> guids =
-      options.nodes.Read(options.snapshot, fabscan, options.reading, {"write"}).guids;
+  const SelectedSnapshot selected =
+      options.nodes.Read(options.snapshot, fabscan, options.reading, {"write"});
+  const std::set<u_int64_t>& guids = selected.guids;
   if (options.variant == Variant::kBuildable) RefuseSharedClasses(fabscan, guids, options.prefix);
   Progress progress;
   const DumpedFile file =
@@ -72,7 +73,7 @@ ExitStatus Dump(const DumpOptions& options) {
       OutputName(output.path()) + " does not compile as written", file.summary.faults(), options);
   output.Commit();
   PrintMessage(warning);
-  return options.strict && !warning.empty() ? kIncomplete : kDone;
+  return options.strict && (selected.unmatched || !warning.empty()) ? kIncomplete : kDone;
 }
 
 }  // namespace
@@ -100,7 +101,8 @@ std::function<ExitStatus()> AddDump(CLI::App& app) {
                  "Write to this file instead of NAME_generated.cpp; - is standard output")
       ->type_name("FILE");
   app.add_flag("--force", options->force, "Replace an existing file");
-  app.add_flag("--strict", options->strict, "Exit 3 if a file does not compile as written");
+  app.add_flag("--strict", options->strict,
+               "Exit 3 if a file does not compile as written, or lacks a selected node");
   AddReadLimits(app, options->reading);
   app.footer(
       "Without --buildable, files are exactly as the generator writes them. A function whose data "

@@ -109,14 +109,14 @@ ExitStatus RunReportingErrors(int argc, char** argv) {
   return kFailed;
 }
 
-/// Returns a failure if results did not reach standard output, for any result of the command.
-ExitStatus FinishStandardOutput(ExitStatus status) {
+/// Returns `failure` if results did not reach standard output, for any result of the command.
+ExitStatus FinishStandardOutput(ExitStatus status, ExitStatus failure) {
   try {
     RequireStandardOutput();
   } catch (const CommandError& error) {
     if (status == kFailed || status == kWrongUsage) return status;
     PrintError(error.what());
-    return kFailed;
+    return failure;
   }
   return status;
 }
@@ -136,7 +136,8 @@ int main(int argc, char** argv) {
   try {
     fabscan::OpenClosedStandardStreams();
     fabscan::KeepStandardOutputErrors();
-    return fabscan::FinishStandardOutput(fabscan::RunReportingErrors(argc, argv));
+    return fabscan::FinishStandardOutput(fabscan::RunReportingErrors(argc, argv),
+                                         fabscan::FailureOf(argc, argv));
   } catch (const fabscan::ClosedPipe&) {
     fabscan::EndBySigpipe();
   } catch (const std::bad_alloc&) {  // in the command, or while reporting an error

@@ -80,6 +80,9 @@ class WatchedSource : public ByteSource {
 };
 
 constexpr unsigned char kMagic[] = {0x28, 0xB5, 0x2F, 0xFD};
+/// Of a frame without content, which parallel compressors put first; the low half of the first byte
+/// is any number.
+constexpr unsigned char kSkippableMagic[] = {0x50, 0x2A, 0x4D, 0x18};
 
 /// A source whose first bytes have been read ahead.
 class ReplaySource : public ByteSource {
@@ -93,7 +96,11 @@ class ReplaySource : public ByteSource {
   }
 
   bool IsCompressed() const {
-    return size_ == sizeof kMagic && std::memcmp(first_, kMagic, sizeof kMagic) == 0;
+    if (size_ != sizeof first_) return false;
+    const bool is_skippable =
+        (static_cast<unsigned char>(first_[0]) & 0xF0U) == kSkippableMagic[0] &&
+        std::memcmp(first_ + 1, kSkippableMagic + 1, sizeof first_ - 1) == 0;
+    return is_skippable || std::memcmp(first_, kMagic, sizeof kMagic) == 0;
   }
 
   std::size_t Read(char* to, std::size_t size) override {

@@ -164,6 +164,11 @@ class Anonymise(CommandTest):
                           WRONG_USAGE)
         self.assert_fails(self.anonymise("--key-file", "none"),
                           "none: cannot read the key: No such file or directory; check --key-file")
+        (self.folder / "folder").mkdir()
+        self.assert_fails(self.anonymise("--key-file", "folder"),
+                          "folder: cannot read the key: Is a directory; check --key-file")
+        self.assert_fails(self.anonymise("--key-file", "/dev/zero"),
+                          "/dev/zero: is larger than 1048576 bytes; check --key-file")
         self.put("empty", "\n")
         self.assert_fails(self.anonymise("--key-file", "empty"),
                           "empty: contains no key; write one line of text", WRONG_USAGE)

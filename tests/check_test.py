@@ -119,10 +119,11 @@ class Check(CommandTest):
         self.assertIn("a%1B[31m%0Ab", run.stdout)
 
     def test_missing_guids(self):
-        run = self.check("--guid", "1", "--guid", LEAF)
-        self.assertEqual(run.returncode, DONE)
-        self.assertEqual(run.stderr,
-                         "fabscan: warning: no node has the GUID 0x0000000000000001\n")
+        for form in ((), ("--json",), ("--summary",), ("--html", "check.html", "--force")):
+            self.assertEqual(self.check("--guid", LEAF, *form).returncode, DONE)
+            run = self.check("--guid", "1", "--guid", LEAF, *form)
+            self.assertEqual((run.returncode, run.stderr), (
+                INCOMPLETE, "fabscan: warning: no node has the GUID 0x0000000000000001\n"))
         run = self.check("--guid", "1")
         self.assert_fails(run, f"{DEMO}: no node to check: no node has the GUID "
                                "0x0000000000000001; 'fabscan show' lists the nodes")

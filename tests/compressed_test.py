@@ -31,6 +31,20 @@ class Compressed(CommandTest):
         self.assertEqual((self.folder / "a.jsonl.zst").read_bytes()[:4], MAGIC)
         self.assertEqual(self.run_command("diff", "a.jsonl", "a.jsonl.zst").returncode, DONE)
 
+    def test_skippable_frames_are_read(self):
+        """A parallel compressor begins its files with one, and puts one before each frame."""
+        plain = self.copied(DEMO, "plain.jsonl")
+        compressed = self.copied(DEMO, "fabric.zst")
+        for number in range(16):
+            skippable = bytes([0x50 + number]) + b"\x2a\x4d\x18\x04\0\0\0size"
+            self.put("skippable.zst", skippable + skippable + compressed + skippable)
+            self.assertEqual(self.copied("skippable.zst", f"again{number}.jsonl"), plain)
+        self.put("skippable.zst", skippable[:-1])
+        self.assert_fails(self.run_command("show", "skippable.zst"),
+                          "skippable.zst:1: the compressed data ends too early; copy it again")
+        self.put("other.zst", b"\x60" + skippable[1:] + compressed)
+        self.assertIn("not a snapshot", self.run_command("show", "other.zst").stderr)
+
     def test_only_the_file_name_matters(self):
         for name in ("fabric.zst.jsonl", "fabric.jsonl.ZST", ".zst", "zst"):
             self.assertEqual(self.copied(DEMO, name)[:1], b"{", name)

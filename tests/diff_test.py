@@ -215,12 +215,16 @@ class Diff(CommandTest):
         self.assertEqual(self.diff().returncode, TROUBLE)
 
     def test_a_full_disk_is_not_a_difference(self):
-        with open("/dev/full", "w") as full:
-            run = self.diff(EXAMPLES / "partial.fabscan.jsonl", stdout=full)
-        self.assertEqual(run.returncode, TROUBLE)
-        self.assertEqual(run.stderr,
-                         "fabscan: error: standard output: cannot write: No space left on device; "
-                         "free some space, or write elsewhere\n")
+        for arguments in ((EXAMPLES / "partial.fabscan.jsonl",), (DEMO,), ("--help",)):
+            with open("/dev/full", "w") as full:
+                run = self.diff(*arguments, stdout=full)
+            if arguments == (DEMO,):  # equal: nothing to write
+                self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+                continue
+            self.assertEqual(run.returncode, TROUBLE)
+            self.assertEqual(run.stderr,
+                             "fabscan: error: standard output: cannot write: No space left on "
+                             "device; free some space, or write elsewhere\n")
 
 
 if __name__ == "__main__":

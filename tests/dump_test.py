@@ -147,6 +147,23 @@ class Selection(CommandTest):
         self.assertEqual(run.returncode, INCOMPLETE)
         self.assertEqual(run.stdout.splitlines()[0], "p_generated.cpp")
 
+    def test_strict_reports_a_selected_node_that_is_missing(self):
+        adapter = ("--guid", "5a1e0c0000000600")
+        guest = next(json.loads(line)["guid"] for line in DEMO.read_text().splitlines()
+                     if "lab-guest" in line)
+        for missing, warning in (
+                (("--guid", "dead"), "no node has the GUID 0x000000000000dead"),
+                (("--guid", guest), f"the node {guest} (lab-guest-01 HCA-1) is outside the "
+                                    "sub-fabric")):
+            for form in ((), ("--one-per-model",), ("--buildable",)):
+                for strict, status in (((), DONE), (("--strict",), INCOMPLETE)):
+                    run = self.dump("--force", *form, *strict, *adapter, *missing)
+                    self.assertEqual((run.returncode, run.stderr),
+                                     (status, f"fabscan: warning: {warning}\n"))
+                    # The others are written.
+                    self.assertEqual(len(self.entries()), 1)
+                    (self.folder / self.entries()[0]).unlink()
+
     def test_the_same_input_gives_the_same_bytes(self):
         self.dump()
         first = self.text()

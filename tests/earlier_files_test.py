@@ -196,6 +196,19 @@ class EarlierFiles(CommandTest):
                                       f"out/{last}: is a directory; specify a file in it")
                 self.assertEqual(files_below(self.folder), before)
 
+    def test_a_file_keeps_its_permissions(self):
+        for name, arguments in COMMANDS.items():
+            files = self.written_by(arguments)
+            for mode in (0o600, 0o400, 0o666):
+                with self.subTest(command=name, mode=oct(mode)):
+                    self.begin(files, forced=True)
+                    paths = [path for path in self.out.rglob("*") if path.is_file()]
+                    for path in paths:
+                        path.chmod(mode)
+                    self.run_with((*arguments, "--force"))
+                    self.assertEqual(comparable(files_below(self.out)), comparable(files))
+                    self.assertEqual({path.stat().st_mode & 0o777 for path in paths}, {mode})
+
     def test_the_files_in_place_are_named(self):
         """In a sticky directory, a user cannot replace the files of others."""
         if os.geteuid() != 0:

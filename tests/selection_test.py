@@ -77,6 +77,16 @@ class Selection(CommandTest):
         self.assert_fails(run, f"{DEMO}: no node matches --name 'leef*'; 'fabscan show' lists the "
                                "nodes", FAILED)
 
+    def test_a_file_that_has_no_guids(self):
+        for name, cause in (("/dev/zero", "is larger than 67108864 bytes"),
+                            ("/", "cannot read the GUIDs: Is a directory"),
+                            ("none", "cannot read the GUIDs: No such file or directory")):
+            self.assert_fails(self.run_command("show", DEMO, "--guid-file", name),
+                              f"{name}: {cause}; check --guid-file")
+        with open("/dev/zero", "rb") as zeros:
+            self.assert_fails(self.run_command("show", DEMO, "--guid-file", "-", stdin=zeros),
+                              "standard input: is larger than 67108864 bytes; check --guid-file")
+
     def test_options_that_exclude_each_other(self):
         self.assert_fails(self.run_command("show", DEMO, "--name", "leaf*", "--type", "CA"),
                           f"{DEMO}: no node to show: no node matches all of --name and --type; "

@@ -22,8 +22,9 @@ namespace fabscan {
 
 ExitStatus DumpModels(const DumpOptions& options) {
   Fabscan fabscan;
-  const std::set<u_int64_t> guids =
-      options.nodes.Read(options.snapshot, fabscan, options.reading, {"write"}).guids;
+  const SelectedSnapshot selected =
+      options.nodes.Read(options.snapshot, fabscan, options.reading, {"write"});
+  const std::set<u_int64_t>& guids = selected.guids;
   const std::vector<NamedModel> list = NameModels(fabscan, ModelPrefixStart(options.prefix), guids);
 
   const std::filesystem::path output_dir(options.output_dir);
@@ -51,7 +52,7 @@ ExitStatus DumpModels(const DumpOptions& options) {
   const std::string warning = CompileWarning(FaultyText(files), FaultsOf(files), options);
   StagedOutput::CommitAll(outputs);
   PrintMessage(warning);
-  return options.strict && !warning.empty() ? kIncomplete : kDone;
+  return options.strict && (selected.unmatched || !warning.empty()) ? kIncomplete : kDone;
 }
 
 }  // namespace fabscan

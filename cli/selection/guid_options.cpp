@@ -3,14 +3,12 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
-#include <cerrno>
+#include <algorithm>
 #include <charconv>
-#include <fstream>
-#include <iostream>
 
 #include "cli/command.h"
+#include "cli/files/option_file.h"
 #include "cli/files/standard_streams.h"
-#include "cli/output/report.h"
 #include "cli/output/shell_word.h"
 
 namespace fabscan {
@@ -18,6 +16,7 @@ namespace fabscan {
 namespace {
 
 constexpr std::size_t kMaxDigits = 16;
+constexpr std::size_t kMaxFileBytes = std::size_t{64} << 20U;
 
 std::string MalformedText(std::string_view text) {
   return fmt::format(
@@ -56,16 +55,13 @@ std::optional<std::string> WithoutColons(std::string_view text) {
 }
 
 void ReadGuidFile(const std::string& path, std::set<u_int64_t>& guids) {
-  if (IsStandardStream(path)) TakeStandardInput();
-  errno = 0;
-  std::ifstream named;
-  if (!IsStandardStream(path)) named.open(path);
-  std::istream& file = IsStandardStream(path) ? std::cin : named;
-  std::string line;
+  const std::string content = ReadOptionFile({path, "the GUIDs", "--guid-file", kMaxFileBytes});
   unsigned long number = 0;
-  while (std::getline(file, line)) {
+  for (std::string_view rest = content; !rest.empty();) {
     ++number;
-    const std::string_view text = Trimmed(std::string_view(line).substr(0, line.find('#')));
+    const std::string_view line = rest.substr(0, rest.find('\n'));
+    rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+    const std::string_view text = Trimmed(line.substr(0, line.find('#')));
     if (text.empty()) continue;
     const std::optional<u_int64_t> guid = ParseGuid(text);
     if (!guid) {
@@ -73,10 +69,6 @@ void ReadGuidFile(const std::string& path, std::set<u_int64_t>& guids) {
                          kWrongUsage);
     }
     guids.insert(*guid);
-  }
-  if (!file.eof()) {
-    throw CommandError(fmt::format("{}: cannot read the GUIDs: {}; check --guid-file",
-                                   InputName(path), CauseText(errno != 0 ? errno : EIO)));
   }
   if (guids.empty()) {
     throw CommandError(fmt::format("{}: contains no GUID; write one per line", InputName(path)),

@@ -166,7 +166,8 @@ SelectedSnapshot NodeSelection::Read(const std::string& path, Fabscan& fabscan,
 
   // A model's prefix depends on the models of the whole fabric.
   const std::set<u_int64_t> read_in_full = models_.empty() ? guids : std::set<u_int64_t>();
-  SelectedSnapshot result{ReadSnapshotWithProgress(path, fabscan, limits, read_in_full), {}};
+  SelectedSnapshot result;
+  result.header = ReadSnapshotWithProgress(path, fabscan, limits, read_in_full);
   const IBFabric& fabric = fabscan.discovered_fabric;
   const std::string nothing = fmt::format("{}: no node to {}: ", InputName(path), purpose.verb);
   if (!given()) {
@@ -196,6 +197,7 @@ SelectedSnapshot NodeSelection::Read(const std::string& path, Fabscan& fabscan,
                                         : "; 'fabscan models' lists the models"));
   }
   result.guids = std::move(resolution.selected());
+  result.unmatched = !misses.empty();
   return result;
 }
 

@@ -29,6 +29,7 @@ struct SelectionPurpose {
 struct SelectedSnapshot {
   SnapshotHeader header;
   std::set<u_int64_t> guids;  // empty: all nodes
+  bool unmatched = false;     // a value of an option matches no node
 
   bool Has(const IBNode& node) const { return guids.empty() || guids.count(node.guid) != 0; }
 };
