@@ -57,7 +57,7 @@ void WritePage(const CheckPage& page, const CheckReport& report, const CheckOpti
   page.Write(output.stream(), report);
   output.Finish();
   if (options.json || IsStandardOutput(options.html)) return;
-  std::cout << options.html << '\n' << TotalsText(report, StandardOutput());
+  std::cout << OutputName(options.html) << '\n' << TotalsText(report, StandardOutput());
 }
 
 ExitStatus Check(const CheckOptions& options) {

@@ -14,6 +14,7 @@
 #include "cli/dump/model_names.h"
 #include "cli/files/read_limits.h"
 #include "cli/files/staged_output.h"
+#include "cli/files/standard_streams.h"
 #include "cli/output/report.h"
 #include "cli/output/shell_word.h"
 #include "cli/scaffold/project.h"
@@ -46,7 +47,7 @@ ExitStatus ScaffoldDevice(const ScaffoldOptions& options) {
       options.force);
   outputs[0]->stream() << DeviceSource("devices/example/example.h", options.prefix);
   outputs[1]->stream() << DeviceSource("devices/example/CMakeLists.txt", options.prefix);
-  std::cout << outputs[0]->path() << '\n' << outputs[1]->path() << '\n';
+  for (const auto& output : outputs) std::cout << OutputName(output->path()) << '\n';
   StagedOutput::CommitAll(outputs);
   return kDone;
 }

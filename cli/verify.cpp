@@ -44,7 +44,7 @@ struct VerifyOptions {
 };
 
 void PrintDetails(const std::vector<std::string>& lines) {
-  for (const std::string& line : lines) PrintMessage("  " + line + '\n');
+  for (const std::string& line : lines) PrintMessage("  " + WithoutControls(line) + '\n');
 }
 
 /// Verifies nodes on several threads; each thread compiles and runs its own program.

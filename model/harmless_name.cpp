@@ -17,24 +17,23 @@ struct CodeRange {
   char32_t last;
 };
 
-// Characters that are invisible, or change how others are displayed.
+// The characters with these properties in Unicode 15.1, in order. Perl, which knows an older
+// Unicode, prints most of them:
+//   perl -e 'for (0..0x10FFFF) { printf "%X\n", $_ if chr =~
+//     /[\p{Cc}\p{Cf}\p{Zl}\p{Zp}\p{Default_Ignorable_Code_Point}]/ }'
 constexpr CodeRange kDeceptive[] = {
-    {0x00, 0x1F},        // control characters
-    {0x7F, 0x9F},        // delete and the second set of controls
-    {0xAD, 0xAD},        // soft hyphen
-    {0x61C, 0x61C},      // Arabic letter mark
-    {0x180E, 0x180E},    // Mongolian vowel separator
-    {0x200B, 0x200F},    // zero-width characters, direction marks
-    {0x2028, 0x202E},    // line and paragraph separators, direction embeddings and overrides
-    {0x2060, 0x206F},    // word joiner, direction isolates, deprecated format characters
-    {0xFEFF, 0xFEFF},    // byte order mark
-    {0xFFF9, 0xFFFB},    // interlinear annotations
-    {0xE0000, 0xE007F},  // tags
+    {0x00, 0x1F},       {0x7F, 0x9F},       {0xAD, 0xAD},       {0x34F, 0x34F},
+    {0x600, 0x605},     {0x61C, 0x61C},     {0x6DD, 0x6DD},     {0x70F, 0x70F},
+    {0x890, 0x891},     {0x8E2, 0x8E2},     {0x115F, 0x1160},   {0x17B4, 0x17B5},
+    {0x180B, 0x180F},   {0x200B, 0x200F},   {0x2028, 0x202E},   {0x2060, 0x206F},
+    {0x3164, 0x3164},   {0xFE00, 0xFE0F},   {0xFEFF, 0xFEFF},   {0xFFA0, 0xFFA0},
+    {0xFFF0, 0xFFFB},   {0x110BD, 0x110BD}, {0x110CD, 0x110CD}, {0x13430, 0x1343F},
+    {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF},
 };
 
-constexpr bool IsDeceptive(char32_t code) {
+constexpr bool IsInDeceptiveRange(char32_t code) {
   for (const CodeRange& range : kDeceptive) {
-    if (code >= range.first && code <= range.last) return true;
+    if (code <= range.last) return code >= range.first;
   }
   return false;
 }
@@ -64,7 +63,7 @@ constexpr bool IsHazard(char before, std::string_view rest, char32_t code) {
     case kEscapeMark:
       return ReadsAsEscape(rest);
     default:
-      return IsDeceptive(code);
+      return IsInDeceptiveRange(code);
   }
 }
 
@@ -101,6 +100,8 @@ void AppendEscaped(std::string& to, std::string_view bytes) {
 }
 
 }  // namespace
+
+bool IsDeceptive(char32_t code) { return IsInDeceptiveRange(code); }
 
 std::string HarmlessName(std::string_view device_name) {
   if (PlainLength(device_name) == device_name.size()) return std::string(device_name);

@@ -9,6 +9,10 @@ namespace fabscan {
 /// Begins every escaped byte of a harmless name; a name without it is exactly the device's name.
 inline constexpr char kEscapeMark = '%';
 
+/// Whether a character is invisible or changes how others are displayed: by its Unicode properties
+/// General_Category (Cc, Cf, Zl, Zp) and Default_Ignorable_Code_Point.
+bool IsDeceptive(char32_t code);
+
 /// A device's name in a readable form that is safe anywhere in C++ source: in a comment, in a
 /// string, or in a directive with an unclosed quote. It does not change how the compiler reads the
 /// rest.

@@ -101,6 +101,36 @@ TEST(HarmlessNameTest, DeceptiveCharactersAreEscaped) {
             "a%C2%85b");  // next line
 }
 
+TEST(HarmlessNameTest, InvisibleCharactersAreEscaped) {
+  // Format characters, fillers, variation selectors, musical and shorthand format controls, tags.
+  for (const char* invisible :
+       {"\u00ad",     "\u034f",     "\u0600",     "\u061c",     "\u115f",     "\u1160",
+        "\u17b4",     "\u180b",     "\u180e",     "\u180f",     "\u200d",     "\u2028",
+        "\u2064",     "\u2069",     "\u3164",     "\ufe00",     "\ufe0f",     "\uffa0",
+        "\ufff0",     "\ufffb",     "\U000110bd", "\U00013430", "\U0001343f", "\U0001bca0",
+        "\U0001bca3", "\U0001d173", "\U0001d17a", "\U000e0000", "\U000e0061", "\U000e0100",
+        "\U000e01ef", "\U000e0fff"}) {
+    std::string escaped;
+    for (const char byte : std::string(invisible)) {
+      escaped += Escaped(static_cast<unsigned char>(byte));
+    }
+    EXPECT_EQ(HarmlessName("leaf-01" + std::string(invisible)), "leaf-01" + escaped);
+    ExpectHarmless(std::string(invisible) + "x" + invisible);
+  }
+}
+
+TEST(HarmlessNameTest, NeighboursOfInvisibleCharactersAreUnchanged) {
+  for (const char* visible :
+       {"\u00a0",     "\u00ac",     "\u00ae",     "\u034e",     "\u0350",     "\u05ff",
+        "\u0606",     "\u061b",     "\u115e",     "\u1161",     "\u180a",     "\u1810",
+        "\u200a",     "\u2010",     "\u2027",     "\u202f",     "\u205f",     "\u2070",
+        "\u3163",     "\u3165",     "\ufdff",     "\ufe10",     "\uff9f",     "\uffa1",
+        "\uffef",     "\ufffc",     "\U0001342f", "\U00013440", "\U0001bc9f", "\U0001bca4",
+        "\U0001d172", "\U0001d17b", "\U000dffff", "\U000e1000", "\U0010ffff"}) {
+    EXPECT_EQ(HarmlessName(visible), visible);
+  }
+}
+
 TEST(HarmlessNameTest, EveryPairOfHazardousSequences) {
   const std::vector<std::string> pieces = {"/",
                                            "*",

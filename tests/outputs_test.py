@@ -6,6 +6,7 @@ import signal
 import stat
 import subprocess
 import threading
+import unicodedata
 
 import command_line
 from command_line import DONE, EXAMPLES, FAILED, WRONG_USAGE, CommandTest, main, snapshot, switch
@@ -204,6 +205,75 @@ class Streams(Outputs):
             self.assertEqual(run.returncode, DONE, run.stderr)
             self.assertEqual(stat.S_IMODE(path.stat().st_mode), mode)
             self.assertEqual(path.read_text(), self.whole)
+
+
+class HostileTexts(Outputs):
+    """Texts of snapshots and of the command line, on standard output and standard error."""
+
+    HOSTILE = "\x1b]0;t\a\r\n\x7f\u009b\u202e\u034f\u3164\u2028\U000e0041'\\"
+    NAME = os.fsencode("a" + HOSTILE) + b"\xff"
+
+    def snapshot(self, name, guid="0x1"):
+        hostile = switch(name + self.HOSTILE, guid, alternativeName=self.HOSTILE,
+                         absent={"SMP_NodeInfo": self.HOSTILE + name},
+                         ports=[{"num": 1, "state": "UNKNOWN",
+                                 "absent": {"SMP_PortInfo": self.HOSTILE + name}}])
+        lines = [{"fabscan_snapshot": 1, "source": self.HOSTILE, "created": self.HOSTILE}, hostile,
+                 {"end": True, "nodes": 1}]
+        return "".join(json.dumps(line) + "\n" for line in lines)
+
+    def run_in_bytes(self, *arguments):
+        return subprocess.run([os.fsencode(command_line._command), *map(os.fsencode, arguments)],
+                              cwd=self.folder, capture_output=True, timeout=120, check=False)
+
+    def assert_harmless(self, output):
+        text = output.decode()  # well-formed
+        for character in text.replace("\n", ""):
+            self.assertNotIn(unicodedata.category(character), ("Cc", "Cf", "Zl", "Zp"), text)
+            self.assertNotIn(character, "\u034f\u3164", text)
+        for after in ("\\x7f", "%7F", "\\177"):  # after a line end of the hostile text
+            self.assertNotIn("\n" + after, text)
+
+    def test_no_command_prints_them_raw(self):
+        first, second, cache = (self.NAME + ending for ending in (b".", b".2", b".cache"))
+        (self.folder / os.fsdecode(first)).write_text(self.snapshot("one"))
+        (self.folder / os.fsdecode(second)).write_text(self.snapshot("two"))
+        for command in (("show", first), ("show", first, "--guid", "1"), ("show", first, "--values"),
+                        ("show", first, "--summary"), ("models", first), ("check", first),
+                        ("check", first, "--summary"), ("diff", first, second),
+                        ("check", first, "--html", self.NAME + b".html"),
+                        ("check", first, "--name", self.NAME + b"*"),
+                        ("dump", first, "--prefix", "P", "--output-dir", self.NAME),
+                        ("dump", first, "--prefix", "P", "--output", self.NAME + b".cpp"),
+                        ("dump", first, "--prefix", "P", "--one-per-model", "--buildable",
+                         "--output-dir", self.NAME),
+                        ("scaffold", "--prefix", "P", "--output-dir", self.NAME),
+                        ("scaffold", first, "--prefix", "P", "--output-dir", self.NAME + b"s"),
+                        ("merge", first, first, "--output", self.NAME + b".merged"),
+                        ("merge", first, second, "--output", "-x"),
+                        ("anonymise", first, "--output", self.NAME + b".shared"),
+                        ("anonymise", first, "--key-file", self.NAME, "--output", "x"),
+                        ("import", first, "--output", "x"), ("show", self.NAME + b"none"),
+                        ("show", first, "--guid-file", self.NAME + b"none"),
+                        ("show", first, "--guid", self.NAME), ("show", first, "--name", self.NAME),
+                        ("verify", first, "--keep", first), ("verify", first, "--compiler", first),
+                        (self.NAME,), ("show", b"--" + self.NAME)):
+            with self.subTest(command=command):
+                run = self.run_in_bytes(*command, "--verbose")
+                self.assertNotIn(run.returncode, (-6, -11))
+                self.assertNotEqual(run.stdout + run.stderr, b"")
+                self.assert_harmless(run.stdout)
+                self.assert_harmless(run.stderr)
+
+    def test_the_next_command_can_be_run(self):
+        path = self.NAME + b"."
+        (self.folder / os.fsdecode(path)).write_text(self.snapshot("one"))
+        text = self.run_in_bytes("models", path).stdout.decode()
+        line = next(line for line in text.splitlines() if "--one-per-model" in line)
+        run = subprocess.run(line.replace("fabscan", f"'{command_line._command}'", 1), shell=True,
+                             executable="/bin/bash", cwd=self.folder, capture_output=True,
+                             timeout=60, check=False)
+        self.assertEqual(run.returncode, DONE, run.stderr)
 
 
 class Versions(Outputs):

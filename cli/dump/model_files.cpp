@@ -33,8 +33,8 @@ std::string FilesText(const char* head, const std::vector<ModelFile>& files, Var
     const DumpSummary& summary = file.dumped.summary;
     nodes += model.nodes;
     table.AddRow(
-        {file.path, std::to_string(model.nodes), NumberText(summary.functions(Mark::kBlock)),
-         NumberText(summary.functions(Mark::kComment)),
+        {WithoutControls(file.path), std::to_string(model.nodes),
+         NumberText(summary.functions(Mark::kBlock)), NumberText(summary.functions(Mark::kComment)),
          Cell(NumberText(summary.functions(Mark::kError)), edited ? Style::kWarning : Style::kBad),
          Cell(NumberText(summary.functions(Mark::kHand)), edited ? Style::kPlain : Style::kWarning),
          GuidText(model.representative->guid), model.representative->name});

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "cli/command.h"
+#include "cli/terminal/terminal.h"
 
 namespace fabscan {
 
@@ -43,11 +44,11 @@ void TakeStandardInput() {
 }
 
 std::string InputName(const std::string& path) {
-  return IsStandardStream(path) ? "standard input" : path;
+  return IsStandardStream(path) ? "standard input" : WithoutControls(path);
 }
 
 std::string OutputName(const std::string& path) {
-  return IsStandardOutput(path) ? "standard output" : path;
+  return IsStandardOutput(path) ? "standard output" : WithoutControls(path);
 }
 
 }  // namespace fabscan

@@ -22,7 +22,7 @@ inline bool IsStandardOutput(const std::string& path) { return OpenFileNamed(pat
 /// the input is consumed.
 void TakeStandardInput();
 
-/// `path`, or the name of the stream.
+/// `path`, or the name of the stream, safe for a terminal.
 std::string InputName(const std::string& path);
 std::string OutputName(const std::string& path);
 

@@ -1,6 +1,7 @@
 #include "cli/output/table.h"
 
 #include <gtest/gtest.h>
+#include <utf8proc.h>
 
 namespace fabscan {
 namespace {
@@ -73,6 +74,25 @@ TEST(DisplayWidthTest, CountsColumns) {
   EXPECT_EQ(DisplayWidth("\u4ea4\u6362"), 4U) << "these take two columns each";
   EXPECT_EQ(DisplayWidth("e\u0301"), 1U) << "a combining mark takes none";
   EXPECT_EQ(DisplayWidth("\xff\xfe"), 2U);
+}
+
+TEST(WithoutControlsTest, EscapesByUnicodeProperties) {
+  for (utf8proc_int32_t code = 0; code < 0x110000; ++code) {
+    if (code >= 0xD800 && code < 0xE000) continue;
+    utf8proc_uint8_t bytes[4];
+    const auto size = utf8proc_encode_char(code, bytes);
+    const std::string text(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(size));
+    const utf8proc_category_t category = utf8proc_category(code);
+    const bool is_invisible =
+        category == UTF8PROC_CATEGORY_CC || category == UTF8PROC_CATEGORY_CF ||
+        category == UTF8PROC_CATEGORY_ZL || category == UTF8PROC_CATEGORY_ZP ||
+        utf8proc_get_property(code)->ignorable != 0;
+    const bool is_escaped = WithoutControls(text) != text;
+    // Unassigned characters can be ignorable too, which the library does not know.
+    if (is_invisible || category != UTF8PROC_CATEGORY_CN) {
+      EXPECT_EQ(is_escaped, is_invisible) << std::hex << code;
+    }
+  }
 }
 
 TEST(CutTest, KeepsTextThatFits) {

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <iterator>
 
+#include "model/harmless_name.h"
+
 namespace fabscan {
 
 namespace {
@@ -19,18 +21,6 @@ struct Character {
   std::size_t width;
 };
 
-bool IsControl(utf8proc_int32_t character) {
-  switch (utf8proc_category(character)) {
-    case UTF8PROC_CATEGORY_CC:
-    case UTF8PROC_CATEGORY_CF:
-    case UTF8PROC_CATEGORY_ZL:
-    case UTF8PROC_CATEGORY_ZP:
-      return true;
-    default:
-      return false;
-  }
-}
-
 /// Removes the first character from `rest`.
 Character NextCharacter(std::string_view& rest) {
   utf8proc_int32_t character = 0;
@@ -40,7 +30,7 @@ Character NextCharacter(std::string_view& rest) {
   const bool valid = size > 0;
   const std::string_view bytes = rest.substr(0, valid ? static_cast<std::size_t>(size) : 1);
   rest.remove_prefix(bytes.size());
-  if (!valid || IsControl(character)) return {bytes, true, 1};
+  if (!valid || IsDeceptive(static_cast<char32_t>(character))) return {bytes, true, 1};
   return {bytes, false, static_cast<std::size_t>(utf8proc_charwidth(character))};
 }
 

@@ -26,8 +26,8 @@ enum class Style { kPlain, kHead, kGood, kQuiet, kWarning, kBad };
 /// `text` in this style, if the terminal has colour.
 std::string Painted(std::string_view text, Style style, const Terminal& terminal);
 
-/// `text` made safe for a terminal: control characters, and bytes that are not UTF-8, become
-/// `\xNN`.
+/// `text` made safe for a terminal: control and invisible characters (see `IsDeceptive`), and bytes
+/// that are not UTF-8, become `\xNN`.
 std::string WithoutControls(std::string_view text);
 
 /// The columns of UTF-8 text. Each invalid byte has one column.

@@ -63,8 +63,10 @@ std::string VerifyTotals::text() const {
 std::string ReportText(const VerifiedNode& node, const Terminal& terminal) {
   std::string text = fmt::format("{} ({})\n", node.node->name, GuidText(node.node->guid));
   if (!node.failure.empty()) {
-    text += fmt::format("  not verified: {}\n", node.failure);
-    for (const std::string& line : node.failure_details) text += fmt::format("    {}\n", line);
+    text += fmt::format("  not verified: {}\n", WithoutControls(node.failure));
+    for (const std::string& line : node.failure_details) {
+      text += fmt::format("    {}\n", WithoutControls(line));
+    }
     return text;
   }
   std::string idle;
