@@ -1,7 +1,11 @@
-"""The limits for snapshots, which options of every reading subcommand can change."""
+"""The limits for snapshots, which options of every reading subcommand can change, and the time that an
+input takes."""
 
 import json
+import os
+import subprocess
 
+import command_line
 from command_line import DONE, FAILED, WRONG_USAGE, CommandTest, main, snapshot, switch
 
 READERS = (("check", "s"), ("models", "s"), ("show", "s"), ("dump", "s", "--prefix", "P"),
@@ -65,6 +69,71 @@ class Limits(CommandTest):
             self.assertEqual(run.returncode, WRONG_USAGE, run.stderr)
             self.assertRegex(run.stderr, rf"\Afabscan: error: {option}: [^\n]+\n\Z")
             self.assertEqual(run.stdout, "")
+
+
+class Growth(CommandTest):
+    """Four times the input takes about four times as long, whatever it contains."""
+
+    COMMANDS = (("show", "f"), ("show", "f", "--guid", "1"), ("show", "f", "--summary"),
+                ("models", "f"), ("check", "f"), ("check", "f", "--summary"), ("diff", "f", "one"),
+                ("check", "f", "--html", "-"), ("dump", "f", "--prefix", "P", "--output", "-"),
+                ("dump", "f", "--prefix", "P", "--one-per-model", "--buildable", "--output-dir",
+                 "dump", "--force"),
+                ("merge", "f", "f", "--output", "-"), ("anonymise", "f", "--output", "-"))
+
+    def put_lines(self, name, header, nodes):
+        lines = [{"fabscan_snapshot": 1, **header}, *nodes, {"end": True, "nodes": len(nodes)}]
+        self.put(name, "".join(json.dumps(line) + "\n" for line in lines))
+
+    def processor_time(self, command):
+        before = os.times()
+        run = subprocess.run([command_line._command, *command], cwd=self.folder, timeout=120,
+                             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                             stderr=subprocess.DEVNULL, check=False)
+        after = os.times()
+        self.assertIn(run.returncode, (0, 1, 3), command)
+        return (after.children_user + after.children_system - before.children_user -
+                before.children_system)
+
+    def check_growth(self, make):
+        """`make(n)` gives the header and the nodes of an input whose size is n."""
+        self.put_lines("one", {}, [switch()])
+        for command in self.COMMANDS:
+            seconds = []
+            for factor in (1, 2, 4):
+                self.put_lines("f", *make(factor))
+                seconds.append(self.processor_time(command))
+            floor = max(seconds[0], 0.05)
+            self.assertLess(seconds[1], 4 * floor, (command, seconds))
+            self.assertLess(seconds[2], 8 * floor, (command, seconds))
+
+    @staticmethod
+    def words(factor):
+        return "ab " * (20_000 * factor)
+
+    def test_a_long_header(self):
+        self.check_growth(lambda n: ({"source": self.words(n), "created": self.words(n)},
+                                     [switch()]))
+
+    def test_long_names(self):
+        self.check_growth(lambda n: ({}, [
+            switch(self.words(n), "0x1"), switch(self.words(n) + "x", "0x2", inSubFabric=False)]))
+
+    def test_a_long_reason(self):
+        self.check_growth(lambda n: ({}, [switch(absent={"SMP_NodeInfo": self.words(n)})]))
+
+    def test_many_names(self):
+        self.check_growth(lambda n: ({}, [switch(f"n {i}", hex(i + 1)) for i in range(400 * n)]))
+
+    def test_many_nodes_outside_the_sub_fabric(self):
+        self.check_growth(lambda n: ({}, [
+            switch(f"n{i}", hex(i + 1), inSubFabric=i == 0) for i in range(400 * n)]))
+
+    def test_many_reasons(self):
+        self.check_growth(lambda n: ({}, [
+            switch(f"n{i}", hex(i + 1), absent={"SMP_NodeInfo": f"why {i}"},
+                   ports=[{"num": 1, "state": "DOWN", "absent": {"SMP_PortInfo": f"w {i}"}}])
+            for i in range(400 * n)]))
 
 
 if __name__ == "__main__":

@@ -105,17 +105,21 @@ std::string Cut(std::string_view text, std::size_t width) {
 
 std::vector<std::string> Wrapped(std::string_view text, std::size_t width) {
   std::vector<std::string> lines(1);
+  std::size_t used = 0;  // columns of the last line
   for (std::size_t begin = 0; begin < text.size();) {
     const std::size_t end = std::min(text.find(' ', begin), text.size());
-    const std::string word(text.substr(begin, end - begin));
-    std::string& line = lines.back();
-    if (line.empty()) {
-      line = word;
-    } else if (DisplayWidth(line) + 1 + DisplayWidth(word) <= width || width == 0) {
-      line += ' ' + word;
+    const std::string_view word = text.substr(begin, end - begin);
+    const std::size_t columns = DisplayWidth(word);
+    if (lines.back().empty()) {
+      used = columns;
+    } else if (used + 1 + columns <= width || width == 0) {
+      lines.back() += ' ';
+      used += 1 + columns;
     } else {
-      lines.push_back(word);
+      lines.emplace_back();
+      used = columns;
     }
+    lines.back() += word;
     begin = end + 1;
   }
   return lines;
