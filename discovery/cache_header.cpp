@@ -32,7 +32,7 @@ CacheHeader TakeCacheHeader(CacheCursor& cursor) {
   CacheHeader header;
   header.nodes = cursor.Take<u_int32_t>();
   header.ports = cursor.Take<u_int32_t>();
-  cursor.Take<u_int64_t>();  // GUID of the node where the scan began
+  header.first_node = cursor.Take<u_int64_t>();
   cursor.Take<u_int32_t>();  // hops to the farthest node
   return header;
 }

@@ -14,6 +14,7 @@ namespace fabscan {
 struct CacheHeader {
   u_int32_t nodes = 0;
   u_int32_t ports = 0;
+  u_int64_t first_node = 0;  // GUID of the node where the scan began
 };
 
 inline constexpr std::size_t kCacheHeaderBytes = 28;

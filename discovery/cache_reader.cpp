@@ -25,9 +25,17 @@ constexpr char kNotScanned[] = "a discovery cache contains only the ports that t
 constexpr char kNotInCache[] = "not in the discovery cache: the query had failed";
 constexpr char kNotStored[] = "a discovery cache does not contain it";
 
-// LIDs and masks that the file stores in addition to the attribute data.
+// LIDs and flags that the file stores in addition to the attribute data.
 constexpr std::size_t kNodeLidBytes = 4;
 constexpr std::size_t kPortLidBytes = 4;
+
+/// A LID with its mask, which the file states twice.
+struct Lid {
+  u_int16_t base;
+  u_int8_t mask;
+
+  bool operator==(const Lid& other) const { return base == other.base && mask == other.mask; }
+};
 
 /// A part of the file, known to be complete.
 class Entry {
@@ -39,6 +47,9 @@ class Entry {
     u_int64_t guid = 0;
     std::memcpy(&guid, at_ + offset, sizeof guid);
     return le64toh(guid);
+  }
+  Lid LidAt(std::size_t offset) const {
+    return {static_cast<u_int16_t>(ByteAt(offset) | ByteAt(offset + 1) << 8U), ByteAt(offset + 2)};
   }
   PortKey KeyAt(std::size_t offset) const {
     return {GuidAt(offset), ByteAt(offset + sizeof(u_int64_t))};
@@ -56,6 +67,8 @@ class NodeEntry : public Entry {
  public:
   explicit NodeEntry(CacheCursor& cursor) : Entry(cursor.TakeBytes(kCacheNodeBytes).data()) {}
 
+  Lid SwitchLid() const { return LidAt(0); }
+  u_int8_t HasEnhancedPort0() const { return ByteAt(kEnhancedPort0); }
   std::string_view SwitchInfo() const { return PayloadAt(kSwitchInfo); }
   u_int64_t Guid() const { return GuidAt(kGuid); }
   u_int8_t Type() const { return ByteAt(kType); }
@@ -70,6 +83,7 @@ class NodeEntry : public Entry {
 
  private:
   // Offsets in the entry.
+  static constexpr std::size_t kEnhancedPort0 = 3;
   static constexpr std::size_t kSwitchInfo = kNodeLidBytes;
   static constexpr std::size_t kGuid = kSwitchInfo + std::tuple_size_v<Payload>;
   static constexpr std::size_t kType = kGuid + sizeof(u_int64_t);
@@ -86,12 +100,14 @@ class PortEntry : public Entry {
   explicit PortEntry(const char* at) : Entry(at) {}
 
   PortKey Key() const { return KeyAt(0); }
+  Lid StatedLid() const { return LidAt(kLid); }
   std::string_view Info() const { return PayloadAt(kInfo); }
   u_int64_t NodeGuid() const { return GuidAt(kNodeGuid); }
   u_int8_t HasPeer() const { return ByteAt(kHasPeer); }
   PortKey Peer() const { return KeyAt(kPeer); }
 
   // Offsets in the entry.
+  static constexpr std::size_t kLid = kCachePortKeyBytes + 1;  // after a second port number
   static constexpr std::size_t kInfo = kCachePortKeyBytes + kPortLidBytes;
   static constexpr std::size_t kNodeGuid = kInfo + std::tuple_size_v<Payload>;
   static constexpr std::size_t kHasPeer = kNodeGuid + sizeof(u_int64_t);
@@ -128,6 +144,10 @@ class CacheReader {
     findings_.ports_of_nodes_.reserve(header_.ports);
     CacheCursor cursor(bytes_, kCacheHeaderBytes);
     for (u_int32_t i = 0; i < header_.nodes; ++i) ReadNode(i, cursor);
+    if (header_.nodes != 0 && nodes_.Find(header_.first_node) == nodes_.kNone) {
+      FailAt(kFirstNode, "the scan began at a node that is not in the file, with GUID " +
+                             GuidText(header_.first_node));
+    }
     first_port_ = cursor.offset();
     if (named_ports_ < header_.ports) {
       FailAt(first_port_, "the nodes have fewer ports than the header announces");
@@ -151,6 +171,10 @@ class CacheReader {
     Agree(offset, "GUID", entry.Guid(), info.NodeGUID);
     Agree(offset, "type", entry.Type(), info.NodeType);
     Agree(offset, "number of ports", entry.PortCount(), info.NumPorts);
+    if (entry.IsSwitch()) {
+      const auto switch_info = Decode<SMP_SwitchInfo>(PayloadOf(entry.SwitchInfo()));
+      Agree(offset, "enhanced port 0", entry.HasEnhancedPort0(), switch_info.ENP0, "SwitchInfo");
+    }
     findings_.nodes_.push_back({entry.Guid(), offset, 0});
     if (!nodes_.Insert(entry.Guid(), place)) {
       FailAt(offset, "a second node with GUID " + GuidText(entry.Guid()));
@@ -168,11 +192,31 @@ class CacheReader {
     }
   }
 
-  static void Agree(std::size_t offset, const char* what, u_int64_t node_says,
-                    u_int64_t node_info_says) {
-    if (node_says == node_info_says) return;
-    FailAt(offset, fmt::format("the node's {} is {:#x}, but {:#x} in its NodeInfo", what, node_says,
-                               node_info_says));
+  static void Agree(std::size_t offset, const char* what, u_int64_t node_says, u_int64_t info_says,
+                    const char* info = "NodeInfo") {
+    if (node_says == info_says) return;
+    FailAt(offset, fmt::format("the node's {} is {:#x}, but {:#x} in its {}", what, node_says,
+                               info_says, info));
+  }
+
+  /// A port has the LID of its PortInfo. The LID of a switch is that of its port 0: its other ports
+  /// can state it instead, or none if they were read before port 0.
+  void CheckLid(const NodeEntry& node, u_int32_t place) const {
+    const PortEntry port = PortAt(place);
+    const auto info = Decode<SMP_PortInfo>(PayloadOf(port.Info()));
+    const Lid own = {info.LID, info.LMC};
+    const Lid stated = port.StatedLid();
+    const bool is_outer = node.IsSwitch() && port.Key().number != 0;
+    if (node.IsSwitch() && !is_outer) CheckLid("switch", node.SwitchLid(), own, place);
+    if (is_outer && (stated == node.SwitchLid() || stated == Lid{0, 0})) return;
+    CheckLid("port", stated, own, place);
+  }
+
+  void CheckLid(const char* what, const Lid& stated, const Lid& own, u_int32_t place) const {
+    if (stated == own) return;
+    FailAt(OffsetOf(place),
+           fmt::format("the {}'s LID is {} with mask {}, but {} with mask {} in its PortInfo", what,
+                       stated.base, stated.mask, own.base, own.mask));
   }
 
   void ReadPort(u_int32_t place) {
@@ -257,6 +301,7 @@ class CacheReader {
         AddNotStored(node, key, offset);
       } else {
         taken_[place] = true;
+        CheckLid(entry, place);
         findings_.ports_of_nodes_.push_back({OffsetOf(place)});
       }
     }
@@ -270,6 +315,8 @@ class CacheReader {
     node_of_not_stored_[named] = node.guid;
     findings_.ports_of_nodes_.push_back({offset, 0, 0, false});
   }
+
+  static constexpr std::size_t kFirstNode = 16;  // offset of the GUID in the header
 
   CacheFindings& findings_;
   std::string_view bytes_;

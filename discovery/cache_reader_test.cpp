@@ -270,6 +270,59 @@ TEST(CacheReader, RefusesContradictions) {
   EXPECT_THAT(ErrorOf(twice.Bytes()), EndsWith(": a second node with GUID 0x0000000000000010"));
 }
 
+TEST(CacheReader, RefusesLidsThatContradictEachOther) {
+  CacheBuilder builder;
+  CacheBuilder::Node& node = builder.Add(0x10, IB_SW_NODE, 1, "s");
+  CacheBuilder::Port& zero = builder.AddPort(node, 0);
+  CacheBuilder::Port& one = builder.AddPort(node, 1);
+  CacheBuilder::Node& host = builder.Add(0x20, IB_CA_NODE, 1, "h");
+  CacheBuilder::Port& port = builder.AddPort(host, 1);
+  CacheBuilder::Link(one, port);
+  WriteBits(node.switch_info, 132, 1, 1);
+  WriteBits(zero.info, 128, 16, 0x1234);
+  WriteBits(zero.info, 277, 3, 2);
+  WriteBits(one.info, 128, 16, 9);
+  WriteBits(port.info, 128, 16, 0x5678);
+  WriteBits(port.info, 277, 3, 1);
+  const std::string bytes = builder.Bytes();
+  ASSERT_EQ(ErrorOf(bytes), "no error");
+
+  constexpr std::size_t kOffsetOfLid = 10;  // in a port
+  const std::size_t first_port = bytes.size() - 3 * kPortBytes;
+  const auto error_with = [&bytes](std::size_t offset, char value) {
+    std::string changed = bytes;
+    changed[offset] = value;
+    return ErrorOf(changed);
+  };
+  EXPECT_EQ(error_with(kHeaderBytes, 0x35),
+            "byte 469: the switch's LID is 4661 with mask 2, but 4660 with mask 2 in its PortInfo");
+  EXPECT_EQ(error_with(kHeaderBytes + 2, 3),
+            "byte 469: the switch's LID is 4660 with mask 3, but 4660 with mask 2 in its PortInfo");
+  EXPECT_EQ(error_with(kHeaderBytes + 3, 0),
+            "byte 28: the node's enhanced port 0 is 0x0, but 0x1 in its SwitchInfo");
+  EXPECT_EQ(error_with(first_port + kOffsetOfLid, 0x35),
+            "byte 469: the port's LID is 4661 with mask 2, but 4660 with mask 2 in its PortInfo");
+  EXPECT_EQ(error_with(first_port + kPortBytes + kOffsetOfLid, 0x35),
+            "byte 564: the port's LID is 4661 with mask 2, but 9 with mask 0 in its PortInfo");
+  EXPECT_EQ(error_with(first_port + 2 * kPortBytes + kOffsetOfLid + 1, 0x57),
+            "byte 659: the port's LID is 22392 with mask 1, but 22136 with mask 1 in its PortInfo");
+  EXPECT_EQ(error_with(first_port + 2 * kPortBytes + kOffsetOfLid + 2, 0),
+            "byte 659: the port's LID is 22136 with mask 0, but 22136 with mask 1 in its PortInfo");
+
+  std::string early = bytes;  // read before port 0
+  early.replace(first_port + kPortBytes + kOffsetOfLid, 3, 3, '\0');
+  EXPECT_EQ(ErrorOf(early), "no error");
+}
+
+TEST(CacheReader, RefusesAScanThatBeganAtNoNode) {
+  std::string bytes = CacheBuilder::Sample().Bytes();
+  bytes[16] = 0x77;
+  EXPECT_EQ(ErrorOf(bytes),
+            "byte 16: the scan began at a node that is not in the file, with GUID "
+            "0x0000000000200077");
+  EXPECT_EQ(ErrorOf(CacheBuilder().Bytes()), "no error");
+}
+
 // The ordinary loader writes past the end of its table here.
 TEST(CacheReader, RefusesAPortAboveTheNumberOfPorts) {
   CacheBuilder builder;

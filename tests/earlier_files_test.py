@@ -15,7 +15,7 @@ DEMO = EXAMPLES / "demo.fabscan.jsonl"
 ADAPTER = "0x5a1e0c0000000600"
 CACHE = EXAMPLES.parent / "fuzz/corpus/cache_reader/two_switches_adapter_router.cache"
 
-# Each writes into the directory out.
+# Each writes into the directory out, and prints results.
 COMMANDS = {
     "dump": ("dump", DEMO, "--prefix", "Old", "--output-dir", "out"),
     "dump --buildable": ("dump", DEMO, "--prefix", "Old", "--buildable", "--guid", ADAPTER,
@@ -29,6 +29,8 @@ COMMANDS = {
     "scaffold --prefix": ("scaffold", "--prefix", "Old", "--output-dir", "out"),
     "scaffold SNAPSHOT": ("scaffold", DEMO, "--prefix", "Old", "--output-dir", "out"),
 }
+ALL = {**COMMANDS, "export": ("export", DEMO, "--format", "ibnetdiscover", "--output",
+                              "out/fabric.net")}
 WITH_RESULTS = {**COMMANDS, "check --html --json": (*COMMANDS["check --html"], "--json")}
 
 
@@ -145,7 +147,7 @@ class EarlierFiles(CommandTest):
                     run = self.run_with((*arguments, "--verbose"), **more)
                     self.assert_usual(run, usual, files)
             os.close(closed)
-        self.for_each(COMMANDS, check)
+        self.for_each(ALL, check)
 
     def test_standard_error_takes_some_bytes(self):
         """A pipe with little room that does not block."""
@@ -160,7 +162,7 @@ class EarlierFiles(CommandTest):
                 os.close(ours)
                 os.close(its)
                 self.assert_usual(run, usual, files)
-        self.for_each(COMMANDS, check)
+        self.for_each(ALL, check)
 
     def test_neither_can_be_written(self):
         def check(arguments, _, before):
@@ -171,7 +173,7 @@ class EarlierFiles(CommandTest):
         self.for_each(COMMANDS, check)
 
     def test_one_file_exists(self):
-        for name, arguments in COMMANDS.items():
+        for name, arguments in ALL.items():
             files = self.written_by(arguments)
             for path, text in files.items():
                 if text is None:
@@ -184,7 +186,7 @@ class EarlierFiles(CommandTest):
                     self.assertEqual(files_below(self.folder), before)
 
     def test_one_file_has_become_a_directory(self):
-        for name, arguments in COMMANDS.items():
+        for name, arguments in ALL.items():
             files = self.written_by(arguments)
             last = [path for path, text in files.items() if text is not None][-1]
             self.begin(files, forced=True)
@@ -197,7 +199,7 @@ class EarlierFiles(CommandTest):
                 self.assertEqual(files_below(self.folder), before)
 
     def test_a_file_keeps_its_permissions(self):
-        for name, arguments in COMMANDS.items():
+        for name, arguments in ALL.items():
             files = self.written_by(arguments)
             for mode in (0o600, 0o400, 0o666):
                 with self.subTest(command=name, mode=oct(mode)):

@@ -19,6 +19,20 @@ void Put(std::string& bytes, const Payload& payload) {
   bytes.append(payload.begin(), payload.end());
 }
 
+/// The LID and its mask in a PortInfo, as a cache states them a second time.
+void PutLid(std::string& bytes, const Payload& port_info) {
+  Put(bytes, ReadBits(port_info.data(), {128, 16}), 2);
+  Put(bytes, ReadBits(port_info.data(), {277, 3}), 1);
+}
+
+/// The PortInfo of a switch's port 0; empty if the node has none.
+Payload InfoOfPort0(const CacheBuilder::Node& node) {
+  for (const CacheBuilder::Port& port : node.ports) {
+    if (port.number == 0 && port.is_stored) return port.info;
+  }
+  return {};
+}
+
 void SetState(Payload& port_info, unsigned state, unsigned physical_state) {
   WriteBits(port_info, 260, 4, state);
   WriteBits(port_info, 264, 4, physical_state);
@@ -77,7 +91,8 @@ std::string CacheBuilder::Bytes() const {
   Put(bytes, nodes_.empty() ? 0 : nodes_.front().guid, 8);
   Put(bytes, 2, 4);
   for (const Node& node : nodes_) {
-    Put(bytes, 0, 4);
+    PutLid(bytes, node.type == IB_SW_NODE ? InfoOfPort0(node) : Payload{});
+    Put(bytes, node.type == IB_SW_NODE ? ReadBits(node.switch_info.data(), {132, 1}) : 0, 1);
     Put(bytes, node.switch_info);
     Put(bytes, node.guid, 8);
     Put(bytes, node.type, 1);
@@ -97,7 +112,8 @@ std::string CacheBuilder::Bytes() const {
       if (!port.is_stored) continue;
       Put(bytes, port.guid, 8);
       Put(bytes, port.number, 1);
-      Put(bytes, 0, 4);
+      Put(bytes, 0, 1);
+      PutLid(bytes, node.type == IB_SW_NODE ? InfoOfPort0(node) : port.info);
       Put(bytes, port.info);
       Put(bytes, port.node_guid, 8);
       Put(bytes, port.has_peer ? 1 : 0, 1);

@@ -19,7 +19,7 @@ import sys
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
 
 import command_line
-from earlier_files_test import ADAPTER, COMMANDS, DEMO, comparable, files_below
+from earlier_files_test import ADAPTER, ALL, DEMO, comparable, files_below
 from command_line import DONE, EXAMPLES, FAILED, INCOMPLETE, WRONG_USAGE, CommandTest, main, snapshot, switch
 
 PARTIAL = EXAMPLES / "partial.fabscan.jsonl"
@@ -386,7 +386,7 @@ class EveryCommand(FaultTest):
     commands = {
         name: tuple({DEMO: PARTIAL, ADAPTER: "0x5a1e0c0000000100"}.get(word, word)
                     for word in command)
-        for name, command in COMMANDS.items()}
+        for name, command in ALL.items()}
 
     def files(self, command):
         """The files of an undisturbed run, and its exit status."""

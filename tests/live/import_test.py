@@ -76,6 +76,15 @@ class ImportTest(LiveTestCase):
                          f"expected {len(whole)} bytes\n")
         self.assertFalse((fabric.folder / "imported.jsonl").exists())
 
+    def test_reads_a_fabric_with_lids(self):
+        fabric = self.serve(nets.two_switches(), nets.HERE)
+        for port, lid, mask in ((f'"{nets.HERE}"[1]', 5, 1), (f'"{nets.LEAF}"[0]', 7, 2),
+                                (f'"{nets.LEAF}"[3]', 9, 1), (f'"{nets.ROUTER}"[1]', 12, 3)):
+            fabric.command(f"Baselid {port} {lid} {mask}")
+        self.compare(fabric)
+        info = fabric.snapshot("imported.jsonl").port(nets.HERE, 1)["attributes"]["SMP_PortInfo"]
+        self.assertEqual(info["LID"], 5)
+
     def test_reads_standard_input(self):
         fabric = self.serve(nets.two_switches(), nets.HERE)
         self.save_cache(fabric)
