@@ -16,7 +16,9 @@ namespace {
 /// Checks whether each function has the expected form: a block, an #error line, or neither.
 void CompareOutcomes(const std::map<std::string, ExpectedFunction>& expected, NodeReport& report) {
   for (FunctionResult& function : report.functions) {
-    const Outcome outcome = expected.at(function.name).outcome;
+    const auto rule = expected.find(function.name);
+    if (rule == expected.end()) throw VerificationError(function.name + " has no rule");
+    const Outcome outcome = rule->second.outcome;
     const bool refuses = report.ErrorLineOf(function.name) != nullptr;
     if (refuses && outcome != Outcome::kRefuses) {
       function.differences.emplace_back("refuses to compile, though nothing is missing");
