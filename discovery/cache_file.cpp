@@ -40,11 +40,6 @@ void Append(std::FILE* file, u_int64_t count, FileBytes& bytes, const Progress& 
 FileBytes LoadCache(std::FILE* file, const Progress& progress) {
   FileBytes bytes;
   Append(file, kCacheHeaderBytes, bytes, {});
-  if (IsTopologyText(bytes.view())) {
-    throw CacheError(
-        "is the text output of ibnetdiscover; import reads its cache: run 'ibnetdiscover --cache "
-        "FILE'");
-  }
   CacheCursor cursor(bytes.view());
   // One more byte, to detect a file that is longer than it can be.
   Append(file, MostCacheFileBytes(TakeCacheHeader(cursor)) - kCacheHeaderBytes + 1, bytes,

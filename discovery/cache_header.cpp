@@ -12,13 +12,6 @@ constexpr u_int32_t kVersion = 1;
 
 }  // namespace
 
-bool IsTopologyText(std::string_view bytes) {
-  for (const std::string_view beginning : {"# Topology file", "#\n# Topology file"}) {
-    if (bytes.substr(0, beginning.size()) == beginning) return true;
-  }
-  return false;
-}
-
 CacheHeader TakeCacheHeader(CacheCursor& cursor) {
   const auto magic = cursor.Take<u_int32_t>();
   if (magic == kMagicOfOtherByteOrder) {

@@ -22,9 +22,6 @@ inline constexpr std::size_t kCacheNodeBytes = 207;
 inline constexpr std::size_t kCachePortBytes = 95;
 inline constexpr std::size_t kCachePortKeyBytes = 9;  // listed once more with its node
 
-/// Whether a file that begins with these bytes is the text output of ibnetdiscover.
-bool IsTopologyText(std::string_view bytes);
-
 /// Throws CacheError if this is not a discovery cache, or has another byte order or version.
 CacheHeader TakeCacheHeader(CacheCursor& cursor);
 

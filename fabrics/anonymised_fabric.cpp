@@ -99,6 +99,9 @@ class Copy {
   void AddPort(const IBPort& port, IBNode& node) {
     IBPort& copy = to_.discovered_fabric.makePort(node, port.num);
     copy.port_state = port.port_state;
+    copy.lid = port.lid;
+    copy.link_width = port.link_width;
+    copy.link_speed = port.link_speed;
     if (port.guid != 0) copy.guid = mapping_.Guid(port.guid);
     if (const auto remote = port.getRemotePort()) {
       copy.setRemotePort(RemotePort{mapping_.Guid(remote->node_guid), remote->number});

@@ -142,6 +142,11 @@ class Comparison {
     CompareKey("state", WordValue(kPortStateWords, first->port_state),
                WordValue(kPortStateWords, second->port_state));
     CompareKey("portGuid", GuidOrNothing(first->guid), GuidOrNothing(second->guid));
+    CompareKey("lid", u_int64_t{first->lid}, u_int64_t{second->lid});
+    CompareKey("width", WordValue(kLinkWidthWords, first->link_width),
+               WordValue(kLinkWidthWords, second->link_width));
+    CompareKey("speed", WordValue(kLinkSpeedWords, first->link_speed),
+               WordValue(kLinkSpeedWords, second->link_speed));
     CompareKey("inSubFabric", first->getInSubFabric(), second->getInSubFabric());
     CompareKey("fnm", first->isFNMPort(), second->isFNMPort());
     CompareKey("fnm1", first->isFNM1Port(), second->isFNM1Port());

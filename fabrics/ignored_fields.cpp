@@ -13,10 +13,28 @@ namespace {
 
 /// The keys of nodes and ports that are compared.
 constexpr std::string_view kKeys[] = {
-    "name",  "alternativeName", "guid",       "type", "numPorts",          "inSubFabric",
-    "state", "specialNode",     "opalSwitch", "fnm",  "smpCapabilityMask", "gmpCapabilityMask",
-    "fnm1",  "special",         "absent",     "peer", "portGuid",          "description",
+    "name",
+    "alternativeName",
+    "guid",
+    "type",
+    "numPorts",
+    "inSubFabric",
+    "state",
+    "specialNode",
+    "opalSwitch",
+    "fnm",
+    "smpCapabilityMask",
+    "gmpCapabilityMask",
+    "fnm1",
+    "special",
+    "absent",
+    "peer",
+    "portGuid",
+    "description",
     "extra",
+    "lid",
+    "width",
+    "speed",
 };
 
 void AddFields(std::set<std::string, std::less<>>& to, const RecordTable& table,

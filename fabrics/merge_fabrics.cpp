@@ -22,6 +22,9 @@ std::string ValueText(u_int64_t value) { return fmt::format("{:#x}", value); }
 std::string ValueText(phys_port_t number) { return std::to_string(number); }
 std::string ValueText(IBNodeType type) { return std::string(WordFor(kNodeTypeWords, type)); }
 std::string ValueText(IBPortState state) { return std::string(WordFor(kPortStateWords, state)); }
+std::string ValueText(IBLinkWidth width) { return std::string(WordFor(kLinkWidthWords, width)); }
+std::string ValueText(IBLinkSpeed speed) { return std::string(WordFor(kLinkSpeedWords, speed)); }
+std::string ValueText(u_int16_t lid) { return std::to_string(lid); }
 std::string ValueText(IBSpecialPortType type) {
   return std::string(WordFor(kSpecialNodeWords, type));
 }
@@ -208,6 +211,11 @@ class FabricMerger {
         values_.Join("state", first.port_state, second.port_state, IB_UNKNOWN_PORT_STATE);
     port.guid = values_.Join("portGuid", first.guid, second.guid, u_int64_t{0});
     port.setRemotePort(values_.Join("peer", first.getRemotePort(), second.getRemotePort(), {}));
+    port.lid = values_.Join("lid", first.lid, second.lid, u_int16_t{0});
+    port.link_width =
+        values_.Join("width", first.link_width, second.link_width, IB_UNKNOWN_LINK_WIDTH);
+    port.link_speed =
+        values_.Join("speed", first.link_speed, second.link_speed, IB_UNKNOWN_LINK_SPEED);
     MergeExtra(base, extra, port);
     port.setInSubFabric(first.getInSubFabric() && second.getInSubFabric());
     port.setFNMPort(first.isFNMPort() || second.isFNMPort());

@@ -27,6 +27,17 @@ inline constexpr Word<IBPortState> kPortStateWords[] = {
     {"UNKNOWN", IB_UNKNOWN_PORT_STATE},
 };
 
+inline constexpr Word<IBLinkWidth> kLinkWidthWords[] = {
+    {"1x", IB_LINK_WIDTH_1X}, {"2x", IB_LINK_WIDTH_2X},   {"4x", IB_LINK_WIDTH_4X},
+    {"8x", IB_LINK_WIDTH_8X}, {"12x", IB_LINK_WIDTH_12X}, {"", IB_UNKNOWN_LINK_WIDTH},
+};
+
+inline constexpr Word<IBLinkSpeed> kLinkSpeedWords[] = {
+    {"SDR", IB_LINK_SPEED_SDR}, {"DDR", IB_LINK_SPEED_DDR}, {"QDR", IB_LINK_SPEED_QDR},
+    {"FDR", IB_LINK_SPEED_FDR}, {"EDR", IB_LINK_SPEED_EDR}, {"HDR", IB_LINK_SPEED_HDR},
+    {"NDR", IB_LINK_SPEED_NDR}, {"XDR", IB_LINK_SPEED_XDR}, {"", IB_UNKNOWN_LINK_SPEED},
+};
+
 inline constexpr Word<IBSpecialPortType> kSpecialNodeWords[] = {
     {"AN", IB_SPECIAL_PORT_AN},
     {"ROUTER", IB_SPECIAL_PORT_ROUTER},

@@ -59,6 +59,9 @@ enum PortKey : std::size_t {
   kState,
   kPortGuid,
   kPeer,
+  kLid,
+  kWidth,
+  kSpeed,
   kPortInSubFabric,
   kFnm,
   kFnm1,
@@ -67,9 +70,9 @@ enum PortKey : std::size_t {
   kPortAbsent,
   kPortExtra,
 };
-constexpr std::array<std::string_view, 11> kPortKeys = {
-    "num",  "state",   "portGuid",   "peer",   "inSubFabric", "fnm",
-    "fnm1", "special", "attributes", "absent", "extra"};
+constexpr std::array<std::string_view, 14> kPortKeys = {
+    "num",         "state", "portGuid", "peer",    "lid",        "width",  "speed",
+    "inSubFabric", "fnm",   "fnm1",     "special", "attributes", "absent", "extra"};
 
 enum PeerKey : std::size_t { kPeerGuid, kPeerPort };
 constexpr std::array<std::string_view, 2> kPeerKeys = {"guid", "port"};
@@ -86,7 +89,7 @@ constexpr u_int64_t Keys(std::initializer_list<std::size_t> keys) {
 // The keys that version 1 does not have.
 constexpr u_int64_t kNewHeaderKeys = Keys({kHeaderExtra});
 constexpr u_int64_t kNewNodeKeys = Keys({kDescription, kNodeExtra});
-constexpr u_int64_t kNewPortKeys = Keys({kPortGuid, kPeer, kPortExtra});
+constexpr u_int64_t kNewPortKeys = Keys({kPortGuid, kPeer, kLid, kWidth, kSpeed, kPortExtra});
 
 /// Throws where one of the keys of `wanted` (bit i: key i) was not seen.
 template <class List>
@@ -360,6 +363,15 @@ void LineDecoder::DecodePort(json::object object, IBNode& node) {
         break;
       case kPeer:
         port.setRemotePort(DecodeRemotePort(field.value()));
+        break;
+      case kLid:
+        port.lid = static_cast<u_int16_t>(TakeNumber(field.value(), 16));
+        break;
+      case kWidth:
+        port.link_width = TakeWord(field.value(), kLinkWidthWords);
+        break;
+      case kSpeed:
+        port.link_speed = TakeWord(field.value(), kLinkSpeedWords);
         break;
       case kPortInSubFabric:
         port.setInSubFabric(TakeBool(field.value()));

@@ -127,6 +127,13 @@ class NodeWriter {
       to.Key("state").Word(WordFor(kPortStateWords, port.port_state));
       if (port.guid != 0) to.Key("portGuid").Hex(port.guid, 16);
       if (const auto remote = port.getRemotePort()) PutRemotePort(to, *remote);
+      if (port.lid != 0) to.Key("lid").Number(port.lid);
+      if (port.link_width != IB_UNKNOWN_LINK_WIDTH) {
+        to.Key("width").Word(WordFor(kLinkWidthWords, port.link_width));
+      }
+      if (port.link_speed != IB_UNKNOWN_LINK_SPEED) {
+        to.Key("speed").Word(WordFor(kLinkSpeedWords, port.link_speed));
+      }
       PutWhereNot(to, true, "inSubFabric", port.getInSubFabric());
       PutWhereNot(to, false, "fnm", port.isFNMPort());
       PutWhereNot(to, false, "fnm1", port.isFNM1Port());

@@ -14,10 +14,13 @@
 namespace fabscan {
 
 ExitStatus Tell(const DiscoveryReport& report, const std::string& path) {
-  (IsStandardOutput(path) ? std::cerr : std::cout)
-      << fmt::format("{}: {}, {}; {} of {}\n", OutputName(path), Counted(report.nodes, "node"),
-                     Counted(report.ports, "port"), report.attributes_read,
-                     Counted(report.attributes_asked, "attribute"));
+  std::string text = fmt::format("{}: {}, {}", OutputName(path), Counted(report.nodes, "node"),
+                                 Counted(report.ports, "port"));
+  if (report.attributes_asked != 0) {
+    text += fmt::format("; {} of {}", report.attributes_read,
+                        Counted(report.attributes_asked, "attribute"));
+  }
+  (IsStandardOutput(path) ? std::cerr : std::cout) << text << '\n';
   if (report.complete()) return kDone;
   for (const std::string& gap : report.gaps) PrintWarning(gap);
   PrintWarning(fmt::format("the snapshot is incomplete: {} of {} lack attributes",

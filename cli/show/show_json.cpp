@@ -41,8 +41,7 @@ void WriteModel(JsonResult& json, const Fabscan& fabscan, const IBNode& node) {
   if (!firmware.empty()) json.Text("firmware", firmware);
 }
 
-void WriteLink(JsonResult& json, const IBFabric& fabric, const IBPort& port,
-               const SMP_PortInfo* info) {
+void WriteLink(JsonResult& json, const Fabscan& fabscan, const IBPort& port) {
   if (port.guid != 0) json.Guid("portGuid", port.guid);
   const std::optional<RemotePort> remote = port.getRemotePort();
   if (!remote) return;
@@ -50,12 +49,12 @@ void WriteLink(JsonResult& json, const IBFabric& fabric, const IBPort& port,
   json.BeginObject();
   json.Guid("guid", remote->node_guid);
   json.Count("port", remote->number);
-  if (const IBNode* node = fabric.getNodeByGuid(remote->node_guid)) json.Text("name", node->name);
+  const IBNode* node = fabscan.discovered_fabric.getNodeByGuid(remote->node_guid);
+  if (node != nullptr) json.Text("name", node->name);
   json.EndObject();
-  if (info == nullptr) return;
-  const LinkRate rate = LinkRateOf(*info);
-  if (!rate.width.empty()) json.Text("width", rate.width);
-  if (!rate.speed.empty()) json.Text("speed", rate.speed);
+  const LinkRate rate = LinkRateOf(fabscan, port);
+  if (rate.width != IB_UNKNOWN_LINK_WIDTH) json.Text("width", rate.width_text());
+  if (rate.speed != IB_UNKNOWN_LINK_SPEED) json.Text("speed", rate.speed_text());
 }
 
 }  // namespace
@@ -88,10 +87,8 @@ void ShowJson(const ShownSnapshot& shown) {
       json.BeginObject();
       json.Count("num", port->num);
       json.Text("state", WordFor(kPortStateWords, port->port_state));
-      const SMP_PortInfo* info =
-          shown.fabscan.fabric_extended_info.getSMPPortInfo(port->createIndex);
-      if (info != nullptr) json.Count("lid", info->LID);
-      WriteLink(json, shown.fabscan.discovered_fabric, *port, info);
+      if (const auto lid = LidOf(shown.fabscan, *port)) json.Count("lid", *lid);
+      WriteLink(json, shown.fabscan, *port);
       json.Truth("inSubFabric", port->getInSubFabric());
       json.Truth("fnm", port->isFNMPort());
       json.Truth("fnm1", port->isFNM1Port());

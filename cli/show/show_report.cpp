@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <optional>
 #include <utility>
 
 #include "cli/files/standard_streams.h"
@@ -23,17 +24,16 @@ namespace fabscan {
 
 namespace {
 
-/// The LID of a port; a dash if its PortInfo was not collected.
+/// The LID of a port; a dash if it was not collected.
 std::string LidText(const Fabscan& fabscan, const IBPort& port) {
-  const SMP_PortInfo* info = fabscan.fabric_extended_info.getSMPPortInfo(port.createIndex);
-  return info == nullptr ? "-" : std::to_string(info->LID);
+  const std::optional<u_int16_t> lid = LidOf(fabscan, port);
+  return lid ? std::to_string(*lid) : "-";
 }
 
-/// The width and speed of the port's link; nothing if it is down, or PortInfo was not collected.
+/// The width and speed of the port's link; nothing if it is down.
 LinkRate RateOf(const Fabscan& fabscan, const IBPort& port) {
-  const SMP_PortInfo* info = fabscan.fabric_extended_info.getSMPPortInfo(port.createIndex);
-  const bool is_up = port.num != 0 && port.port_state > IB_PORT_STATE_DOWN;
-  return info == nullptr || !is_up ? LinkRate() : LinkRateOf(*info);
+  return port.num == 0 || port.port_state == IB_PORT_STATE_DOWN ? LinkRate()
+                                                                : LinkRateOf(fabscan, port);
 }
 
 /// A switch has the LID of its port 0; each port of other nodes has its own.
@@ -267,7 +267,8 @@ std::string ShowNode(const Fabscan& fabscan, const IBNode& node, const Terminal&
     const LinkRate rate = RateOf(fabscan, *port);
     table.AddRow({std::to_string(port->num),
                   Cell(std::string(WordFor(kPortStateWords, port->port_state)), style),
-                  LidText(fabscan, *port), std::string(rate.width), std::string(rate.speed),
+                  LidText(fabscan, *port), std::string(rate.width_text()),
+                  std::string(rate.speed_text()),
                   SignCell(counts.AddPort(CollectedOf(fabscan, *port))),
                   RemotePortText(fabscan.discovered_fabric, *port), NotesText(*port)});
   }

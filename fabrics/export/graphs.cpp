@@ -27,7 +27,9 @@ std::vector<std::pair<u_int64_t, std::string>> GraphNodes(const IBFabric& fabric
   return nodes;
 }
 
-std::string RateText(const LinkRate& rate) { return fmt::format("{} {}", rate.width, rate.speed); }
+std::string RateText(const LinkRate& rate) {
+  return fmt::format("{} {}", rate.width_text(), rate.speed_text());
+}
 
 const char* ShapeOf(const IBNode* node) {
   if (node == nullptr) return "plaintext";
@@ -86,8 +88,8 @@ void WriteNodeLinkJson(std::ostream& out, const Fabscan& fabscan) {
                comma, GuidText(link.first.guid), link.first.number, GuidText(link.second.guid),
                link.second.number);
     if (link.rate.gbps() > 0) {
-      fmt::print(out, ",\"width\":\"{}\",\"speed\":\"{}\",\"gbps\":{}", link.rate.width,
-                 link.rate.speed, link.rate.gbps());
+      fmt::print(out, ",\"width\":\"{}\",\"speed\":\"{}\",\"gbps\":{}", link.rate.width_text(),
+                 link.rate.speed_text(), link.rate.gbps());
     }
     fmt::print(out, "}}");
     comma = ",\n";

@@ -70,11 +70,14 @@ class TopologyText {
   void WriteManagementPort(const IBNode& node) {
     const SMP_SwitchInfo* info = store_.getSMPSwitchInfo(node.createIndex);
     const IBPort* port = node.getPort(0);
-    const SMP_PortInfo* port_info =
-        port == nullptr ? nullptr : store_.getSMPPortInfo(port->createIndex);
-    fmt::print(
-        out_, " {} port 0 lid {} lmc {}", info != nullptr && info->ENP0 != 0 ? "enhanced" : "base",
-        port_info == nullptr ? 0 : port_info->LID, port_info == nullptr ? 0 : port_info->LMC);
+    fmt::print(out_, " {} port 0 lid {} lmc {}",
+               info != nullptr && info->ENP0 != 0 ? "enhanced" : "base",
+               port == nullptr ? 0 : LidOf(fabscan_, *port).value_or(0), LmcOf(port));
+  }
+
+  unsigned LmcOf(const IBPort* port) const {
+    const SMP_PortInfo* info = port == nullptr ? nullptr : store_.getSMPPortInfo(port->createIndex);
+    return info == nullptr ? 0 : info->LMC;
   }
 
   void WritePort(const IBNode& node, const IBPort& port) {
@@ -82,7 +85,6 @@ class TopologyText {
     const IBNode* other = fabscan_.discovered_fabric.getNodeByGuid(remote.node_guid);
     const IBPort* there = other == nullptr ? nullptr : other->getPort(remote.number);
     const bool is_switch = node.type == IB_SW_NODE;
-    const SMP_PortInfo* info = store_.getSMPPortInfo(port.createIndex);
 
     fmt::print(out_, "[{}]", port.num);
     if (!is_switch) fmt::print(out_, "({:x}) ", port.guid);
@@ -92,17 +94,12 @@ class TopologyText {
     if (there != nullptr && other->type != IB_SW_NODE) fmt::print(out_, "({:x}) ", there->guid);
     fmt::print(out_, "\t\t#");
     if (!is_switch) {
-      fmt::print(out_, " lid {} lmc {}", info == nullptr ? 0 : info->LID,
-                 info == nullptr ? 0 : info->LMC);
+      fmt::print(out_, " lid {} lmc {}", LidOf(fabscan_, port).value_or(0), LmcOf(&port));
     }
     fmt::print(out_, " \"{}\" lid {}", other == nullptr ? "" : Description(*other),
-               there == nullptr ? 0 : LidOf(fabscan_, *other, *there).value_or(0));
-    if (info != nullptr) {
-      const LinkRate rate = LinkRateOf(*info);
-      if (!rate.width.empty() && !rate.speed.empty()) {
-        fmt::print(out_, " {}{}", rate.width, rate.speed);
-      }
-    }
+               there == nullptr ? 0 : BaseLidOf(fabscan_, *other, *there).value_or(0));
+    const LinkRate rate = LinkRateOf(fabscan_, port);
+    if (rate.gbps() > 0) fmt::print(out_, " {}{}", rate.width_text(), rate.speed_text());
     fmt::print(out_, "\n");
   }
 

@@ -16,12 +16,12 @@ LinkedPort RemoteOf(const IBFabric& fabric, const RemotePort& remote) {
           node == nullptr ? nullptr : node->getPort(remote.number)};
 }
 
-/// As one of the two ports says.
+/// Of the first of the two ports that knows it.
 LinkRate RateOf(const Fabscan& fabscan, const IBPort* port, const IBPort* other) {
   for (const IBPort* end : {port, other}) {
     if (end == nullptr) continue;
-    const SMP_PortInfo* info = fabscan.fabric_extended_info.getSMPPortInfo(end->createIndex);
-    if (info != nullptr) return LinkRateOf(*info);
+    const LinkRate rate = LinkRateOf(fabscan, *end);
+    if (rate.gbps() > 0) return rate;
   }
   return {};
 }
@@ -45,14 +45,6 @@ std::vector<Link> LinksOf(const Fabscan& fabscan) {
     }
   }
   return links;
-}
-
-std::optional<u_int16_t> LidOf(const Fabscan& fabscan, const IBNode& node, const IBPort& port) {
-  const IBPort* managed = node.type == IB_SW_NODE ? node.getPort(0) : &port;
-  if (managed == nullptr) return std::nullopt;
-  const SMP_PortInfo* info = fabscan.fabric_extended_info.getSMPPortInfo(managed->createIndex);
-  if (info == nullptr) return std::nullopt;
-  return info->LID;
 }
 
 }  // namespace fabscan

@@ -3,7 +3,6 @@
 
 #include <infiniband/fabscan/fabscan.h>
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,9 +31,6 @@ struct Link {
 /// Every link once: in natural order of the nodes, then by port; the end that comes first is
 /// `first`.
 std::vector<Link> LinksOf(const Fabscan& fabscan);
-
-/// The base LID of a port; on a switch that of its port 0. Nothing if it was not collected.
-std::optional<u_int16_t> LidOf(const Fabscan& fabscan, const IBNode& node, const IBPort& port);
 
 }  // namespace fabscan
 

@@ -20,7 +20,7 @@ std::string Field(const std::string& text) {
 
 std::string LidField(const Fabscan& fabscan, const LinkedPort& end) {
   if (end.port == nullptr) return {};
-  const auto lid = LidOf(fabscan, *end.node, *end.port);
+  const auto lid = BaseLidOf(fabscan, *end.node, *end.port);
   return lid ? std::to_string(*lid) : std::string();
 }
 
@@ -34,7 +34,7 @@ void WriteLinkTable(std::ostream& out, const Fabscan& fabscan) {
                GuidText(link.first.guid), link.first.number, LidField(fabscan, link.first),
                Field(link.second.node == nullptr ? "" : link.second.name()),
                GuidText(link.second.guid), link.second.number, LidField(fabscan, link.second),
-               link.rate.width, link.rate.speed);
+               link.rate.width_text(), link.rate.speed_text());
   }
 }
 

@@ -79,6 +79,26 @@ class LinksTest(LiveTestCase):
                          if not block.startswith("#")) for text in (ours, theirs)]
         self.assertEqual(*blocks)
 
+    def test_the_text_of_ibnetdiscover_is_imported(self):
+        for net in self.nets():
+            fabric = self.serve(net, "H-5a1e0c0010000000" if len(net.nodes) > 20 else nets.HERE)
+            self.discover(fabric)
+            text = fabric.run(tool("ibnetdiscover")).stdout
+            (fabric.folder / "topology.txt").write_text(text)
+            run = fabric.fabscan("import", "topology.txt", "--output", "imported.jsonl")
+            self.assertEqual((run.returncode, run.stderr), (0, ""))
+            imported = fabric.snapshot("imported.jsonl")
+            self.assertEqual(recorded_links(imported), printed_links(text))
+            for guid, node in fabric.snapshot().nodes.items():
+                same = imported.nodes[guid]
+                for key in ("name", "type", "numPorts", "description"):
+                    self.assertEqual(same[key], node[key])
+            # Written again, it is the same text.
+            run = fabric.fabscan("export", "imported.jsonl", "--format", "ibnetdiscover")
+            again = [sorted(line for line in each.splitlines() if line.startswith(("[", "S", "C", "R")))
+                     for each in (run.stdout, text)]
+            self.assertEqual(*again)
+
     def test_a_moved_cable_comes_first(self):
         net = nets.two_switches()
         before = self.serve(net, nets.HERE)

@@ -36,6 +36,27 @@ enum IBPortState : u_int8_t {
   IB_PORT_STATE_ACTIVE = 4,
 };
 
+enum IBLinkWidth : u_int8_t {
+  IB_UNKNOWN_LINK_WIDTH = 0,
+  IB_LINK_WIDTH_1X = 1,
+  IB_LINK_WIDTH_4X = 2,
+  IB_LINK_WIDTH_8X = 4,
+  IB_LINK_WIDTH_12X = 8,
+  IB_LINK_WIDTH_2X = 16,
+};
+
+enum IBLinkSpeed : u_int8_t {
+  IB_UNKNOWN_LINK_SPEED = 0,
+  IB_LINK_SPEED_SDR,
+  IB_LINK_SPEED_DDR,
+  IB_LINK_SPEED_QDR,
+  IB_LINK_SPEED_FDR,
+  IB_LINK_SPEED_EDR,
+  IB_LINK_SPEED_HDR,
+  IB_LINK_SPEED_NDR,
+  IB_LINK_SPEED_XDR,
+};
+
 enum IBSpecialPortType : u_int8_t {
   IB_SPECIAL_PORT_AN = 1,
   IB_SPECIAL_PORT_ROUTER = 2,
@@ -94,6 +115,12 @@ class IBPort {
 
  public:
   const u_int32_t createIndex;
+
+  // What a topology text reports of a port, whose PortInfo is not known then; 0 otherwise.
+  u_int16_t lid = 0;
+  IBLinkWidth link_width = IB_UNKNOWN_LINK_WIDTH;
+  IBLinkSpeed link_speed = IB_UNKNOWN_LINK_SPEED;
+
   /// 0 if not known. All ports of a switch have the GUID of its port 0.
   u_int64_t guid = 0;
 
