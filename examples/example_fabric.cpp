@@ -122,6 +122,10 @@ void ExampleFabric::Negotiate(const IBPort& one, const IBPort& other) {
   faster.LinkSpeedActive = slower.LinkSpeedActive;
   faster.LinkSpeedExtActive = slower.LinkSpeedExtActive;
   faster.LinkSpeedExtActive2 = slower.LinkSpeedExtActive2;
+  // A port can only use what is enabled.
+  faster.LinkWidthEnabled |= faster.LinkWidthActive;
+  faster.LinkSpeedEnabled |= faster.LinkSpeedActive;
+  faster.LinkSpeedExtEnabled |= faster.LinkSpeedExtActive;
 }
 
 void ExampleFabric::LinkOutside(const char* node, phys_port_t port, phys_port_t other_port) {
