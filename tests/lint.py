@@ -36,17 +36,21 @@ def main():
         commands.setdefault(entry["file"], words)
 
     def command_of(path):
-        """For a file that is not compiled here, the command of another file in its directory."""
+        """For a file that is not compiled here, the command of another file in its directory: the
+        one that includes from most directories."""
         if path in commands: return commands[path]
-        folder = pathlib.Path(path).relative_to(PROJECT).parts[0]
-        neighbour = min(p for p in commands if p.startswith(f"{PROJECT}/{folder}/"))
+        directory = pathlib.Path(path).relative_to(PROJECT).parts[0]
+        neighbours = sorted(p for p in commands if p.startswith(f"{PROJECT}/{directory}/"))
+        neighbour = max(neighbours, key=lambda p: sum(w.startswith("-I") for w in commands[p]))
         return [*commands[neighbour][:-1], path]
 
     def check(name):
         path = str(PROJECT / name)
         mark = clean / digest(command_of(path))
         if mark.exists(): return name, "", False
-        tidy = subprocess.run(["clang-tidy", "--quiet", "-p", build, path], capture_output=True,
+        words = command_of(path)
+        flags = words[1:words.index("-MD") if "-MD" in words else words.index("-o")]
+        tidy = subprocess.run(["clang-tidy", "--quiet", path, "--", *flags], capture_output=True,
                               text=True, check=False)
         if tidy.returncode == 0:
             mark.touch()
