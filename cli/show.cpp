@@ -26,6 +26,7 @@ struct ShowOptions {
   bool json = false;
   bool summary = false;
   bool values = false;
+  bool topology = false;
   std::optional<unsigned> port;
   SnapshotReadOptions reading;
 };
@@ -69,7 +70,10 @@ ExitStatus Show(const ShowOptions& options) {
     if (selected.Has(*node)) shown.nodes.push_back(node);
   }
 
-  if (options.json) {
+  if (options.topology) {
+    std::cout << ShowHead(shown, StandardOutput()) << '\n'
+              << ShowTopology(fabscan, StandardOutput());
+  } else if (options.json) {
     ShowJson(shown);
   } else if (options.values) {
     PrintValues(shown, options.port);
@@ -91,12 +95,17 @@ std::function<ExitStatus()> AddShow(CLI::App& app) {
                                       "Print one line per device model, and the totals");
   CLI::Option* values = app.add_flag("--values", options->values,
                                      "Print the collected values of the nodes and their ports");
+  CLI::Option* topology =
+      app.add_flag("--topology", options->topology,
+                   "Print the levels of the fabric, its groups of switches, and the links between "
+                   "them");
   app.add_option("--port", options->port, "With --values, print only this port")
       ->check(CLI::Range(0, 255).description(""))
       ->needs(values)
       ->type_name("N");
   json->excludes(summary)->excludes(values);
   summary->excludes(values);
+  topology->excludes(json)->excludes(summary)->excludes(values);
   AddReadLimits(app, options->reading);
   app.footer(
       "Without --guid, prints one line per node, and totals; with it, prints each of these nodes "

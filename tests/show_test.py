@@ -347,6 +347,30 @@ class Show(CommandTest):
                                    "SMP_TarnExtPortInfo": 1},
                      "absent": {}}]}]})
 
+    def test_topology(self):
+        run = self.run_command("show", DEMO, "--topology")
+        self.assertEqual((run.returncode, run.stderr), (DONE, ""))
+        self.assertEqual(run.stdout.split("\n\n", 1)[1], """\
+level  switches  ports  down  up  other  down:up  for example
+2             1      2     1   0      0           mgmt-switch-01/U1
+1             1      3     2   0      1           leaf-02/U1
+1             1      4     2   0      1           leaf-01/U1
+1             1      8     2   1      4     5.00  spine-01/U1
+
+levels  links  width  speed
+1 to 2      1  2x     EDR
+1 to 2      1  4x     EDR
+1 to 2      2  4x     HDR
+- to 2      1  4x     HDR
+1 to 1      1  1x     EDR
+1 to 1      1  4x     NDR
+0 to 1      1  2x     EDR
+0 to 1      1  4x     EDR
+0 to 1      1  4x     NDR
+
+level 0: 3 adapters
+""")
+
     def test_counts_agree_with_the_snapshot(self):
         """The result contains every node and every record of the file, and nothing else."""
         result = json.loads(self.run_command("show", DEMO, "--json").stdout)

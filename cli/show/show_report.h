@@ -31,6 +31,8 @@ std::string ShowNode(const Fabscan& fabscan, const IBNode& node, const Terminal&
 /// The collected values of one node and its ports, or of one port.
 std::string ShowValues(const Fabscan& fabscan, const IBNode& node,
                        const std::optional<unsigned>& port, const Terminal& terminal);
+/// Levels, groups of switches that are alike, and links between levels; at most 40 lines.
+std::string ShowTopology(const Fabscan& fabscan, const Terminal& terminal);
 /// One JSON object on standard output.
 void ShowJson(const ShownSnapshot& shown);
 
