@@ -7,6 +7,7 @@
 
 #include "cli/check/check_report.h"
 #include "cli/check/check_result.h"
+#include "cli/check/expected_cabling.h"
 #include "cli/command.h"
 #include "cli/dump/function_body.h"
 #include "cli/files/read_limits.h"
@@ -27,6 +28,7 @@ struct CheckOptions {
   bool summary = false;
   bool json = false;
   std::string html;
+  std::string plan;
   bool force = false;
   SnapshotReadOptions reading;
 };
@@ -61,6 +63,9 @@ void WritePage(const CheckPage& page, const CheckReport& report, const CheckOpti
 }
 
 ExitStatus Check(const CheckOptions& options) {
+  if (!options.plan.empty()) {
+    return CheckCabling(options.snapshot, options.plan, options.json, options.reading);
+  }
   if (IsStandardOutput(options.html) && options.json) {
     throw CommandError(
         "--html - and --json both write to standard output; specify a file for --html",
@@ -100,15 +105,23 @@ std::function<ExitStatus()> AddCheck(CLI::App& app) {
   app.add_option("SNAPSHOT", options->snapshot, "The saved fabric; - is standard input")
       ->required();
   options->nodes.AddTo(app);
-  app.add_flag("--summary", options->summary,
-               "Report only causes, totals and the next step, without the nodes");
+  CLI::Option* summary =
+      app.add_flag("--summary", options->summary,
+                   "Report only causes, totals and the next step, without the nodes");
   app.add_flag("--json", options->json, "Print one JSON object");
-  app.add_option(
-         "--html", options->html,
-         "Write a page for a browser instead: a matrix of nodes and functions, with the text of "
-         "each; a single file that needs no network; - is standard output")
-      ->type_name("FILE");
+  CLI::Option* html =
+      app.add_option("--html", options->html,
+                     "Write a page for a browser instead: a matrix of nodes and functions, with "
+                     "the text of "
+                     "each; a single file that needs no network; - is standard output")
+          ->type_name("FILE");
   app.add_flag("--force", options->force, "Replace an existing page");
+  app.add_option("--expect", options->plan,
+                 "Compare the links with a plan instead: a table as 'export --format csv' writes "
+                 "it, or a snapshot")
+      ->excludes(summary)
+      ->excludes(html)
+      ->type_name("PLAN");
   AddReadLimits(app, options->reading);
   app.footer(
       "Reports what one generated file of the nodes would contain: which functions are blocks, why "
@@ -119,7 +132,9 @@ std::function<ExitStatus()> AddCheck(CLI::App& app) {
       "A large fabric in a few lines\n"
       "  fabscan check fabric.jsonl --summary\n"
       "The whole fabric, to browse\n"
-      "  fabscan check fabric.jsonl --html check.html");
+      "  fabscan check fabric.jsonl --html check.html\n"
+      "The cabling, against a plan; exits 3 if it differs\n"
+      "  fabscan check fabric.jsonl --expect plan.csv");
   return [options] { return Check(*options); };
 }
 

@@ -16,7 +16,8 @@ REPORTS = {
     "show": [("show", DEMO), ("show", PARTIAL)],
     "check": [("check", DEMO), ("check", PARTIAL)],
     "models": [("models", DEMO), ("models", PARTIAL)],
-    "diff": [("diff", DEMO, PARTIAL), ("diff", DEMO, DEMO), ("diff", DEMO, "changed.jsonl")],
+    "cabling": [("check", DEMO, "--expect", "moved.jsonl"), ("check", DEMO, "--expect", DEMO)],
+    "diff": [("diff", DEMO, PARTIAL), ("diff", DEMO, "moved.jsonl"), ("diff", DEMO, DEMO), ("diff", DEMO, "changed.jsonl")],
 }
 
 
@@ -30,6 +31,14 @@ class Reports(CommandTest):
         self.put("changed.jsonl", DEMO.read_text().replace('"state":"ACTIVE"', '"state":"DOWN"', 3)
                  .replace('"numPorts":1,', '"numPorts":2,', 1)
                  .replace('"VendorID":5905932', '"VendorID":5905933', 1))
+
+        # Two crossed cables, and a link that is faster there.
+        ends = [('{"guid":"0x5a1e0c0000000600","port":1}', '{"guid":"0x5a1e0c0000000700","port":2}'),
+                ('{"guid":"0x5a1e0c0000000200","port":3}', '{"guid":"0x5a1e0c0000000300","port":1}')]
+        text = DEMO.read_text()
+        for one, other in ends:
+            text = text.replace(one, "?").replace(other, one).replace("?", other)
+        self.put("moved.jsonl", text.replace('"LinkSpeedExtActive":4', '"LinkSpeedExtActive":8'))
 
     def report(self, *arguments):
         run = self.run_command(*arguments, "--json")
@@ -67,12 +76,12 @@ class Reports(CommandTest):
             yield wrong
         yield {**report, "unknown": 1}
         yield {**report, "fabscan_report": 2}
-        [entries] = [value for value in report.values()
-                     if isinstance(value, list) and value and "name" in value[0]]
+        lists = [key for key, value in report.items() if isinstance(value, list) and value]
+        named = next((key for key in lists if "name" in report[key][0]), lists[0])
         for change in ({"guid": "0x1"}, {"guid": 17}, {"name": None}, {"unknown": 1}):
             wrong = copy.deepcopy(report)
-            key = next(key for key, value in report.items() if value is entries)
-            wrong[key][0].update(change)
+            entry = wrong[named][0]
+            (entry if "name" in entry else entry["end"]).update(change)
             yield wrong
 
     def test_every_key_is_documented(self):
