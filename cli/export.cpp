@@ -55,7 +55,7 @@ std::vector<std::string> FormatNames() {
 std::string Footer() {
   std::string text = "Formats:\n";
   for (const ExportFormat& format : ExportFormats()) {
-    text += fmt::format("  {:<14} {}\n", format.name, format.what);
+    text += fmt::format("{}: {}\n", format.name, format.what);
   }
   return text +
          "Example: serve the topology of a fabric with ibsim\n"
