@@ -15,6 +15,7 @@
 #include "cli/files/standard_streams.h"
 #include "cli/output/counted.h"
 #include "cli/output/json_result.h"
+#include "cli/output/link_text.h"
 #include "cli/output/node_text.h"
 #include "cli/output/report.h"
 #include "cli/terminal/progress.h"
@@ -92,9 +93,6 @@ std::string ValueText(const Difference& difference, const DifferingValue& value)
   }
   return "nothing";
 }
-
-/// `leaf-01/U1[3]`
-std::string EndText(const LinkEnd& end) { return PortText(end.name, end.port); }
 
 class TextReport {
  public:
@@ -203,9 +201,9 @@ class JsonReport {
     json_.Text("change", link.change == LinkDifference::Change::kMoved  ? "moved"
                          : link.change == LinkDifference::Change::kLost ? "lost"
                                                                         : "added");
-    AddEnd("end", link.end);
-    if (link.change != LinkDifference::Change::kAdded) AddEnd("first", link.before);
-    if (link.change != LinkDifference::Change::kLost) AddEnd("second", link.after);
+    WriteEnd(json_, "end", link.end);
+    if (link.change != LinkDifference::Change::kAdded) WriteEnd(json_, "first", link.before);
+    if (link.change != LinkDifference::Change::kLost) WriteEnd(json_, "second", link.after);
     json_.EndObject();
   }
 
@@ -243,15 +241,6 @@ class JsonReport {
   }
 
  private:
-  void AddEnd(std::string_view key, const LinkEnd& end) {
-    json_.Key(key);
-    json_.BeginObject();
-    json_.Text("name", end.name);
-    json_.Guid("guid", end.guid);
-    json_.Count("port", end.port);
-    json_.EndObject();
-  }
-
   void AddValue(std::string_view key, const DifferingValue& value) {
     if (const bool* truth = std::get_if<bool>(&value)) json_.Truth(key, *truth);
     if (const u_int64_t* number = std::get_if<u_int64_t>(&value)) json_.Count(key, *number);

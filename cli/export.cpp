@@ -8,9 +8,7 @@
 #include "cli/files/read_limits.h"
 #include "cli/files/read_snapshot.h"
 #include "cli/files/staged_output.h"
-#include "cli/files/standard_streams.h"
 #include "fabrics/export/formats.h"
-#include "model/links.h"
 
 namespace fabscan {
 
@@ -36,11 +34,7 @@ ExitStatus Export(const ExportOptions& options) {
   StagedOutput output(options.output, options.force);
   Fabscan fabscan;
   ReadSnapshotWithProgress(options.snapshot, fabscan, options.reading);
-  if (!KnowsLinks(fabscan.discovered_fabric)) {
-    throw CommandError(fmt::format(
-        "{}: contains no links, though ports are up; discover or import the fabric again",
-        InputName(options.snapshot)));
-  }
+  RequireLinks(options.snapshot, fabscan);
   format.write(output.stream(), fabscan);
   output.Commit();
   return kDone;

@@ -17,7 +17,7 @@ struct LinkContradiction {
 };
 
 /// The first contradiction, in the order in which the nodes were created. A link is named by both
-/// of its ports, or by one of them if the other is not in the fabric. `is_complete` says of which
+/// of its ports, or by one of them if the other is not in the fabric. `is_complete` tells for which
 /// nodes all ports are there; the ports of others are not compared.
 std::optional<LinkContradiction> FindLinkContradiction(
     const IBFabric& fabric, const std::function<bool(const IBNode&)>& is_complete = {});

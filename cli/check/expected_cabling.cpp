@@ -10,9 +10,8 @@
 #include "cli/files/standard_streams.h"
 #include "cli/output/counted.h"
 #include "cli/output/json_result.h"
-#include "cli/output/node_text.h"
+#include "cli/output/link_text.h"
 #include "fabrics/cabling.h"
-#include "model/links.h"
 #include "snapshot/byte_source.h"
 
 namespace fabscan {
@@ -20,8 +19,6 @@ namespace fabscan {
 namespace {
 
 constexpr std::size_t kMostPlanBytes = std::size_t{64} << 20U;
-
-std::string Text(const LinkEnd& end) { return PortText(end.name, end.port); }
 
 std::string Text(const LinkRate& rate) {
   return fmt::format("{} {}", rate.width_text(), rate.speed_text());
@@ -65,33 +62,27 @@ void ReadPlan(const std::string& path, const SnapshotReadOptions& reading, const
   }
 }
 
-void RequireLinks(const std::string& path, const Fabscan& fabscan) {
-  if (KnowsLinks(fabscan.discovered_fabric)) return;
-  throw CommandError(
-      fmt::format("{}: contains no links, though ports are up; discover or import the fabric again",
-                  InputName(path)));
-}
-
 void PrintText(const CablingDifferences& differences) {
   for (const LinkDifference& link : differences.links) {
     switch (link.change) {
       case LinkDifference::Change::kMoved:
-        std::cout << fmt::format("miswired: {} is linked to {}, planned {}\n", Text(link.end),
-                                 Text(link.after), Text(link.before));
+        std::cout << fmt::format("miswired: {} is linked to {}, planned {}\n", EndText(link.end),
+                                 EndText(link.after), EndText(link.before));
         break;
       case LinkDifference::Change::kLost:
-        std::cout << fmt::format("missing: {} to {}\n", Text(link.end), Text(link.before));
+        std::cout << fmt::format("missing: {} to {}\n", EndText(link.end), EndText(link.before));
         break;
       case LinkDifference::Change::kAdded:
-        std::cout << fmt::format("unexpected: {} to {}\n", Text(link.end), Text(link.after));
+        std::cout << fmt::format("unexpected: {} to {}\n", EndText(link.end), EndText(link.after));
     }
   }
   for (const SlowLink& link : differences.slow) {
-    std::cout << fmt::format("slow: {} to {} uses {}, planned {}\n", Text(link.end),
-                             Text(link.other), Text(link.actual), Text(link.planned));
+    std::cout << fmt::format("slow: {} to {} uses {}, planned {}\n", EndText(link.end),
+                             EndText(link.other), Text(link.actual), Text(link.planned));
   }
   for (const auto& [one, other] : differences.swaps) {
-    std::cout << fmt::format("crossed: exchange the cables in {} and {}\n", Text(one), Text(other));
+    std::cout << fmt::format("crossed: exchange the cables in {} and {}\n", EndText(one),
+                             EndText(other));
   }
   const std::size_t count = differences.links.size() + differences.slow.size();
   if (count == 0) {
@@ -113,17 +104,17 @@ class CablingJson {
       json_.Text("is", link.change == LinkDifference::Change::kMoved  ? "miswired"
                        : link.change == LinkDifference::Change::kLost ? "missing"
                                                                       : "unexpected");
-      AddEnd("end", link.end);
-      if (link.change != LinkDifference::Change::kAdded) AddEnd("planned", link.before);
-      if (link.change != LinkDifference::Change::kLost) AddEnd("actual", link.after);
+      WriteEnd(json_, "end", link.end);
+      if (link.change != LinkDifference::Change::kAdded) WriteEnd(json_, "planned", link.before);
+      if (link.change != LinkDifference::Change::kLost) WriteEnd(json_, "actual", link.after);
       json_.EndObject();
     }
     json_.EndArray();
     json_.BeginObjects("slow");
     for (const SlowLink& link : differences.slow) {
       json_.BeginObject();
-      AddEnd("end", link.end);
-      AddEnd("other", link.other);
+      WriteEnd(json_, "end", link.end);
+      WriteEnd(json_, "other", link.other);
       json_.Text("planned", Text(link.planned));
       json_.Text("actual", Text(link.actual));
       json_.EndObject();
@@ -132,8 +123,8 @@ class CablingJson {
     json_.BeginObjects("crossed");
     for (const auto& [one, other] : differences.swaps) {
       json_.BeginObject();
-      AddEnd("one", one);
-      AddEnd("other", other);
+      WriteEnd(json_, "one", one);
+      WriteEnd(json_, "other", other);
       json_.EndObject();
     }
     json_.EndArray();
@@ -141,15 +132,6 @@ class CablingJson {
   }
 
  private:
-  void AddEnd(std::string_view key, const LinkEnd& end) {
-    json_.Key(key);
-    json_.BeginObject();
-    json_.Text("name", end.name);
-    json_.Guid("guid", end.guid);
-    json_.Count("port", end.port);
-    json_.EndObject();
-  }
-
   JsonResult json_;
 };
 

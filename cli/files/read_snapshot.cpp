@@ -1,7 +1,11 @@
 #include "cli/files/read_snapshot.h"
 
+#include <fmt/format.h>
+
+#include "cli/command.h"
 #include "cli/files/standard_streams.h"
 #include "cli/terminal/progress.h"
+#include "model/links.h"
 
 namespace fabscan {
 
@@ -17,6 +21,13 @@ SnapshotHeader ReadSnapshotWithProgress(const std::string& path, Fabscan& fabsca
     progress.Show(what, done, total, Unit::kBytes);
   };
   return ReadSnapshot(path, fabscan, options);
+}
+
+void RequireLinks(const std::string& path, const Fabscan& fabscan) {
+  if (KnowsLinks(fabscan.discovered_fabric)) return;
+  throw CommandError(
+      fmt::format("{}: contains no links, though ports are up; discover or import the fabric again",
+                  InputName(path)));
 }
 
 }  // namespace fabscan

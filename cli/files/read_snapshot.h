@@ -14,6 +14,9 @@ SnapshotHeader ReadSnapshotWithProgress(const std::string& path, Fabscan& fabsca
                                         const SnapshotReadOptions& limits,
                                         const std::set<u_int64_t>& guids = {});
 
+/// Throws CommandError if ports of the snapshot are up, and it contains no links.
+void RequireLinks(const std::string& path, const Fabscan& fabscan);
+
 }  // namespace fabscan
 
 #endif
