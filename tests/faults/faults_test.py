@@ -571,7 +571,14 @@ class OutOfMemory(OneFileTest):
         files = self.entries("files")
         self.assertEqual(files, ["mydevice_hca_0000_generated.cpp",
                                  "mydevice_sw_0000_generated.cpp"])
+        def begin():
+            for name in files:
+                (folder / name).unlink(missing_ok=True)
+            for name in earlier:
+                (folder / name).write_text(EARLIER)
+
         seen = set()
+        begin()
         for run in self.every_allocation(command=command, **more):
             texts = {name: (folder / name).read_text() for name in self.entries("files")}
             whole = [name for name, text in texts.items() if text.endswith("}\n")]
@@ -583,10 +590,7 @@ class OutOfMemory(OneFileTest):
             else:
                 self.assertTrue(as_before, run.fault)
             seen.add((run.returncode, as_before))
-            for name in files:
-                (folder / name).unlink(missing_ok=True)
-            for name in earlier:
-                (folder / name).write_text(EARLIER)
+            begin()
         self.assertIn((FAILED, True), seen)
 
     def test_one_allocation_of_a_new_and_an_existing_file_fails(self):
