@@ -4,6 +4,7 @@ each earlier file as it was and adds none; a standard error that cannot be writt
 import fcntl
 import os
 import re
+import resource
 import signal
 import subprocess
 
@@ -52,11 +53,14 @@ class EarlierFiles(CommandTest):
         super().setUp()
         self.out = self.folder / "out"
 
-    def run_with(self, arguments, stdout=subprocess.PIPE, stderr=subprocess.PIPE, close=()):
+    def run_with(self, arguments, stdout=subprocess.PIPE, stderr=subprocess.PIPE, close=(),
+                 open_files=None):
         def prepare():
             signal.signal(signal.SIGPIPE, signal.SIG_DFL)
             for number in close:
                 os.close(number)
+            if open_files is not None:
+                resource.setrlimit(resource.RLIMIT_NOFILE, (open_files, open_files))
         return subprocess.run([command_line._command, *map(str, arguments)], cwd=self.folder,
                               stdin=subprocess.DEVNULL, stdout=stdout, stderr=stderr,
                               preexec_fn=prepare, timeout=120, check=False)
@@ -171,6 +175,19 @@ class EarlierFiles(CommandTest):
             self.assertEqual(run.returncode, FAILED)
             self.assertEqual(files_below(self.folder), before)
         self.for_each(COMMANDS, check)
+
+    def test_few_files_may_be_open(self):
+        """Either the command fails, or it does all that it usually does."""
+        def check(arguments, files, _):
+            for limit in (4, 5, 6):  # with fewer, no library can be loaded
+                before = self.begin(files, "--force" in arguments)
+                run = self.run_with(arguments, open_files=limit)
+                if run.returncode == FAILED:
+                    self.assertEqual(files_below(self.folder), before, run.stderr)
+                else:
+                    self.assertIn(run.returncode, (DONE, INCOMPLETE), run.stderr)
+                    self.assertEqual(comparable(files_below(self.out)), comparable(files))
+        self.for_each(ALL, check)
 
     def test_one_file_exists(self):
         for name, arguments in ALL.items():
