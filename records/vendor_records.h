@@ -224,6 +224,7 @@ RECORD(SMP_TarnExtPortInfo) = {
     DUMPED(HDRFECModeSupported),
     DUMPED(NDRFECModeSupported),
     DUMPED(XDRFECModeSupported),
+    KEPT(  LinkSpeedEnabled),
 };};
 
 #undef IDENTIFYING

@@ -207,6 +207,7 @@ is_fnm_port                 1
 HDRFECModeSupported         0x000c
 NDRFECModeSupported         0x001c
 XDRFECModeSupported         0x0000
+LinkSpeedEnabled            0x00
 """
 
 

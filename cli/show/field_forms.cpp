@@ -146,6 +146,7 @@ const std::vector<FieldForm>& AllFieldForms() {
       {"SMP_TarnExtPortInfo", "HDRFECModeSupported", kHexadecimal},
       {"SMP_TarnExtPortInfo", "NDRFECModeSupported", kHexadecimal},
       {"SMP_TarnExtPortInfo", "XDRFECModeSupported", kHexadecimal},
+      {"SMP_TarnExtPortInfo", "LinkSpeedEnabled", kHexadecimal},
       {"WrenReductionPortInfo", "capability_mask", kHexadecimal},
       {"WrenReductionCounters", "counter_select", kHexadecimal},
       {"WrenPushReductionCounters", "counter_select", kHexadecimal},

@@ -403,6 +403,7 @@ struct SMP_TarnExtPortInfo {
   u_int16_t HDRFECModeSupported;
   u_int16_t NDRFECModeSupported;
   u_int16_t XDRFECModeSupported;
+  u_int8_t LinkSpeedEnabled;
 };
 
 /// Reduction capabilities and configuration of a port.
