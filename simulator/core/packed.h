@@ -13,6 +13,11 @@ struct Packed {
   u_int8_t bytes[PackedBytes(TableOf<Record>::value)] = {};
 };
 
+/// Called, unless null, with each record before it is packed into `bytes`: packing truncates values
+/// that do not fit their fields.
+using PackObserver = void (*)(const RecordTable& table, const void* record, const u_int8_t* bytes);
+inline PackObserver pack_observer = nullptr;
+
 }  // namespace fabscan::simulator
 
 #endif

@@ -9,7 +9,7 @@ namespace fabscan::simulator {
 
 namespace {
 
-/// The size of the ports' partition key tables, set by generated files, compared as a separate
+/// The size of the ports' partition key tables, set by generated files, is compared as a separate
 /// field.
 constexpr char kPkeyTables[] = "portPkeyTable";
 constexpr char kPkeyEntries[] = "entries";
@@ -90,20 +90,26 @@ void CompareStorage(const Storage& before, const Storage& after, const Assignmen
   }
 }
 
-std::size_t PkeyEntries(const Node& node, std::size_t port) {
-  return node.portPkeyTable[port].size();
-}
-
-void ComparePkeyTables(const Node& before, const Node& after, const Assignments& assigned,
-                       Differences& differences) {
-  const u_int64_t* entries = Find(assigned, kPkeyTables, kPkeyEntries);
-  for (std::size_t port = 0; port < after.portPkeyTable.size(); ++port) {
-    const u_int64_t should = entries != nullptr ? *entries : PkeyEntries(before, port);
-    if (PkeyEntries(after, port) == should) continue;
-    differences[kPkeyTables] = "of port " + std::to_string(port) + " has " +
-                               std::to_string(PkeyEntries(after, port)) + " entries, should have " +
-                               std::to_string(should);
+/// The first difference in the tables. A table that is resized keeps the entries that fit; new ones
+/// are zero.
+std::string PkeyDifference(const Node& before, const Node& after, const u_int64_t* entries) {
+  const auto has = [](std::size_t is, std::size_t should, const char* what) {
+    return "has " + std::to_string(is) + what + ", should have " + std::to_string(should);
+  };
+  const std::size_t ports = before.portPkeyTable.size();
+  if (after.portPkeyTable.size() != ports) return has(after.portPkeyTable.size(), ports, " ports");
+  for (std::size_t port = 0; port < ports; ++port) {
+    const std::string of_port = "of port " + std::to_string(port) + ' ';
+    const std::vector<u_int16_t>& is = after.portPkeyTable[port];
+    std::vector<u_int16_t> should = before.portPkeyTable[port];
+    if (entries != nullptr) should.resize(static_cast<std::size_t>(*entries));
+    if (is.size() != should.size()) return of_port + has(is.size(), should.size(), " entries");
+    const auto wrong = std::mismatch(is.begin(), is.end(), should.begin());
+    if (wrong.first == is.end()) continue;
+    return of_port + "has " + Hex(*wrong.first) + " at index " +
+           std::to_string(wrong.first - is.begin()) + ", should have " + Hex(*wrong.second);
   }
+  return {};
 }
 
 }  // namespace
@@ -113,17 +119,27 @@ void Compare(Node& before, Node& after, const Assignments& assigned, Differences
   const std::vector<Storage> new_storages = StoragesOf(after);
   Assignments unseen = assigned;
   unseen.erase(kPkeyTables);
-  auto old_storage = old_storages.begin();
+  std::map<std::string, const Storage*> old_by_name;
+  for (const Storage& storage : old_storages) old_by_name[storage.name] = &storage;
   for (const Storage& storage : new_storages) {
     unseen.erase(storage.name);
-    if (old_storage != old_storages.end() && old_storage->name == storage.name) {
-      CompareStorage(*old_storage++, storage, assigned, differences);
-    } else {
+    const auto old_storage = old_by_name.find(storage.name);
+    if (old_storage == old_by_name.end()) {
       differences[storage.name] = "came to be, though the node kept none";
+    } else {
+      CompareStorage(*old_storage->second, storage, assigned, differences);
+      old_by_name.erase(old_storage);
     }
   }
+  for (const auto& lost : old_by_name) differences[lost.first] = "is lost, though the node kept it";
   for (const auto& missing : unseen) differences[missing.first] = "is nothing that the node keeps";
-  ComparePkeyTables(before, after, assigned, differences);
+  if (after.numPorts != before.numPorts) {
+    differences["numPorts"] = "is " + std::to_string(after.numPorts) + ", should have stayed " +
+                              std::to_string(before.numPorts);
+  }
+  const std::string pkeys =
+      PkeyDifference(before, after, Find(assigned, kPkeyTables, kPkeyEntries));
+  if (!pkeys.empty()) differences[kPkeyTables] = pkeys;
 }
 
 }  // namespace fabscan::simulator

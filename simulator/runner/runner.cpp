@@ -13,6 +13,7 @@
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <sstream>
 #include <stdexcept>
 
 #include "comparison.h"
@@ -62,7 +63,43 @@ Node MakeNode(const UnitExpectations& expected, u_int8_t flip) {
     }
   }
   node.resizePortPkeyTable(flip == 0 ? 3 : 5);
+  for (auto& table : node.portPkeyTable) {
+    for (u_int16_t& key : table) key = static_cast<u_int16_t>(PatternByte(position++) + 1);
+  }
   return node;
+}
+
+/// A value that was about to be packed into a field that cannot hold it.
+struct Truncated {
+  const u_int8_t* bytes;
+  std::string record;
+  std::string field;
+  u_int64_t value;
+  unsigned width;
+};
+std::vector<Truncated> truncated;
+
+void NoteTruncated(const RecordTable& table, const void* record, const u_int8_t* bytes) {
+  ForEachNumber(table, [&](const Number& number) {
+    const u_int64_t value = number.Load(record);
+    const unsigned width = number.place.bits;
+    if (width == 64 || value >> width == 0) return;
+    truncated.push_back({bytes, std::string(table.name), number.path(), value, width});
+  });
+}
+
+void ReportTruncated(Node& node, Differences& differences) {
+  const std::vector<Storage> storages = StoragesOf(node);
+  for (const Truncated& each : truncated) {
+    const auto storage = std::find_if(storages.begin(), storages.end(),
+                                      [&](const Storage& one) { return one.bytes == each.bytes; });
+    const std::string& name = storage != storages.end() ? storage->name : each.record;
+    std::ostringstream how;
+    how << "is assigned 0x" << std::hex << each.value << ", which its " << std::dec << each.width
+        << "-bit field cannot hold";
+    differences.emplace(name + '.' + each.field, how.str());
+  }
+  truncated.clear();
 }
 
 std::size_t CountFields(const Assignments& assigned) {
@@ -77,10 +114,13 @@ bool Run(const Unit& unit, const UnitExpectations& expected) {
     Node node = MakeNode(expected, flip);
     for (const Setter& setter : unit.setters) {
       Node before = node;
+      pack_observer = NoteTruncated;
       setter.call(node);
+      pack_observer = nullptr;
       const auto assigned = expected.functions.find(setter.name);
       Compare(before, node, assigned == expected.functions.end() ? Assignments{} : assigned->second,
               differences[setter.name]);
+      ReportTruncated(node, differences[setter.name]);
     }
   }
 

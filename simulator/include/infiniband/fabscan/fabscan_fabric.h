@@ -18,7 +18,10 @@ typedef u_int8_t phys_port_t;
     fabscan::UnpackRecord(fabscan::TableOf<Record>::value, bytes, record); \
   }                                                                        \
   inline void Record##_pack(const Record* record, u_int8_t* bytes) {       \
-    fabscan::PackRecord(fabscan::TableOf<Record>::value, record, bytes);   \
+    const auto& table = fabscan::TableOf<Record>::value;                   \
+    const auto observe = fabscan::simulator::pack_observer;                \
+    if (observe != nullptr) observe(table, record, bytes);                 \
+    fabscan::PackRecord(table, record, bytes);                             \
   }
 // NOLINTEND(bugprone-macro-parentheses)
 SIMULATOR_ATTRIBUTES(FABSCAN_RECORD, SIMULATOR_NOTHING, FABSCAN_RECORD, FABSCAN_RECORD,
