@@ -7,6 +7,12 @@
 
 #include "../core/device.h"
 
+// A value that its member cannot hold would be truncated before anyone sees it.
+#pragma GCC diagnostic error "-Woverflow"
+#ifdef __clang__
+#pragma clang diagnostic error "-Wconstant-conversion"
+#endif
+
 namespace fabscan::simulator {
 
 // NOLINTNEXTLINE(bugprone-macro-parentheses): one more term of the sum

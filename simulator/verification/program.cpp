@@ -2,9 +2,12 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <set>
 #include <sstream>
 #include <system_error>
 
+#include "fabscan/generated_functions.h"
 #include "simulator/verification/expected_values.h"
 #include "simulator/verification/process.h"
 #include "simulator/verification/simulator_sources.h"
@@ -62,7 +65,7 @@ std::map<std::string, std::vector<FunctionResult>> ReadResults(const std::string
   std::ifstream file(path);
   std::string line;
   while (std::getline(file, line)) {
-    if (line == "done") return results;
+    if (line == "done" && !std::getline(file, line)) return results;
     const std::vector<std::string> words = Split(line);
     if (words.size() == 2 && words[0] == "unit") {
       unit = &results[words[1]];
@@ -75,6 +78,16 @@ std::map<std::string, std::vector<FunctionResult>> ReadResults(const std::string
     }
   }
   throw VerificationError(path + ": the compiled program did not finish its report");
+}
+
+/// A program that ends before its functions were called has nothing to report.
+void RequireEveryFunction(const std::vector<FunctionResult>& results, const std::string& unit) {
+  std::set<std::string> names;
+  for (const FunctionResult& function : results) names.insert(function.name);
+  constexpr std::size_t kAll = std::size(generator::kGeneratedFunctions);
+  if (results.size() == kAll && names.size() == kAll) return;
+  throw VerificationError("the compiled program reported " + std::to_string(names.size()) + " of " +
+                          std::to_string(kAll) + " functions of " + unit);
 }
 
 }  // namespace
@@ -125,20 +138,23 @@ std::map<std::string, std::vector<FunctionResult>> Workspace::Run(
                             "; use --keep with a directory that allows execution");
   }
   if (end.signal != 0) {
-    throw VerificationError("the compiled program was killed by signal " +
-                            std::to_string(end.signal));
+    throw VerificationError(
+        "the compiled program was killed by signal " + std::to_string(end.signal),
+        FirstLines(errors));
   }
   if (end.status > 1) {
     throw VerificationError("the compiled program failed", FirstLines(errors));
   }
-  return ReadResults(report);
+  auto results = ReadResults(report);
+  for (const Device& device : devices) RequireEveryFunction(results[device.prefix], device.prefix);
+  return results;
 }
 
 void Workspace::compile(const std::vector<std::string>& words, const std::string& log) const {
-  // Generated files initialise only the first member of a record; compiler warnings about that do
-  // not matter here. The standard include directories are those of an installed simulator.
-  std::vector<std::string> call = {compiler_.command, "-std=" + compiler_.standard, "-w", "-I",
-                                   folder_ + "/include"};
+  // The standard include directories are those of an installed simulator. With assertions, a
+  // generated loop that passes the last port ends the program.
+  std::vector<std::string> call = {compiler_.command, "-std=" + compiler_.standard,
+                                   "-D_GLIBCXX_ASSERTIONS", "-I", folder_ + "/include"};
   call.insert(call.end(), words.begin(), words.end());
   const std::string errors = log + ".compiler";
   const ProcessEnd end = RunProcess(call, log + ".output", errors);
