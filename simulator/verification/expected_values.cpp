@@ -6,6 +6,18 @@
 
 namespace fabscan {
 
+std::string ExpectedClassOf(const IBNode& node) {
+  switch (node.type) {
+    case IB_SW_NODE:
+      return "SW";
+    case IB_RTR_NODE:
+      return "RTR";
+    default:
+      if (!node.isSpecialNode()) return "HCA";
+      return node.getSpecialNodeType() == IB_SPECIAL_PORT_AN ? "AN" : "Unknown";
+  }
+}
+
 std::map<std::string, ExpectedFunction> ExpectedFunctionsOf(const Fabscan& fabscan,
                                                             const IBNode& node) {
   const RuleContext context(fabscan, node);

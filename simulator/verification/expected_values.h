@@ -6,6 +6,7 @@
 #include <map>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "simulator/runner/expectations.h"
 
@@ -21,7 +22,13 @@ enum class Outcome {
 struct ExpectedFunction {
   Outcome outcome = Outcome::kLeaves;
   simulator::Assignments values;  // only where it assigns
+  /// Beginnings of the lines that do not compile as written, in order. Of branches that need
+  /// braces, only the first line counts.
+  std::vector<std::string> edited_lines = {};
 };
+
+/// The class of simulated nodes that the node is dumped as: SW, RTR, HCA, AN or Unknown.
+std::string ExpectedClassOf(const IBNode& node);
 
 /// What the 22 functions that a fabric's node is dumped as must do to the simulated node: the rules
 /// of the generated file told once more, from the store's records alone. Nothing is shared with the

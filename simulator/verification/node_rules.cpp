@@ -144,10 +144,15 @@ ExpectedFunction CongestionSwitchGeneralSettings(const RuleContext& context) {
 /// The edited file assigns RedirectGID as its two words.
 ExpectedFunction ReductionManagerClassPortInfo(const RuleContext& context) {
   if (!context.IsSwitch() || !context.SupportsSmp(kWrenReductionManagement)) return Leaves();
-  return Copies(context.store().getWrenClassPortInfo(context.node().createIndex), Outcome::kRefuses,
-                "wren_rma_class_port_info",
-                "CapMsk CapMsk2 ClassVersion BaseVersion RespTimeValue RedirectGID RedirectFL "
-                "RedirectSL RedirectTC RedirectPKey RedirectLID RedirectQP RedirectQKey");
+  ExpectedFunction function =
+      Copies(context.store().getWrenClassPortInfo(context.node().createIndex), Outcome::kRefuses,
+             "wren_rma_class_port_info",
+             "CapMsk CapMsk2 ClassVersion BaseVersion RespTimeValue RedirectGID RedirectFL "
+             "RedirectSL RedirectTC RedirectPKey RedirectLID RedirectQP RedirectQKey");
+  if (function.outcome == Outcome::kAssigns) {
+    function.edited_lines = {"mad_buffer.RedirectGID = 0x0x"};
+  }
+  return function;
 }
 
 ExpectedFunction ReductionInfo(const RuleContext& context) {

@@ -160,7 +160,10 @@ ExpectedFunction PushReductionCounters(const RuleContext& context) {
                : nullptr;
   });
   if (ports.regular == nullptr || ports.marked.empty()) return Refuses();
-  ExpectedFunction function{Outcome::kAssigns, {}};
+  ExpectedFunction function{
+      Outcome::kAssigns,
+      {},
+      {"case " + std::to_string(ports.marked.begin()->first) + ":", "SMP_TarnExtPortInfo_pack("}};
   // If two records name the same counters, the last port in the file wins.
   for (unsigned port = 1; port <= context.node().numPorts; ++port) {
     const auto marked = ports.marked.find(port);

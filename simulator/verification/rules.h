@@ -38,7 +38,7 @@ class RuleContext {
 };
 
 inline ExpectedFunction Leaves() { return {Outcome::kLeaves, {}}; }
-inline ExpectedFunction Refuses() { return {Outcome::kRefuses, {}}; }
+inline ExpectedFunction Refuses() { return {Outcome::kRefuses, {}, {"#error "}}; }
 
 /// The record's fields by the names that generated code gives them.
 inline std::map<std::string, u_int64_t> ValuesOf(const RecordTable& table, const void* record) {
@@ -73,7 +73,7 @@ void Expect(simulator::Assignments& values, const std::string& storage, const Re
 template <class Record>
 ExpectedFunction Copies(const Record* record, Outcome without, const std::string& storage,
                         std::string_view fields) {
-  if (record == nullptr) return {without, {}};
+  if (record == nullptr) return without == Outcome::kRefuses ? Refuses() : Leaves();
   ExpectedFunction function{Outcome::kAssigns, {}};
   Expect(function.values, storage, *record, fields);
   return function;

@@ -13,17 +13,45 @@ namespace fabscan {
 
 namespace {
 
-/// Checks whether each function has the expected form: a block, an #error line, or neither.
+/// The lines of the function that do not compile as written.
+std::vector<std::string> EditedLinesOf(const std::string& function, const NodeReport& report) {
+  std::vector<std::string> lines;
+  for (const SourceEdit& edit : report.edits) {
+    if (edit.function == function) lines.push_back(edit.text);
+  }
+  return lines;
+}
+
+bool AllBeginWith(const std::vector<std::string>& lines,
+                  const std::vector<std::string>& beginnings) {
+  return std::equal(lines.begin(), lines.end(), beginnings.begin(), beginnings.end(),
+                    [](const std::string& line, const std::string& beginning) {
+                      return line.compare(0, beginning.size(), beginning) == 0;
+                    });
+}
+
+std::string Listed(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += (text.empty() ? "'" : ", '") + line + "'";
+  return text.empty() ? "none" : text;
+}
+
+/// Checks whether each function has the expected form: a block, an #error line, or neither, and
+/// only the lines that are known not to compile.
 void CompareOutcomes(const std::map<std::string, ExpectedFunction>& expected, NodeReport& report) {
   for (FunctionResult& function : report.functions) {
     const auto rule = expected.find(function.name);
     if (rule == expected.end()) throw VerificationError(function.name + " has no rule");
-    const Outcome outcome = rule->second.outcome;
+    const auto& [outcome, values, expected_lines] = rule->second;
     const bool refuses = report.ErrorLineOf(function.name) != nullptr;
+    const std::vector<std::string> lines = EditedLinesOf(function.name, report);
     if (refuses && outcome != Outcome::kRefuses) {
       function.differences.emplace_back("refuses to compile, though nothing is missing");
     } else if (!refuses && outcome == Outcome::kRefuses) {
       function.differences.emplace_back("compiles, though its data is missing");
+    } else if (!AllBeginWith(lines, expected_lines)) {
+      function.differences.emplace_back("has other lines to edit than expected: " + Listed(lines) +
+                                        "; should begin with: " + Listed(expected_lines));
     }
   }
 }
@@ -81,11 +109,14 @@ std::vector<NodeReport> Verify(const Workspace& workspace, const std::string& pr
     }
     BuildableSource source = MakeBuildable(node.text, fabscan);
     expected.push_back(ExpectedFunctionsOf(fabscan, *node.node));
-    std::string class_name;
+    const std::string class_name = ExpectedClassOf(*node.node);
     for (const auto& function : expected.back()) {
-      class_name = ClassThatDefines(function.first, node);
-      if (!class_name.empty()) continue;
-      throw VerificationError("the generated file defines no " + function.first);
+      const std::string defined = ClassThatDefines(function.first, node);
+      if (defined == class_name) continue;
+      throw VerificationError(defined.empty()
+                                  ? "the generated file defines no " + function.first
+                                  : "the generated file defines " + function.first + " for " +
+                                        defined + ", but the node is dumped as " + class_name);
     }
     devices.push_back({node.prefix, class_name, std::move(source.text),
                        ExpectationsOf(node.prefix, *node.node, expected.back())});
