@@ -10,6 +10,9 @@
 
 namespace fabscan::generator {
 
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ || __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__,
+              "the digits of a number are written in the order of its bytes");
+
 /// Writes the digits of `value`, lower-case and without leading zeros, and returns their end. All
 /// of `kMostHexDigits` bytes may be overwritten. All digits at a time, one in each byte.
 inline constexpr std::size_t kMostHexDigits = 16;
@@ -17,7 +20,8 @@ inline char* PutHex(char* at, u_int64_t value) {
   using Pairs = signed char __attribute__((vector_size(8)));
   using Digits = signed char __attribute__((vector_size(kMostHexDigits)));
   const auto count = static_cast<unsigned>(67 - __builtin_clzll(value | 1U)) / 4;
-  const u_int64_t first = __builtin_bswap64(value << (64 - 4 * count));
+  const u_int64_t left = value << (64 - 4 * count);
+  const u_int64_t first = __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__ ? left : __builtin_bswap64(left);
   const u_int64_t halves[] = {(first >> 4U) & 0x0f0f0f0f0f0f0f0fU, first & 0x0f0f0f0f0f0f0f0fU};
   Pairs high;
   Pairs low;

@@ -1,6 +1,7 @@
 #ifndef FABSCAN_SNAPSHOT_NUMBER_TEXT_H
 #define FABSCAN_SNAPSHOT_NUMBER_TEXT_H
 
+#include <endian.h>
 #include <sys/types.h>
 
 #include <algorithm>
@@ -82,7 +83,7 @@ inline char* PutHex(char* at, u_int64_t value, unsigned digits = 1) {
   const unsigned count = std::max(significant, digits);
   value <<= 64 - 4 * count;
   for (unsigned i = 0; i < count; i += 2) {
-    PutPair(at + i, kHexPairs[value >> 56U]);
+    PutPair(at + i, kHexPairs[static_cast<std::size_t>(value >> 56U)]);
     value <<= 8U;
   }
   at[count] = '"';
@@ -92,9 +93,7 @@ inline char* PutHex(char* at, u_int64_t value, unsigned digits = 1) {
 // ---------- Parsing ----------
 
 // Most bytes of a large snapshot are hexadecimal digits, so they are parsed in groups of eight:
-// each byte of a word is one digit.
-
-static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the first digit is the lowest byte");
+// each byte of a word is one digit, the first digit the lowest byte.
 
 /// The number of eight hexadecimal digits. Sets `valid` to false if one is not a digit.
 inline u_int64_t EightHexDigits(u_int64_t digits, bool& valid) {
@@ -117,6 +116,7 @@ inline u_int64_t EightHexDigits(u_int64_t digits, bool& valid) {
 inline u_int64_t UpToEightHexDigits(const char* at, std::size_t count, bool& valid) {
   u_int64_t digits = 0;
   std::memcpy(&digits, at, sizeof digits);
+  digits = le64toh(digits);
   if (count < 8) {
     // Shifts the digits to the end of the word, after zeros.
     digits <<= 8 * (8 - count);
