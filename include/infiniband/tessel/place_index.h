@@ -57,7 +57,7 @@ class PlaceIndex {
 
   /// The slot of the key, or the free slot for it.
   std::size_t SlotOf(const Key& key) const {
-    std::size_t i = HashOf(key) & (slots_.size() - 1);
+    std::size_t i = static_cast<std::size_t>(HashOf(key)) & (slots_.size() - 1);
     while (slots_[i].place != kNone && !(slots_[i].key == key)) i = (i + 1) & (slots_.size() - 1);
     return i;
   }
