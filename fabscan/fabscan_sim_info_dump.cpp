@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <cctype>
 #include <fstream>
 #include <string_view>
 
@@ -34,8 +33,11 @@ constexpr Template kLastFunctionEnd(R"(
 }
 )");
 
+/// Whatever the locale of the program.
 std::string LowerCased(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<signed char>(c)));
+  for (char& c : text) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
   return text;
 }
 
@@ -102,6 +104,7 @@ int SimInfoDumpCPP::Generate(const std::string& prefix, const std::set<uint64_t>
   ChunkedBuffer chunks(file);
   std::ostream out(&chunks);
   out.exceptions(file.exceptions());
+  out.imbue(file.getloc());
   WriteHostLine(out);
   PrintIncludes(out, name);
 

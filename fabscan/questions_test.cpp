@@ -12,6 +12,7 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <locale>
 #include <sstream>
 #include <string>
 #include <tuple>
@@ -475,6 +476,27 @@ TEST_F(Facade, IsNotAskedToCloseWhenAnEmitterThrows) {
   const std::string last = "void MyDev::SW::setPortInfo() {\n";
   ASSERT_GE(text.size(), last.size());
   EXPECT_EQ(text.substr(text.size() - last.size()), last);
+}
+
+// Its lines end alike, whether they go to the file or are collected before; but for the header,
+// which is not the generator's.
+TEST_F(Facade, GivesItsStreamTheLocaleOfAllLines) {
+  struct Marked : std::ctype<char> {
+    char do_widen(char c) const override { return c == '\n' ? '|' : c; }
+    const char* do_widen(const char* begin, const char* end, char* to) const override {
+      for (; begin != end; ++begin) *to++ = do_widen(*begin);
+      return end;
+    }
+  };
+  IBNode& node = Node(IB_SW_NODE, 1);
+  fabscan_.discovered_fabric.NodeByName["N"] = &node;
+  recording::answers.stream_locale = std::locale(std::locale::classic(), new Marked);
+  EXPECT_EQ(SimInfoDumpCPP(fabscan_).Generate("MyDev", {}), 0);
+  const std::string text = Written("mydev_generated.cpp");
+  EXPECT_EQ(text.substr(0, 3), "/*|");
+  EXPECT_EQ(text.find('\n', text.find("// Host Name")), std::string::npos);
+  EXPECT_NE(text.find("|#include \"mydev.h\"|"), std::string::npos);
+  EXPECT_NE(text.find("|void MyDev::SW::setArInfo() {|"), std::string::npos);
 }
 
 // A stream that was told to throw does so out of the middle of a large file and out of the end of

@@ -44,7 +44,8 @@ constexpr Field<WrenReductionPortInfo> kReductionPortCapabilityMask =
 
 // clang-format on
 
-/// The statement of one branch. Everything before it reaches the file at once, port by port.
+/// The statement of one branch. The stream is flushed before it; that of Generate, which collects
+/// chunks, ignores this.
 auto CapabilityMask(const WrenReductionPortInfo& record) {
   return [&record](SourceWriter& writer, int indent) {
     constexpr const auto& kField = kReductionPortCapabilityMask;

@@ -4,6 +4,7 @@
 #include <infiniband/fabscan/fabscan_types.h>
 
 #include <ios>
+#include <locale>
 #include <map>
 #include <set>
 #include <string>
@@ -36,8 +37,10 @@ struct Answers {
   int open_status = 0;
   bool opens_all_the_same = false;  // whatever the status
   std::string output_folder = ".";
-  std::ios::iostate stream_exceptions = std::ios::goodbit;  // of the stream that OpenFile opens
-  std::set<int> smp_bits, gmp_bits;                         // supported by every node
+  // Of the stream that OpenFile opens.
+  std::ios::iostate stream_exceptions = std::ios::goodbit;
+  std::locale stream_locale = std::locale::classic();
+  std::set<int> smp_bits, gmp_bits;  // supported by every node
   int smp_status = 0, gmp_status = 0;
   capability_mask_t smp_mask = {{0, 0, 0, 0}}, gmp_mask = {{0, 0, 0, 0}};
 };

@@ -43,6 +43,7 @@ class Fabscan {
     if (recording::answers.open_status == 0 || recording::answers.opens_all_the_same) {
       out.open(recording::answers.output_folder + '/' + identity.name_);
       out.exceptions(recording::answers.stream_exceptions);
+      out.imbue(recording::answers.stream_locale);
     }
     return recording::answers.open_status;
   }
