@@ -373,6 +373,34 @@ TEST(PortInfo, NamesEverySetBitButIsSMAndThoseWithoutAName) {
     })");
 }
 
+TEST(PortInfo, OnlyTheKindOfSwitchAndOfPortDecideAboutTheLinkWidth) {
+  const auto count = [](const std::string& text) {
+    const std::string word = "LinkWidthSup = ";
+    std::size_t words = 0;
+    for (std::size_t at = 0; (at = text.find(word, at)) != std::string::npos; ++at) ++words;
+    return words;
+  };
+  for (const unsigned ports : {1U, 64U, 65U, 255U}) {
+    FabricBuilder fabric;
+    IBNode& node = fabric.Switch("S1", static_cast<phys_port_t>(ports));
+    for (const unsigned port : {0U, 1U}) PutInfo(fabric, node, port, 0);
+    EXPECT_EQ(count(fabric.Body(kGeneratePortInfo, node)), 2U) << ports;
+    node.setOpalSwitch(true);
+    EXPECT_EQ(count(fabric.Body(kGeneratePortInfo, node)), 1U) << ports;
+  }
+  FabricBuilder fabric;
+  IBNode& node = fabric.Switch("S1", 255);
+  for (const unsigned port : {0U, 1U, 127U, 128U, 255U}) PutInfo(fabric, node, port, 0);
+  for (const unsigned port : {127U, 128U, 255U}) node.Ports[port]->setFNMPort(true);
+  const std::string text = fabric.Body(kGeneratePortInfo, node);
+  EXPECT_EQ(count(text), 5U);
+  for (const char* port : {"(i == 127)", "(i == 128)", "(i == 255)"}) {
+    EXPECT_NE(text.find(port), std::string::npos) << port;
+  }
+  // Comments are above the masks of port 0 only.
+  EXPECT_EQ(text.rfind("// ----------"), text.find("// ---------- CapMask2"));
+}
+
 TEST(PortInfoWriters, PassOverNullRecordsOfTheMap) {
   FabricBuilder fabric;
   IBNode& node = fabric.Switch("S1");
@@ -459,6 +487,28 @@ TEST(PortInfoWriters, WriteABranchAtAnyIndent) {
   EXPECT_EQ(branch(2, false, false), R"(
   mad_buffer.CapMsk = 0x8;
   mad_buffer.CapMsk2 = 0x0;
+
+  mad_buffer.LinkSpeedExtSup2 = 0x22;
+  mad_buffer.LinkSpeedExtSup = 0x32;
+  mad_buffer.LinkSpeedSup = 0x42;
+  mad_buffer.MTUCap = 0x52;)");
+  EXPECT_EQ(branch(2, true, false), R"(
+  // ---------- CapMask
+  // IsTrapSupported                                = 1
+  mad_buffer.CapMsk = 0x8;
+
+  // ---------- CapMask2
+  mad_buffer.CapMsk2 = 0x0;
+
+  mad_buffer.LinkSpeedExtSup2 = 0x22;
+  mad_buffer.LinkSpeedExtSup = 0x32;
+  mad_buffer.LinkSpeedSup = 0x42;
+  mad_buffer.MTUCap = 0x52;)");
+  EXPECT_EQ(branch(2, false, true), R"(
+  mad_buffer.CapMsk = 0x8;
+  mad_buffer.CapMsk2 = 0x0;
+
+  mad_buffer.LinkWidthSup = 0x12;
 
   mad_buffer.LinkSpeedExtSup2 = 0x22;
   mad_buffer.LinkSpeedExtSup = 0x32;

@@ -68,16 +68,59 @@ TEST(ReductionCounterWriters, KeepTheCaseOfAPortWithoutABlock) {
     })");
 }
 
+/// The arguments of all calls that fetch a counter set.
+std::string Fetched(const std::string& text) {
+  const std::string call = "m_node->getWrenReductionCounters(";
+  std::string all;
+  for (std::size_t at = 0; (at = text.find(call, at)) != std::string::npos;) {
+    at += call.size();
+    all += text.substr(at, text.find(", lean_pipe", at) - at) + "; ";
+  }
+  return all;
+}
+
+TEST(ReductionCounterWriters, TakeTheFirstOfSeveralNormalPorts) {
+  FabricBuilder fabric;
+  const WrenReductionCounters zero = {};
+  EXPECT_EQ(Fetched(fabric.Text([&](const SimInfoDumpCPP& dump, std::ostream& out) {
+              dump.GenerateWrenReductionCounters(
+                  out, {{200, {{0, &zero}, {1, &zero}}}, {201, {{2, &zero}}}, {254, {{3, &zero}}}},
+                  {{128, {{255, &zero}}}, {255, {{5, &zero}, {6, &zero}}}});
+            })),
+            "128, 255; 255, 5; 255, 6; 200, 0; 200, 1; ");
+}
+
+TEST(ReductionCounterWriters, NamePortsOfAnyNumber) {
+  const std::pair<unsigned, unsigned> numbers[] = {
+      {1, 2}, {127, 128}, {128, 127}, {254, 255}, {255, 254}};
+  for (const auto& [normal_port, marked_port] : numbers) {
+    FabricBuilder fabric;
+    IBNode& node = fabric.Switch("S1", 255);
+    fabric.Support(node, {55});
+    fabric.Put<IB_ClassPortInfo>(node);
+    for (const unsigned port : {normal_port, marked_port}) {
+      auto& store = fabric.fabscan.fabric_extended_info;
+      store.putMonitors(*node.Ports[port], 0);
+      for (const u_int32_t index : {0U, 7U}) store.putCounters(*node.Ports[port], index);
+    }
+    node.Ports[marked_port]->setFNMPort(true);
+    const std::string normal = std::to_string(normal_port);
+    const std::string marked = std::to_string(marked_port);
+    EXPECT_EQ(Fetched(fabric.Body(&SimInfoDumpCPP::GenerateWrenReductionCounters, node)),
+              marked + ", 0; " + marked + ", 7; " + normal + ", 0; " + normal + ", 7; ");
+  }
+}
+
 TEST(ReductionCounterWriters, WriteTheSetsOfAPortAtAnyIndent) {
   FabricBuilder fabric;
   const WrenReductionCounters counters = Counters(5);
   EXPECT_EQ(fabric.Text([&](const SimInfoDumpCPP& dump, std::ostream& out) {
-    dump.GenerateWrenReductionCounters(out, 3, 65, Sets{{0, nullptr}, {4000000000, &counters}});
+    dump.GenerateWrenReductionCounters(out, 3, 255, Sets{{0, nullptr}, {4000000000, &counters}});
   }),
             R"(
    {
    WrenReductCounters mad_buffer = {0};
-   const ib_wren_reduction_counters_t *p_ctr = m_node->getWrenReductionCounters(65, 4000000000, lean_pipe);
+   const ib_wren_reduction_counters_t *p_ctr = m_node->getWrenReductionCounters(255, 4000000000, lean_pipe);
    if (p_ctr) {
        ib_wren_reduction_counters_t ctr = *p_ctr;
        WrenReductionCounters_unpack(&mad_buffer, reinterpret_cast<u_int8_t*>(&ctr));
@@ -106,7 +149,7 @@ TEST(ReductionCounterWriters, WriteTheSetsOfAPortAtAnyIndent) {
 
        WrenReductionCounters_pack(&mad_buffer, reinterpret_cast<u_int8_t*>(&ctr));
 
-       m_node->setWrenReductionCounters(65, 4000000000, lean_pipe, &ctr);
+       m_node->setWrenReductionCounters(255, 4000000000, lean_pipe, &ctr);
    }
    })");
 }

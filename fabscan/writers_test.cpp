@@ -3,8 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <regex>
 
-#include "testing/fabric_builder.h"
+#include "testing/every_emitter.h"
 
 namespace fabscan {
 namespace {
@@ -106,6 +107,31 @@ TEST_F(Writers, AdapterPortInfoIsWrittenOfTheRecordAlone) {
 
         SMP_PortInfo_pack(&mad_buffer, reinterpret_cast<u_int8_t*>(&m_node->nodePortsInfo[i]));
     })");
+}
+
+// In place of the digit 7 the same number of digits f: in PortInfo without the bit of IsSM.
+TEST_F(Writers, TheLargestValueOfEachFieldIsWhole) {
+  const std::regex assignment(R"((?:mad_buffer\.|wrapper\.set_)(\S+?)(?: = |\()0x([0-9a-f]+)\)?;)");
+  const auto values = [&](u_int8_t byte, const generator::GeneratedFunction& function) {
+    const std::string body = FullFabric(byte).BodyOf(function);
+    std::vector<std::pair<std::string, std::string>> all;
+    for (std::sregex_iterator found(body.begin(), body.end(), assignment), end; found != end;
+         ++found) {
+      all.emplace_back((*found)[1], (*found)[2]);
+    }
+    return all;
+  };
+  for (const generator::GeneratedFunction& function : generator::kGeneratedFunctions) {
+    // The masks come from the capability module.
+    if (function.name == "setSMPCapability" || function.name == "setGMPCapability") continue;
+    auto expected = values(0x77, function);
+    EXPECT_FALSE(expected.empty()) << function.name;
+    for (auto& [field, digits] : expected) {
+      EXPECT_EQ(digits.find_first_not_of("75"), std::string::npos) << field;
+      for (char& digit : digits) digit = digit == '7' ? 'f' : 'd';
+    }
+    EXPECT_EQ(values(0xFF, function), expected) << function.name;
+  }
 }
 
 TEST_F(Writers, SecondMaskHasSixteenBits) {

@@ -10,10 +10,12 @@
 
 namespace fabscan {
 
-/// A switch and a router, of which every emitter has a block to write, with numbers of all widths.
+/// A switch and a router, of which every emitter has a block to write, with numbers of all widths:
+/// every byte of every record is the same.
 class FullFabric : public FabricBuilder {
  public:
-  FullFabric() : switch_(Switch("S1", 12)), router_(Router("R1", 2)) {
+  explicit FullFabric(u_int8_t byte = 0x77)
+      : byte_(byte), switch_(Switch("S1", 12)), router_(Router("R1", 2)) {
     for (const IBNode* node : {&switch_, &router_}) {
       Support(*node, {0, 2, 9, 12, 13, 44, 55});
       fabscan.capability_module.put(*node, true, {{0xffffffff, 0, 0, 0}});
@@ -35,9 +37,9 @@ class FullFabric : public FabricBuilder {
 
  private:
   template <class Record>
-  static void FillRecord(Record& record) {
+  void FillRecord(Record& record) const {
     static_assert(std::is_trivially_copyable_v<Record>);
-    std::memset(&record, 0x77, sizeof record);
+    std::memset(&record, byte_, sizeof record);
   }
   template <class... Records, class Owner>
   void Fill(RecordList<Records...>, const Owner& owner) {
@@ -51,6 +53,7 @@ class FullFabric : public FabricBuilder {
     FillRecord(store.putCounters(port, 7));
   }
 
+  const u_int8_t byte_;
   IBNode& switch_;
   IBNode& router_;
 };
