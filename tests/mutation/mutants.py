@@ -5,6 +5,7 @@ blanks on both sides and a template bracket has none. Meaningless mutants do not
 """
 
 import dataclasses
+import itertools
 import re
 
 TOKEN = re.compile(r'''
@@ -28,7 +29,7 @@ BLOCK, SCOPE, LIST = "block", "scope", "list"
 
 @dataclasses.dataclass(frozen=True)
 class Mutant:
-    kind: str    # literal, field, condition, order or deletion
+    kind: str    # literal, field, condition, order, deletion, combination, limit or start
     place: str   # the function or table that contains it
     begin: int
     end: int
@@ -254,6 +255,9 @@ def _all(source):
             yield from _operators(source, i, change)
     yield from _fields(source)
     yield from _calls(source)
+    yield from _combinations(source)
+    yield from _limits(source)
+    yield from _starts(source)
     for brace, kind in source.braces.items():
         if kind == BLOCK: yield from _sequence(source, list(source.statements(brace)), "")
         if kind == LIST: yield from _sequence(source, list(source.rows(brace)), ",")
@@ -352,6 +356,145 @@ def _calls(source):
             further = source.ends[source.partner[last + 3]]
             yield Mutant("order", place, begin, further,
                          source.text[end:further].lstrip() + source.text[begin:end])
+
+
+# ---------- Conditions combined with others ----------
+
+NODE_CONDITIONS = {"IsSwitch": lambda world: world["type"] == "switch",
+                   "IsRouter": lambda world: world["type"] == "router",
+                   "IsNotSpecial": lambda world: not world["special"]}
+MANY_PORTS = 64
+WORLDS = [dict(zip(("type", "special", "many", "own"), values)) for values in itertools.product(
+    ("switch", "router", "adapter"), (False, True), (False, True), (False, True))]
+
+
+def _combinations(source):
+    """A condition that holds in more cases, or in fewer: the others decide about those."""
+    yield from _combined_gates(source)
+    yield from _combined_branches(source)
+    for i, word in enumerate(source.words):
+        if not re.match(r"is[A-Z]", word) or source.words[i - 2:i] != ["node", "."]: continue
+        first = i - 3 if source.words[i - 3] == "!" else i - 2
+        begin, end = source.begins[first], source.ends[source.partner[i + 1]]
+        for addition in (f"|| node.numPorts > {MANY_PORTS}", f"&& node.numPorts <= {MANY_PORTS}"):
+            yield Mutant("combination", source.place(begin), begin, end,
+                         f"({source.text[begin:end]} {addition})")
+
+
+def _combined_gates(source):
+    """`Unless(condition, "line")` with another condition of nodes. Only where it matters: what the
+    conditions before it in the statement let pass decides that."""
+    passed = []
+    for i, word in enumerate(source.words):
+        if word in (";", "{", "}"): passed = []
+        if word != "Unless" or source.words[i + 1] != "(": continue
+        end = source.partner[i + 1]
+        commas = [k for k in range(i + 2, end)
+                  if source.words[k] == "," and source.kinds[k + 1] == "string"]
+        if not commas: continue
+        begin, end = source.begins[i + 2], source.ends[commas[0] - 1]
+        gate = source.text[begin:end]
+        holds = NODE_CONDITIONS.get(gate, lambda world: world["own"])
+        worlds = [world for world in WORLDS if all(earlier(world) for earlier in passed)]
+        passed.append(holds)
+        others = {f"{name}(of_, each_)": condition for name, condition in NODE_CONDITIONS.items()}
+        others[f"each_.numPorts > {MANY_PORTS}"] = lambda world: world["many"]
+        for (other, condition), negated, widened in itertools.product(
+                others.items(), (False, True), (False, True)):
+            def combined(world):
+                added = condition(world) != negated
+                return holds(world) or added if widened else holds(world) and added
+            if all(combined(world) == holds(world) for world in worlds): continue
+            yield Mutant("combination", source.place(begin), begin, end,
+                         "[&](auto& of_, auto& each_) { return (%s)(of_, each_) %s %s(%s); }" % (
+                             gate, "||" if widened else "&&", "!" if negated else "", other))
+
+
+def _combined_branches(source):
+    """`if (condition)` with that of the next branch of the same function."""
+    branches = []
+    for i, word in enumerate(source.words):
+        if word != "if" or source.words[i + 1] != "(": continue
+        begin, end = source.ends[i + 1], source.begins[source.partner[i + 1]]
+        branches.append((source.place(begin), begin, end, source.text[begin:end]))
+    for (place, begin, end, condition), following in zip(branches, branches[1:]):
+        if following[0] != place: continue
+        for other in (following[3], f"!({following[3]})"):
+            for operator in ("&&", "||"):
+                yield Mutant("combination", place, begin, end,
+                             f"({condition}) {operator} ({other})")
+
+
+# ---------- Numbers beside limits ----------
+
+NUMBERS = r"\w*(?:port|number|index)"
+
+
+def _limits(source):
+    """The largest value of a field, and large numbers of ports and sets, changed."""
+    for row in re.finditer(r"(?m)^[ ]*FABSCAN_[A-Z]+\((?:\w+, )?([\w.\[\]]+)\),$", source.text):
+        member = re.search(r"\w+(?=(?:\[\d+\])?$)", row.group(1)).group()
+        path, element = row.group(1).split(member)[0], row.group(1).split(member)[-1]
+        value = f"r.{path}{member}{element}"
+        begin, end = row.span()
+        if element: continue
+        yield Mutant("limit", source.place(begin), begin, end,
+                     f"#define {member} {member} == static_cast<decltype({value})>(~0ULL) ? 0 "
+                     f": {value}\n{row.group()}\n#undef {member}")
+    for i, word in enumerate(source.words):
+        if not re.fullmatch(NUMBERS, word) or source.kinds[i] != "word": continue
+        first = i - 2 if source.words[i - 1] in (".", "->") else i
+        if source.words[first - 1] not in ("(", ",", "{"): continue
+        if source.words[i + 1] not in (")", ",", "}"): continue
+        begin, end = source.begins[first], source.ends[i]
+        value = source.text[begin:end]
+        for limit in (f"({value} > 127) ? 127 : {value}", f"({value} == 255) ? 0 : {value}"):
+            yield Mutant("limit", source.place(begin), begin, end,
+                         f"static_cast<std::decay_t<decltype({value})>>({limit})")
+    for i, word in enumerate(source.words):
+        if word not in ("true", "false"): continue
+        begin, end = source.begins[i], source.ends[i]
+        before = source.text[source.text.rfind("\n}", 0, begin) + 1:begin]
+        if not re.search(r"\bnumber\b", before): continue
+        yield Mutant("limit", source.place(begin), begin, end,
+                     f"(number {'!=' if word == 'true' else '=='} 255)")
+
+
+# ---------- Starts of loops ----------
+
+SKIPPING = """[](auto&& all_) {
+      struct Rest_ {
+        decltype(all_.begin()) begin_;
+        decltype(all_.end()) end_;
+        auto begin() const { return begin_; }
+        auto end() const { return end_; }
+      };
+      auto next_ = all_.begin();
+      if (next_ != all_.end()) ++next_;
+      return Rest_{%s, all_.end()};
+    }(%s)"""
+
+
+def _starts(source):
+    """The first element left out, always or where there are others; a number that is counted from,
+    likewise."""
+    for i, word in enumerate(source.words):
+        if word != "for": continue
+        last = source.partner[i + 1]
+        colons = [k for k in range(i + 2, last) if source.words[k] == ":"]
+        semicolons = [k for k in range(i + 2, last) if source.words[k] == ";"]
+        if colons and not semicolons:
+            begin, end = source.begins[colons[0] + 1], source.begins[last]
+            for start in ("next_", "next_ != all_.end() ? next_ : all_.begin()"):
+                yield Mutant("start", source.place(begin), begin, end,
+                             SKIPPING % (start, source.text[begin:end]))
+        elif semicolons and semicolons[0] > i + 2:
+            begin = end = source.begins[semicolons[0]]
+            yield Mutant("start", source.place(begin), begin, end, " + 1")
+    for match in re.finditer(r"(?<== )(\w+)\.begin\(\)(?=;)", source.text):
+        begin, end = match.span()
+        yield Mutant("start", source.place(begin), begin, end,
+                     f"{match[1]}.size() > 1 ? std::next({match[0]}) : {match[0]}")
 
 
 def _sequence(source, pieces, separator):

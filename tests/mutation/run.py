@@ -1,4 +1,4 @@
-"""run.py BUILD [--sample N] [--seed S] [--jobs N] [--resume] [FILE...]
+"""run.py BUILD [--kind KIND]... [--sample N] [--seed S] [--jobs N] [--resume] [FILE...]
 
 Makes small faults in the sources of fabscan/, one at a time, and looks which test finds each. Fails
 when one survives that survivors.txt does not list with a reason, and, after a whole run of a file,
@@ -58,10 +58,10 @@ class Order:
 
     def of(self, name):
         stem = name.rsplit(".", 1)[0]
-        tests = [t for t in self.tests if t != "licence_text_test" or stem == "file_frame"]
+        tests = [t for t in self.tests if t != suite.LICENCE or stem == "file_frame"]
         with self.lock:
             return sorted(tests, key=lambda t: (-self.found[name, t], not t.startswith(stem),
-                                                t in ("golden_files", "licence_text_test")))
+                                                t in (suite.GOLDEN, suite.LICENCE)))
 
     def count(self, name, test):
         with self.lock: self.found[name, test] += 1
@@ -72,6 +72,7 @@ def main():
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("build")
     parser.add_argument("files", nargs="*")
+    parser.add_argument("--kind", action="append", help="only this kind of fault; repeatable")
     parser.add_argument("--sample", type=int, help="so many of each file, chosen by the seed")
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--jobs", type=int, default=2)
@@ -90,12 +91,13 @@ def main():
             key, outcome, _, digest = line.split("\t")
             if outcome: before[key, digest] = outcome
 
-    order = Order([*build.tests, "golden_files", "licence_text_test"])
+    order = Order([*build.tests, suite.GOLDEN, suite.LICENCE])
     work, results = [], collections.defaultdict(dict)
     for name in names:
         text = (suite.FABSCAN / name).read_text()
         digest = hashlib.sha256(text.encode()).hexdigest()[:12]
-        of_file = list(named(name, text))
+        of_file = [item for item in named(name, text)
+                   if not arguments.kind or item[1].kind in arguments.kind]
         if arguments.sample is not None and len(of_file) > arguments.sample:
             of_file = random.Random(arguments.seed).sample(of_file, arguments.sample)
         for key, mutant in of_file:
@@ -141,7 +143,7 @@ def main():
 
     with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
         for _ in pool.map(run, work): pass
-    sys.exit(report(results, listed, whole=arguments.sample is None))
+    sys.exit(report(results, listed, whole=arguments.sample is None and not arguments.kind))
 
 
 def report(results, listed, whole):
