@@ -16,6 +16,7 @@
 #include "discovery/payload_decoder.h"
 #include "discovery/port_index.h"
 #include "model/guid_text.h"
+#include "records/all_records.h"
 
 namespace fabscan {
 
@@ -37,6 +38,9 @@ struct Lid {
   bool operator==(const Lid& other) const { return base == other.base && mask == other.mask; }
 };
 
+constexpr Place kLidPlace = FindField(TableOf<SMP_PortInfo>::value, "LID")->place;
+constexpr Place kLmcPlace = FindField(TableOf<SMP_PortInfo>::value, "LMC")->place;
+
 /// A part of the file, known to be complete.
 class Entry {
  protected:
@@ -53,6 +57,9 @@ class Entry {
   }
   PortKey KeyAt(std::size_t offset) const {
     return {GuidAt(offset), ByteAt(offset + sizeof(u_int64_t))};
+  }
+  u_int64_t FieldAt(std::size_t payload, Place place) const {
+    return ReadBits(reinterpret_cast<const u_int8_t*>(at_ + payload), place);
   }
   std::string_view PayloadAt(std::size_t offset) const {
     return {at_ + offset, std::tuple_size_v<Payload>};
@@ -102,6 +109,11 @@ class PortEntry : public Entry {
   PortKey Key() const { return KeyAt(0); }
   Lid StatedLid() const { return LidAt(kLid); }
   std::string_view Info() const { return PayloadAt(kInfo); }
+  /// As its PortInfo states it.
+  Lid OwnLid() const {
+    return {static_cast<u_int16_t>(FieldAt(kInfo, kLidPlace)),
+            static_cast<u_int8_t>(FieldAt(kInfo, kLmcPlace))};
+  }
   u_int64_t NodeGuid() const { return GuidAt(kNodeGuid); }
   u_int8_t HasPeer() const { return ByteAt(kHasPeer); }
   PortKey Peer() const { return KeyAt(kPeer); }
@@ -203,8 +215,7 @@ class CacheReader {
   /// can state it instead, or none if they were read before port 0.
   void CheckLid(const NodeEntry& node, u_int32_t place) const {
     const PortEntry port = PortAt(place);
-    const auto info = Decode<SMP_PortInfo>(PayloadOf(port.Info()));
-    const Lid own = {info.LID, info.LMC};
+    const Lid own = port.OwnLid();
     const Lid stated = port.StatedLid();
     const bool is_outer = node.IsSwitch() && port.Key().number != 0;
     if (node.IsSwitch() && !is_outer) CheckLid("switch", node.SwitchLid(), own, place);
