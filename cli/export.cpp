@@ -52,9 +52,8 @@ std::string Footer() {
     text += fmt::format("{}: {}\n", format.name, format.what);
   }
   return text +
-         "Example: serve the topology of a fabric with ibsim\n"
-         "  fabscan export fabric.jsonl --format ibnetdiscover --output fabric.net\n"
-         "  ibsim -s fabric.net";
+         "Example: the topology of a fabric, for 'ibsim -s fabric.net'\n"
+         "  fabscan export fabric.jsonl --format ibnetdiscover --output fabric.net";
 }
 
 }  // namespace

@@ -54,7 +54,7 @@ std::string WithoutAddresses(std::string text) {
 void Check(Bytes bytes) {
   static const ScratchFolder folder;
   Fabscan fabscan;
-  const SnapshotHeader header{bytes.Text(30), bytes.Text(30)};
+  const SnapshotHeader header{bytes.Text(30), bytes.Text(30), {}};
   const std::size_t nodes = bytes.OneOf(6);
   for (std::size_t i = 0; i < nodes; ++i) AddNode(bytes, fabscan, i);
 

@@ -115,6 +115,10 @@ class Commands(unittest.TestCase):
             (files / f"{name}.jsonl").write_text(fabric)
         for name in ("after", "today"):
             (files / f"{name}.jsonl").write_text(changed)
+        partial = EXAMPLE.with_name("partial.fabscan.jsonl")
+        for name, kind, source in (("fabric.txt", "ibnetdiscover", partial), ("plan.csv", "csv", EXAMPLE)):
+            subprocess.run([BUILD / "bin" / "fabscan", "export", source, "--format", kind, "--output",
+                            files / name], check=True)
         (files / "examples").symlink_to(EXAMPLE.parent)
         (files / "our.key").write_text("a secret key for repeatable replacements\n")
         for folder in ("devices/mydev", "DIR"):

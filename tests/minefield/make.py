@@ -129,6 +129,7 @@ YES = {
     "link_from_a_switch_to_itself": node(',"ports":[{"num":1,"state":"ARM"%s},{"num":2,"state":"ARM"%s}]'
                                          % (peer(1, 2), peer(1, 1))),
     "link_to_a_port_that_is_not_there": two(peer(2, 2)),
+    "link_rate": port(',"lid":7,"width":"12x","speed":"XDR"'),
     "port_guid": adapter(',"ports":[{"num":1,"state":"ARM","portGuid":"0x2"}]'),
     "description": node(',"description":"S1 \\u00e9"'),
     "description_escaped": node(',"description":{"escaped":"S1 %FF"}'),
@@ -348,7 +349,12 @@ NO = {
     "port_twice": (node(',"ports":[{"num":1,"state":"ARM"},{"num":1,"state":"ARM"}]'),
                    "2: ports[1].num: duplicate port 1; keep one"),
     "port_key_twice": (port(',"num":1'), "2: ports[0]: " + twice("key", "num")),
-    "port_key_unknown": (port(',"lid":1'), '2: ports[0]: unknown key "lid"; remove it'),
+    "port_key_unknown": (port(',"colour":1'), '2: ports[0]: unknown key "colour"; remove it'),
+    "port_lid_too_wide": (port(',"lid":65536'),
+                          "2: ports[0].lid: 65536 does not fit the field's 16 bits; give 0 to 65535"),
+    "port_width_unknown": (port(',"width":"3x"'),
+                           '2: ports[0].width: "3x" is not one of "1x", "2x", "4x", "8x", "12x" or ""'),
+    "port_speed_of_version_1": (version_1(port(',"speed":"NDR"')), "2: ports[0].speed: " + VERSION_1),
     "port_state_unknown": (port(state='"UP"'),
                            '2: ports[0].state: "UP" is not one of "ACTIVE", "ARM", "INIT", "DOWN" '
                            'or "UNKNOWN"'),
