@@ -61,13 +61,22 @@ def wrong_lines(lines):
     line, ports = first_with(lines, "ports")
     del ports[0]["num"]
     yield "a port without number", line
+    line, peer = first_with(lines, "peer")
+    del peer["port"]
+    yield "a peer without port", line
+    line, peer = first_with(lines, "peer")
+    peer["num"] = 1
+    yield "an unknown key of a peer", line
+    line, ports = first_with(lines, "ports")
+    ports[0]["width"] = "3x"
+    yield "an unknown width", line
     line, ports = first_with(lines, "ports")
     line["guid"] = "17"
     yield "a number as plain text", line
     line, reasons = first_with(lines, "absent")
     reasons["SMP_Nothing"] = "time-out"
     yield "a reason for an unknown record", line
-    yield "an unknown version", {"fabscan_snapshot": 2}
+    yield "an unknown version", {"fabscan_snapshot": 3}
     yield "a last line without count", {"end": True}
     yield "no line of any kind", {}
 
